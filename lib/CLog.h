@@ -1,0 +1,141 @@
+// The diagnostic log: what this library reports about itself. It has its own file and its own levels, one
+// for each subsystem, and shares nothing with the API log.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <sstream>
+
+namespace marvane {
+
+enum class DebugLevel : std::int32_t
+{
+    Error,
+    Warn,
+    Notice,
+    Info,
+    Debug,
+    Debug1,
+    Debug2,
+    Debug3
+};
+
+inline constexpr std::size_t SubsystemCount = 19;
+
+/// Number of a debug subsystem: its place in the level table.
+enum class Subsystem : std::uint32_t
+{
+    GENERAL,
+    APP,
+    MODULE,
+    CLL,
+    COP,
+    TSTRPRS,
+    COMPARAM,
+    COMMS,
+    VCI,
+    VEHTX,
+    VEHRX,
+    PRTCL,
+    PRTCLPHY,
+    PRTCLTRANS,
+    PRTCLAPP,
+    USER1,
+    EXCEPT,
+    DATA,
+    TIMER
+};
+
+/// Label of a level in a record, blanks included; "Invalid Level" for a number of 8 or above.
+const char* LevelLabel(std::int32_t level);
+
+/// Name of a subsystem; "Invalid SubSys" for a number of 19 or above.
+const char* SubsystemName(std::uint32_t subsystem);
+
+/// One record in the making; the destructor writes it out. All that is not the record's text is static
+/// and guarded by LogMutex.
+class CLog
+{
+public:
+    CLog();
+    virtual ~CLog();
+    CLog(const CLog&) = delete;
+    CLog& operator=(const CLog&) = delete;
+
+    /// Inserts time and level label. Without a level table it inserts nothing.
+    std::ostringstream& Get(DebugLevel level);
+
+    /// True if a record of this level is to be written now. Brings the level table up if there is none;
+    /// without one, errors and warnings are written and nothing else.
+    static bool Wanted(DebugLevel level, Subsystem subsystem);
+
+    /// Brings up the shared level table and the init log. True if a level table exists.
+    static bool EnsureLevelTable();
+
+    /// Opens and maps the shared level file. True if a level table exists.
+    static bool Initialise();
+
+    /// Gives the shared level table up, unless the levels come from the configuration.
+    static void ReleaseLevelTable();
+
+    /// Makes the init log the output. The stream in use before is not closed.
+    static void SetInitLogFile(bool truncate);
+
+    /// Redirects the output to a stream, or with null back to the init log. Returns the stream that was in
+    /// use, which is the caller's from now on.
+    static std::FILE* SetPipe(std::FILE* stream);
+
+    /// Gives the level table up, writes the closing record and closes the output.
+    static void Shutdown();
+
+    /// Puts a table of SubsystemCount levels from the configuration in force; null ends that. The table
+    /// stays the caller's and must outlive its being in force.
+    static void UseConfiguredLevels(const std::int32_t* table);
+
+private:
+    std::ostringstream RecordStream;
+};
+
+/// Where a record comes from. `File` is the record's file column.
+struct DiagnosticSource
+{
+    DebugLevel Level;
+    Subsystem Of;
+    const char* File;
+    const char* Function;
+    std::uint32_t Line;
+
+    // __builtin_LINE, since not every compiler in use has std::source_location yet.
+    DiagnosticSource(DebugLevel level, Subsystem subsystem, const char* file, const char* function,
+                     std::uint32_t line = __builtin_LINE())
+        : Level(level), Of(subsystem), File(file), Function(function), Line(line)
+    {
+    }
+};
+
+namespace clog_detail {
+
+/// Begins the record: thread, file, line and function, up to the colon in front of the message.
+std::ostream& Begin(CLog& log, const DiagnosticSource& source);
+
+/// Holds LogMutex, which this header does not pull in.
+struct Hold
+{
+    Hold();
+    ~Hold();
+};
+
+} // namespace clog_detail
+
+/// One statement of the diagnostic log. The level is tested before anything is composed. Numbers print in
+/// decimal.
+template <class... Parts> void Diagnose(const DiagnosticSource& source, const Parts&... message)
+{
+    clog_detail::Hold hold;
+    if (!CLog::Wanted(source.Level, source.Of))
+        return;
+    CLog record;
+    (clog_detail::Begin(record, source) << ... << message);
+}
+
+} // namespace marvane

@@ -1,0 +1,114 @@
+// The text of one phase of a call, and the statements that add to it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <type_traits>
+
+#include "logger/log_format.h"
+#include "logger/settings.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+using FrameTime = platform::LocalTime;
+
+/// Buffer of one call's text, on the stack of that call. Statements are dropped once the reserve is
+/// reached; a marker tells so, once.
+class LogBuffer
+{
+public:
+    static constexpr std::size_t Size = 15000;
+    static constexpr std::size_t Capacity = 14991;
+    static constexpr std::size_t Reserve = 200;
+    static constexpr std::string_view Marker = "\t\t\t\t...\n";
+
+    enum class LineEnd
+    {
+        No,
+        Yes
+    };
+
+    // Not zero-filled: what counts is the length, and 15,000 bytes a call are dear.
+    LogBuffer() {}
+    LogBuffer(const LogBuffer&) = delete;
+    LogBuffer& operator=(const LogBuffer&) = delete;
+
+    std::string_view Text() const { return {text_, length_}; }
+    void Clear() { length_ = 0; }
+
+    /// True while a statement may still add text.
+    bool HasRoom() const { return length_ + Reserve < Capacity; }
+
+    /// Adds one statement's text, cut at the capacity, and the marker when it reaches the reserve.
+    /// The caller has tested HasRoom.
+    void Append(std::string_view text, LineEnd lineEnd = LineEnd::No);
+    void Append(std::string_view format, const FormatArgument* arguments, LineEnd lineEnd);
+
+private:
+    void Finish(char* end, LineEnd lineEnd);
+
+    std::size_t length_ = 0;
+    char text_[Size];
+};
+
+static_assert(LogBuffer::Capacity + LogBuffer::Marker.size() < LogBuffer::Size);
+
+namespace log_buffer_detail {
+
+template <class... Arguments>
+void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, std::string_view format, const Arguments&... arguments)
+{
+    if (!LoggingActive() || !text.HasRoom())
+        return;
+    if constexpr (sizeof...(Arguments) == 0)
+        text.Append(format, lineEnd);
+    else
+    {
+        const FormatArgument list[] = {FormatArgument(arguments)...};
+        text.Append(format, list, lineEnd);
+    }
+}
+
+} // namespace log_buffer_detail
+
+/// One log statement: formats onto the end of the text if logging is active and there is room.
+template <class... Arguments>
+void LogAppend(LogBuffer& text, std::type_identity_t<LogFormat<Arguments...>> format, const Arguments&... arguments)
+{
+    log_buffer_detail::Statement(text, LogBuffer::LineEnd::No, format.Text(), arguments...);
+}
+
+/// The same with a line end that belongs to the statement.
+template <class... Arguments>
+void LogAppendLine(LogBuffer& text, std::type_identity_t<LogFormat<Arguments...>> format,
+                   const Arguments&... arguments)
+{
+    log_buffer_detail::Statement(text, LogBuffer::LineEnd::Yes, format.Text(), arguments...);
+}
+
+/// The stamp with which every line begins: time and calling thread.
+void LogStamp(LogBuffer& text, const FrameTime& time);
+
+/// A short text by value, for the argument list of a statement.
+class ShortText
+{
+public:
+    ShortText() = default;
+    operator std::string_view() const { return {text_, length_}; }
+
+private:
+    friend ShortText HandleText(UNUM32 handle);
+    friend ShortText UridText(UNUM32 identifier);
+    char text_[20];
+    std::size_t length_ = 0;
+};
+
+/// "<PDU_HANDLE_UNDEF>", or eight hexadecimal digits behind "0x".
+ShortText HandleText(UNUM32 handle);
+
+/// "<PDU_ID_UNDEF>", or the response identifier in decimal.
+ShortText UridText(UNUM32 identifier);
+
+} // namespace marvane

@@ -1,0 +1,152 @@
+// What this library needs of the operating system. One header, one source a system; CMake picks it.
+// Paths and texts are in the system's own narrow encoding.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace marvane::platform {
+
+/// Separator of folders in the configuration path, the log folder and the search pattern.
+extern const char PathSeparator;
+
+/// Name under which this library looks up its own version.
+extern const char* const OwnLibraryName;
+
+/// Local wall-clock time of one moment.
+struct LocalTime
+{
+    std::uint16_t Hour;
+    std::uint16_t Minute;
+    std::uint16_t Second;
+    std::uint16_t Milliseconds;
+};
+
+/// Reads the clock. Derives the local time without a time-zone look-up on each call; a change of the
+/// zone's offset shows in the second in which it comes.
+LocalTime ReadLocalTime();
+
+/// Broken-down local time of now, with a resolution of seconds.
+std::tm LocalCalendarTime();
+
+/// Broken-down UTC time of a count of seconds since 1970.
+std::tm UtcCalendarTime(std::time_t seconds);
+
+/// Id of the calling thread, the one the system's own tools show. Right in a forked child too.
+std::uint32_t CurrentThreadId();
+
+inline constexpr std::size_t PointerTextSize = 24;
+
+/// Writes a pointer as the system's C library prints "%p", without a terminator; returns the length.
+std::size_t PointerText(const void* pointer, char (&out)[PointerTextSize]);
+
+/// Value of an environment variable, none if it is not set.
+std::optional<std::string> EnvironmentVariable(const char* name);
+
+/// Replaces each %NAME% by the variable's value; an unknown reference stays as it stands. Empty if the
+/// system refuses.
+std::string ExpandEnvironment(const std::string& text);
+
+/// A loaded library. Never null in a good result.
+using Library = void*;
+
+struct LoadedLibrary
+{
+    Library Handle = nullptr;
+    std::string Error; ///< the system's text if Handle is null
+};
+
+/// Loads a library by path, its dependencies looked for beside it too. Calls that the library makes to
+/// functions of its own stay inside it, whatever the application is linked against. A path that names
+/// this library itself is refused.
+LoadedLibrary LoadTargetLibrary(const std::string& path);
+
+/// Address of an exported function, null if there is none of that name.
+void* FindFunction(Library library, const char* name);
+
+void UnloadLibrary(Library library);
+
+struct ModulePath
+{
+    std::string Path;            ///< empty on failure
+    std::uint32_t ModuleError;   ///< error code if the module of this library was not found, else 0
+    std::uint32_t FileNameError; ///< error code if the module has no file name or one of over `limit` - 1 bytes
+};
+
+/// Full path of the file that this library was loaded from. If the module is not found, that of the
+/// program. A path that does not fit `limit` bytes with its terminator is a failure.
+ModulePath OwnModulePath(std::size_t limit);
+
+/// Product version of a file, four numbers from the major one down. A bare name goes through the
+/// system's search for a library of that name. None if the file has no version record.
+std::optional<std::array<std::uint16_t, 4>> ProductVersion(const std::string& file);
+
+bool PathExists(const std::string& path);
+
+/// Makes one folder. True if it was made or something of that name exists.
+bool MakeDirectory(const std::string& path);
+
+/// Makes a folder with all that lead to it; the result is not told.
+void MakeDirectoryChain(const std::string& path);
+
+/// Names, without folder, of the files (not folders) that match a path whose last part may hold "?" for
+/// any one character.
+std::vector<std::string> FindFiles(const std::string& pattern);
+
+/// Removes a file; the result is not told.
+void RemoveFile(const std::string& path);
+
+/// Opens a log file for appending, text mode; others can read it meanwhile, child processes do not
+/// inherit it. Null on failure.
+std::FILE* OpenLogStream(const std::string& path);
+
+/// Opens a text file of a fixed name in a temporary folder, "w" or "a". Follows no symbolic link, is
+/// readable for its owner alone, is not inherited. Null on failure.
+std::FILE* OpenTemporaryStream(const std::string& path, const char* mode);
+
+/// Opens a text file for reading, shared with other readers. Null on failure.
+std::FILE* OpenForReading(const std::string& path);
+
+/// A file of 32-bit words, mapped for sharing with other processes.
+class SharedWords
+{
+public:
+    SharedWords() = default;
+    SharedWords(const SharedWords&) = delete;
+    SharedWords& operator=(const SharedWords&) = delete;
+    ~SharedWords() { Close(); }
+
+    /// Opens the file, makes it if it is missing, appends words of value `fill` until it holds `count` whole
+    /// words, and maps these. False on failure: errno's text in `error` if the file can't be opened, an empty
+    /// text if it can't be mapped. An open file is kept and only mapped anew.
+    bool Open(const std::string& path, std::size_t count, std::int32_t fill, std::string& error);
+    void Close();
+
+    /// The words, as other processes may change them at any time; null if not mapped.
+    const volatile std::int32_t* Words() const { return words_; }
+
+private:
+    const volatile std::int32_t* words_ = nullptr;
+    std::size_t mappedBytes_ = 0;
+    std::intptr_t mapping_ = 0;
+    int descriptor_ = -1;
+};
+
+/// Recursive mutex of the system, or none if it could not be made.
+using Mutex = void*;
+Mutex CreateRecursiveMutex();
+/// Waits at most `milliseconds`, or without end if negative. False on time-out or failure.
+bool LockMutex(Mutex mutex, int milliseconds);
+/// False if the caller does not hold it.
+bool UnlockMutex(Mutex mutex);
+void DestroyMutex(Mutex mutex);
+/// Gives one count of a semaphore back. No semaphore is ever made here, so it always fails.
+bool ReleaseSemaphoreCount(Mutex semaphore);
+
+} // namespace marvane::platform

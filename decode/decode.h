@@ -6,6 +6,8 @@
 // Levels count the nesting from 0.
 #pragma once
 
+#include <cstring>
+
 #include "decode/name_tables.h"
 #include "decode/pdu_api.h"
 #include "logger/log_buffer.h"
@@ -27,8 +29,8 @@ struct DecoderFrame
 /// Indents of decoded lines by direction times 4 plus level. Deep nesting runs past the eight arrows:
 /// the last three texts are what stands there then.
 inline constexpr std::array<std::string_view, 11> IndentTable = {
-    "   -->  ", "    >>> ", "\t\t -->  ", "\t\t  >>> ", "   <--  ", "    <<< ", "\t\t <--  ", "\t\t  <<< ",
-    LogBuffer::Marker, "", ""};
+    "   -->  ",   "    >>> ",   "\t\t -->  ",      "\t\t  >>> ", "   <--  ", "    <<< ",
+    "\t\t <--  ", "\t\t  <<< ", LogBuffer::Marker, "",           ""};
 
 inline constexpr int DirectionIn = 0;
 inline constexpr int DirectionOut = 1;
@@ -61,6 +63,25 @@ inline const char* TextOrNull(const char* text)
     return text ? text : "<NULL STRING>";
 }
 
+/// Text in a place of fixed size, up to its terminator if it has one.
+inline std::string_view BoundedText(const CHAR8* text, std::size_t size)
+{
+    const void* const end = std::memchr(text, 0, size);
+    return {text, end ? static_cast<std::size_t>(static_cast<const CHAR8*>(end) - text) : size};
+}
+
+/// Visits the entries of a list of the other side with index and address. A null list shows its first entry,
+/// as null, and has no others. Ends once the buffer takes no more: what follows would not be seen.
+template <class Entry, class Visit>
+void ForEachEntry(const DecoderFrame& frame, const Entry* list, UNUM32 count, Visit visit)
+{
+    for (UNUM32 i = 0; i < count && frame.Text.HasRoom(); ++i) {
+        visit(i, list ? list + i : nullptr);
+        if (!list)
+            return;
+    }
+}
+
 /// Hexadecimal and text listing of a buffer, 16 bytes a line, at most `limit` bytes of `size`. Reports an
 /// empty or null buffer from level 1 on, lists bytes from level 2 on.
 void DumpBuffer(const DecoderFrame& frame, int direction, int level, const char* label, const UNUM8* data,
@@ -81,11 +102,13 @@ void DecodeSessionTiming(const DecoderFrame& frame, int direction, int level,
 void DecodeAccessTiming(const DecoderFrame& frame, int direction, int level,
                         const PDU_PARAM_STRUCT_ACCESS_TIMING* timing);
 
-void DecodeUniqueRespIdTable(const DecoderFrame& frame, const PDU_UNIQUE_RESP_ID_TABLE_ITEM* table, int direction,
-                             int level);
+void DecodeUniqueRespIdTable(const DecoderFrame& frame, const PDU_UNIQUE_RESP_ID_TABLE_ITEM* table,
+                             int direction, int level);
 
-void DecodeVehicleIdRequest(const DecoderFrame& frame, const PDU_IO_VEHICLE_ID_REQUEST_DATA* item, int direction);
-void DecodeVehicleIdRequestEx(const DecoderFrame& frame, const PDU_IO_VEHICLE_ID_REQUEST_EX* item, int direction);
+void DecodeVehicleIdRequest(const DecoderFrame& frame, const PDU_IO_VEHICLE_ID_REQUEST_DATA* item,
+                            int direction);
+void DecodeVehicleIdRequestEx(const DecoderFrame& frame, const PDU_IO_VEHICLE_ID_REQUEST_EX* item,
+                              int direction);
 void DecodeEthSwitchState(const DecoderFrame& frame, const PDU_IO_ETH_SWITCH_STATE_DATA* item);
 void DecodeEntityAddress(const DecoderFrame& frame, const PDU_IO_ENTITY_ADDRESS_DATA* item);
 void DecodeEntityStatus(const DecoderFrame& frame, const PDU_IO_ENTITY_STATUS_DATA* item);

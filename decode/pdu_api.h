@@ -530,7 +530,8 @@ static_assert(sizeof(void*) != 8 ||
 static_assert(sizeof(void*) != 8 ||
               (sizeof(PDU_IO_BYTEARRAY_DATA) == 16 && sizeof(PDU_IO_FILTER_LIST) == 16 &&
                sizeof(PDU_IO_VEHICLE_ID_REQUEST_DATA) == 40 && sizeof(PDU_IO_VEHICLE_ID_REQUEST_EX) == 48 &&
-               sizeof(PDU_IP_ADDR_INFO) == 16 && sizeof(LogParameter) == 24 && sizeof(LogParameterBytes) == 16));
+               sizeof(PDU_IP_ADDR_INFO) == 16 && sizeof(LogParameter) == 24 &&
+               sizeof(LogParameterBytes) == 16));
 static_assert(sizeof(PDU_PARAM_STRUCT_SESSION_TIMING) == 6 && sizeof(PDU_PARAM_STRUCT_ACCESS_TIMING) == 6 &&
               sizeof(PDU_ERROR_DATA) == 8 && sizeof(PDU_INFO_DATA) == 8 && sizeof(PDU_PIN_DATA) == 8 &&
               sizeof(PDU_RSC_STATUS_DATA) == 12 && sizeof(PDU_RSC_CONFLICT_DATA) == 8 &&
@@ -538,23 +539,26 @@ static_assert(sizeof(PDU_PARAM_STRUCT_SESSION_TIMING) == 6 && sizeof(PDU_PARAM_S
               sizeof(PDU_IO_EVENT_QUEUE_PROPERTY_DATA) == 8 && sizeof(PDU_IO_FILTER_DATA) == 36 &&
               sizeof(PDU_IO_ETH_SWITCH_STATE_DATA) == 8 && sizeof(PDU_IO_ENTITY_ADDRESS_DATA) == 8 &&
               sizeof(PDU_IO_ENTITY_STATUS_DATA) == 16);
-static_assert(sizeof(void*) != 8 ||
-              (offsetof(PDU_FLAG_DATA, pFlagData) == 8 && offsetof(PDU_DATA_ITEM, pData) == 8 &&
-               offsetof(PDU_PARAM_ITEM, ComParamClass) == 12 && offsetof(PDU_PARAM_ITEM, pComParamData) == 16 &&
-               offsetof(PDU_PARAM_STRUCTFIELD_DATA, pStructArray) == 16 &&
-               offsetof(PDU_EVENT_ITEM, pCoPTag) == 8 && offsetof(PDU_EVENT_ITEM, Timestamp) == 16 &&
-               offsetof(PDU_EVENT_ITEM, pData) == 24 && offsetof(PDU_RESULT_DATA, UniqueRespIdentifier) == 16 &&
-               offsetof(PDU_RESULT_DATA, TimestampFlags) == 24 &&
-               offsetof(PDU_RESULT_DATA, TxMsgDoneTimestamp) == 40 && offsetof(PDU_RESULT_DATA, pExtraInfo) == 48 &&
-               offsetof(PDU_RESULT_DATA, NumDataBytes) == 56 && offsetof(PDU_RESULT_DATA, pDataBytes) == 64 &&
-               offsetof(PDU_EXTRA_INFO, pHeaderBytes) == 8 && offsetof(PDU_EXTRA_INFO, pFooterBytes) == 16));
+static_assert(
+    sizeof(void*) != 8 ||
+    (offsetof(PDU_FLAG_DATA, pFlagData) == 8 && offsetof(PDU_DATA_ITEM, pData) == 8 &&
+     offsetof(PDU_PARAM_ITEM, ComParamClass) == 12 && offsetof(PDU_PARAM_ITEM, pComParamData) == 16 &&
+     offsetof(PDU_PARAM_STRUCTFIELD_DATA, pStructArray) == 16 && offsetof(PDU_EVENT_ITEM, pCoPTag) == 8 &&
+     offsetof(PDU_EVENT_ITEM, Timestamp) == 16 && offsetof(PDU_EVENT_ITEM, pData) == 24 &&
+     offsetof(PDU_RESULT_DATA, UniqueRespIdentifier) == 16 &&
+     offsetof(PDU_RESULT_DATA, TimestampFlags) == 24 && offsetof(PDU_RESULT_DATA, TxMsgDoneTimestamp) == 40 &&
+     offsetof(PDU_RESULT_DATA, pExtraInfo) == 48 && offsetof(PDU_RESULT_DATA, NumDataBytes) == 56 &&
+     offsetof(PDU_RESULT_DATA, pDataBytes) == 64 && offsetof(PDU_EXTRA_INFO, pHeaderBytes) == 8 &&
+     offsetof(PDU_EXTRA_INFO, pFooterBytes) == 16));
 static_assert(sizeof(void*) != 8 ||
               (offsetof(PDU_COP_CTRL_DATA, TxFlag) == 16 &&
                offsetof(PDU_COP_CTRL_DATA, NumPossibleExpectedResponses) == 32 &&
                offsetof(PDU_COP_CTRL_DATA, pExpectedResponseArray) == 40 &&
-               offsetof(PDU_EXP_RESP_DATA, pMaskData) == 16 && offsetof(PDU_EXP_RESP_DATA, pPatternData) == 24 &&
+               offsetof(PDU_EXP_RESP_DATA, pMaskData) == 16 &&
+               offsetof(PDU_EXP_RESP_DATA, pPatternData) == 24 &&
                offsetof(PDU_EXP_RESP_DATA, NumUniqueRespIds) == 32 &&
-               offsetof(PDU_EXP_RESP_DATA, pUniqueRespIds) == 40 && offsetof(PDU_RSC_DATA, pDLCPinData) == 16 &&
+               offsetof(PDU_EXP_RESP_DATA, pUniqueRespIds) == 40 &&
+               offsetof(PDU_RSC_DATA, pDLCPinData) == 16 &&
                offsetof(PDU_MODULE_DATA, pVendorModuleName) == 8 &&
                offsetof(PDU_MODULE_DATA, pVendorAdditionalInfo) == 16 &&
                offsetof(PDU_MODULE_DATA, ModuleStatus) == 24 &&
@@ -566,13 +570,15 @@ static_assert(sizeof(void*) != 8 ||
                offsetof(LogParameter, Data) == 16 && offsetof(LogParameterBytes, Bytes) == 8));
 static_assert(offsetof(PDU_VERSION_DATA, HwName) == 12 && offsetof(PDU_VERSION_DATA, HwVersion) == 76 &&
               offsetof(PDU_VERSION_DATA, FwName) == 88 && offsetof(PDU_VERSION_DATA, FwVersion) == 152 &&
-              offsetof(PDU_VERSION_DATA, VendorName) == 160 && offsetof(PDU_VERSION_DATA, PDUApiSwName) == 224 &&
+              offsetof(PDU_VERSION_DATA, VendorName) == 160 &&
+              offsetof(PDU_VERSION_DATA, PDUApiSwName) == 224 &&
               offsetof(PDU_VERSION_DATA, PDUApiSwDate) == 292 &&
               offsetof(PDU_IO_FILTER_DATA, FilterMaskMessage) == 12 &&
               offsetof(PDU_IO_FILTER_DATA, FilterPatternMessage) == 24);
 
 /// The application's event callback, and the form in which the target library calls it.
-using CALLBACKFNC = void (*)(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag);
+using CALLBACKFNC = void (*)(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag,
+                             void* pAPITag);
 
 /// What a target library with PDU_MS_SetLogCallback reports its comms traffic to. Always returns 0.
 using PDU_MS_LOG_CALLBACK = UNUM32 (*)(const CHAR8* text, UNUM8 direction, UNUM32 protocol, UNUM32 count,
@@ -598,8 +604,8 @@ PDU_API T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_ST
 PDU_API T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode, UNUM32* phCoP,
                                     UNUM32* pTimestamp, UNUM32* pExtraErrorInfo);
 PDU_API T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus);
-PDU_API T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 resourceId, void* pCLLTag,
-                                            UNUM32* phCLL, PDU_FLAG_DATA* pCLLCreateFlag);
+PDU_API T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 resourceId,
+                                            void* pCLLTag, UNUM32* phCLL, PDU_FLAG_DATA* pCLLCreateFlag);
 PDU_API T_PDU_ERROR PDUDestroyComLogicalLink(UNUM32 hMod, UNUM32 hCLL);
 PDU_API T_PDU_ERROR PDUConnect(UNUM32 hMod, UNUM32 hCLL);
 PDU_API T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL);

@@ -1,6 +1,8 @@
 // The one implementation of CMutexBase, a recursive mutex of the system, and the log mutex made of it.
 #pragma once
 
+#include <string>
+
 #include "lib/CMutexBase.h"
 #include "platform/platform.h"
 
@@ -35,5 +37,12 @@ public:
     LogMutexHold(const LogMutexHold&) = delete;
     LogMutexHold& operator=(const LogMutexHold&) = delete;
 };
+
+/// Copy of a text that LogMutex guards.
+inline std::string CopyGuarded(const std::string& text)
+{
+    LogMutexHold hold;
+    return text;
+}
 
 } // namespace marvane

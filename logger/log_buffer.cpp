@@ -22,8 +22,7 @@ void LogBuffer::Finish(char* end, LineEnd lineEnd)
     if (lineEnd == LineEnd::Yes && end != text_ + Capacity)
         *end++ = '\n';
     length_ = static_cast<std::size_t>(end - text_);
-    if (!HasRoom())
-    {
+    if (!HasRoom()) {
         std::memcpy(end, Marker.data(), Marker.size());
         length_ += Marker.size();
     }

@@ -58,14 +58,14 @@ static_assert(LogBuffer::Capacity + LogBuffer::Marker.size() < LogBuffer::Size);
 namespace log_buffer_detail {
 
 template <class... Arguments>
-void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, std::string_view format, const Arguments&... arguments)
+void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, std::string_view format,
+               const Arguments&... arguments)
 {
     if (!LoggingActive() || !text.HasRoom())
         return;
     if constexpr (sizeof...(Arguments) == 0)
         text.Append(format, lineEnd);
-    else
-    {
+    else {
         const FormatArgument list[] = {FormatArgument(arguments)...};
         text.Append(format, list, lineEnd);
     }
@@ -75,7 +75,8 @@ void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, std::string_view for
 
 /// One log statement: formats onto the end of the text if logging is active and there is room.
 template <class... Arguments>
-void LogAppend(LogBuffer& text, std::type_identity_t<LogFormat<Arguments...>> format, const Arguments&... arguments)
+void LogAppend(LogBuffer& text, std::type_identity_t<LogFormat<Arguments...>> format,
+               const Arguments&... arguments)
 {
     log_buffer_detail::Statement(text, LogBuffer::LineEnd::No, format.Text(), arguments...);
 }

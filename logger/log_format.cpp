@@ -39,8 +39,7 @@ struct Output
 
 const char* Parse(const char* position, Directive& directive)
 {
-    for (;; ++position)
-    {
+    for (;; ++position) {
         if (*position == '-')
             directive.LeftAligned = true;
         else if (*position == '0')
@@ -71,12 +70,12 @@ void PutText(Output& out, const Directive& directive, const FormatArgument& argu
     if (argument.Text == nullptr && argument.Length != 0)
         return PutPadded(out, directive, "(null)", 6);
     std::size_t length = argument.Length;
-    if (length == FormatArgument::UnknownLength)
-    {
+    if (length == FormatArgument::UnknownLength) {
         // What lies behind the room is not even looked at: a text may have no end in sight.
         const auto room = static_cast<std::size_t>(out.End - out.Position);
         const void* terminator = std::memchr(argument.Text, 0, room);
-        length = terminator ? static_cast<std::size_t>(static_cast<const char*>(terminator) - argument.Text) : room;
+        length = terminator ? static_cast<std::size_t>(static_cast<const char*>(terminator) - argument.Text)
+                            : room;
     }
     PutPadded(out, directive, argument.Text, length);
 }
@@ -101,22 +100,18 @@ void PutNumber(Output& out, const Directive& directive, const FormatArgument& ar
     char digits[16];
     char* const end = digits + sizeof digits;
     char* first = end;
-    if (directive.Conversion == 'x' || directive.Conversion == 'X')
-    {
+    if (directive.Conversion == 'x' || directive.Conversion == 'X') {
         const char* alphabet = directive.Conversion == 'x' ? "0123456789abcdef" : "0123456789ABCDEF";
         do
             *--first = alphabet[value & 15];
         while ((value >>= 4) != 0);
-    }
-    else
-    {
+    } else {
         do
             *--first = static_cast<char>('0' + value % 10);
         while ((value /= 10) != 0);
     }
     auto length = static_cast<std::size_t>(end - first);
-    if (directive.ZeroPadded && !directive.LeftAligned)
-    {
+    if (directive.ZeroPadded && !directive.LeftAligned) {
         if (negative)
             out.Put("-", 1);
         const std::size_t used = length + (negative ? 1 : 0);
@@ -124,8 +119,7 @@ void PutNumber(Output& out, const Directive& directive, const FormatArgument& ar
         out.Put(first, length);
         return;
     }
-    if (negative)
-    {
+    if (negative) {
         *--first = '-';
         ++length;
     }
@@ -140,14 +134,12 @@ void PutPointer(Output& out, const Directive& directive, const FormatArgument& a
 
 void PutArgument(Output& out, const Directive& directive, const FormatArgument& argument)
 {
-    switch (directive.Conversion)
-    {
+    switch (directive.Conversion) {
     case 's':
         return PutText(out, directive, argument);
     case 'p':
         return PutPointer(out, directive, argument);
-    case 'c':
-    {
+    case 'c': {
         const auto character = static_cast<char>(argument.Number);
         return PutPadded(out, directive, &character, 1);
     }
@@ -163,8 +155,7 @@ char* FormatText(char* out, char* end, std::string_view format, const FormatArgu
     Output output{out, end};
     const char* position = format.data();
     const char* const formatEnd = position + format.size();
-    while (position != formatEnd)
-    {
+    while (position != formatEnd) {
         const void* found = std::memchr(position, '%', static_cast<std::size_t>(formatEnd - position));
         const char* const percent = found ? static_cast<const char*>(found) : formatEnd;
         output.Put(position, static_cast<std::size_t>(percent - position));

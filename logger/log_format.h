@@ -19,8 +19,7 @@ struct FormatArgument
 {
     static constexpr std::size_t UnknownLength = static_cast<std::size_t>(-1);
 
-    union
-    {
+    union {
         std::uint64_t Number;
         const char* Text;
         const void* Pointer;
@@ -28,7 +27,7 @@ struct FormatArgument
     std::size_t Length = 0; ///< of Text, if known
 
     template <class T>
-        requires std::is_integral_v<T>
+    requires std::is_integral_v<T>
     constexpr FormatArgument(T number) : Number(static_cast<std::uint64_t>(static_cast<std::int64_t>(number)))
     {
         static_assert(sizeof(T) <= 4, "values of the log have at most 32 bits");
@@ -37,8 +36,9 @@ struct FormatArgument
     constexpr FormatArgument(std::string_view text) : Text(text.data()), Length(text.size()) {}
     FormatArgument(const std::string& text) : Text(text.data()), Length(text.size()) {}
     template <class T>
-        requires std::is_pointer_v<T> && (!std::is_same_v<std::remove_cv_t<std::remove_pointer_t<T>>, char>)
-    constexpr FormatArgument(T pointer) : Pointer(Address(pointer))
+    requires std::is_pointer_v<T> &&
+        (!std::is_same_v<std::remove_cv_t<std::remove_pointer_t<T>>, char>)constexpr FormatArgument(T pointer)
+        : Pointer(Address(pointer))
     {
     }
 
@@ -83,8 +83,7 @@ template <class... Arguments> consteval void Check(std::string_view format)
     constexpr std::size_t count = sizeof...(Arguments);
     constexpr std::array<Kind, count + 1> kinds = {KindOf<Arguments>()..., Kind::Number};
     std::size_t next = 0;
-    for (std::size_t i = 0; i < format.size(); ++i)
-    {
+    for (std::size_t i = 0; i < format.size(); ++i) {
         if (format[i] != '%')
             continue;
         ++i;

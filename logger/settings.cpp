@@ -85,16 +85,15 @@ std::uint32_t SharedSetting(NumericKey key)
 void SetSetting(NumericKey key, std::uint32_t value)
 {
     const auto index = static_cast<std::size_t>(key);
-    if (index < NumericSettings.size())
-    {
+    if (index < NumericSettings.size()) {
         NumericSettings[index].store(value, std::memory_order_relaxed);
         return;
     }
     const std::uint64_t half = std::uint64_t{0xFFFFFFFF} << HalfShift(key);
     const std::uint64_t bits = std::uint64_t{value} << HalfShift(key);
     std::uint64_t whole = DefaultEventCallback.load(std::memory_order_relaxed);
-    while (!DefaultEventCallback.compare_exchange_weak(whole, (whole & ~half) | bits, std::memory_order_acq_rel))
-    {
+    while (!DefaultEventCallback.compare_exchange_weak(whole, (whole & ~half) | bits,
+                                                       std::memory_order_acq_rel)) {
     }
 }
 

@@ -74,9 +74,10 @@ void UnloadLibrary(Library library);
 
 struct ModulePath
 {
-    std::string Path;            ///< empty on failure
-    std::uint32_t ModuleError;   ///< error code if the module of this library was not found, else 0
-    std::uint32_t FileNameError; ///< error code if the module has no file name or one of over `limit` - 1 bytes
+    std::string Path;          ///< empty on failure
+    std::uint32_t ModuleError; ///< error code if the module of this library was not found, else 0
+    std::uint32_t
+        FileNameError; ///< error code if the module has no file name or one of over `limit` - 1 bytes
 };
 
 /// Full path of the file that this library was loaded from. If the module is not found, that of the

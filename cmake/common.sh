@@ -1,0 +1,66 @@
+# Shared by ./demo and ./check: messages, installing what is missing, building a preset.
+
+top=$(cd "$(dirname "$0")" && pwd)
+jobs=$(nproc 2>/dev/null || echo 2)
+
+say() { printf '\n== %s\n' "$*"; }
+fail() {
+    printf '\n%s: %s\n' "$(basename "$0")" "$*" >&2
+    exit 1
+}
+
+native_packages="g++ cmake ninja-build googletest"
+windows_packages="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64"
+
+# install_packages NAME...: installs those of the packages that are missing. Fails if that is not possible.
+install_packages() {
+    missing=""
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing="$missing $package"
+    done
+    [ -z "$missing" ] && return 0
+    command -v apt-get >/dev/null 2>&1 || {
+        echo "No apt-get here. These Debian packages, or what they are called on this system, are needed:$missing" >&2
+        return 1
+    }
+    as_root=""
+    if [ "$(id -u)" != 0 ]; then
+        command -v sudo >/dev/null 2>&1 || {
+            echo "Neither root nor sudo, so these packages can't be installed:$missing" >&2
+            return 1
+        }
+        as_root=sudo
+    fi
+    say "Installing:$missing"
+    log=$(mktemp)
+    if $as_root apt-get update >"$log" 2>&1 &&
+        $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $missing >>"$log" 2>&1
+    then
+        rm -f "$log"
+        return 0
+    fi
+    tail -n 20 "$log" >&2
+    echo "apt-get failed; its whole output is in $log" >&2
+    return 1
+}
+
+# build PRESET [cmake build argument...]: configures and builds a preset, quiet unless it fails.
+build() {
+    preset=$1
+    shift
+    say "Building $preset into build/$preset"
+    mkdir -p "$top/build"
+    log="$top/build/$preset.log"
+    (cd "$top" && cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs" "$@") >"$log" 2>&1 || {
+        tail -n 40 "$log" >&2
+        fail "the build of $preset failed; its whole output is in build/$preset.log"
+    }
+}
+
+# A Wine prefix is made at its first use; doing that once, ahead of programs that run side by side, keeps them
+# from making it at the same time.
+prepare_wine() {
+    say "Preparing Wine (the first time takes a minute)"
+    "$top/cmake/run-under-wine" wineboot -i >/dev/null 2>&1 || return 1
+    "$top/cmake/run-under-wine" cmd /c exit >/dev/null 2>&1
+}

@@ -1,0 +1,130 @@
+#include "logger/call_frame.h"
+
+#include "logger/log_files.h"
+#include "logger/rotation.h"
+#include "logger/settings.h"
+
+namespace marvane {
+
+namespace {
+
+T_PDU_ERROR AnswerNotLoaded(const char* name)
+{
+    if (IsLoaded()) {
+        CallText text;
+        ReadFrameTime(text);
+        LogNotLoaded(text, name);
+    }
+    return PDU_ERR_PDUAPI_NOT_CONSTRUCTED;
+}
+
+void LogEntryLine(const CallForm& call, CallText& text)
+{
+    const UNUM32 calls = Setting(NumericKey::LogFnCalls);
+    if (!IsLoaded() || !LoggingActive() || calls == 0)
+        return;
+    LogEntry(text, call.name);
+    if (calls >= 2) {
+        if (!call.arguments)
+            LogAppend(text.Buffer, "()");
+        else if (text.Buffer.HasRoom())
+            call.arguments(text.Buffer);
+    }
+    LogAppend(text.Buffer, "\n");
+}
+
+void LogExitLine(const CallForm& call, CallText& text, T_PDU_ERROR status)
+{
+    if (!LoggingActive() || Setting(NumericKey::LogFnCalls) == 0)
+        return;
+    LogExit(text, call.name, status);
+    LogCommit(text.Buffer, ApiLogFile);
+}
+
+} // namespace
+
+T_PDU_ERROR LogCall(const CallForm& call)
+{
+    const CPduDll* const target = TargetLibrary();
+    if (!target)
+        return AnswerNotLoaded(call.name);
+
+    CallText text;
+    ReadFrameTime(text);
+    LogEntryLine(call, text);
+    if (call.before)
+        call.before(text);
+    CommitEntry(text);
+
+    const T_PDU_ERROR status = call.forward(*target);
+    if (!IsLoaded())
+        return status;
+    CloseCallOut(text, call.name);
+    if (call.after)
+        call.after(text, status);
+    if (!IsLoaded())
+        return status;
+    LogExitLine(call, text, status);
+
+    if (call.finish)
+        call.finish(text);
+    else
+        CheckRotation(text, call.name);
+    return status;
+}
+
+DecoderFrame ArgumentFrame(CallText& text)
+{
+    return {Setting(NumericKey::LogFnCalls), Setting(NumericKey::LogFnDecodeArgs), text.Buffer, text.Time};
+}
+
+DecoderFrame ResultFrame(CallText& text)
+{
+    return {Setting(NumericKey::LogFnCalls), Setting(NumericKey::LogFnDecodeRsps), text.Buffer, text.Time};
+}
+
+void ReadFrameTime(CallText& text)
+{
+    if (LoggingActive())
+        text.Time = platform::ReadLocalTime();
+}
+
+void LogEntry(CallText& text, const char* name)
+{
+    LogStamp(text.Buffer, text.Time);
+    LogAppend(text.Buffer, "+ %s", name);
+}
+
+void LogExit(CallText& text, const char* name, T_PDU_ERROR status)
+{
+    LogStamp(text.Buffer, text.Time);
+    LogAppend(text.Buffer, "- %s<%s (0x%04X)>\n", name, StatusText(status), status);
+}
+
+void LogNotLoaded(CallText& text, const char* name)
+{
+    LogStamp(text.Buffer, text.Time);
+    LogAppend(text.Buffer, "%s", name);
+    LogAppend(text.Buffer, " - Called but library not loaded!\n");
+    LogCommit(text.Buffer, ApiLogFile);
+}
+
+void CommitEntry(CallText& text)
+{
+    if (IsLoaded() && LoggingActive())
+        WriteToLog(ApiLogFile, text.Buffer.Text());
+}
+
+void CloseCallOut(CallText& text, const char* name)
+{
+    if (!LoggingActive())
+        return;
+    text.Buffer.Clear();
+    ReadFrameTime(text);
+    if (Setting(NumericKey::LogCallOuts) == 1) {
+        LogStamp(text.Buffer, text.Time);
+        LogAppend(text.Buffer, "    <%s\n", name);
+    }
+}
+
+} // namespace marvane

@@ -1,0 +1,93 @@
+// ComParams and the table of unique response identifiers.
+#include "logger/call_frame.h"
+
+using namespace marvane;
+
+T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_ITEM** pParamItem)
+{
+    return LogCall({
+        .name = "PDUGetComParam",
+        .arguments =
+            [&](LogBuffer& text) {
+                LogAppend(text, "(hMod=%s, hCLL=%s, ParamID=%s (%u), pParamItem=%8p)", HandleText(hMod),
+                          HandleText(hCLL),
+                          ObjectName(ObjectNameMap::ComParamNames, ParamID, "[NOT YET READ]"), ParamID,
+                          pParamItem);
+            },
+        .before =
+            [&](CallText& text) {
+                if (!pParamItem)
+                    GatedLine(ArgumentFrame(text), Outgoing, "WARNING - pParamItem write-back\t= <NULL>");
+            },
+        .forward =
+            [&](const CPduDll& target) { return target.PDUGetComParam(hMod, hCLL, ParamID, pParamItem); },
+        .after =
+            [&](CallText& text, T_PDU_ERROR status) {
+                if (status == PDU_STATUS_NOERROR && pParamItem)
+                    DecodeComParam(ResultFrame(text), *pParamItem, DirectionOut, 0);
+            },
+    });
+}
+
+T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem)
+{
+    return LogCall({
+        .name = "PDUSetComParam",
+        .arguments =
+            [&](LogBuffer& text) {
+                LogAppend(text, "(hMod=%s, hCLL=%s, pParamItem=%8p)", HandleText(hMod), HandleText(hCLL),
+                          pParamItem);
+            },
+        .before =
+            [&](CallText& text) {
+                if (pParamItem)
+                    DecodeComParam(ArgumentFrame(text), pParamItem, DirectionIn, 0);
+                else
+                    GatedLine(ArgumentFrame(text), Outgoing, "WARNING - pParamItem\t= <NULL>");
+            },
+        .forward = [&](const CPduDll& target) { return target.PDUSetComParam(hMod, hCLL, pParamItem); },
+    });
+}
+
+T_PDU_ERROR PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
+                                    PDU_UNIQUE_RESP_ID_TABLE_ITEM** pUniqueRespIdTable)
+{
+    return LogCall({
+        .name = "PDUGetUniqueRespIdTable",
+        .arguments =
+            [&](LogBuffer& text) {
+                LogAppend(text, "(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)", HandleText(hMod),
+                          HandleText(hCLL), pUniqueRespIdTable);
+            },
+        .forward =
+            [&](const CPduDll& target) {
+                return target.PDUGetUniqueRespIdTable(hMod, hCLL, pUniqueRespIdTable);
+            },
+        .after =
+            [&](CallText& text, T_PDU_ERROR status) {
+                if (status == PDU_STATUS_NOERROR && pUniqueRespIdTable)
+                    DecodeUniqueRespIdTable(ResultFrame(text), *pUniqueRespIdTable, DirectionOut, 0);
+            },
+    });
+}
+
+T_PDU_ERROR PDUSetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
+                                    PDU_UNIQUE_RESP_ID_TABLE_ITEM* pUniqueRespIdTable)
+{
+    return LogCall({
+        .name = "PDUSetUniqueRespIdTable",
+        .arguments =
+            [&](LogBuffer& text) {
+                LogAppend(text, "(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)", HandleText(hMod),
+                          HandleText(hCLL), pUniqueRespIdTable);
+            },
+        .before =
+            [&](CallText& text) {
+                DecodeUniqueRespIdTable(ArgumentFrame(text), pUniqueRespIdTable, DirectionIn, 0);
+            },
+        .forward =
+            [&](const CPduDll& target) {
+                return target.PDUSetUniqueRespIdTable(hMod, hCLL, pUniqueRespIdTable);
+            },
+    });
+}

@@ -1,0 +1,92 @@
+#include "logger/library_path.h"
+
+#include "lib/CMutexWindows.h"
+#include "logger/settings.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+std::string TargetLibraryPath;
+std::string LoggerVersionText = "<UNREAD>";
+std::string TargetVersionText = "<UNREAD>";
+
+namespace {
+
+constexpr std::size_t MostPathCharacters = 260;
+
+// A text of the log's statements about start-up: stamp, arrow, text.
+template <class... Arguments>
+void StartUpLine(LogBuffer& text, const FrameTime& time, std::type_identity_t<LogFormat<Arguments...>> format,
+                 const Arguments&... arguments)
+{
+    LogStamp(text, time);
+    LogAppend(text, "%s", "   -->  ");
+    LogAppendLine<Arguments...>(text, format, arguments...);
+}
+
+/// Folder of this library with its separator; empty if the module is not found.
+std::string OwnFolder()
+{
+    const platform::ModulePath own = platform::OwnModulePath(MostPathCharacters);
+    if (own.ModuleError != 0) {
+        Diagnose({DebugLevel::Error, Subsystem::APP, "logger/logger", "GetLibPath"},
+                 "GetModuleHandle Error=", own.ModuleError);
+        return {};
+    }
+    return own.Path.substr(0, own.Path.rfind(platform::PathSeparator) + 1);
+}
+
+void SetTargetLibraryPath(const std::string& folder, const std::string& fileName)
+{
+    std::string path = folder.substr(0, MostPathCharacters);
+    path += fileName.substr(0, MostPathCharacters - path.size());
+    LogMutexHold hold;
+    TargetLibraryPath = path;
+}
+
+} // namespace
+
+bool GetLibPath(LogBuffer& text, const FrameTime& time, const CConfigData& config)
+{
+    const std::uint32_t enabled = Setting(NumericKey::LogEnabled);
+    if (enabled >= 2) {
+        StartUpLine(text, time, "Unsupported LogEnabled=%d setting", enabled);
+        return true;
+    }
+    std::string fileName;
+    if (config.GetStringValue("PDUAPILibDll", fileName) != 0) {
+        LogStamp(text, time);
+        LogAppendLine(text, "Logger 'PDUAPILibDll' not in config");
+    }
+    std::string folder;
+    config.GetStringValue("InstalledPath", folder);
+    if (folder == ".") {
+        if (enabled != 0)
+            StartUpLine(text, time, "StandAlone installation");
+        folder = OwnFolder();
+        if (folder.empty())
+            return false;
+    }
+    SetTargetLibraryPath(folder, fileName);
+    if (enabled != 0)
+        StartUpLine(text, time, "LOADING: DLL = \"%s\"", CopyGuarded(TargetLibraryPath));
+    return true;
+}
+
+bool ReadVersionText(const std::string& file, std::string& versionText)
+{
+    if (!LoggingActive())
+        return false;
+    const auto version = platform::ProductVersion(file);
+    LogMutexHold hold;
+    if (!version) {
+        versionText.replace(0, 8, "<UNKNOWN");
+        return false;
+    }
+    char text[40];
+    const FormatArgument numbers[] = {(*version)[0], (*version)[1], (*version)[2], (*version)[3]};
+    versionText.assign(text, FormatText(text, std::end(text), "R%02d.%03d.%04d.%04d", numbers));
+    return true;
+}
+
+} // namespace marvane

@@ -1,0 +1,142 @@
+#include "logger/log_files.h"
+
+#include "lib/CMutexWindows.h"
+#include "logger/log_trimming.h"
+#include "logger/settings.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+LogStream ApiLogFile = nullptr;
+LogStream CommsLogFile = nullptr;
+std::string LogDirectory;
+
+namespace {
+
+constexpr const char* ApiBaseName = "D-PDU_API_Logger";
+constexpr const char* CommsBaseName = "D-PDU_API_Comms";
+
+// The folder is made once in a process: one that is deleted later is not made again.
+std::atomic<bool> LogDirectoryReady = false;
+
+bool MakeLogDirectory(const std::string& directory)
+{
+    const std::string path = directory.substr(0, 255);
+    bool made = true;
+    for (std::size_t start = 0; start < path.size();) {
+        std::size_t end = path.find(platform::PathSeparator, start);
+        if (end == std::string::npos)
+            end = path.size();
+        const std::string prefix = path.substr(0, end);
+        if (!platform::PathExists(prefix) && !platform::MakeDirectory(prefix))
+            made = false;
+        start = end + 1;
+    }
+    return made;
+}
+
+std::string FileStamp()
+{
+    const std::tm now = platform::LocalCalendarTime();
+    char text[32];
+    const std::size_t length = std::strftime(text, sizeof text, "%d-%m-%Y_%H-%M-%S", &now);
+    return {text, length};
+}
+
+struct LogPaths
+{
+    std::string Api;
+    std::string Comms;
+};
+
+LogPaths ComposePaths(const std::string& directory, bool withComms)
+{
+    std::string soleApi;
+    std::string soleComms;
+    TrimLogFiles(ApiBaseName, soleApi);
+    if (withComms)
+        TrimLogFiles(CommsBaseName, soleComms);
+
+    const std::string folder = directory + platform::PathSeparator;
+    if (!soleApi.empty())
+        return {folder + soleApi, withComms ? folder + soleComms : std::string()};
+    const std::string ending = "_" + FileStamp() + ".LGR";
+    // No separator in front of the comms name: without one at the folder's end the file lies beside the
+    // folder. Readers of the logs rely on where it is.
+    return {folder + ApiBaseName + ending, withComms ? directory + CommsBaseName + ending : std::string()};
+}
+
+std::FILE* OpenAtEnd(const std::string& path)
+{
+    std::FILE* stream = platform::OpenLogStream(path);
+    if (stream)
+        std::fseek(stream, 0, SEEK_END);
+    return stream;
+}
+
+} // namespace
+
+int OpenLogFile(const std::string& directory)
+{
+    if (!LogDirectoryReady) {
+        if (!MakeLogDirectory(directory))
+            return 1;
+        LogDirectoryReady = true;
+    }
+    const bool withComms = (Setting(NumericKey::LogCommsFile) & 1) != 0;
+    const LogPaths paths = ComposePaths(directory, withComms);
+
+    LogMutexHold hold;
+    CloseLogFiles();
+    ApiLogFile = OpenAtEnd(paths.Api);
+    int result = ApiLogFile ? 0 : 1;
+    if (!withComms || Setting(NumericKey::LogDoIPComms) == 0) {
+        CommsLogFile = ApiLogFile.load();
+        return result;
+    }
+    CommsLogFile = OpenAtEnd(paths.Comms);
+    return CommsLogFile ? 0 : result;
+}
+
+void CloseLogFiles()
+{
+    LogMutexHold hold;
+    std::FILE* const api = ApiLogFile.exchange(nullptr);
+    std::FILE* const comms = CommsLogFile.exchange(nullptr);
+    if (comms && comms != api)
+        std::fclose(comms);
+    if (api)
+        std::fclose(api);
+}
+
+std::uint32_t GetLogFileSize()
+{
+    if (!ApiLogFile.load(std::memory_order_relaxed))
+        return 0;
+    LogMutexHold hold;
+    std::FILE* const stream = ApiLogFile;
+    if (!stream)
+        return 0;
+    std::fseek(stream, 0, SEEK_END);
+    const long end = std::ftell(stream);
+    return static_cast<std::uint32_t>(end);
+}
+
+void WriteToLog(const LogStream& stream, std::string_view text)
+{
+    LogMutexHold hold;
+    std::FILE* const file = stream;
+    if (!file)
+        return;
+    std::fwrite(text.data(), 1, text.size(), file);
+    if (Setting(NumericKey::LogFlush) == 1)
+        std::fflush(file);
+}
+
+void LogCommit(const LogBuffer& text, const LogStream& stream)
+{
+    if (LoggingActive() && stream.load(std::memory_order_relaxed))
+        WriteToLog(stream, text.Text());
+}
+
+} // namespace marvane

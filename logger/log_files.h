@@ -1,0 +1,43 @@
+// The API log files: where they lie, how they are opened, written, measured and closed.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "logger/log_buffer.h"
+
+namespace marvane {
+
+/// An open log stream, or none. Changed under LogMutex only; whether it exists may be looked at without.
+using LogStream = std::atomic<std::FILE*>;
+
+/// The log of the calls.
+extern LogStream ApiLogFile;
+/// Where comms records go: ApiLogFile's own stream, or a file beside it.
+extern LogStream CommsLogFile;
+
+/// Folder of the log files, at most 260 characters; kept for reopening. Guarded by LogMutex.
+extern std::string LogDirectory;
+
+/// Makes the folder if this process has not done so yet, trims the old files, and opens the log file and,
+/// if so configured, the comms file, both for appending. Returns 0 on success, else 1.
+int OpenLogFile(const std::string& directory);
+
+/// Closes the log file and the comms file.
+void CloseLogFiles();
+
+/// Size of the API log file in bytes, with all that was written to it; 0 if none is open. Leaves the file's
+/// contents on the disc.
+std::uint32_t GetLogFileSize();
+
+/// Writes a text to a stream and flushes it if LogFlush is 1, under LogMutex. A stream that is gone by then
+/// swallows the text.
+void WriteToLog(const LogStream& stream, std::string_view text);
+
+/// Writes a buffer to a stream if logging is active and the stream exists. The buffer keeps its text.
+void LogCommit(const LogBuffer& text, const LogStream& stream);
+
+} // namespace marvane

@@ -1,0 +1,60 @@
+#include "logger/log_header.h"
+
+#include "lib/CMutexWindows.h"
+#include "logger/library_path.h"
+#include "logger/log_files.h"
+#include "logger/settings.h"
+
+namespace marvane {
+
+namespace {
+
+void AppendNumericSettings(LogBuffer& text, const FrameTime& time)
+{
+    for (const NumericKeyName& key : NumericKeyNames) {
+        const std::uint32_t value = Setting(key.Key);
+        if (key.Key == NumericKey::LogEngineeringMode && value == 0)
+            continue;
+        LogStamp(text, time);
+        LogAppend(text, "Config setting: %-20s = %9u (0x%08X)\n", key.Name, value, value);
+    }
+}
+
+void AppendStringSettings(LogBuffer& text, const FrameTime& time)
+{
+    for (const StringKeyName& key : StringKeyNames) {
+        LogStamp(text, time);
+        LogAppend(text, "Config setting: %-20s = '%s'\n", key.Name, StringSettings[key.Key]);
+    }
+}
+
+} // namespace
+
+void LogHeader(LogBuffer& text, const FrameTime& time)
+{
+    LogMutexHold hold;
+    LogStamp(text, time);
+    LogAppend(text, "########## D-PDU API LOGGER VERSION: %s ##########\n", LoggerVersionText);
+    LogStamp(text, time);
+    LogAppend(text, "%s", "LogHeader");
+    LogAppend(text, "{Loaded=%d}\n", Loaded.load());
+    AppendNumericSettings(text, time);
+    AppendStringSettings(text, time);
+    if (!IsLoaded())
+        return;
+    LogLogFileDir(text, time, LogDirectory);
+    if (Setting(NumericKey::LogEnabled) == 0)
+        return;
+    LogStamp(text, time);
+    LogAppend(text, "%s", "   <--  ");
+    LogAppendLine(text, "LOADED:  Version '%s' of '%s'", TargetVersionText, TargetLibraryPath);
+}
+
+void LogLogFileDir(LogBuffer& text, const FrameTime& time, const std::string& directory)
+{
+    LogStamp(text, time);
+    LogAppend(text, "Config setting: %s=%s\n", "LogFileDir",
+              directory.empty() ? "<NULL STRING>" : directory.c_str());
+}
+
+} // namespace marvane

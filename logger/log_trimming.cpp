@@ -1,0 +1,58 @@
+#include "logger/log_trimming.h"
+
+#include <cstdint>
+#include <set>
+
+#include "lib/CLog.h"
+#include "lib/CMutexWindows.h"
+#include "logger/log_files.h"
+#include "logger/settings.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+namespace {
+
+// Escaped, since "??-" is a trigraph.
+constexpr const char* StampPattern = "_\?\?-\?\?-\?\?\?\?_\?\?-\?\?-\?\?.LGR";
+
+struct Trimming : DiagnosticSource
+{
+    explicit Trimming(DebugLevel level, std::uint32_t line = __builtin_LINE())
+        : DiagnosticSource(level, Subsystem::APP, "logger/logger", "TrimLogFiles", line)
+    {
+    }
+};
+
+} // namespace
+
+void TrimLogFiles(const std::string& baseName, std::string& soleFile)
+{
+    Diagnose(Trimming(DebugLevel::Debug), "FileName=", baseName);
+    soleFile.clear();
+    const std::string directory = CopyGuarded(LogDirectory);
+    const std::string folder = directory + platform::PathSeparator;
+    Diagnose(Trimming(DebugLevel::Debug), "SearchPath=", directory);
+    // The stamp begins with the day, so the order is that of the text and not that of age.
+    std::set<std::string> names;
+    for (std::string& name : platform::FindFiles(folder + baseName + StampPattern))
+        names.insert(std::move(name));
+    if (names.empty())
+        return;
+
+    // Wraps round to 0 for the largest number, which erases every file.
+    const std::uint32_t most = Setting(NumericKey::LogFileMaxNum) + 1;
+    Diagnose(Trimming(DebugLevel::Debug), "NumFiles=", names.size(), ", Max=", most);
+    while (most < names.size()) {
+        const std::string path = folder + *names.begin();
+        Diagnose(Trimming(DebugLevel::Debug1), "Erasing=", path);
+        platform::RemoveFile(path);
+        names.erase(names.begin());
+    }
+    if (Setting(NumericKey::LogFileMaxNum) == 0) {
+        soleFile = *names.begin();
+        Diagnose(Trimming(DebugLevel::Debug), "SoleFile=", soleFile);
+    }
+}
+
+} // namespace marvane

@@ -1,0 +1,45 @@
+#include "logger/rotation.h"
+
+#include "lib/CMutexWindows.h"
+#include "logger/log_files.h"
+#include "logger/log_header.h"
+#include "logger/settings.h"
+
+namespace marvane {
+
+namespace {
+
+void BeginFileLine(CallText& text, const char* name)
+{
+    text.Buffer.Clear();
+    LogStamp(text.Buffer, text.Time);
+    LogAppend(text.Buffer, "# %s", name);
+}
+
+} // namespace
+
+void CheckRotation(CallText& text, const char* name)
+{
+    const UNUM32 limit = Setting(NumericKey::LogFileMaxSize);
+    if (limit == 0 || Setting(NumericKey::LogFileMaxNum) == 0)
+        return;
+    if (GetLogFileSize() > limit)
+        ChangeLogFile(text, name);
+}
+
+void ChangeLogFile(CallText& text, const char* name)
+{
+    LogMutexHold hold;
+    BeginFileLine(text, name);
+    LogAppendLine(text.Buffer, " - Changing log file");
+    LogCommit(text.Buffer, ApiLogFile);
+    CloseLogFiles();
+
+    OpenLogFile(LogDirectory);
+    BeginFileLine(text, name);
+    LogAppendLine(text.Buffer, " - Continuation file");
+    LogHeader(text.Buffer, text.Time);
+    LogCommit(text.Buffer, ApiLogFile);
+}
+
+} // namespace marvane

@@ -17,8 +17,8 @@ constexpr const char* Name = "PDUCallbackTrap";
 using Callback = std::atomic<CALLBACKFNC>;
 
 // Never emptied: a handle that comes up again in a later session finds its callback.
-GrowOnlyMap<UNUM32, Callback> ModuleCallbackMap;
-GrowOnlyMap<std::uint64_t, Callback> LinkCallbackMaps;
+constinit GrowOnlyMap<UNUM32, Callback> ModuleCallbackMap;
+constinit GrowOnlyMap<std::uint64_t, Callback> LinkCallbackMaps;
 
 std::uint64_t LinkKey(UNUM32 hMod, UNUM32 hCLL)
 {
@@ -49,9 +49,9 @@ CALLBACKFNC ResolveEventCallback(UNUM32 hMod, UNUM32 hCLL)
 void RememberEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC callback)
 {
     if (hCLL != PDU_HANDLE_UNDEF)
-        LinkCallbackMaps.FindOrInsert(LinkKey(hMod, hCLL)).store(callback, std::memory_order_release);
+        LinkCallbackMaps.FindOrInsert(LinkKey(hMod, hCLL)).Held.store(callback, std::memory_order_release);
     else if (hMod != PDU_HANDLE_UNDEF)
-        ModuleCallbackMap.FindOrInsert(hMod).store(callback, std::memory_order_release);
+        ModuleCallbackMap.FindOrInsert(hMod).Held.store(callback, std::memory_order_release);
     else
         DefaultEventCallback.store(reinterpret_cast<std::uintptr_t>(callback), std::memory_order_release);
 }

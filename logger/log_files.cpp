@@ -35,11 +35,12 @@ bool MakeLogDirectory(const std::string& directory)
     return made;
 }
 
-std::string FileStamp()
+/// What stands behind the base name of a new file.
+std::string FileEnding()
 {
     const std::tm now = platform::LocalCalendarTime();
-    char text[32];
-    const std::size_t length = std::strftime(text, sizeof text, "%d-%m-%Y_%H-%M-%S", &now);
+    char text[40];
+    const std::size_t length = std::strftime(text, sizeof text, "_%d-%m-%Y_%H-%M-%S.LGR", &now);
     return {text, length};
 }
 
@@ -60,7 +61,7 @@ LogPaths ComposePaths(const std::string& directory, bool withComms)
     const std::string folder = directory + platform::PathSeparator;
     if (!soleApi.empty())
         return {folder + soleApi, withComms ? folder + soleComms : std::string()};
-    const std::string ending = "_" + FileStamp() + ".LGR";
+    const std::string ending = FileEnding();
     // No separator in front of the comms name: without one at the folder's end the file lies beside the
     // folder. Readers of the logs rely on where it is.
     return {folder + ApiBaseName + ending, withComms ? directory + CommsBaseName + ending : std::string()};

@@ -61,8 +61,7 @@ std::atomic<platform::Library> TargetLibraryHandle = nullptr;
 
 CPduDll::CPduDll(platform::Library library)
 {
-    for (const TargetFunction& function : PduFunctionTable)
-    {
+    for (const TargetFunction& function : PduFunctionTable) {
         void* const address = platform::FindFunction(library, function.Name);
         std::memcpy(reinterpret_cast<char*>(this) + function.Offset, &address, sizeof address);
     }
@@ -81,8 +80,7 @@ void LoadTargetLibrary()
         throw std::runtime_error("Unable to load " + path + "\n\t\t\t\t\tDescription:- " + library.Error);
     auto functions = std::make_unique<CPduDll>(library.Handle);
     const CPduDll* none = nullptr;
-    if (!Instance.compare_exchange_strong(none, functions.get(), std::memory_order_acq_rel))
-    {
+    if (!Instance.compare_exchange_strong(none, functions.get(), std::memory_order_acq_rel)) {
         // Another thread was first; its instance stays.
         platform::UnloadLibrary(library.Handle);
         return;

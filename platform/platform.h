@@ -135,7 +135,7 @@ public:
 private:
     const volatile std::int32_t* words_ = nullptr;
     std::size_t mappedBytes_ = 0;
-    std::intptr_t mapping_ = 0;
+    [[maybe_unused]] void* mapping_ = nullptr;
     int descriptor_ = -1;
 };
 

@@ -95,7 +95,7 @@ T_PDU_ERROR PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname, UNUM32* 
                 if (results.IsOpen())
                     DecodeLine(results, Incoming, "pPduObjectId  \t= %u", *pPduObjectId);
                 // Learned whatever is being logged: the names are wanted later.
-                if (status == PDU_STATUS_NOERROR)
+                if (status == PDU_STATUS_NOERROR && pShortname)
                     RecordObjectName(pduObjectType, *pPduObjectId, pShortname);
             },
     });

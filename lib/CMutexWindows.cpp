@@ -1,0 +1,43 @@
+#include "lib/CMutexWindows.h"
+
+#include <algorithm>
+
+#include "lib/CLog.h"
+
+namespace marvane {
+
+CMutexWindows LogMutex;
+
+CMutexWindows::CMutexWindows()
+{
+    Handle = platform::CreateRecursiveMutex();
+    if (!Handle)
+        Diagnose(
+            {DebugLevel::Error, Subsystem::GENERAL, "class CMutexWindows", "CMutexWindows::CMutexWindows"},
+            "CRITICAL: Failed to create mutex");
+}
+
+CMutexWindows::~CMutexWindows()
+{
+    // Left once whether held or not: the release of a mutex that is not held fails, and nobody minds.
+    CMutexWindows::Unlock();
+    platform::DestroyMutex(Handle);
+    Handle = nullptr;
+}
+
+bool CMutexWindows::Lock()
+{
+    return platform::LockMutex(Handle, -1);
+}
+
+bool CMutexWindows::LockTimed(std::int32_t milliseconds)
+{
+    return platform::LockMutex(Handle, std::max(milliseconds, 1));
+}
+
+bool CMutexWindows::Unlock()
+{
+    return IsMutex ? platform::UnlockMutex(Handle) : platform::ReleaseSemaphoreCount(Handle);
+}
+
+} // namespace marvane

@@ -1,0 +1,73 @@
+#include "tests/support/temporary_folder.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include "platform/platform.h"
+
+namespace marvane::testing {
+
+namespace {
+
+void SetVariable(const std::string& name, const std::optional<std::string>& value)
+{
+#ifdef _WIN32
+    _putenv_s(name.c_str(), value.value_or("").c_str());
+#else
+    if (value)
+        setenv(name.c_str(), value->c_str(), 1);
+    else
+        unsetenv(name.c_str());
+#endif
+}
+
+} // namespace
+
+TemporaryFolder::TemporaryFolder()
+{
+    static std::random_device random;
+    do
+        path_ = std::filesystem::temp_directory_path() / ("marvane-test-" + std::to_string(random()));
+    while (!std::filesystem::create_directory(path_));
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+}
+
+EnvironmentValue::EnvironmentValue(std::string name, const std::optional<std::string>& value)
+    : name_(std::move(name)), former_(platform::EnvironmentVariable(name_.c_str()))
+{
+    SetVariable(name_, value);
+}
+
+EnvironmentValue::~EnvironmentValue()
+{
+    SetVariable(name_, former_);
+}
+
+std::string FileBytes(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string FileText(const std::filesystem::path& path)
+{
+    std::string text = FileBytes(path);
+    for (std::size_t at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n", at))
+        text.erase(at, 1);
+    return text;
+}
+
+void WriteFileBytes(const std::filesystem::path& path, const std::string& bytes)
+{
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+} // namespace marvane::testing

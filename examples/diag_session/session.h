@@ -1,0 +1,91 @@
+// A diagnostic session: what its steps share.
+#pragma once
+
+#include <condition_variable>
+#include <cstdarg>
+#include <initializer_list>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "examples/diag_session/api.h"
+
+namespace diag {
+
+using Bytes = std::vector<UNUM8>;
+
+/// What came of a ComPrimitive.
+struct Outcome
+{
+    std::vector<Bytes> Answers;
+    bool TimedOut = false;
+    T_PDU_STATUS Status = PDU_COPST_IDLE;
+};
+
+/// How a request is sent.
+struct Sending
+{
+    UNUM32 Time = 0;
+    SNUM32 Cycles = 1;
+    SNUM32 ReceiveCycles = 1;
+    bool ExtraInfo = false;
+    /// Answers are matched by mask and pattern; otherwise each is taken.
+    bool Matched = true;
+};
+
+class Session
+{
+public:
+    Session(const Api& api, bool quiet) : Pdu(api), quiet_(quiet) {}
+
+    /// Prints a line unless the session is quiet.
+    void Say(const char* format, ...) const;
+    /// Throws Failure if a call did not return what was expected.
+    void Expect(const char* call, T_PDU_ERROR status, T_PDU_ERROR expected = PDU_STATUS_NOERROR) const;
+    UNUM32 IdOf(T_PDU_OBJT type, const char* name) const;
+    /// Gives an item back.
+    void Destroy(void* item) const;
+
+    /// Starts a ComPrimitive, waits for its end and returns what came of it.
+    Outcome Run(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const Sending& sending = {});
+    /// Starts a ComPrimitive and returns its handle.
+    UNUM32 Start(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const Sending& sending);
+    /// Waits for the end of a ComPrimitive.
+    Outcome Wait(UNUM32 hCLL, UNUM32 hCoP);
+    /// The answer to a request, which must be positive.
+    Bytes Ask(UNUM32 hCLL, const Bytes& request, const Sending& sending = {});
+    /// Takes the events of the module that came meanwhile.
+    void DrainModuleEvents() const;
+
+    /// The event callback: says that there is something to fetch.
+    static void OnEvent(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag);
+
+    const Api& Pdu;
+    UNUM32 Module = PDU_HANDLE_UNDEF;
+
+private:
+    /// True when the event ends the ComPrimitive.
+    static bool Take(const PDU_EVENT_ITEM& event, UNUM32 hCoP, Outcome& outcome);
+
+    bool quiet_;
+    std::mutex mutex_;
+    std::condition_variable signalled_;
+    bool pending_ = false;
+};
+
+/// Bytes as hexadecimal pairs.
+std::string Hex(const Bytes& bytes);
+
+// The steps, in their order.
+void IdentifyModule(Session& session);
+void ShowResources(Session& session);
+void UseParameters(Session& session, UNUM32 hCLL);
+void Diagnose(Session& session, UNUM32 hCLL);
+void UseModuleCommands(Session& session, UNUM32 hCLL);
+void UseDoIP(Session& session);
+
+/// Creates and connects a link for a protocol on pins; the caller disconnects and destroys it.
+UNUM32 OpenLink(Session& session, const char* busType, const char* protocol, std::vector<PDU_PIN_DATA> pins);
+void CloseLink(Session& session, UNUM32 hCLL);
+
+} // namespace diag

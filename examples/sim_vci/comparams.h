@@ -1,0 +1,43 @@
+// The ComParams of a link: values of all data types.
+#pragma once
+
+#include <map>
+#include <variant>
+#include <vector>
+
+#include "decode/pdu_api.h"
+#include "examples/sim_vci/items.h"
+
+namespace sim {
+
+using SessionTimings = std::vector<PDU_PARAM_STRUCT_SESSION_TIMING>;
+using AccessTimings = std::vector<PDU_PARAM_STRUCT_ACCESS_TIMING>;
+using ByteField = std::vector<UNUM8>;
+using LongField = std::vector<UNUM32>;
+
+struct ComParam
+{
+    T_PDU_PC Class;
+    std::variant<UNUM8, SNUM8, UNUM16, SNUM16, UNUM32, SNUM32, ByteField, SessionTimings, AccessTimings, LongField>
+        Value;
+};
+
+/// The ComParams of one link by id.
+class ComParams
+{
+public:
+    ComParams();
+
+    /// Fills a record of an item in the making. False if there is no such ComParam.
+    bool Write(UNUM32 id, Item& item, PDU_PARAM_ITEM& record) const;
+
+    /// Takes a value over. Returns the status for the application.
+    T_PDU_ERROR Read(const PDU_PARAM_ITEM& record);
+
+    bool Has(UNUM32 id) const { return values_.contains(id); }
+
+private:
+    std::map<UNUM32, ComParam> values_;
+};
+
+} // namespace sim

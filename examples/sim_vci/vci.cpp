@@ -1,0 +1,116 @@
+#include "examples/sim_vci/vci.h"
+
+#include "examples/sim_vci/comms_report.h"
+
+namespace sim {
+
+Items OpenItems;
+Vci Interface;
+
+void Vci::Start(void* apiTag)
+{
+    const std::lock_guard hold(Mutex);
+    Constructed = true;
+    ApiTag = apiTag;
+    stopping_ = false;
+    started_ = Clock::now();
+    thread_ = std::thread([this] { Run(); });
+}
+
+void Vci::Stop()
+{
+    {
+        const std::lock_guard hold(Mutex);
+        stopping_ = true;
+        Constructed = false;
+        ModuleConnected = false;
+        LogCallback = nullptr;
+        Callbacks.clear();
+    }
+    Wake();
+    if (thread_.joinable())
+    {
+        if (thread_.get_id() == std::this_thread::get_id())
+            thread_.detach();
+        else
+            thread_.join();
+    }
+    const std::lock_guard hold(Mutex);
+    for (auto& [handle, link] : Links)
+        for (PDU_EVENT_ITEM* event : link.Queue)
+            OpenItems.Destroy(event);
+    for (PDU_EVENT_ITEM* event : ModuleQueue)
+        OpenItems.Destroy(event);
+    Links.clear();
+    Primitives.clear();
+    ModuleQueue.clear();
+}
+
+Link* Vci::FindLink(UNUM32 hMod, UNUM32 hCLL)
+{
+    const auto found = Links.find(hCLL);
+    return hMod == ModuleHandle && found != Links.end() ? &found->second : nullptr;
+}
+
+void Vci::PutEvent(Outbox& outbox, UNUM32 hCLL, PDU_EVENT_ITEM* event)
+{
+    const auto link = Links.find(hCLL);
+    (link != Links.end() ? link->second.Queue : ModuleQueue).push_back(event);
+    // The callback of the link, else of the module, else of the whole interface.
+    for (const auto& key : {std::pair{ModuleHandle, hCLL}, std::pair{ModuleHandle, PDU_HANDLE_UNDEF},
+                            std::pair{PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF}})
+        if (const auto found = Callbacks.find(key); found != Callbacks.end() && found->second)
+        {
+            outbox.Notifications.push_back({found->second, hCLL, link != Links.end() ? link->second.Tag : nullptr});
+            return;
+        }
+}
+
+void Vci::PutStatus(Outbox& outbox, UNUM32 hCLL, const ComPrimitive* primitive, T_PDU_STATUS status)
+{
+    Item item;
+    auto* const event = item.New<PDU_EVENT_ITEM>();
+    auto* const code = item.New<T_PDU_STATUS>();
+    *code = status;
+    *event = {PDU_IT_STATUS, primitive ? primitive->Handle : PDU_HANDLE_UNDEF, primitive ? primitive->Tag : nullptr,
+              Now(), code};
+    PutEvent(outbox, hCLL, OpenItems.Publish(std::move(item), event));
+}
+
+void Vci::PutInfo(Outbox& outbox, T_PDU_INFO code)
+{
+    Item item;
+    auto* const event = item.New<PDU_EVENT_ITEM>();
+    auto* const info = item.New<PDU_INFO_DATA>();
+    *info = {code, 0};
+    *event = {PDU_IT_INFO, PDU_HANDLE_UNDEF, nullptr, Now(), info};
+    PutEvent(outbox, PDU_HANDLE_UNDEF, OpenItems.Publish(std::move(item), event));
+}
+
+void Vci::Cancel(Outbox& outbox, ComPrimitive& primitive)
+{
+    primitive.Status = PDU_COPST_CANCELLED;
+    PutStatus(outbox, primitive.Link, &primitive, PDU_COPST_CANCELLED);
+}
+
+void Vci::Deliver(const Outbox& outbox)
+{
+    PDU_MS_LOG_CALLBACK log;
+    {
+        const std::lock_guard hold(Mutex);
+        log = LogCallback;
+    }
+    if (log)
+        for (const Report& report : outbox.Reports)
+            ReportComms(log, report);
+    for (const Notification& notification : outbox.Notifications)
+        notification.Callback(PDU_EVT_DATA_AVAILABLE, ModuleHandle, notification.Link, notification.LinkTag, ApiTag);
+}
+
+UNUM32 Vci::Now() const
+{
+    return static_cast<UNUM32>(
+        std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - started_).count());
+}
+
+} // namespace sim

@@ -1,0 +1,160 @@
+// The state of the simulated interface: one module, its links, their queues, and the thread that runs
+// ComPrimitives.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "decode/pdu_api.h"
+#include "examples/sim_vci/comparams.h"
+#include "examples/sim_vci/ecu.h"
+#include "examples/sim_vci/items.h"
+
+namespace sim {
+
+inline constexpr UNUM32 ModuleHandle = 1;
+
+using Clock = std::chrono::steady_clock;
+
+/// An expected response, copied from the application.
+struct Expected
+{
+    bool Positive;
+    UNUM32 AcceptanceId;
+    Bytes Mask;
+    Bytes Pattern;
+    std::vector<UNUM32> UniqueRespIds;
+};
+
+/// A ComPrimitive from its start to its end.
+struct ComPrimitive
+{
+    UNUM32 Handle;
+    UNUM32 Link;
+    T_PDU_COPT Type;
+    Bytes Data;
+    UNUM32 Time = 0;
+    SNUM32 SendCycles = 1;
+    SNUM32 ReceiveCycles = 1;
+    bool ExtraInfo = false;
+    std::vector<Expected> Responses;
+    void* Tag = nullptr;
+    T_PDU_STATUS Status = PDU_COPST_IDLE;
+    SNUM32 Sent = 0;
+    std::deque<Bytes> Pending; ///< answers that are still to come
+    Clock::time_point Due;
+};
+
+struct LastError
+{
+    T_PDU_ERR_EVT Code = PDU_ERR_EVT_NOERROR;
+    UNUM32 Primitive = PDU_HANDLE_UNDEF;
+    UNUM32 Time = 0;
+};
+
+struct Link
+{
+    UNUM32 Resource;
+    void* Tag;
+    T_PDU_STATUS Status = PDU_CLLST_OFFLINE;
+    bool Raw = false;
+    UNUM32 LockMask = 0;
+    UNUM32 UniqueRespId = PDU_ID_UNDEF;
+    ComParams Parameters;
+    std::deque<PDU_EVENT_ITEM*> Queue;
+    LastError Error;
+    Ecu Unit;
+};
+
+/// Whom to tell of an event, once no lock is held.
+struct Notification
+{
+    CALLBACKFNC Callback;
+    UNUM32 Link;
+    void* LinkTag;
+};
+
+/// One comms report, to be made once no lock is held.
+struct Report
+{
+    UNUM32 Resource;
+    bool Sent;
+    Bytes Message;
+};
+
+/// What a step leaves to be done outside the lock.
+struct Outbox
+{
+    std::vector<Notification> Notifications;
+    std::vector<Report> Reports;
+};
+
+/// The whole interface; Mutex guards all of it but the items. Nothing is called back while it is held.
+class Vci
+{
+public:
+    ~Vci() { Stop(); }
+
+    void Start(void* apiTag);
+    /// Ends the thread; waits for it unless it is the caller.
+    void Stop();
+
+    /// The link of a handle, or null. The caller holds Mutex.
+    Link* FindLink(UNUM32 hMod, UNUM32 hCLL);
+    /// Puts an event into a link's queue, or with PDU_HANDLE_UNDEF into the module's.
+    void PutEvent(Outbox& outbox, UNUM32 hCLL, PDU_EVENT_ITEM* event);
+    /// A status event of a ComPrimitive, or with none of a link.
+    void PutStatus(Outbox& outbox, UNUM32 hCLL, const ComPrimitive* primitive, T_PDU_STATUS status);
+    void PutInfo(Outbox& outbox, T_PDU_INFO code);
+    /// Wakes the thread up after a change of the ComPrimitives.
+    void Wake() { wake_.notify_all(); }
+    /// Ends a ComPrimitive that is running or waiting.
+    void Cancel(Outbox& outbox, ComPrimitive& primitive);
+    /// Calls back what a step left. The caller does not hold Mutex.
+    void Deliver(const Outbox& outbox);
+    /// Microseconds since the interface was started.
+    UNUM32 Now() const;
+
+    std::mutex Mutex;
+    bool Constructed = false;
+    bool ModuleConnected = false;
+    void* ApiTag = nullptr;
+    PDU_MS_LOG_CALLBACK LogCallback = nullptr;
+    std::map<std::pair<UNUM32, UNUM32>, CALLBACKFNC> Callbacks;
+    std::map<UNUM32, Link> Links;
+    std::map<UNUM32, ComPrimitive> Primitives;
+    std::deque<PDU_EVENT_ITEM*> ModuleQueue;
+    UNUM32 NextLink = 1;
+    UNUM32 NextPrimitive = 1;
+    UNUM32 ProgVoltage = 0;
+    UNUM32 EthernetSwitch = 0;
+
+private:
+    void Run();
+    void Step(Outbox& outbox, ComPrimitive& primitive);
+    void Send(Outbox& outbox, ComPrimitive& primitive, Link& link);
+    void Receive(Outbox& outbox, ComPrimitive& primitive, Link& link);
+    void Finish(Outbox& outbox, ComPrimitive& primitive);
+    void PutResult(Outbox& outbox, const ComPrimitive& primitive, const Link& link, UNUM32 acceptanceId,
+                   const Bytes& answer);
+    void PutTimeout(Outbox& outbox, const ComPrimitive& primitive, Link& link);
+    std::optional<Clock::time_point> NextDue() const;
+
+    std::condition_variable wake_;
+    std::thread thread_;
+    bool stopping_ = false;
+    Clock::time_point started_ = Clock::now();
+};
+
+extern Vci Interface;
+extern Items OpenItems;
+
+} // namespace sim

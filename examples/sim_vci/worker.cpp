@@ -1,0 +1,196 @@
+// The thread that runs ComPrimitives: it sends, hears the control unit out, and signals what came of it.
+#include <algorithm>
+
+#include "examples/sim_vci/vci.h"
+
+namespace sim {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds AnswerTime(2);
+constexpr milliseconds PendingTime(20);
+constexpr milliseconds ReceiveTimeout(50);
+
+bool IsPending(const Bytes& answer)
+{
+    return answer.size() == 3 && answer[0] == 0x7F && answer[2] == 0x78;
+}
+
+bool Matches(const Expected& expected, const Bytes& answer, UNUM32 uniqueRespId)
+{
+    if (expected.Positive == (answer[0] == 0x7F) || expected.Pattern.size() > answer.size())
+        return false;
+    for (std::size_t i = 0; i < expected.Pattern.size(); ++i)
+        if ((answer[i] & expected.Mask[i]) != (expected.Pattern[i] & expected.Mask[i]))
+            return false;
+    const auto& ids = expected.UniqueRespIds;
+    return ids.empty() || std::find(ids.begin(), ids.end(), uniqueRespId) != ids.end();
+}
+
+/// The acceptance id of the expected response that an answer fits; none if it fits no one.
+std::optional<UNUM32> Accept(const ComPrimitive& primitive, const Bytes& answer, UNUM32 uniqueRespId)
+{
+    if (primitive.Responses.empty())
+        return 0;
+    for (const Expected& expected : primitive.Responses)
+        if (Matches(expected, answer, uniqueRespId))
+            return expected.AcceptanceId;
+    return std::nullopt;
+}
+
+void SetFlags(Item& item, PDU_FLAG_DATA& flags, std::initializer_list<UNUM8> bytes)
+{
+    flags.NumFlagBytes = static_cast<UNUM32>(bytes.size());
+    flags.pFlagData = item.Bytes(bytes);
+}
+
+} // namespace
+
+void Vci::Run()
+{
+    std::unique_lock hold(Mutex);
+    while (!stopping_)
+    {
+        const auto due = NextDue();
+        if (!due || *due > Clock::now())
+        {
+            if (due)
+                wake_.wait_until(hold, *due);
+            else
+                wake_.wait(hold);
+            continue;
+        }
+        Outbox outbox;
+        for (auto& [handle, primitive] : Primitives)
+            if (primitive.Status <= PDU_COPST_EXECUTING && primitive.Due <= Clock::now())
+                Step(outbox, primitive);
+        std::erase_if(Primitives, [](const auto& entry) { return entry.second.Status > PDU_COPST_EXECUTING; });
+        hold.unlock();
+        Deliver(outbox);
+        hold.lock();
+    }
+}
+
+std::optional<Clock::time_point> Vci::NextDue() const
+{
+    std::optional<Clock::time_point> next;
+    for (const auto& [handle, primitive] : Primitives)
+        if (primitive.Status <= PDU_COPST_EXECUTING && (!next || primitive.Due < *next))
+            next = primitive.Due;
+    return next;
+}
+
+void Vci::Step(Outbox& outbox, ComPrimitive& primitive)
+{
+    Link& link = Links.at(primitive.Link);
+    const bool first = primitive.Status == PDU_COPST_IDLE;
+    if (first)
+    {
+        primitive.Status = PDU_COPST_EXECUTING;
+        PutStatus(outbox, primitive.Link, &primitive, PDU_COPST_EXECUTING);
+    }
+    switch (primitive.Type)
+    {
+    case PDU_COPT_SENDRECV:
+        return primitive.Pending.empty() ? Send(outbox, primitive, link) : Receive(outbox, primitive, link);
+    case PDU_COPT_DELAY:
+        if (!first)
+            return Finish(outbox, primitive);
+        primitive.Due = Clock::now() + milliseconds(primitive.Time);
+        return;
+    case PDU_COPT_STARTCOMM:
+        link.Status = PDU_CLLST_COMM_STARTED;
+        PutStatus(outbox, primitive.Link, nullptr, link.Status);
+        return Finish(outbox, primitive);
+    case PDU_COPT_STOPCOMM:
+        link.Status = PDU_CLLST_ONLINE;
+        PutStatus(outbox, primitive.Link, nullptr, link.Status);
+        return Finish(outbox, primitive);
+    case PDU_COPT_RESTORE_PARAM:
+        link.Parameters = ComParams();
+        return Finish(outbox, primitive);
+    default:
+        return Finish(outbox, primitive);
+    }
+}
+
+void Vci::Send(Outbox& outbox, ComPrimitive& primitive, Link& link)
+{
+    if (primitive.SendCycles >= 0 && primitive.Sent >= primitive.SendCycles)
+        return Finish(outbox, primitive);
+    ++primitive.Sent;
+    outbox.Reports.push_back({link.Resource, true, primitive.Data});
+    for (Bytes& answer : link.Unit.Answer(primitive.Data))
+        primitive.Pending.push_back(std::move(answer));
+    if (primitive.ReceiveCycles == 0)
+        primitive.Pending.clear();
+    else if (primitive.Pending.empty())
+        // Nothing came: an empty answer stands for the silence, and is heard when the time is up.
+        primitive.Pending.push_back({});
+    primitive.Due = Clock::now() + (primitive.Pending.empty()           ? milliseconds(primitive.Time)
+                                    : primitive.Pending.front().empty() ? ReceiveTimeout
+                                                                        : AnswerTime);
+}
+
+void Vci::Receive(Outbox& outbox, ComPrimitive& primitive, Link& link)
+{
+    const Bytes answer = std::move(primitive.Pending.front());
+    primitive.Pending.pop_front();
+    if (answer.empty())
+        PutTimeout(outbox, primitive, link);
+    else
+    {
+        outbox.Reports.push_back({link.Resource, false, answer});
+        if (const auto acceptanceId = Accept(primitive, answer, link.UniqueRespId))
+            PutResult(outbox, primitive, link, *acceptanceId, answer);
+    }
+    primitive.Due = Clock::now() + (IsPending(answer)              ? PendingTime
+                                    : primitive.Pending.empty()    ? milliseconds(primitive.Time)
+                                                                   : AnswerTime);
+    if (primitive.Pending.empty() && primitive.SendCycles >= 0 && primitive.Sent >= primitive.SendCycles)
+        Finish(outbox, primitive);
+}
+
+void Vci::Finish(Outbox& outbox, ComPrimitive& primitive)
+{
+    primitive.Status = PDU_COPST_FINISHED;
+    PutStatus(outbox, primitive.Link, &primitive, PDU_COPST_FINISHED);
+}
+
+void Vci::PutResult(Outbox& outbox, const ComPrimitive& primitive, const Link& link, UNUM32 acceptanceId,
+                    const Bytes& answer)
+{
+    Item item;
+    auto* const event = item.New<PDU_EVENT_ITEM>();
+    auto* const result = item.New<PDU_RESULT_DATA>();
+    SetFlags(item, result->RxFlag, {0x00, 0x00, 0x00, 0x40});
+    SetFlags(item, result->TimestampFlags, {0xC0, 0x00, 0x00, 0x00});
+    result->UniqueRespIdentifier = link.UniqueRespId;
+    result->AcceptanceId = acceptanceId;
+    result->StartMsgTimestamp = Now();
+    result->TxMsgDoneTimestamp = Now();
+    if (primitive.ExtraInfo)
+    {
+        result->pExtraInfo = item.New<PDU_EXTRA_INFO>();
+        *result->pExtraInfo = {4, 2, item.Bytes({0x00, 0x00, 0x07, 0xE8}), item.Bytes({0x55, 0x55})};
+    }
+    result->NumDataBytes = static_cast<UNUM32>(answer.size());
+    result->pDataBytes = item.Bytes(answer);
+    *event = {PDU_IT_RESULT, primitive.Handle, primitive.Tag, Now(), result};
+    PutEvent(outbox, primitive.Link, OpenItems.Publish(std::move(item), event));
+}
+
+void Vci::PutTimeout(Outbox& outbox, const ComPrimitive& primitive, Link& link)
+{
+    link.Error = {PDU_ERR_EVT_RX_TIMEOUT, primitive.Handle, Now()};
+    Item item;
+    auto* const event = item.New<PDU_EVENT_ITEM>();
+    auto* const error = item.New<PDU_ERROR_DATA>();
+    *error = {PDU_ERR_EVT_RX_TIMEOUT, 0};
+    *event = {PDU_IT_ERROR, primitive.Handle, primitive.Tag, Now(), error};
+    PutEvent(outbox, primitive.Link, OpenItems.Publish(std::move(item), event));
+}
+
+} // namespace sim

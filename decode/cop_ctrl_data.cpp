@@ -26,7 +26,7 @@ public:
     explicit UridLine(UNUM32 count)
     {
         const FormatArgument arguments[] = {IndentTable[2], count};
-        end_ = FormatText(text_, end_, "%s URIDs[%03u]: ", arguments);
+        end_ = FormatText(text_, std::end(text_), "%s URIDs[%03u]: ", arguments);
     }
     void Add(UNUM32 identifier, bool last)
     {

@@ -97,7 +97,7 @@ std::string Target::TakeNames()
     return names;
 }
 
-Session::Session(const Settings& changes, const std::string& target)
+Session::Session(Changes changes, const std::string& target)
     : targetPath_(BuildFolder()), targetName_(LibraryName(target))
 {
     const std::string folder = folder_.Path().string();
@@ -116,11 +116,14 @@ Session::Session(const Settings& changes, const std::string& target)
 
 Session::~Session()
 {
+    // What the test had the target answer may refer to what is gone by now.
+    if (target_)
+        target_->Answer = nullptr;
     Api().PDUDestruct();
     platform::UnloadLibrary(library_);
 }
 
-void Session::Configure(const Settings& changes)
+void Session::Configure(Changes changes)
 {
     Settings settings = {{"LogEnabled", "1"},
                          {"LogFnCalls", "2"},

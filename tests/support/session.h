@@ -61,6 +61,7 @@ private:
 };
 
 using Settings = std::map<std::string, std::string>;
+using Changes = std::initializer_list<Settings::value_type>;
 
 /// A logger library under a configuration of its own; PDUDestruct and unloading come at the end.
 class Session
@@ -68,13 +69,13 @@ class Session
 public:
     /// `changes` are laid over LogEnabled 1, LogFnCalls 2, LogFlush 1 and the paths of the fake target and the
     /// log folder. A value of "-" leaves the key out.
-    explicit Session(const Settings& changes = {}, const std::string& target = "fake_target");
+    explicit Session(Changes changes = {}, const std::string& target = "fake_target");
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
     /// Writes the configuration anew with other changes, for the next PDUConstruct.
-    void Configure(const Settings& changes);
+    void Configure(Changes changes);
     /// Writes the configuration file as it stands here.
     void ConfigureText(const std::string& text);
 

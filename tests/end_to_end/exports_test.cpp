@@ -1,0 +1,41 @@
+// What the library shows to the outside.
+#include <algorithm>
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/binary_tables.h"
+#include "tests/support/session.h"
+
+namespace marvane::testing {
+namespace {
+
+TEST(Exports, AreThe29FunctionsOfTheApiAndNothingElse)
+{
+    const std::vector<std::string> expected = {
+        "PDUCancelComPrimitive",      "PDUConnect",           "PDUConstruct",
+        "PDUCreateComLogicalLink",    "PDUDestroyComLogicalLink", "PDUDestroyItem",
+        "PDUDestruct",                "PDUDisconnect",        "PDUGetComParam",
+        "PDUGetConflictingResources", "PDUGetEventItem",      "PDUGetLastError",
+        "PDUGetModuleIds",            "PDUGetObjectId",       "PDUGetResourceIds",
+        "PDUGetResourceStatus",       "PDUGetStatus",         "PDUGetTimestamp",
+        "PDUGetUniqueRespIdTable",    "PDUGetVersion",        "PDUIoCtl",
+        "PDULockResource",            "PDUModuleConnect",     "PDUModuleDisconnect",
+        "PDURegisterEventCallback",   "PDUSetComParam",       "PDUSetUniqueRespIdTable",
+        "PDUStartComPrimitive",       "PDUUnlockResource"};
+    EXPECT_EQ(ExportedNames(BuildFolder() + LibraryName("Marvane")), expected);
+}
+
+TEST(Exports, TheWindowsLibraryNeedsLibrariesOfTheSystemOnly)
+{
+    if (platform::PathSeparator == '/')
+        GTEST_SKIP() << "on this system the C++ runtime is the system's";
+    std::vector<std::string> needed = ImportedLibraries(BuildFolder() + LibraryName("Marvane"));
+    EXPECT_FALSE(needed.empty());
+    const std::vector<std::string> known = {"KERNEL32.dll", "SHELL32.dll", "SHLWAPI.dll", "VERSION.dll", "msvcrt.dll"};
+    std::erase_if(needed, [&](const std::string& name) { return std::count(known.begin(), known.end(), name) != 0; });
+    EXPECT_EQ(needed, std::vector<std::string>());
+}
+
+} // namespace
+} // namespace marvane::testing

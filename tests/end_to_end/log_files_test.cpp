@@ -1,0 +1,313 @@
+// Where the log files lie, how they are named and trimmed, and their header.
+#include <regex>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/session.h"
+
+namespace marvane::testing {
+namespace {
+
+const std::string Separator(1, platform::PathSeparator);
+
+/// Puts files of the API log's family into a session's log folder; the names are the day of the stamp.
+void MakeLogs(const Session& session, std::initializer_list<const char*> days)
+{
+    std::filesystem::create_directories(session.LogFolder());
+    for (const char* day : days)
+        WriteFileBytes(session.LogFolder() / ("D-PDU_API_Logger_" + std::string(day) + "-03-2020_10-11-12.LGR"), day);
+}
+
+std::string Days(const Session& session)
+{
+    std::string days;
+    for (const std::string& name : session.LogNames())
+        if (name.find("-03-2020_10-11-12.LGR") != std::string::npos)
+            days += name.substr(17, 2) + " ";
+    return days;
+}
+
+TEST(LogFiles, ANameIsTheStampOfItsSecond)
+{
+    Session session;
+    session.Construct();
+    ASSERT_EQ(session.LogNames().size(), 1u);
+    const std::regex form("D-PDU_API_Logger_[0-3][0-9]-[01][0-9]-20[0-9][0-9]_[0-2][0-9]-[0-5][0-9]-[0-5][0-9]\\.LGR");
+    EXPECT_TRUE(std::regex_match(session.LogNames()[0], form)) << session.LogNames()[0];
+}
+
+TEST(LogFiles, AFolderWithASeparatorAtItsEndHasTheCommsFileInside)
+{
+    Session session({{"LogDoIPComms", "1"}, {"LogCommsFile", "1"}});
+    session.Configure({{"LogFileDir", session.LogFolder().string() + Separator},
+                       {"LogDoIPComms", "1"},
+                       {"LogCommsFile", "1"}});
+    session.Construct();
+    EXPECT_EQ(session.LogNames().size(), 1u);
+    EXPECT_EQ(session.LogNames("D-PDU_API_Comms_").size(), 1u);
+}
+
+TEST(LogFiles, AFolderOfSeveralPartsIsMade)
+{
+    Session session;
+    const auto folder = session.LogFolder() / "deep" / "deeper";
+    session.Configure({{"LogFileDir", folder.string()}});
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    EXPECT_TRUE(std::filesystem::is_directory(folder));
+}
+
+TEST(LogFiles, WithLogCommsFileOneAndLogDoIPCommsZeroNoCommsFileIsOpened)
+{
+    Session session;
+    session.Configure({{"LogFileDir", session.LogFolder().string() + Separator}, {"LogCommsFile", "1"}});
+    session.Construct();
+    EXPECT_TRUE(session.LogNames("D-PDU_API_Comms_").empty());
+}
+
+TEST(LogFiles, OnlyTheLowBitOfLogCommsFileCounts)
+{
+    for (const char* value : {"2", "256"})
+    {
+        Session session;
+        session.Configure({{"LogFileDir", session.LogFolder().string() + Separator},
+                           {"LogDoIPComms", "1"},
+                           {"LogCommsFile", value}});
+        session.Construct();
+        EXPECT_TRUE(session.LogNames("D-PDU_API_Comms_").empty()) << value;
+    }
+}
+
+TEST(LogFiles, ACommsFileThatCanNotBeOpenedIsDoneWithout)
+{
+    // A sole API file is reused, there is no comms file to reuse, and so the comms path is the folder's.
+    Session session({{"LogDoIPComms", "1"}, {"LogCommsFile", "1"}});
+    MakeLogs(session, {"05"});
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    EXPECT_EQ(Days(session), "05 ");
+    EXPECT_TRUE(session.LogNames("D-PDU_API_Comms_").empty());
+}
+
+TEST(LogFiles, AFolderThatIsRemovedIsNotMadeAgain)
+{
+    Session session;
+    session.Construct();
+    session.Api().PDUDestruct();
+    std::filesystem::remove_all(session.LogFolder());
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    EXPECT_FALSE(std::filesystem::exists(session.LogFolder()));
+}
+
+TEST(Trimming, TheLimitIsOneMoreThanLogFileMaxNum)
+{
+    Session four({{"LogFileMaxNum", "3"}});
+    MakeLogs(four, {"01", "02", "03", "04"});
+    four.Construct();
+    EXPECT_EQ(Days(four), "01 02 03 04 ");
+    EXPECT_EQ(four.LogNames().size(), 5u);
+}
+
+TEST(Trimming, OneAndTwoBeyondTheLimitGo)
+{
+    {
+        Session five({{"LogFileMaxNum", "3"}});
+        MakeLogs(five, {"01", "02", "03", "04", "05"});
+        five.Construct();
+        EXPECT_EQ(Days(five), "02 03 04 05 ");
+    }
+    Session six({{"LogFileMaxNum", "3"}});
+    MakeLogs(six, {"01", "02", "03", "04", "05", "06"});
+    six.Construct();
+    EXPECT_EQ(Days(six), "03 04 05 06 ");
+}
+
+TEST(Trimming, WithLogFileMaxNumZeroTheHighestNameStaysAndIsAppendedTo)
+{
+    Session session;
+    MakeLogs(session, {"07", "09", "08"});
+    session.Construct();
+    EXPECT_EQ(Days(session), "09 ");
+    EXPECT_EQ(session.LogNames().size(), 1u);
+    EXPECT_TRUE(WithoutStamps(session.Log()).starts_with("09{stamp} ########## INITIALISE ##########\n"));
+}
+
+TEST(Trimming, NamesThatMerelyResembleThePatternAreNotCounted)
+{
+    Session session({{"LogFileMaxNum", "1"}});
+    MakeLogs(session, {"01", "02"});
+    for (const char* name : {"D-PDU_API_Logger_01-03-2020_10-11-12.TXT", "D-PDU_API_Logger_1-3-20_1-1-1.LGR",
+                             "Other_01-03-2020_10-11-12.LGR"})
+        WriteFileBytes(session.LogFolder() / name, "");
+    session.Construct();
+    EXPECT_EQ(Days(session), "01 02 ");
+    EXPECT_TRUE(std::filesystem::exists(session.LogFolder() / "Other_01-03-2020_10-11-12.LGR"));
+    EXPECT_TRUE(std::filesystem::exists(session.LogFolder() / "D-PDU_API_Logger_01-03-2020_10-11-12.TXT"));
+}
+
+TEST(Trimming, AnyCharactersStandForThoseOfTheStamp)
+{
+    Session session({{"LogFileMaxNum", "1"}});
+    MakeLogs(session, {"01", "02"});
+    WriteFileBytes(session.LogFolder() / "D-PDU_API_Logger_ab-cd-efgh_ij-kl-mn.LGR", "");
+    session.Construct();
+    EXPECT_EQ(Days(session), "02 ");
+    EXPECT_TRUE(std::filesystem::exists(session.LogFolder() / "D-PDU_API_Logger_ab-cd-efgh_ij-kl-mn.LGR"));
+}
+
+TEST(Trimming, AFolderWhoseNameFitsIsNotCounted)
+{
+    Session session({{"LogFileMaxNum", "1"}});
+    MakeLogs(session, {"02", "03"});
+    std::filesystem::create_directory(session.LogFolder() / "D-PDU_API_Logger_01-03-2020_10-11-12.LGR");
+    session.Construct();
+    EXPECT_EQ(Days(session), "01 02 03 ");
+}
+
+TEST(Trimming, OnlyAFolderThatFitsGivesNoSoleFile)
+{
+    Session session;
+    std::filesystem::create_directories(session.LogFolder() / "D-PDU_API_Logger_01-03-2020_10-11-12.LGR");
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    EXPECT_EQ(session.LogNames().size(), 2u);
+}
+
+TEST(Trimming, TheLargestLogFileMaxNumErasesEveryFile)
+{
+    Session session({{"LogFileMaxNum", "-1"}});
+    MakeLogs(session, {"01", "02"});
+    session.Construct();
+    EXPECT_EQ(Days(session), "");
+    EXPECT_EQ(session.LogNames().size(), 1u);
+}
+
+TEST(Trimming, CommsFilesBesideTheFolderAreNeverTrimmed)
+{
+    Session session({{"LogFileMaxNum", "-1"}, {"LogDoIPComms", "1"}, {"LogCommsFile", "1"}});
+    const auto beside = session.Folder().Path() / "logsD-PDU_API_Comms_01-03-2020_10-11-12.LGR";
+    WriteFileBytes(beside, "");
+    session.Construct();
+    EXPECT_TRUE(std::filesystem::exists(beside));
+}
+
+TEST(Header, AWholeFirstHeader)
+{
+    Session session({{"LogFlush", "1"}, {"ShortName", "bench 'A'"}});
+    session.Construct();
+    const std::string text = WithoutStamps(session.Log());
+    const std::string folder = BuildFolder();
+    const std::string expected =
+        "{stamp} ########## INITIALISE ##########\n"
+        "{stamp} ########## D-PDU API LOGGER VERSION: R01.000.0000.0000 ##########\n"
+        "{stamp} LogHeader{Loaded=0}\n"
+        "{stamp} Config setting: LogEnabled           =         1 (0x00000001)\n"
+        "{stamp} Config setting: LogFileMaxSize       =         0 (0x00000000)\n"
+        "{stamp} Config setting: LogFileMaxNum        =         0 (0x00000000)\n"
+        "{stamp} Config setting: LogFlush             =         1 (0x00000001)\n"
+        "{stamp} Config setting: LogFnCalls           =         2 (0x00000002)\n"
+        "{stamp} Config setting: LogFnDecodeArgs      =         0 (0x00000000)\n"
+        "{stamp} Config setting: LogFnDecodeRsps      =         0 (0x00000000)\n"
+        "{stamp} Config setting: LogCbCalls           =         0 (0x00000000)\n"
+        "{stamp} Config setting: LogCallOuts          =         0 (0x00000000)\n"
+        "{stamp} Config setting: LogDoIPComms         =         0 (0x00000000)\n"
+        "{stamp} Config setting: LogCommsFile         =         0 (0x00000000)\n"
+        "{stamp} Config setting: LogMaxPduBuff        =        32 (0x00000020)\n"
+        "{stamp} Config setting: LogNewFileCfg        =         0 (0x00000000)\n"
+        "{stamp} Config setting: AppendLog            =         0 (0x00000000)\n"
+        "{stamp} Config setting: CustomerDoIPSupport  =         0 (0x00000000)\n"
+        "{stamp} Config setting: CustomerNRCHandling  =         0 (0x00000000)\n"
+        "{stamp} Config setting: CustomerAPIHandling  =         0 (0x00000000)\n"
+        "{stamp} Config setting: CustomerCLLEvtQTO    =         0 (0x00000000)\n"
+        "{stamp} Config setting: CustomerPDUStartCommReconRet =         0 (0x00000000)\n"
+        "{stamp} Config setting: CustomerPDUConnectReconRet =         0 (0x00000000)\n"
+        "{stamp} Config setting: DoIPReconnectDefTO   =         0 (0x00000000)\n"
+        "{stamp} Config setting: DoIPFilterNetworks   =         0 (0x00000000)\n"
+        "{stamp} Config setting: DoIPTlsRecordSizeLimit =         0 (0x00000000)\n"
+        "{stamp} Config setting: LogTlsSessionKey     =         0 (0x00000000)\n"
+        "{stamp} Config setting: InstalledPath        = '" +
+        folder +
+        "'\n"
+        "{stamp} Config setting: ShortName            = 'bench 'A''\n"
+        "{stamp} Config setting: Version              = ''\n"
+        "{stamp} Config setting: TargetCustomer       = ''\n"
+        "{stamp} Config setting: InstallationType     = ''\n"
+        "{stamp} Config setting: PDUAPILibDll         = '" +
+        LibraryName("fake_target") +
+        "'\n"
+        "{stamp} Config setting: DoIPEntityKey        = ''\n"
+        "{stamp} Config setting: DbgGENERAL           = ''\n"
+        "{stamp} Config setting: DbgAPP               = ''\n"
+        "{stamp} Config setting: DbgCLL               = ''\n"
+        "{stamp} Config setting: DbgCOMMS             = ''\n"
+        "{stamp} Config setting: DbgCOMPARAM          = ''\n"
+        "{stamp} Config setting: DbgCOP               = ''\n"
+        "{stamp} Config setting: DbgDATA              = ''\n"
+        "{stamp} Config setting: DbgEXCEPT            = ''\n"
+        "{stamp} Config setting: DbgMODULE            = ''\n"
+        "{stamp} Config setting: DbgPRTCL             = ''\n"
+        "{stamp} Config setting: DbgPRTCLAPP          = ''\n"
+        "{stamp} Config setting: DbgPRTCLPHY          = ''\n"
+        "{stamp} Config setting: DbgPRTCLTRANS        = ''\n"
+        "{stamp} Config setting: DbgTIMER             = ''\n"
+        "{stamp} Config setting: DbgTSTRPRS           = ''\n"
+        "{stamp} Config setting: DbgUSER1             = ''\n"
+        "{stamp} Config setting: DbgVCI               = ''\n"
+        "{stamp} Config setting: DbgVEHRX             = ''\n"
+        "{stamp} Config setting: DbgVEHTX             = ''\n"
+        "{stamp} Config setting: InternalLogFile      = ''\n"
+        "{stamp} Config setting: InternalLogDir       = ''\n"
+        "{stamp} Config setting: DoIPTlsPemCertificateFilePath = ''\n"
+        "{stamp} Config setting: DoIPTlsPemCertificateHashFolderPath = ''\n"
+        "{stamp} Config setting: LogFileDir=" +
+        session.LogFolder().string() +
+        "\n"
+        "{stamp}    -->  LOADING: DLL = \"" +
+        folder + LibraryName("fake_target") +
+        "\"\n"
+        "{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
+        folder + LibraryName("fake_target") +
+        "'\n"
+        "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"
+        "{stamp} + PDUConstruct(OptionStr= \"<NULL STRING>\", pAPITag= " +
+        PointerText(nullptr) +
+        ")\n"
+        "{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n";
+    EXPECT_EQ(text, expected);
+}
+
+TEST(Header, LogEngineeringModeHasALineOnlyWhenItIsNotZero)
+{
+    Session session({{"LogEngineeringMode", "3"}});
+    session.Construct();
+    EXPECT_NE(session.Log().find("Config setting: LogEngineeringMode   =         3 (0x00000003)\n"),
+              std::string::npos);
+}
+
+TEST(Header, WithLogEnabledZeroAContinuationHeaderStopsBehindTheFolder)
+{
+    Session session({{"LogEnabled", "0"}, {"LogNewFileCfg", "1"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "5"}});
+    session.Construct();
+    const std::string text = session.Logged([&] { session.Api().PDUModuleConnect(1); });
+    EXPECT_TRUE(text.ends_with("Config setting: LogFileDir=" + session.LogFolder().string() + "\n")) << text;
+}
+
+TEST(Header, LongValuesBringTheMarkerOnceAndDropTheRest)
+{
+    Session session;
+    std::string text = "<?xml?>\n<D_PDU_API_CFG>\n";
+    for (const StringKeyName& key : StringKeyNames)
+        text += "<Attribute Name=\"" + std::string(key.Name) + "\" Type=\"String\" Value=\"" + std::string(800, 'v') +
+                "\"/>\n";
+    text += "<Attribute Name=\"LogEnabled\" Type=\"UNUM32\" Value=\"1\"/>\n"
+            "<Attribute Name=\"LogFlush\" Type=\"UNUM32\" Value=\"1\"/>\n"
+            "<Attribute Name=\"LogFileDir\" Type=\"String\" Value=\"" +
+            session.LogFolder().string() + "\"/>\n</D_PDU_API_CFG>\n";
+    session.ConfigureText(text);
+    session.Construct();
+    const std::string log = session.Log();
+    const std::size_t marker = log.find("\t\t\t\t...\n");
+    ASSERT_NE(marker, std::string::npos);
+    EXPECT_EQ(log.find("\t\t\t\t...\n", marker + 1), std::string::npos);
+    EXPECT_EQ(log.find("LogFileDir="), std::string::npos);
+}
+
+} // namespace
+} // namespace marvane::testing

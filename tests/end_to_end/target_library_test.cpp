@@ -1,0 +1,224 @@
+// Loading the target library, and finding it.
+#include <gtest/gtest.h>
+
+#include "tests/support/session.h"
+
+namespace marvane::testing {
+namespace {
+
+std::string HeaderOf(const Session& session)
+{
+    return WithoutStamps(session.Log());
+}
+
+TEST(TargetLibrary, OneThatLacksAFunctionLoadsAndTheOthersWork)
+{
+    Session session({}, "fake_target_no_lock");
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    EXPECT_EQ(session.Api().PDUConnect(1, 2), PDU_STATUS_NOERROR);
+}
+
+TEST(TargetLibraryDeathTest, ACallToAMissingFunctionFaults)
+{
+    Session session({}, "fake_target_no_lock");
+    session.Construct();
+    EXPECT_DEATH(session.Api().PDULockResource(1, 2, 3), "");
+}
+
+TEST(TargetLibrary, ADependencyBesideTheTargetIsFound)
+{
+    const std::string name = platform::PathSeparator == '/' ? "fake_target_dependent.so" : "fake_target_dependent.dll";
+    const std::string folder = BuildFolder() + "dependent" + platform::PathSeparator;
+    Session session({{"InstalledPath", folder}, {"PDUAPILibDll", name}}, "target_of_another_folder");
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    UNUM32 time = 0;
+    EXPECT_EQ(session.Api().PDUGetTimestamp(1, &time), PDU_STATUS_NOERROR);
+    EXPECT_EQ(time, 4711u);
+}
+
+TEST(TargetLibrary, AMissingOneGivesNotConstructedAndALineForEachCall)
+{
+    Session session({}, "no_such_library");
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    const std::string path = BuildFolder() + LibraryName("no_such_library");
+    EXPECT_TRUE(HeaderOf(session).ends_with("{stamp}    -->  LOADING: DLL = \"" + path +
+                                            "\"\n"
+                                            "{stamp}    <--  LOADING:  Failed to load - '" +
+                                            path +
+                                            "'\n"
+                                            "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"
+                                            "{stamp} PDUConstruct - Called but library not loaded!\n"))
+        << HeaderOf(session);
+}
+
+TEST(TargetLibrary, AFileThatIsNoLibraryIsAFailedLoad)
+{
+    Session session({}, "no_such_library");
+    WriteFileBytes(session.Folder().Path() / "text.so", "no library at all");
+    session.Configure({{"InstalledPath", session.Folder().Path().string() + platform::PathSeparator},
+                       {"PDUAPILibDll", "text.so"}});
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+}
+
+TEST(TargetLibrary, TheLoggerItselfAsTargetIsAFailedLoad)
+{
+    Session session({}, "Marvane");
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    EXPECT_TRUE(HeaderOf(session).ends_with("{stamp} PDUConstruct - Called but library not loaded!\n"));
+}
+
+TEST(TargetLibrary, AFailedLoadShowsPathAndReasonUnderItsNarrowGate)
+{
+    // Only an unusable LogEnabled shows these lines, while LogNewFileCfg keeps the log going.
+    Session session({}, "no_such_library");
+    session.Construct();
+    session.Configure({{"LogEnabled", "2"}, {"LogNewFileCfg", "1"}, {"LogFnDecodeRsps", "1"}});
+    const std::string text = session.Logged([&] { session.Construct(); });
+    const std::string path = BuildFolder() + LibraryName("no_such_library");
+    EXPECT_NE(text.find("{stamp}    -->  Unsupported LogEnabled=2 setting\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("{stamp}    <--  LOAD FAILURE: Unable to load " + path + "\n\t\t\t\t\tDescription:- "),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("{stamp}    <--  DLL Load *FAILED*\n"
+                        "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST(TargetLibrary, TheLoggersOwnNameIsExplainedInTheReason)
+{
+    Session session({}, "Marvane");
+    session.Construct();
+    session.Configure({{"LogEnabled", "2"}, {"LogNewFileCfg", "1"}, {"LogFnDecodeRsps", "1"}});
+    EXPECT_NE(session.Logged([&] { session.Construct(); }).find("this is the logger library itself"),
+              std::string::npos);
+}
+
+TEST(TargetLibrary, CallsOfTheTargetToItselfDoNotComeBackThroughTheLogger)
+{
+#ifdef MARVANE_SANITIZED
+    GTEST_SKIP() << "sanitizers forbid the deep binding that this needs";
+#endif
+    Session session({}, "fake_target_self");
+    session.Construct();
+    session.Fake().TakeCalls();
+    EXPECT_EQ(session.Logged([&] { session.Api().PDULockResource(1, 2, 3); }),
+              "{stamp} + PDULockResource(hMod=0x00000001, hCLL=0x00000002, LockMask=3)\n"
+              "{stamp} - PDULockResource<PDU_STATUS_NOERROR (0x0000)>\n");
+    EXPECT_EQ(session.Fake().TakeNames(), "PDUGetTimestamp PDULockResource");
+}
+
+TEST(LibraryPath, AStandAloneTargetLiesBesideTheLogger)
+{
+    Session session({{"InstalledPath", "."}});
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    const std::string path = BuildFolder() + LibraryName("fake_target");
+    EXPECT_NE(HeaderOf(session).find("{stamp}    -->  StandAlone installation\n"
+                                     "{stamp}    -->  LOADING: DLL = \"" +
+                                     path + "\"\n"),
+              std::string::npos)
+        << HeaderOf(session);
+}
+
+TEST(LibraryPath, WithoutTheTrailingSeparatorTheNameIsGluedOn)
+{
+    std::string folder = BuildFolder();
+    folder.pop_back();
+    Session session({{"InstalledPath", folder}});
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    EXPECT_NE(HeaderOf(session).find("LOADING: DLL = \"" + folder + LibraryName("fake_target") + "\"\n"),
+              std::string::npos);
+}
+
+TEST(LibraryPath, ADotWithASeparatorIsARelativePrefixAndNotTheStandAloneForm)
+{
+    const std::string prefix = std::string(".") + platform::PathSeparator;
+    Session session({{"InstalledPath", prefix}, {"PDUAPILibDll", "no_such_library"}});
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    EXPECT_EQ(HeaderOf(session).find("StandAlone installation"), std::string::npos);
+    EXPECT_NE(HeaderOf(session).find("LOADING: DLL = \"" + prefix + "no_such_library\"\n"), std::string::npos);
+}
+
+TEST(LibraryPath, ALongPrefixIsCutAndLeavesNoRoomForTheName)
+{
+    const std::string prefix(300, 'p');
+    Session session({{"InstalledPath", prefix}});
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    EXPECT_NE(HeaderOf(session).find("LOADING: DLL = \"" + prefix.substr(0, 260) + "\"\n"), std::string::npos);
+}
+
+TEST(LibraryPath, AnAbsentFileNameIsReportedAndTheFolderAloneIsTried)
+{
+    Session session({{"PDUAPILibDll", "-"}});
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    EXPECT_NE(HeaderOf(session).find("{stamp} Logger 'PDUAPILibDll' not in config\n"
+                                     "{stamp}    -->  LOADING: DLL = \"" +
+                                     BuildFolder() + "\"\n"),
+              std::string::npos);
+}
+
+TEST(LibraryPath, AnAbsentFolderLeavesTheNameAlone)
+{
+    Session session({{"InstalledPath", "-"}, {"PDUAPILibDll", "no_such_library"}});
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    EXPECT_NE(HeaderOf(session).find("LOADING: DLL = \"no_such_library\"\n"), std::string::npos);
+}
+
+TEST(LibraryVersion, TheProductVersionOfTheTargetIsShown)
+{
+    Session session;
+    session.Construct();
+    EXPECT_NE(HeaderOf(session).find("{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" + BuildFolder() +
+                                     LibraryName("fake_target") + "'\n"),
+              std::string::npos)
+        << HeaderOf(session);
+}
+
+TEST(LibraryVersion, AFileWithoutAVersionShowsTheFallbackInTheNextHeader)
+{
+    Session session({{"LogNewFileCfg", "1"}, {"LogFileMaxNum", "5"}}, "no_such_library");
+    WriteFileBytes(session.Folder().Path() / "text.so", "no library at all");
+    session.Configure({{"InstalledPath", session.Folder().Path().string() + platform::PathSeparator},
+                       {"PDUAPILibDll", "text.so"},
+                       {"LogFileMaxSize", "1"},
+                       {"LogFileMaxNum", "5"}});
+    session.Construct();
+    const std::string path = (session.Folder().Path() / "text.so").string();
+    EXPECT_NE(HeaderOf(session).find("{stamp}    <--  LOADING:  Failed to load - '" + path + "'\n"),
+              std::string::npos);
+    // The start-up's own rotation brings a whole header.
+    EXPECT_NE(HeaderOf(session).find("{stamp}    <--  LOADED:  Version '<UNKNOWN' of '" + path + "'\n"),
+              std::string::npos)
+        << HeaderOf(session);
+}
+
+TEST(LibraryVersion, TheLoggersOwnVersionStandsInTheFirstHeader)
+{
+    Session session;
+    session.Construct();
+    EXPECT_TRUE(HeaderOf(session).starts_with("{stamp} ########## INITIALISE ##########\n"
+                                              "{stamp} ########## D-PDU API LOGGER VERSION: R01.000.0000.0000 "
+                                              "##########\n"
+                                              "{stamp} LogHeader{Loaded=0}\n"))
+        << HeaderOf(session);
+}
+
+TEST(LibraryVersion, OneThatWasNotReadWhileNothingWasLoggedStaysUnread)
+{
+    Session session({{"LogEnabled", "0"}});
+    session.Construct();
+    // Logging comes on, and the forced change of file opens the first one.
+    session.Configure({{"LogNewFileCfg", "1"}});
+    session.Construct();
+    session.Api().PDUModuleDisconnect(1);
+    const std::string text = HeaderOf(session);
+    EXPECT_TRUE(text.starts_with("{stamp} # PDUModuleDisconnect - Continuation file\n"
+                                 "{stamp} ########## D-PDU API LOGGER VERSION: R01.000.0000.0000 ##########\n"))
+        << text;
+    EXPECT_TRUE(text.ends_with("{stamp}    <--  LOADED:  Version '<UNREAD>' of '" + BuildFolder() +
+                               LibraryName("fake_target") + "'\n"))
+        << text;
+}
+
+} // namespace
+} // namespace marvane::testing

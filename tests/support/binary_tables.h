@@ -1,0 +1,15 @@
+// The tables of a shared library's file, read from its bytes: a PE or a 64-bit ELF file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace marvane::testing {
+
+/// Names of the functions that a library defines for others, sorted.
+std::vector<std::string> ExportedNames(const std::string& path);
+
+/// Names of the libraries that a PE file imports.
+std::vector<std::string> ImportedLibraries(const std::string& path);
+
+} // namespace marvane::testing

@@ -46,7 +46,12 @@ std::string LibraryName(const std::string& name)
 std::string PointerText(const void* pointer)
 {
     char text[40];
-    std::snprintf(text, sizeof text, "%8p", pointer);
+    if (platform::PathSeparator == '/')
+        std::snprintf(text, sizeof text, "%8p", pointer);
+    else
+        std::snprintf(text, sizeof text, "%08X%08X",
+                      static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer) >> 32),
+                      static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer)));
     return text;
 }
 

@@ -22,7 +22,7 @@ std::string BuildFolder();
 /// File name of a shared library of the build.
 std::string LibraryName(const std::string& name);
 
-/// "%8p" of the C library of this system.
+/// What "%8p" has to give: glibc's text on Linux, 16 upper-case digits on Windows.
 std::string PointerText(const void* pointer);
 
 /// Replaces each well-formed stamp by "{stamp} ".

@@ -1,0 +1,206 @@
+#include <vector>
+
+#include "tests/support/decoded_text.h"
+
+namespace marvane {
+namespace {
+
+class ComParamTest : public testing::Decoding
+{
+protected:
+    static std::string Value(T_PDU_PT type, const void* data, int direction = 0, int level = 1, UNUM32 id = 7)
+    {
+        return Decoded([&](const DecoderFrame& frame) { DecodeParamValue(frame, id, type, data, direction, level); });
+    }
+};
+
+TEST_F(ComParamTest, ANullItemIsReportedAtItsLevel)
+{
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeComParam(frame, nullptr, 0, 0); }),
+              "   -->  ComParam pointer\t= <NULL>\n");
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeComParam(frame, nullptr, 1, 1); }),
+              "    <<< ComParam pointer\t= <NULL>\n");
+}
+
+TEST_F(ComParamTest, AnItemIsALineAndItsValueOneLevelDeeper)
+{
+    UNUM32 value = 500000;
+    PDU_PARAM_ITEM item = {0xDEAD, 7, PDU_PT_UNUM32, PDU_PC_BUSTYPE, &value};
+    RecordObjectName(PDU_OBJT_COMPARAM, 7, "CP_Baudrate");
+    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 1, 0); }),
+              "   <--  ComParam (" + testing::PointerText(&item) +
+                  ") Id = CP_Baudrate (id=7), DataType = PDU_PT_UNUM32 (0x0105), Class = PDU_PC_BUSTYPE (0x0005)\n"
+                  "    <<< CP_Baudrate                    (id=  7): =\t(u32)    500000\t(0x0007A120)\n");
+}
+
+TEST_F(ComParamTest, UnknownTypesAndClassesAreNamedSo)
+{
+    UNUM32 value = 1;
+    PDU_PARAM_ITEM item = {PDU_IT_PARAM, 12345, 0x10A, 8, &value};
+    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 0, 0); }),
+              "   -->  ComParam (" + testing::PointerText(&item) +
+                  ") Id = [NOT YET READ] (id=12345), DataType = <UNKNOWN> (0x010A), Class = <UNKNOWN> (0x0008)\n"
+                  "    >>> [NOT YET READ] (id=12345): \tunknown type= <UNKNOWN> (266)\n");
+}
+
+TEST_F(ComParamTest, ANullValueIsReportedOneLevelDeeper)
+{
+    PDU_PARAM_ITEM item = {PDU_IT_PARAM, 7, PDU_PT_UNUM8, PDU_PC_TIMING, nullptr};
+    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 0, 0); }),
+              "   -->  ComParam (" + testing::PointerText(&item) +
+                  ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_TIMING (0x0001)\n"
+                  "    >>> pDataVal\t= <NULL>\n");
+}
+
+TEST_F(ComParamTest, NumbersOfAllTypes)
+{
+    const UNUM8 u8 = 0xFE;
+    const SNUM8 s8 = -128;
+    const UNUM16 u16 = 0xFFFE;
+    const SNUM16 s16 = -1;
+    const UNUM32 u32 = 0xFFFFFFFF;
+    const SNUM32 s32 = INT32_MIN;
+    const SNUM8 positive = 5;
+    const std::string name = "    >>> [NOT YET READ]                 (id=  7): =\t";
+    EXPECT_EQ(Value(PDU_PT_UNUM8, &u8), name + "(u 8)       254\t(0xFE)\n");
+    EXPECT_EQ(Value(PDU_PT_SNUM8, &s8), name + "(s 8)      -128\t(0xFFFFFF80)\n");
+    EXPECT_EQ(Value(PDU_PT_SNUM8, &positive), name + "(s 8)         5\t(0x05)\n");
+    EXPECT_EQ(Value(PDU_PT_UNUM16, &u16), name + "(u16)     65534\t(0xFFFE)\n");
+    EXPECT_EQ(Value(PDU_PT_SNUM16, &s16), name + "(s16)        -1\t(0xFFFFFFFF)\n");
+    EXPECT_EQ(Value(PDU_PT_UNUM32, &u32), name + "(u32)4294967295\t(0xFFFFFFFF)\n");
+    EXPECT_EQ(Value(PDU_PT_SNUM32, &s32), name + "(s32)-2147483648\t(0x80000000)\n");
+}
+
+TEST_F(ComParamTest, ANumberAtAnOddAddressIsRead)
+{
+    alignas(4) const UNUM8 bytes[5] = {0, 0x78, 0x56, 0x34, 0x12};
+    EXPECT_EQ(Value(PDU_PT_UNUM32, bytes + 1),
+              "    >>> [NOT YET READ]                 (id=  7): =\t(u32) 305419896\t(0x12345678)\n");
+}
+
+TEST_F(ComParamTest, AByteFieldStandsAtTheLevelOfItsValue)
+{
+    UNUM8 bytes[] = {0x3E, 0x80};
+    const PDU_PARAM_BYTEFIELD_DATA field = {10, 2, bytes};
+    EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field),
+              "    >>> [NOT YET READ] (id=7): MaxLen\t= 10, ActLen\t= 2\n"
+              "    >>> pDataArray     |00000000 <3E 80>                                            >.              |\n");
+}
+
+TEST_F(ComParamTest, AnEmptyByteFieldHasNoListing)
+{
+    UNUM8 byte = 0;
+    const PDU_PARAM_BYTEFIELD_DATA field = {10, 0, &byte};
+    EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field), "    >>> [NOT YET READ] (id=7): MaxLen\t= 10, ActLen\t= 0\n"
+                                               "    >>>     pDataArray: Size\t= <ZERO>\n");
+}
+
+TEST_F(ComParamTest, AByteFieldWithoutItsArrayIsReported)
+{
+    const PDU_PARAM_BYTEFIELD_DATA field = {1, 3, nullptr};
+    EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field, 1, 2), "\t\t <--  [NOT YET READ] (id=7): MaxLen\t= 1, ActLen\t= 3\n"
+                                                     "\t\t <--      pDataArray: Address \t= <NULL>\n");
+}
+
+TEST_F(ComParamTest, ALongFieldStandsOneLevelDeeperAndCountsFourBytesEach)
+{
+    UNUM32 longs[] = {0x7E0, 0x7E8};
+    const PDU_PARAM_LONGFIELD_DATA field = {4, 2, longs};
+    EXPECT_EQ(Value(PDU_PT_LONGFIELD, &field, 1, 1),
+              "\t\t <--  Id = [NOT YET READ] (id=7): MaxLen\t= 4, ActLen\t= 2\n"
+              "\t\t <--  pDataArray     |00000000 <E0 07 00 00 E8 07 00 00>                          ........        |\n");
+}
+
+TEST_F(ComParamTest, NullFieldsHaveTheirOwnWords)
+{
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeByteField(frame, 0, 1, 7, nullptr); }),
+              "    >>> pByteField\t= <NULL>\n");
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeLongField(frame, 0, 1, 7, nullptr); }),
+              "\t\t -->  pLongField\t= <NULL>\n");
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeStructField(frame, 0, 1, 7, nullptr); }),
+              "\t\t -->  pStructField\t= <NULL>\n");
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeSessionTiming(frame, 1, 2, nullptr); }),
+              "\t\t  <<< pSessionTiming\t= <NULL>\n");
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeAccessTiming(frame, 1, 2, nullptr); }),
+              "\t\t  <<< pAccessTiming\t= <NULL>\n");
+}
+
+TEST_F(ComParamTest, SessionTimingsShowTheFirstElementAlone)
+{
+    PDU_PARAM_STRUCT_SESSION_TIMING timings[] = {{1, 0, 50, 1, 244}, {2, 9, 9, 9, 9}};
+    const PDU_PARAM_STRUCTFIELD_DATA field = {PDU_CPST_SESSION_TIMING, 8, 2, timings};
+    EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field, 1, 1),
+              "\t\t <--  Id = [NOT YET READ] (id=7): ComParamStructType\t= 1\n"
+              "\t\t <--  MaxEntries\t= 8\n"
+              "\t\t <--  ActEntries\t= 2\n"
+              "\t\t  <<< session\t= 1\n"
+              "\t\t  <<< P2Max_high\t= 0\n"
+              "\t\t  <<< P2Max_low\t= 50\n"
+              "\t\t  <<< P2Star_high\t= 1\n"
+              "\t\t  <<< P2Star_low\t= 244\n");
+}
+
+TEST_F(ComParamTest, TheTextOfATimingSetRunsIntoTheIndentsOfTheOtherDirection)
+{
+    PDU_PARAM_STRUCT_ACCESS_TIMING timing = {1, 2, 3, 4, 5, 255};
+    const PDU_PARAM_STRUCTFIELD_DATA field = {PDU_CPST_ACCESS_TIMING, 1, 1, &timing};
+    EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field),
+              "\t\t -->  Id = [NOT YET READ] (id=7): ComParamStructType\t= 2\n"
+              "\t\t -->  MaxEntries\t= 1\n"
+              "\t\t -->  ActEntries\t= 1\n"
+              "\t\t  >>> P2Min\t= 1\n"
+              "\t\t  >>> P2Max\t= 2\n"
+              "\t\t  >>> P3Min\t= 3\n"
+              "\t\t  >>> P3Max\t= 4\n"
+              "\t\t  >>> P4Min\t= 5\n"
+              "\t\t  >>> TimingSet\t= 255\n"
+              "   <--  EXTENDED TIMING VALUES - USED AFTER INIT IF SET IN KEY BYTES\n");
+}
+
+TEST_F(ComParamTest, OnTheWayBackTheTextOfATimingSetStandsBehindTheMarkersText)
+{
+    const auto setText = [](UNUM8 set, int level) {
+        PDU_PARAM_STRUCT_ACCESS_TIMING timing = {0, 0, 0, 0, 0, set};
+        const std::string text = Decoded(
+            [&](const DecoderFrame& frame) { DecodeAccessTiming(frame, 1, level, &timing); });
+        return text.substr(text.find("TimingSet\t= ") + 12);
+    };
+    EXPECT_EQ(setText(1, 2), "1\n\t\t\t\t...\nDEFAULT ECU TIMING SET ON TPI 1 FROM TESTER\n");
+    EXPECT_EQ(setText(2, 2), "2\n\t\t\t\t...\nOVERRIDE TIMING VALUES FOR ECU (FOR TPI 2 RESPONSE)\n");
+    EXPECT_EQ(setText(3, 3), "3\nOVERRIDE TIMING VALUES SET BY TESTER (FOR TPI 3)\n");
+    EXPECT_EQ(setText(4, 4), "4\nNORMAL TIMING VALUES FOR ECU AFTER INIT\n");
+    EXPECT_EQ(setText(0, 2), "0\n\t\t\t\t...\nUNKNOWN \"TimingSet\" SPECIFIED\n");
+}
+
+TEST_F(ComParamTest, AnUnknownStructTypeHasThreeLines)
+{
+    UNUM32 nothing = 0;
+    const PDU_PARAM_STRUCTFIELD_DATA field = {3, 4, 5, &nothing};
+    EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field), "\t\t -->  Id = [NOT YET READ] (id=7): ComParamStructType\t= 3\n"
+                                                 "\t\t -->  MaxEntries\t= 4\n"
+                                                 "\t\t -->  ActEntries\t= 5\n");
+}
+
+TEST_F(ComParamTest, AFieldLargerThanTheBufferEndsWithTheMarker)
+{
+    std::vector<UNUM8> bytes(50000);
+    const PDU_PARAM_BYTEFIELD_DATA field = {1, 50000, bytes.data()};
+    ExpectCutOff(Value(PDU_PT_BYTEFIELD, &field));
+}
+
+TEST_F(ComParamTest, EachDecoderHasItsGates)
+{
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeComParam(frame, nullptr, 0, 0); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeByteField(frame, 0, 0, 1, nullptr); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeLongField(frame, 0, 0, 1, nullptr); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeStructField(frame, 0, 0, 1, nullptr); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeSessionTiming(frame, 0, 0, nullptr); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeAccessTiming(frame, 0, 0, nullptr); });
+    const auto value = [](const DecoderFrame& frame) { DecodeParamValue(frame, 1, PDU_PT_UNUM8, nullptr, 0, 0); };
+    EXPECT_EQ(Decoded(value, 0, 0), "   -->  pDataVal\t= <NULL>\n");
+    SetSetting(NumericKey::LogEnabled, 0);
+    EXPECT_EQ(Decoded(value), "");
+}
+
+} // namespace
+} // namespace marvane

@@ -1,0 +1,127 @@
+#include <vector>
+
+#include "tests/support/decoded_text.h"
+
+namespace marvane {
+namespace {
+
+class ResponseTable : public testing::Decoding
+{
+protected:
+    static std::string Table(const PDU_UNIQUE_RESP_ID_TABLE_ITEM* table, int direction = 0, int level = 0)
+    {
+        return Decoded(
+            [&](const DecoderFrame& frame) { DecodeUniqueRespIdTable(frame, table, direction, level); });
+    }
+};
+
+TEST_F(ResponseTable, ANullTableIsReported)
+{
+    EXPECT_EQ(Table(nullptr), "   -->  pUniqueRespIdTable\t= <NULL>\n");
+    EXPECT_EQ(Table(nullptr, 1, 1), "    <<< pUniqueRespIdTable\t= <NULL>\n");
+}
+
+TEST_F(ResponseTable, AnEmptyTableSaysSo)
+{
+    PDU_ECU_UNIQUE_RESP_DATA entry = {};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM none = {PDU_IT_UNIQUE_RESP_ID_TABLE, 0, nullptr};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM unused = {PDU_IT_UNIQUE_RESP_ID_TABLE, 0, &entry};
+    EXPECT_EQ(Table(&none), "   -->  Num URIDs:\t0\n");
+    EXPECT_EQ(Table(&unused), "   -->  Num URIDs:\t0\n");
+}
+
+TEST_F(ResponseTable, EntriesAreCountedInFourColumns)
+{
+    PDU_ECU_UNIQUE_RESP_DATA entries[] = {{7, 0, nullptr}, {PDU_ID_UNDEF, 0, nullptr}};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 2, entries};
+    EXPECT_EQ(Table(&table), "   -->  [   1 of    2] - URID = 7, Num params = 0\n"
+                             "   -->  [   2 of    2] - URID = <PDU_ID_UNDEF>, Num params = 0\n");
+}
+
+TEST_F(ResponseTable, AWrongTypeIsAWarningAndTheEntriesFollow)
+{
+    PDU_ECU_UNIQUE_RESP_DATA entry = {4294967295u, 0, nullptr};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {1, 1, &entry};
+    EXPECT_EQ(Table(&table), "   -->  WARNING: Wrong item type 1, should be 5888!\n"
+                             "   -->  [   1 of    1] - URID = 4294967295, Num params = 0\n");
+}
+
+TEST_F(ResponseTable, EntriesWithoutABufferAreAWarning)
+{
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 3, nullptr};
+    EXPECT_EQ(Table(&table), "   -->  WARNING: Entries indicated but no buffer (3)!\n");
+}
+
+TEST_F(ResponseTable, ParametersStandOneLevelDeeper)
+{
+    UNUM8 value = 3;
+    PDU_PARAM_ITEM params[] = {{PDU_IT_PARAM, 1, PDU_PT_UNUM8, PDU_PC_COM, &value},
+                               {PDU_IT_PARAM, 2, PDU_PT_UNUM8, PDU_PC_COM, nullptr}};
+    PDU_ECU_UNIQUE_RESP_DATA entry = {7, 2, params};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
+    EXPECT_EQ(Table(&table, 1),
+              "   <--  [   1 of    1] - URID = 7, Num params = 2\n"
+              "    <<< ComParam (" +
+                  testing::PointerText(&params[0]) +
+                  ") Id = [NOT YET READ] (id=1), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM (0x0003)\n"
+                  "\t\t <--  [NOT YET READ]                 (id=  1): =\t(u 8)         3\t(0x03)\n"
+                  "    <<< ComParam (" +
+                  testing::PointerText(&params[1]) +
+                  ") Id = [NOT YET READ] (id=2), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM (0x0003)\n"
+                  "\t\t <--  pDataVal\t= <NULL>\n");
+}
+
+TEST_F(ResponseTable, ANullParameterArrayShowsItsFirstItemAsNull)
+{
+    PDU_ECU_UNIQUE_RESP_DATA entries[] = {{7, 3, nullptr}, {8, 0, nullptr}};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 2, entries};
+    EXPECT_EQ(Table(&table), "   -->  [   1 of    2] - URID = 7, Num params = 3\n"
+                             "    >>> ComParam pointer\t= <NULL>\n"
+                             "   -->  [   2 of    2] - URID = 8, Num params = 0\n");
+}
+
+TEST_F(ResponseTable, BehindAnItemAStructFieldRunsIntoTheNeighbouringIndents)
+{
+    PDU_PARAM_STRUCT_SESSION_TIMING timing = {1, 2, 3, 4, 5};
+    PDU_PARAM_STRUCTFIELD_DATA field = {PDU_CPST_SESSION_TIMING, 1, 1, &timing};
+    PDU_PARAM_ITEM param = {PDU_IT_PARAM, 1, PDU_PT_STRUCTFIELD, PDU_PC_COM, &field};
+    PDU_ECU_UNIQUE_RESP_DATA entry = {7, 1, &param};
+    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
+    const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
+    const auto behindItem = [&](int direction) {
+        const std::string text =
+            Decoded([&](const DecoderFrame& frame) { DecodeItem(frame, "item", &item, direction); });
+        return text.substr(text.find("COM (0x0003)\n") + 13);
+    };
+    EXPECT_EQ(behindItem(0), "   <--  Id = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
+                             "   <--  MaxEntries\t= 1\n"
+                             "   <--  ActEntries\t= 1\n"
+                             "    <<< session\t= 1\n"
+                             "    <<< P2Max_high\t= 2\n"
+                             "    <<< P2Max_low\t= 3\n"
+                             "    <<< P2Star_high\t= 4\n"
+                             "    <<< P2Star_low\t= 5\n");
+    EXPECT_EQ(behindItem(1), "\t\t\t\t...\nId = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
+                             "\t\t\t\t...\nMaxEntries\t= 1\n"
+                             "\t\t\t\t...\nActEntries\t= 1\n"
+                             "session\t= 1\n"
+                             "P2Max_high\t= 2\n"
+                             "P2Max_low\t= 3\n"
+                             "P2Star_high\t= 4\n"
+                             "P2Star_low\t= 5\n");
+}
+
+TEST_F(ResponseTable, OneLargerThanTheBufferEndsWithTheMarker)
+{
+    std::vector<PDU_ECU_UNIQUE_RESP_DATA> entries(10000);
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 10000, entries.data()};
+    ExpectCutOff(Table(&table));
+}
+
+TEST_F(ResponseTable, HasItsGates)
+{
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeUniqueRespIdTable(frame, nullptr, 0, 0); });
+}
+
+} // namespace
+} // namespace marvane

@@ -1,0 +1,148 @@
+#include <vector>
+
+#include "tests/support/decoded_text.h"
+
+namespace marvane {
+namespace {
+
+class Vehicle : public testing::Decoding
+{
+protected:
+    static std::string Request(const PDU_IO_VEHICLE_ID_REQUEST_DATA* item, int direction = 0)
+    {
+        return Decoded([&](const DecoderFrame& frame) { DecodeVehicleIdRequest(frame, item, direction); });
+    }
+    static std::string Switch(UNUM32 state)
+    {
+        const PDU_IO_ETH_SWITCH_STATE_DATA item = {state, 8};
+        return Decoded([&](const DecoderFrame& frame) { DecodeEthSwitchState(frame, &item); });
+    }
+    static std::string Entity(UNUM32 type)
+    {
+        const PDU_IO_ENTITY_STATUS_DATA item = {type, 8, 1, 4095};
+        return Decoded([&](const DecoderFrame& frame) { DecodeEntityStatus(frame, &item); });
+    }
+};
+
+TEST_F(Vehicle, ANullRequestIsReported)
+{
+    EXPECT_EQ(Request(nullptr), "   -->  pVehIdReq\t= <NULL>\n");
+    EXPECT_EQ(Request(nullptr, 1), "   <--  pVehIdReq\t= <NULL>\n");
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeVehicleIdRequestEx(frame, nullptr, 1); }),
+              "   <--  pVehIdReq\t= <NULL>\n");
+}
+
+TEST_F(Vehicle, CombinationModesHaveTheirNames)
+{
+    const char* names[] = {"Entity", "VIN", "GroupID", "Collection", "<UNKNOWN>"};
+    for (UNUM32 mode = 0; mode < 5; ++mode)
+    {
+        const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {1, nullptr, mode, 500, 0, nullptr};
+        EXPECT_EQ(Request(&item), "   -->  CombinationMode=" + std::string(names[mode]) + " (" + std::to_string(mode) +
+                                      "), PreselectionMode=1, PreselectionValue='<NULL STRING>', "
+                                      "VehicleDiscoveryTime=500, NumDestAddrs=0\n");
+    }
+}
+
+TEST_F(Vehicle, ABufferWithoutEntriesAndEntriesWithoutABufferAreWarnings)
+{
+    CHAR8 value[] = "VIN";
+    PDU_IP_ADDR_INFO address = {};
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA unused = {2, value, 9, 0, 0, &address};
+    EXPECT_EQ(Request(&unused),
+              "   -->  CombinationMode=<UNKNOWN> (9), PreselectionMode=2, PreselectionValue='VIN', "
+              "VehicleDiscoveryTime=0, NumDestAddrs=0\n"
+              "   -->  WARNING: Destination address buffer but no entries!\n");
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA missing = {2, value, 9, 0, 4, nullptr};
+    EXPECT_EQ(Request(&missing, 1),
+              "   <--  CombinationMode=<UNKNOWN> (9), PreselectionMode=2, PreselectionValue='VIN', "
+              "VehicleDiscoveryTime=0, NumDestAddrs=4\n"
+              "   <--  WARNING: Destination address entries indicated but no buffer (4)!\n");
+}
+
+TEST_F(Vehicle, AddressesOfBothKindsAndTheirFaults)
+{
+    UNUM8 ipv4[] = {0xC0, 0xA8, 0x00, 0x01};
+    UNUM8 ipv6[] = {0xFE, 0x80, 0, 0, 0, 0, 0, 0, 0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC, 0xDE, 0xF0};
+    PDU_IP_ADDR_INFO addresses[] = {{4, ipv4}, {6, ipv6}, {5, ipv4}, {4, nullptr}, {6, nullptr}, {5, nullptr}};
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {0, nullptr, 1, 2, 6, addresses};
+    EXPECT_EQ(Request(&item),
+              "   -->  CombinationMode=VIN (1), PreselectionMode=0, PreselectionValue='<NULL STRING>', "
+              "VehicleDiscoveryTime=2, NumDestAddrs=6\n"
+              "    >>> pDestinationAddress[00] (IPv4) = 192.168.0.1\n"
+              "    >>> pDestinationAddress[01] (IPv6) = FE80:0000:0000:0000:1234:5678:9ABC:DEF0:\n"
+              "   -->  WARNING: Unknown IP version = 5\n"
+              "   -->  WARNING: Destination address (IPv=4) [03] = NULL\n"
+              "   -->  WARNING: Destination address (IPv=6) [04] = NULL\n"
+              "   -->  WARNING: Destination address (IPv=INVALID) [05] = NULL\n");
+}
+
+TEST_F(Vehicle, TheExtendedRequestAddsItsVersion)
+{
+    const PDU_IO_VEHICLE_ID_REQUEST_EX item = {{0, nullptr, 0, 2, 0, nullptr}, 3};
+    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeVehicleIdRequestEx(frame, &item, 1); }),
+              "   <--  CombinationMode=Entity (0), PreselectionMode=0, PreselectionValue='<NULL STRING>', "
+              "VehicleDiscoveryTime=2, NumDestAddrs=0\n"
+              "   <--  Ver=0x03\n");
+}
+
+TEST_F(Vehicle, TheSwitchIsOffOnOrInvalid)
+{
+    EXPECT_EQ(Switch(0), "   -->  Pin Number\t\t= 8 -> OFF (0)\n");
+    EXPECT_EQ(Switch(1), "   -->  Pin Number\t\t= 8 -> ON (1)\n");
+    EXPECT_EQ(Switch(2), "   -->  Pin Number\t\t= 8 -> INVALID (2)\n");
+}
+
+TEST_F(Vehicle, AnEntityIsAGatewayANodeOrUnknown)
+{
+    const std::string rest = ", TcpClientsMax=8, TcpClients=1, MaxDataSize=4095\n";
+    EXPECT_EQ(Entity(0), "   -->  PDU_IO_ENTITY_STATUS_DATA: EntityType=0 (Gateway)" + rest);
+    EXPECT_EQ(Entity(1), "   -->  PDU_IO_ENTITY_STATUS_DATA: EntityType=1 (Node)" + rest);
+    EXPECT_EQ(Entity(2), "   -->  PDU_IO_ENTITY_STATUS_DATA: EntityType=2 <UNKNOWN>" + rest);
+}
+
+TEST_F(Vehicle, AnEntitysAddressHasFourDigits)
+{
+    const PDU_IO_ENTITY_ADDRESS_DATA item = {0xE80, 2000};
+    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeEntityAddress(frame, &item); }),
+              "   -->  PDU_IO_ENTITY_ADDRESS_DATA: Addr = 0x0E80, Ctrl T/O = 2000\n");
+}
+
+TEST_F(Vehicle, NullItemsHaveTheirOwnWords)
+{
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeEthSwitchState(frame, nullptr); }),
+              "   -->  pItem\t= <NULL>\n");
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeEntityAddress(frame, nullptr); }),
+              "   -->  PDU_IO_ENTITY_ADDRESS_DATA: pItem\t= <NULL>\n");
+    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeEntityStatus(frame, nullptr); }),
+              "   -->  PDU_IO_ENTITY_STATUS_DATA: pItem\t= <NULL>\n");
+}
+
+TEST_F(Vehicle, AListLargerThanTheBufferEndsWithTheMarker)
+{
+    UNUM8 ipv4[] = {1, 2, 3, 4};
+    std::vector<PDU_IP_ADDR_INFO> addresses(10000, PDU_IP_ADDR_INFO{4, ipv4});
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {0, nullptr, 1, 2, 10000, addresses.data()};
+    ExpectCutOff(Request(&item));
+}
+
+TEST_F(Vehicle, ATextLongerThanTheBufferIsCutAndTheMarkerFollows)
+{
+    std::string value(20000, 'v');
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {0, value.data(), 1, 2, 0, nullptr};
+    const std::string text = Request(&item);
+    EXPECT_TRUE(text.ends_with("vvv\t\t\t\t...\n"));
+    ExpectCutOff(text);
+}
+
+TEST_F(Vehicle, EachDecoderHasItsGates)
+{
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeVehicleIdRequest(frame, nullptr, 0); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeVehicleIdRequestEx(frame, nullptr, 0); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeEthSwitchState(frame, nullptr); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeEntityAddress(frame, nullptr); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeEntityStatus(frame, nullptr); });
+}
+
+} // namespace
+} // namespace marvane

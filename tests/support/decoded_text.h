@@ -1,0 +1,75 @@
+// What a decoder writes, for tests of decoders: without the stamps, which are checked exactly.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "decode/decode.h"
+#include "tests/support/session.h"
+
+namespace marvane::testing {
+
+/// Logging is active and no object has a name, at the beginning and the end of each test.
+class Decoding : public ::testing::Test
+{
+protected:
+    Decoding()
+    {
+        Reset();
+        SetSetting(NumericKey::LogEnabled, 1);
+    }
+    ~Decoding() override { Reset(); }
+
+    /// The text that a decoder adds with levels 2 and 2, or others.
+    template <class Decode> static std::string Decoded(Decode decode, UNUM32 calls = 2, UNUM32 level = 2)
+    {
+        LogBuffer buffer;
+        decode(DecoderFrame{calls, level, buffer, {7, 8, 9, 10}});
+        return WithoutStamp(std::string(buffer.Text()));
+    }
+
+    /// Expects that a decoder writes nothing if any of its three gates is shut.
+    template <class Decode> static void ExpectThreeGates(Decode decode)
+    {
+        EXPECT_NE(Decoded(decode, 2, 1), "");
+        EXPECT_NE(Decoded(decode, 7, 7), "");
+        EXPECT_EQ(Decoded(decode, 1, 1), "");
+        EXPECT_EQ(Decoded(decode, 0, 2), "");
+        EXPECT_EQ(Decoded(decode, 2, 0), "");
+        SetSetting(NumericKey::LogEnabled, 0);
+        EXPECT_EQ(Decoded(decode), "");
+        SetSetting(NumericKey::LogEnabled, 2);
+        EXPECT_EQ(Decoded(decode), "");
+        SetSetting(NumericKey::LogEnabled, 1);
+    }
+
+    /// Expects that a text ends with the marker, has it once, and fits the buffer.
+    static void ExpectCutOff(const std::string& stripped)
+    {
+        EXPECT_EQ(stripped.find(LogBuffer::Marker), stripped.size() - LogBuffer::Marker.size());
+        EXPECT_LT(stripped.size(), LogBuffer::Size);
+    }
+
+private:
+    static void Reset()
+    {
+        for (const NumericKeyName& key : NumericKeyNames)
+            SetSetting(key.Key, key.Default);
+        ClearObjectNames();
+    }
+
+    static std::string WithoutStamp(std::string text)
+    {
+        char stamp[40];
+        std::snprintf(stamp, sizeof stamp, "{07:08:09.010 - %08X} ",
+                      static_cast<unsigned>(platform::CurrentThreadId()));
+        const std::string exact = stamp;
+        for (std::size_t at = text.find(exact); at != std::string::npos; at = text.find(exact, at))
+            text.erase(at, exact.size());
+        return text;
+    }
+};
+
+} // namespace marvane::testing

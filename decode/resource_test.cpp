@@ -1,0 +1,184 @@
+#include <vector>
+
+#include "tests/support/decoded_text.h"
+
+namespace marvane {
+namespace {
+
+class Resource : public testing::Decoding
+{
+protected:
+    static std::string Data(const PDU_RSC_DATA* data, const char* label = "pRscData")
+    {
+        return Decoded([&](const DecoderFrame& frame) { DecodeRscData(frame, data, label); });
+    }
+    static std::string Ids(const PDU_RSC_ID_ITEM_DATA* entry, const char* label = "RsrcItem", int direction = 1)
+    {
+        return Decoded([&](const DecoderFrame& frame) { DecodeRscIdList(frame, entry, label, direction); });
+    }
+    static std::string Module(const PDU_MODULE_DATA* entry, int direction = 1)
+    {
+        return Decoded([&](const DecoderFrame& frame) { DecodeModuleData(frame, entry, direction); });
+    }
+    static std::string Modules(const PDU_MODULE_ITEM* item)
+    {
+        return Decoded([&](const DecoderFrame& frame) { DecodeModuleIdList(frame, item); });
+    }
+};
+
+TEST_F(Resource, NullDataIsReportedUnderItsLabel)
+{
+    EXPECT_EQ(Data(nullptr), "   -->  pRscData\t= <NULL>\n");
+    EXPECT_EQ(Data(nullptr, nullptr), "   -->  <NULL STRING>\t= <NULL>\n");
+}
+
+TEST_F(Resource, NamesAreUnknownUntilTheApplicationAsked)
+{
+    PDU_PIN_DATA pins[] = {{6, 300}, {14, 301}, {1, 302}};
+    const PDU_RSC_DATA data = {200, 100, 3, pins};
+    EXPECT_EQ(Data(&data), "   -->  pRscData       : BusTypeId = <UNKNOWN> (200), ProtocolId = <UNKNOWN> (100), "
+                           "NumPinData = 3\n"
+                           "    >>> pDLCPinData[0]:\tNum =  6, Type = <UNKNOWN> (300)\n"
+                           "    >>> pDLCPinData[1]:\tNum = 14, Type = <UNKNOWN> (301)\n"
+                           "    >>> pDLCPinData[2]:\tNum =  1, Type = <UNKNOWN> (302)\n");
+    RecordObjectName(PDU_OBJT_BUSTYPE, 200, "CAN");
+    RecordObjectName(PDU_OBJT_PROTOCOL, 100, "UDS");
+    RecordObjectName(PDU_OBJT_PINTYPE, 300, "HI");
+    EXPECT_EQ(Data(&data, "pResourceIdData"),
+              "   -->  pResourceIdData: BusTypeId = CAN (200), ProtocolId = UDS (100), NumPinData = 3\n"
+              "    >>> pDLCPinData[0]:\tNum =  6, Type = HI (300)\n"
+              "    >>> pDLCPinData[1]:\tNum = 14, Type = <UNKNOWN> (301)\n"
+              "    >>> pDLCPinData[2]:\tNum =  1, Type = <UNKNOWN> (302)\n");
+}
+
+TEST_F(Resource, MissingPinsAreReportedAndWarnedOfIfCounted)
+{
+    const std::string head = "   -->  pRscData       : BusTypeId = <UNKNOWN> (1), ProtocolId = <UNKNOWN> (2), NumPinData = ";
+    const PDU_RSC_DATA none = {1, 2, 0, nullptr};
+    EXPECT_EQ(Data(&none), head + "0\n    >>> RsrcName: pRscData\t= <NULL>\n");
+    const PDU_RSC_DATA counted = {1, 2, 4, nullptr};
+    EXPECT_EQ(Data(&counted), head + "4\n"
+                                     "    >>> RsrcName: pRscData\t= <NULL>\n"
+                                     "    >>> *** WARNING - pRscData: NumPinData = 4 BUT pDLCPinData: <NULL> ***\n");
+}
+
+TEST_F(Resource, PinsWithoutACountAreNotListed)
+{
+    PDU_PIN_DATA pin = {6, 300};
+    const PDU_RSC_DATA data = {1, 2, 0, &pin};
+    EXPECT_EQ(Data(&data), "   -->  pRscData       : BusTypeId = <UNKNOWN> (1), ProtocolId = <UNKNOWN> (2), NumPinData = 0\n");
+}
+
+TEST_F(Resource, IdsStandTwoLevelsDeep)
+{
+    UNUM32 ids[] = {400, 7};
+    RecordObjectName(PDU_OBJT_RESOURCE, 400, "CAN_6_14");
+    const PDU_RSC_ID_ITEM_DATA entry = {1, 2, ids};
+    EXPECT_EQ(Ids(&entry), "\t\t <--  RsrcItem:\thMod = 0x00000001, NumIds = 2, pResourceIdArray = " +
+                               testing::PointerText(ids) +
+                               "\n\t\t  <<< pResourceId[ 0]\t= 400 (CAN_6_14)\n"
+                               "\t\t  <<< pResourceId[ 1]\t= 7 (<UNKNOWN>)\n");
+    EXPECT_EQ(Ids(nullptr), "\t\t <--  RsrcItem\t= <NULL>\n");
+    EXPECT_EQ(Ids(nullptr, nullptr, 0), "\t\t -->  <NULL STRING>\t= <NULL>\n");
+}
+
+TEST_F(Resource, MissingIdsAreWarnedOfInTheWordsOfPins)
+{
+    const PDU_RSC_ID_ITEM_DATA none = {PDU_HANDLE_UNDEF, 0, nullptr};
+    const std::string null = testing::PointerText(nullptr);
+    EXPECT_EQ(Ids(&none), "\t\t <--  RsrcItem:\thMod = <PDU_HANDLE_UNDEF>, NumIds = 0, pResourceIdArray = " + null +
+                              "\n\t\t  <<< pResourceId[RsrcItem]\t= <NULL>\n");
+    const PDU_RSC_ID_ITEM_DATA counted = {2, 5, nullptr};
+    EXPECT_EQ(Ids(&counted), "\t\t <--  RsrcItem:\thMod = 0x00000002, NumIds = 5, pResourceIdArray = " + null +
+                                 "\n\t\t  <<< pResourceId[RsrcItem]\t= <NULL>\n"
+                                 "\t\t  <<< *** WARNING - RsrcItem: NumIds = 5 BUT pDLCPinData= <NULL> ***\n");
+}
+
+TEST_F(Resource, AConflictStandsAtTheDeepestOutgoingArrow)
+{
+    const PDU_RSC_CONFLICT_DATA entry = {1, 400};
+    const auto conflict = [](const PDU_RSC_CONFLICT_DATA* data) {
+        return Decoded([&](const DecoderFrame& frame) { DecodeRscConflictList(frame, data); });
+    };
+    EXPECT_EQ(conflict(&entry), "\t\t  >>> pConflictData:\t\thMod=0x00000001, ResourceId=<UNKNOWN>(400)\n");
+    EXPECT_EQ(conflict(nullptr), "\t\t  >>> pConflictData\t= <NULL>\n");
+}
+
+TEST_F(Resource, AModulesTextsMayBeNull)
+{
+    CHAR8 name[] = "VCI";
+    const PDU_MODULE_DATA entry = {3, PDU_HANDLE_UNDEF, name, nullptr, PDU_MODST_READY};
+    EXPECT_EQ(Module(&entry), "    <<< ModuleTypeId         \t= 3\n"
+                              "    <<< hMod                 \t= <PDU_HANDLE_UNDEF>\n"
+                              "    <<< pVendorModuleName    \t= \"VCI\"\n"
+                              "    <<< pVendorAdditionalInfo\t= \"<NULL STRING>\"\n"
+                              "    <<< ModuleStatus         \t= PDU_MODST_READY (0x8060)\n");
+    const PDU_MODULE_DATA other = {3, 1, nullptr, name, 0x9999};
+    EXPECT_EQ(Module(&other, 0), "    >>> ModuleTypeId         \t= 3\n"
+                                 "    >>> hMod                 \t= 0x00000001\n"
+                                 "    >>> pVendorModuleName    \t= \"<NULL STRING>\"\n"
+                                 "    >>> pVendorAdditionalInfo\t= \"VCI\"\n"
+                                 "    >>> ModuleStatus         \t= <NULL> (0x9999)\n");
+    EXPECT_EQ(Module(nullptr), "    <<< pModuleData\t= <NULL>\n");
+}
+
+TEST_F(Resource, AListOfModulesWithAWrongTypePrintsWarningAndBoth)
+{
+    PDU_MODULE_DATA modules[] = {{1, 1, nullptr, nullptr, PDU_MODST_AVAIL}, {2, 2, nullptr, nullptr, PDU_MODST_AVAIL}};
+    const PDU_MODULE_ITEM item = {9, 2, modules};
+    const std::string texts = "    <<< pVendorModuleName    \t= \"<NULL STRING>\"\n"
+                              "    <<< pVendorAdditionalInfo\t= \"<NULL STRING>\"\n"
+                              "    <<< ModuleStatus         \t= PDU_MODST_AVAIL (0x8063)\n";
+    EXPECT_EQ(Modules(&item), "   <--  WARNING: Wrong item type 9, should be 5632!\n"
+                              "   <--  Module entry\t= 1 of 2\n"
+                              "    <<< ModuleTypeId         \t= 1\n"
+                              "    <<< hMod                 \t= 0x00000001\n" +
+                                  texts +
+                                  "   <--  Module entry\t= 2 of 2\n"
+                                  "    <<< ModuleTypeId         \t= 2\n"
+                                  "    <<< hMod                 \t= 0x00000002\n" +
+                                  texts);
+}
+
+TEST_F(Resource, AListWithoutModulesSaysWhy)
+{
+    PDU_MODULE_DATA module = {};
+    const PDU_MODULE_ITEM null = {PDU_IT_MODULE_ID, 5, nullptr};
+    EXPECT_EQ(Modules(&null), "   <--  pItem->pModuleData\t= <NULL>\n");
+    const PDU_MODULE_ITEM none = {PDU_IT_MODULE_ID, 0, &module};
+    EXPECT_EQ(Modules(&none), "   <--  Num Modules \t= 0\n");
+}
+
+TEST_F(Resource, ListsLargerThanTheBufferEndWithTheMarker)
+{
+    std::vector<PDU_PIN_DATA> pins(10000);
+    const PDU_RSC_DATA data = {1, 2, 10000, pins.data()};
+    ExpectCutOff(Data(&data));
+    std::vector<UNUM32> ids(10000);
+    const PDU_RSC_ID_ITEM_DATA entry = {1, 10000, ids.data()};
+    ExpectCutOff(Ids(&entry));
+    std::vector<PDU_MODULE_DATA> modules(10000);
+    const PDU_MODULE_ITEM item = {PDU_IT_MODULE_ID, 10000, modules.data()};
+    ExpectCutOff(Modules(&item));
+}
+
+TEST_F(Resource, AWildCountIsReadNoFurtherThanTheBufferReaches)
+{
+    // As many as fill the buffer are there; the count promises four billion.
+    std::vector<UNUM32> ids(1000);
+    const PDU_RSC_ID_ITEM_DATA entry = {1, 0xFFFFFFFF, ids.data()};
+    ExpectCutOff(Ids(&entry));
+}
+
+TEST_F(Resource, EachDecoderHasItsGates)
+{
+    const PDU_MODULE_ITEM item = {PDU_IT_MODULE_ID, 0, nullptr};
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeRscData(frame, nullptr, "label"); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeRscIdList(frame, nullptr, "label", 0); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeRscConflictList(frame, nullptr); });
+    ExpectThreeGates([](const DecoderFrame& frame) { DecodeModuleData(frame, nullptr, 0); });
+    ExpectThreeGates([&](const DecoderFrame& frame) { DecodeModuleIdList(frame, &item); });
+}
+
+} // namespace
+} // namespace marvane

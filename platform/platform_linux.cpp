@@ -1,11 +1,13 @@
 #include "platform/platform.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <fnmatch.h>
+#include <memory>
 #include <pthread.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -188,27 +190,18 @@ void SharedWords::Close()
     descriptor_ = -1;
 }
 
-Mutex CreateRecursiveMutex()
-{
-    auto* const mutex = new pthread_mutex_t;
-    pthread_mutexattr_t attributes;
-    pthread_mutexattr_init(&attributes);
-    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-    const int failure = pthread_mutex_init(mutex, &attributes);
-    pthread_mutexattr_destroy(&attributes);
-    if (failure == 0)
-        return mutex;
-    delete mutex;
-    return nullptr;
-}
+namespace {
 
-bool LockMutex(Mutex mutex, int milliseconds)
+/// The owner is kept beside the mutex, so that leaving one that is not held can be refused without asking it.
+struct RecursiveMutex
 {
-    if (!mutex)
-        return false;
-    auto* const handle = static_cast<pthread_mutex_t*>(mutex);
-    if (milliseconds < 0)
-        return pthread_mutex_lock(handle) == 0;
+    pthread_mutex_t Handle;
+    std::atomic<std::uint32_t> Owner = 0;
+    unsigned Depth = 0;
+};
+
+timespec FromNow(int milliseconds)
+{
     timespec until;
     clock_gettime(CLOCK_REALTIME, &until);
     until.tv_sec += milliseconds / 1000;
@@ -217,21 +210,59 @@ bool LockMutex(Mutex mutex, int milliseconds)
         ++until.tv_sec;
         until.tv_nsec -= 1000000000L;
     }
-    return pthread_mutex_timedlock(handle, &until) == 0;
+    return until;
+}
+
+} // namespace
+
+Mutex CreateRecursiveMutex()
+{
+    auto mutex = std::make_unique<RecursiveMutex>();
+    pthread_mutexattr_t attributes;
+    pthread_mutexattr_init(&attributes);
+    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
+    const int failure = pthread_mutex_init(&mutex->Handle, &attributes);
+    pthread_mutexattr_destroy(&attributes);
+    return failure == 0 ? mutex.release() : nullptr;
+}
+
+bool LockMutex(Mutex mutex, int milliseconds)
+{
+    if (!mutex)
+        return false;
+    auto* const recursive = static_cast<RecursiveMutex*>(mutex);
+    if (milliseconds < 0) {
+        if (pthread_mutex_lock(&recursive->Handle) != 0)
+            return false;
+    } else {
+        const timespec until = FromNow(milliseconds);
+        if (pthread_mutex_timedlock(&recursive->Handle, &until) != 0)
+            return false;
+    }
+    recursive->Owner.store(CurrentThreadId(), std::memory_order_relaxed);
+    ++recursive->Depth;
+    return true;
 }
 
 bool UnlockMutex(Mutex mutex)
 {
-    return mutex && pthread_mutex_unlock(static_cast<pthread_mutex_t*>(mutex)) == 0;
+    if (!mutex)
+        return false;
+    auto* const recursive = static_cast<RecursiveMutex*>(mutex);
+    if (recursive->Owner.load(std::memory_order_relaxed) != CurrentThreadId())
+        return false;
+    if (--recursive->Depth == 0)
+        recursive->Owner.store(0, std::memory_order_relaxed);
+    return pthread_mutex_unlock(&recursive->Handle) == 0;
 }
 
 void DestroyMutex(Mutex mutex)
 {
     if (!mutex)
         return;
-    auto* const handle = static_cast<pthread_mutex_t*>(mutex);
-    pthread_mutex_destroy(handle);
-    delete handle;
+    auto* const recursive = static_cast<RecursiveMutex*>(mutex);
+    pthread_mutex_destroy(&recursive->Handle);
+    delete recursive;
 }
 
 bool ReleaseSemaphoreCount(Mutex)

@@ -8,38 +8,44 @@
 namespace marvane::testing {
 namespace {
 
-/// What a log of one PDUConstruct and one call more is long.
-std::size_t LengthAfterOneCall()
+/// Starts anew with the limit at what the log will hold after that start and one call more, plus `more`.
+std::string LoggedAtLimit(Session& session, int more)
 {
-    Session session({{"LogFileMaxSize", "9999999"}, {"LogFileMaxNum", "9"}});
+    const auto call = [&] { session.Api().PDUConnect(1, 2); };
+    const auto configureLimit = [&](std::size_t limit) {
+        session.Configure({{"LogFileMaxSize", std::to_string(limit)}, {"LogFileMaxNum", "9"}});
+    };
+    const auto growth = [&](const std::function<void()>& action) {
+        const std::size_t before = session.Log().size();
+        action();
+        return session.Log().size() - before;
+    };
+    configureLimit(99999999);
+    session.Construct(); // Knows versions that the first start did not, as all later ones do.
+    const std::size_t added = growth([&] { session.Construct(); }) + growth(call);
+    configureLimit(static_cast<std::size_t>(static_cast<int>(session.Log().size() + added) + more));
     session.Construct();
-    session.Api().PDUConnect(1, 2);
-    return FileBytes(session.LogFolder() / session.LogNames()[0]).size();
+    return session.Logged(call);
 }
 
-/// Whether a session with that limit begins a new file with one call.
-bool RotatesAt(std::size_t limit, std::string& text)
+TEST(Rotation, AFileOfExactlyTheLimitStays)
 {
-    char number[12];
-    std::snprintf(number, sizeof number, "%07u", static_cast<unsigned>(limit));
-    Session session({{"LogFileMaxSize", number}, {"LogFileMaxNum", "9"}});
+    Session session;
     session.Construct();
-    session.Api().PDUConnect(1, 2);
-    text = WithoutStamps(session.Log());
-    return text.find("# PDUConnect - Changing log file") != std::string::npos;
+    EXPECT_EQ(LoggedAtLimit(session, 0), "{stamp} + PDUConnect(hMod=0x00000001, hCLL=0x00000002)\n"
+                                         "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST(Rotation, AFileOfExactlyTheLimitStaysAndOneByteMoreChangesIt)
+TEST(Rotation, OneByteAboveTheLimitTheFileChangesAfterTheWholeCall)
 {
-    const std::size_t length = LengthAfterOneCall();
-    std::string text;
-    EXPECT_FALSE(RotatesAt(length, text));
-    EXPECT_TRUE(RotatesAt(length - 1, text));
-    EXPECT_NE(text.find("{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n"
-                        "{stamp} # PDUConnect - Changing log file\n"
-                        "{stamp} # PDUConnect - Continuation file\n"
-                        "{stamp} ########## D-PDU API LOGGER VERSION: "),
-              std::string::npos)
+    Session session;
+    session.Construct();
+    const std::string text = LoggedAtLimit(session, -1);
+    EXPECT_TRUE(text.starts_with("{stamp} + PDUConnect(hMod=0x00000001, hCLL=0x00000002)\n"
+                                 "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n"
+                                 "{stamp} # PDUConnect - Changing log file\n"
+                                 "{stamp} # PDUConnect - Continuation file\n"
+                                 "{stamp} ########## D-PDU API LOGGER VERSION: "))
         << text;
 }
 

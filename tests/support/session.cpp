@@ -31,7 +31,8 @@ std::string ConfigurationText(const Settings& settings)
 
 std::string BuildFolder()
 {
-    const std::string own = platform::OwnModulePath(4096).Path;
+    // The program may have been started by a relative path.
+    const std::string own = std::filesystem::absolute(platform::OwnModulePath(4096).Path).lexically_normal().string();
     return own.substr(0, own.rfind(platform::PathSeparator) + 1);
 }
 
@@ -125,7 +126,10 @@ Session::~Session()
     if (target_)
         target_->Answer = nullptr;
     Api().PDUDestruct();
+#ifndef MARVANE_SANITIZED
+    // A leak check sees what the library keeps for good only while the library is there to point at it.
     platform::UnloadLibrary(library_);
+#endif
 }
 
 void Session::Configure(Changes changes)

@@ -15,15 +15,16 @@ std::string LoggedAtLimit(Session& session, int more)
     const auto configureLimit = [&](std::size_t limit) {
         session.Configure({{"LogFileMaxSize", std::to_string(limit)}, {"LogFileMaxNum", "9"}});
     };
+    const auto size = [&] { return FileBytes(session.LogFolder() / session.LogNames().back()).size(); };
     const auto growth = [&](const std::function<void()>& action) {
-        const std::size_t before = session.Log().size();
+        const std::size_t before = size();
         action();
-        return session.Log().size() - before;
+        return size() - before;
     };
     configureLimit(99999999);
     session.Construct(); // Knows versions that the first start did not, as all later ones do.
     const std::size_t added = growth([&] { session.Construct(); }) + growth(call);
-    configureLimit(static_cast<std::size_t>(static_cast<int>(session.Log().size() + added) + more));
+    configureLimit(static_cast<std::size_t>(static_cast<int>(size() + added) + more));
     session.Construct();
     return session.Logged(call);
 }

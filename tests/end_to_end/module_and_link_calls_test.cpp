@@ -1,0 +1,419 @@
+// Modules, links and resource locks: what each call logs, and the forced change of the log file.
+#include "tests/support/call_test.h"
+
+namespace marvane::testing {
+namespace {
+
+constexpr const char* Success = "PDU_STATUS_NOERROR (0x0000)";
+
+class ModuleAndLinkCalls : public CallTest
+{
+protected:
+    /// The calls that have nothing but an argument line.
+    std::vector<LoggedCall> PlainCalls(T_PDU_ERROR status, const std::string& text)
+    {
+        const std::string link = "(hMod=0x00000001, hCLL=0x0000002A)";
+        const auto& api = Api();
+        return {
+            {"PDUModuleConnect",
+             [&] { return api.PDUModuleConnect(1); },
+             {1},
+             {},
+             status,
+             text,
+             "(hMod=0x00000001)"},
+            {"PDUModuleDisconnect",
+             [&] { return api.PDUModuleDisconnect(1); },
+             {1},
+             {},
+             status,
+             text,
+             "(hMod=0x00000001)"},
+            {"PDUDestroyComLogicalLink",
+             [&] { return api.PDUDestroyComLogicalLink(1, 42); },
+             {1, 42},
+             {},
+             status,
+             text,
+             link},
+            {"PDUConnect", [&] { return api.PDUConnect(1, 42); }, {1, 42}, {}, status, text, link},
+            {"PDUDisconnect", [&] { return api.PDUDisconnect(1, 42); }, {1, 42}, {}, status, text, link},
+            {"PDULockResource",
+             [&] { return api.PDULockResource(1, 42, 3); },
+             {1, 42, 3},
+             {},
+             status,
+             text,
+             "(hMod=0x00000001, hCLL=0x0000002A, LockMask=3)"},
+            {"PDUUnlockResource",
+             [&] { return api.PDUUnlockResource(1, 42, 0xFFFFFFFF); },
+             {1, 42, 0xFFFFFFFF},
+             {},
+             status,
+             text,
+             "(hMod=0x00000001, hCLL=0x0000002A, LockMask=4294967295)"},
+        };
+    }
+
+    /// The target makes a link with this handle.
+    void AnswerWithLink(UNUM32 handle, T_PDU_ERROR status = PDU_STATUS_NOERROR)
+    {
+        Answer("PDUCreateComLogicalLink", status,
+               [handle](const FakeCall& call) { At<UNUM32>(call.Arguments[4]) = handle; });
+    }
+
+    /// The text without the lines of the settings, which a header has.
+    static std::string WithoutSettings(const std::string& text)
+    {
+        std::string rest;
+        for (std::size_t at = 0; at < text.size();) {
+            const std::string line = text.substr(at, text.find('\n', at) + 1 - at);
+            if (!line.starts_with("{stamp} Config setting: "))
+                rest += line;
+            at += line.size();
+        }
+        return rest;
+    }
+
+    std::string LoggedDisconnect()
+    {
+        return WithoutSettings(Logged([&] { Api().PDUModuleDisconnect(1); }));
+    }
+
+    std::string ChangeOfFile() const
+    {
+        return "{stamp} # PDUModuleDisconnect - Changing log file\n"
+               "{stamp} # PDUModuleDisconnect - Continuation file\n"
+               "{stamp} ########## D-PDU API LOGGER VERSION: R01.000.0000.0000 ##########\n"
+               "{stamp} LogHeader{Loaded=1}\n"
+               "{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
+               session.TargetPath() + LibraryName("fake_target") + "'\n";
+    }
+
+    static constexpr const char* DisconnectLines =
+        "{stamp} + PDUModuleDisconnect(hMod=0x00000001)\n"
+        "{stamp} - PDUModuleDisconnect<PDU_STATUS_NOERROR (0x0000)>\n";
+
+    PDU_PIN_DATA pins[2] = {{6, 13}, {14, 15}};
+    PDU_RSC_DATA resource = {11, 12, 2, pins};
+    UNUM8 flagByte = 0x80;
+    PDU_FLAG_DATA flags = {1, &flagByte};
+    UNUM32 hCLL = 77;
+    void* const tag = Unreadable<void>();
+};
+
+TEST_F(ModuleAndLinkCalls, PlainCallsAddTheirArgumentLineAndNothingElse)
+{
+    ExpectUnderAllSettings(PlainCalls(PDU_STATUS_NOERROR, Success));
+}
+
+TEST_F(ModuleAndLinkCalls, PlainCallsThatFailDifferByTheirStatusOnly)
+{
+    ExpectUnderAllSettings(
+        PlainCalls(PDU_ERR_RSC_LOCKED_BY_OTHER_CLL, "PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)"));
+}
+
+TEST_F(ModuleAndLinkCalls, ALinkIsMadeWithItsResourceItsFlagsAndItsHandleInDecimal)
+{
+    const std::string pinLines = "{stamp}    -->  pRscData       : BusTypeId = <UNKNOWN> (11), ProtocolId = "
+                                 "<UNKNOWN> (12), NumPinData = 2\n"
+                                 "{stamp}     >>> pDLCPinData[0]:\tNum =  6, Type = <UNKNOWN> (13)\n"
+                                 "{stamp}     >>> pDLCPinData[1]:\tNum = 14, Type = <UNKNOWN> (15)\n";
+    const std::string flagLine = "{stamp}     >>> pCLLCreateFlag |00000000 <80>                              "
+                                 "                 .               |\n";
+    const std::string bitLine = "{stamp} \t\t -->  [00] 0x80 = RawMode\n";
+    const std::string result = "{stamp}    <--  phCLL = 305419896\n";
+    ExpectUnderAllSettings(
+        {{.Name = "PDUCreateComLogicalLink",
+          .Call = [&] { return Api().PDUCreateComLogicalLink(1, &resource, 7, tag, &hCLL, &flags); },
+          .Seen = {1, Raw(&resource), 7, Raw(tag), Raw(&hCLL), Raw(&flags)},
+          .Effect = [](const FakeCall& call) { At<UNUM32>(call.Arguments[4]) = 0x12345678; },
+          .Status = PDU_STATUS_NOERROR,
+          .StatusText = Success,
+          .Arguments = "(hMod=0x00000001, pRscData=" + PointerText(&resource) +
+                       ", resourceId=<UNKNOWN> (7), pCLLTag=" + PointerText(tag) +
+                       ", phCLL=" + PointerText(&hCLL) + ", pCLLCreateFlag=" + PointerText(&flags) + ")",
+          .DecodedArguments = {"", pinLines + bitLine, pinLines + flagLine + bitLine},
+          .DecodedResults = {"", result, result}}});
+    EXPECT_EQ(hCLL, 0x12345678u);
+    EXPECT_EQ(resource.BusTypeId, 11u);
+    EXPECT_EQ(resource.ProtocolId, 12u);
+    EXPECT_EQ(resource.NumPinData, 2u);
+    EXPECT_EQ(resource.pDLCPinData, pins);
+    EXPECT_EQ(flags.NumFlagBytes, 1u);
+    EXPECT_EQ(flags.pFlagData, &flagByte);
+    EXPECT_EQ(flagByte, 0x80);
+}
+
+TEST_F(ModuleAndLinkCalls, ALinkThatFailsShowsNoHandleThoughTheTargetWroteOne)
+{
+    Start({{"LogFnDecodeRsps", "2"}});
+    AnswerWithLink(0x12345678, PDU_ERR_RESOURCE_BUSY);
+    EXPECT_EQ(Logged([&] {
+                  EXPECT_EQ(Api().PDUCreateComLogicalLink(1, &resource, 7, tag, &hCLL, &flags),
+                            PDU_ERR_RESOURCE_BUSY);
+              }),
+              "{stamp} + PDUCreateComLogicalLink(hMod=0x00000001, pRscData=" + PointerText(&resource) +
+                  ", resourceId=<UNKNOWN> (7), pCLLTag=" + PointerText(tag) +
+                  ", phCLL=" + PointerText(&hCLL) + ", pCLLCreateFlag=" + PointerText(&flags) +
+                  ")\n"
+                  "{stamp} - PDUCreateComLogicalLink<PDU_ERR_RESOURCE_BUSY (0x0030)>\n");
+    EXPECT_EQ(hCLL, 0x12345678u);
+}
+
+TEST_F(ModuleAndLinkCalls, AFailureReadsNothingThroughTheHandlesPlace)
+{
+    Start({{"LogFnDecodeRsps", "2"}});
+    Answer("PDUCreateComLogicalLink", PDU_ERR_FCT_FAILED);
+    EXPECT_EQ(Api().PDUCreateComLogicalLink(1, &resource, 7, tag, Unreadable<UNUM32>(), &flags),
+              PDU_ERR_FCT_FAILED);
+    ExpectSeen("PDUCreateComLogicalLink", {1, Raw(&resource), 7, Raw(tag), 0x10, Raw(&flags)});
+}
+
+TEST_F(ModuleAndLinkCalls, NullForEveryPointerOfALinkIsReportedAndForwarded)
+{
+    const std::string null = PointerText(nullptr);
+    const std::string warning = "{stamp}    -->  WARNING - phCLL write-back\t= <NULL>\n";
+    const std::string lines = "{stamp}    -->  pRscData\t= <NULL>\n"
+                              "{stamp}    -->  pCLLCreateFlag\t= <NULL>\n" +
+                              warning;
+    ExpectUnderAllSettings(
+        {{.Name = "PDUCreateComLogicalLink",
+          .Call = [&] { return Api().PDUCreateComLogicalLink(1, nullptr, 7, nullptr, nullptr, nullptr); },
+          .Seen = {1, 0, 7, 0, 0, 0},
+          .Effect = nullptr,
+          .Status = PDU_STATUS_NOERROR,
+          .StatusText = Success,
+          .Arguments = "(hMod=0x00000001, pRscData=" + null + ", resourceId=<UNKNOWN> (7), pCLLTag=" + null +
+                       ", phCLL=" + null + ", pCLLCreateFlag=" + null + ")",
+          .DecodedArguments = {"", lines, lines}}});
+}
+
+TEST_F(ModuleAndLinkCalls, WithLogFnDecodeArgsZeroANullHandlePlaceGivesNoWarningAndIsForwarded)
+{
+    Start({{"LogFnDecodeRsps", "2"}});
+    EXPECT_EQ(Logged([&] {
+                  EXPECT_EQ(Api().PDUCreateComLogicalLink(1, &resource, 7, tag, nullptr, &flags),
+                            PDU_STATUS_NOERROR);
+              }),
+              "{stamp} + PDUCreateComLogicalLink(hMod=0x00000001, pRscData=" + PointerText(&resource) +
+                  ", resourceId=<UNKNOWN> (7), pCLLTag=" + PointerText(tag) +
+                  ", phCLL=" + PointerText(nullptr) + ", pCLLCreateFlag=" + PointerText(&flags) +
+                  ")\n"
+                  "{stamp} - PDUCreateComLogicalLink<PDU_STATUS_NOERROR (0x0000)>\n");
+    ExpectSeen("PDUCreateComLogicalLink", {1, Raw(&resource), 7, Raw(tag), 0, Raw(&flags)});
+}
+
+TEST_F(ModuleAndLinkCalls, WithLogFnCallsOneTheEntryLineStandsAloneAndTheStatusLineFollows)
+{
+    Start({{"LogFnCalls", "1"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
+    EXPECT_EQ(Logged([&] { Api().PDUCreateComLogicalLink(1, &resource, 7, tag, nullptr, &flags); }),
+              "{stamp} + PDUCreateComLogicalLink\n"
+              "{stamp} - PDUCreateComLogicalLink<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST_F(ModuleAndLinkCalls, TheHandleStandsBetweenTheCallOutsClosingLineAndTheStatus)
+{
+    Start({{"LogCallOuts", "1"}, {"LogFnDecodeRsps", "1"}});
+    AnswerWithLink(5);
+    EXPECT_EQ(Logged([&] { Api().PDUCreateComLogicalLink(0xFFFFFFFF, &resource, 7, tag, &hCLL, &flags); }),
+              "{stamp} + PDUCreateComLogicalLink(hMod=<PDU_HANDLE_UNDEF>, pRscData=" +
+                  PointerText(&resource) + ", resourceId=<UNKNOWN> (7), pCLLTag=" + PointerText(tag) +
+                  ", phCLL=" + PointerText(&hCLL) + ", pCLLCreateFlag=" + PointerText(&flags) +
+                  ")\n"
+                  "{stamp}     <PDUCreateComLogicalLink\n"
+                  "{stamp}    <--  phCLL = 5\n"
+                  "{stamp} - PDUCreateComLogicalLink<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST_F(ModuleAndLinkCalls, AnUndefinedHandleIsNamedAndForwardedAsItIs)
+{
+    constexpr UNUM32 undefined = 0xFFFFFFFF;
+    Start({});
+    EXPECT_EQ(Logged([&] {
+                  Api().PDUModuleConnect(undefined);
+                  Api().PDUModuleDisconnect(undefined);
+                  Api().PDUDestroyComLogicalLink(undefined, 42);
+                  Api().PDUConnect(1, undefined);
+                  Api().PDUDisconnect(undefined, undefined);
+                  Api().PDULockResource(undefined, undefined, 3);
+                  Api().PDUUnlockResource(undefined, 0xFFFFFFFE, 0);
+              }),
+              "{stamp} + PDUModuleConnect(hMod=<PDU_HANDLE_UNDEF>)\n"
+              "{stamp} - PDUModuleConnect<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} + PDUModuleDisconnect(hMod=<PDU_HANDLE_UNDEF>)\n"
+              "{stamp} - PDUModuleDisconnect<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} + PDUDestroyComLogicalLink(hMod=<PDU_HANDLE_UNDEF>, hCLL=0x0000002A)\n"
+              "{stamp} - PDUDestroyComLogicalLink<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} + PDUConnect(hMod=0x00000001, hCLL=<PDU_HANDLE_UNDEF>)\n"
+              "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} + PDUDisconnect(hMod=<PDU_HANDLE_UNDEF>, hCLL=<PDU_HANDLE_UNDEF>)\n"
+              "{stamp} - PDUDisconnect<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} + PDULockResource(hMod=<PDU_HANDLE_UNDEF>, hCLL=<PDU_HANDLE_UNDEF>, LockMask=3)\n"
+              "{stamp} - PDULockResource<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} + PDUUnlockResource(hMod=<PDU_HANDLE_UNDEF>, hCLL=0xFFFFFFFE, LockMask=0)\n"
+              "{stamp} - PDUUnlockResource<PDU_STATUS_NOERROR (0x0000)>\n");
+    const std::vector<std::vector<std::uint64_t>> expected = {{undefined},
+                                                              {undefined},
+                                                              {undefined, 42},
+                                                              {1, undefined},
+                                                              {undefined, undefined},
+                                                              {undefined, undefined, 3},
+                                                              {undefined, 0xFFFFFFFE, 0}};
+    std::vector<std::vector<std::uint64_t>> seen;
+    for (const SeenCall& call : session.Fake().TakeCalls())
+        seen.push_back(call.Arguments);
+    EXPECT_EQ(seen, expected);
+}
+
+TEST_F(ModuleAndLinkCalls, AResourceIsUnknownUntilItsIdWasAskedForByName)
+{
+    Start({});
+    const auto entry = [&] {
+        const std::string text =
+            Logged([&] { Api().PDUCreateComLogicalLink(1, nullptr, 7, nullptr, nullptr, nullptr); });
+        return text.substr(0, text.find(", pCLLTag="));
+    };
+    const std::string unknown =
+        "{stamp} + PDUCreateComLogicalLink(hMod=0x00000001, pRscData=" + PointerText(nullptr) +
+        ", resourceId=<UNKNOWN> (7)";
+    EXPECT_EQ(entry(), unknown);
+    AskObjectId(PDU_OBJT_RESOURCE, "RSC_CAN", 7, PDU_ERR_INVALID_PARAMETERS);
+    AskObjectId(PDU_OBJT_BUSTYPE, "BUS_CAN", 7);
+    AskObjectId(PDU_OBJT_RESOURCE, "RSC_LIN", 8);
+    EXPECT_EQ(entry(), unknown);
+    AskObjectId(PDU_OBJT_RESOURCE, "RSC_CAN", 7);
+    EXPECT_EQ(entry(), "{stamp} + PDUCreateComLogicalLink(hMod=0x00000001, pRscData=" + PointerText(nullptr) +
+                           ", resourceId=RSC_CAN (7)");
+}
+
+TEST_F(ModuleAndLinkCalls, TheRecordOfAResourceShowsTheNamesThatWereAskedFor)
+{
+    Start({{"LogFnDecodeArgs", "1"}});
+    AskObjectId(PDU_OBJT_BUSTYPE, "BUS_CAN", 11);
+    AskObjectId(PDU_OBJT_PROTOCOL, "UDS", 12);
+    AskObjectId(PDU_OBJT_PINTYPE, "HI", 13);
+    const std::string text =
+        Logged([&] { Api().PDUCreateComLogicalLink(1, &resource, 7, tag, &hCLL, nullptr); });
+    EXPECT_EQ(
+        text.substr(text.find('\n') + 1),
+        "{stamp}    -->  pRscData       : BusTypeId = BUS_CAN (11), ProtocolId = UDS (12), NumPinData = 2\n"
+        "{stamp}     >>> pDLCPinData[0]:\tNum =  6, Type = HI (13)\n"
+        "{stamp}     >>> pDLCPinData[1]:\tNum = 14, Type = <UNKNOWN> (15)\n"
+        "{stamp}    -->  pCLLCreateFlag\t= <NULL>\n"
+        "{stamp} - PDUCreateComLogicalLink<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST(ModuleAndLinkCallsWithoutATarget, EachCallIsNotLoadedAndTheHandlesPlaceStays)
+{
+    Session session({{"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}}, "no_such_library");
+    session.Construct();
+    UNUM32 hCLL = 77;
+    const auto& api = session.Api();
+    EXPECT_EQ(session.Logged([&] {
+        EXPECT_EQ(api.PDUModuleConnect(1), 0x20u);
+        EXPECT_EQ(api.PDUModuleDisconnect(1), 0x20u);
+        EXPECT_EQ(api.PDUCreateComLogicalLink(1, Unreadable<PDU_RSC_DATA>(), 7, nullptr, &hCLL,
+                                              Unreadable<PDU_FLAG_DATA>()),
+                  0x20u);
+        EXPECT_EQ(api.PDUDestroyComLogicalLink(1, 2), 0x20u);
+        EXPECT_EQ(api.PDUConnect(1, 2), 0x20u);
+        EXPECT_EQ(api.PDUDisconnect(1, 2), 0x20u);
+        EXPECT_EQ(api.PDULockResource(1, 2, 3), 0x20u);
+        EXPECT_EQ(api.PDUUnlockResource(1, 2, 3), 0x20u);
+    }),
+              "{stamp} PDUModuleConnect - Called but library not loaded!\n"
+              "{stamp} PDUModuleDisconnect - Called but library not loaded!\n"
+              "{stamp} PDUCreateComLogicalLink - Called but library not loaded!\n"
+              "{stamp} PDUDestroyComLogicalLink - Called but library not loaded!\n"
+              "{stamp} PDUConnect - Called but library not loaded!\n"
+              "{stamp} PDUDisconnect - Called but library not loaded!\n"
+              "{stamp} PDULockResource - Called but library not loaded!\n"
+              "{stamp} PDUUnlockResource - Called but library not loaded!\n");
+    EXPECT_EQ(hCLL, 77u);
+}
+
+TEST_F(ModuleAndLinkCalls, EveryDisconnectOfAModuleChangesTheFileAndNoConnectDoes)
+{
+    Start({{"LogNewFileCfg", "1"}, {"LogFileMaxSize", "0"}, {"LogFileMaxNum", "9"}});
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(Logged([&] { Api().PDUModuleConnect(1); }),
+                  "{stamp} + PDUModuleConnect(hMod=0x00000001)\n"
+                  "{stamp} - PDUModuleConnect<PDU_STATUS_NOERROR (0x0000)>\n");
+        EXPECT_EQ(LoggedDisconnect(), DisconnectLines + ChangeOfFile());
+    }
+}
+
+TEST_F(ModuleAndLinkCalls, NoOtherCallOfModulesAndLinksChangesTheFile)
+{
+    Start({{"LogNewFileCfg", "1"}, {"LogFileMaxNum", "9"}, {"LogFnCalls", "0"}});
+    EXPECT_EQ(Logged([&] {
+                  Api().PDUModuleConnect(1);
+                  Api().PDUCreateComLogicalLink(1, &resource, 7, tag, &hCLL, &flags);
+                  Api().PDUConnect(1, 2);
+                  Api().PDULockResource(1, 2, 3);
+                  Api().PDUUnlockResource(1, 2, 3);
+                  Api().PDUDisconnect(1, 2);
+                  Api().PDUDestroyComLogicalLink(1, 2);
+              }),
+              "");
+}
+
+TEST_F(ModuleAndLinkCalls, ADisconnectThatFailsChangesTheFileToo)
+{
+    Start({{"LogNewFileCfg", "1"}, {"LogFileMaxNum", "9"}});
+    Answer("PDUModuleDisconnect", PDU_ERR_INVALID_HANDLE);
+    EXPECT_EQ(LoggedDisconnect(), "{stamp} + PDUModuleDisconnect(hMod=0x00000001)\n"
+                                  "{stamp} - PDUModuleDisconnect<PDU_ERR_INVALID_HANDLE (0x0060)>\n" +
+                                      ChangeOfFile());
+}
+
+TEST_F(ModuleAndLinkCalls, WithLogFnCallsZeroOnlyTheLinesOfTheChangeAreWritten)
+{
+    Start({{"LogNewFileCfg", "1"}, {"LogFileMaxNum", "9"}, {"LogFnCalls", "0"}, {"LogCallOuts", "1"}});
+    EXPECT_EQ(LoggedDisconnect(), ChangeOfFile());
+    ExpectSeen("PDUModuleDisconnect", {1});
+}
+
+TEST_F(ModuleAndLinkCalls, WithLogFileMaxNumZeroTheForcedChangeGoesOnInTheSoleFile)
+{
+    Start({{"LogNewFileCfg", "1"}});
+    EXPECT_EQ(LoggedDisconnect(), DisconnectLines + ChangeOfFile());
+    EXPECT_EQ(session.LogNames().size(), 1u);
+}
+
+TEST_F(ModuleAndLinkCalls, WithLogEnabledZeroNoFileIsForced)
+{
+    Start({{"LogNewFileCfg", "1"}, {"LogEnabled", "0"}, {"LogFileMaxNum", "9"}});
+    EXPECT_EQ(LoggedDisconnect(), DisconnectLines);
+}
+
+TEST_F(ModuleAndLinkCalls, OnlyTheExactValuesOneForceANewFile)
+{
+    Start({}); // LogEnabled 2 finds no target, but keeps one that an earlier start found.
+    Start({{"LogNewFileCfg", "1"}, {"LogEnabled", "2"}, {"LogFileMaxNum", "9"}});
+    EXPECT_EQ(LoggedDisconnect(), DisconnectLines);
+    Start({{"LogNewFileCfg", "2"}, {"LogEnabled", "1"}, {"LogFileMaxNum", "9"}});
+    EXPECT_EQ(LoggedDisconnect(), DisconnectLines);
+}
+
+TEST_F(ModuleAndLinkCalls, AFileFarBelowItsLimitIsChangedByForce)
+{
+    Start({{"LogNewFileCfg", "1"}, {"LogFileMaxSize", "99999999"}, {"LogFileMaxNum", "9"}});
+    EXPECT_EQ(LoggedDisconnect(), DisconnectLines + ChangeOfFile());
+}
+
+TEST_F(ModuleAndLinkCalls, WithoutForceADisconnectChangesAnOutgrownFile)
+{
+    Start({{"LogFileMaxSize", "1"}, {"LogFileMaxNum", "9"}});
+    EXPECT_EQ(LoggedDisconnect(), DisconnectLines + ChangeOfFile());
+    Start({{"LogFileMaxSize", "99999999"}, {"LogFileMaxNum", "9"}});
+    EXPECT_EQ(LoggedDisconnect(), DisconnectLines);
+    Start({{"LogFileMaxSize", "1"}, {"LogFileMaxNum", "0"}});
+    EXPECT_EQ(LoggedDisconnect(), DisconnectLines);
+    Start({{"LogFileMaxSize", "0"}, {"LogFileMaxNum", "9"}});
+    EXPECT_EQ(LoggedDisconnect(), DisconnectLines);
+}
+
+} // namespace
+} // namespace marvane::testing

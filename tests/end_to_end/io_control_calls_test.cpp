@@ -128,6 +128,16 @@ TEST_F(IoControlCall, WithLoggingOffNothingIsWritten)
     EXPECT_EQ(place_, &item_);
 }
 
+TEST_F(IoControlCall, WithLoggingOffNoPointerIsFollowedUnlessTheCallSucceeds)
+{
+    Reconfigure(session_, {{"LogEnabled", "0"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
+    const auto wild = reinterpret_cast<PDU_DATA_ITEM*>(std::uintptr_t{8});
+    AnswerWith(PDU_ERR_INVALID_PARAMETERS);
+    EXPECT_EQ(Api().PDUIoCtl(1, 2, 9, wild, reinterpret_cast<PDU_DATA_ITEM**>(wild)),
+              PDU_ERR_INVALID_PARAMETERS);
+    ExpectSeen("PDUIoCtl", {1, 2, 9, 8, 8});
+}
+
 TEST_F(IoControlCall, ANullOutputIsAResultBehindItsGate)
 {
     returned_ = nullptr;

@@ -152,6 +152,21 @@ TEST_F(ObjectIdCall, NullForNameAndPlaceIsForwarded)
     ExpectSeen("PDUGetObjectId", {0x8026, 0, 0});
 }
 
+TEST_F(ObjectIdCall, ANullNameTeachesNothing)
+{
+    EXPECT_EQ(Api().PDUGetObjectId(PDU_OBJT_COMPARAM, nullptr, &id_), PDU_STATUS_NOERROR);
+    EXPECT_EQ(ComParamText(42), "ParamID=[NOT YET READ] (42)");
+}
+
+TEST_F(ObjectIdCall, AFailureBehindAShutGateReadsNoId)
+{
+    SetGates(session_, {.Results = 0});
+    AnswerWith(PDU_ERR_INVALID_PARAMETERS);
+    const auto wild = reinterpret_cast<UNUM32*>(std::uintptr_t{8});
+    EXPECT_EQ(Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name_, wild), PDU_ERR_INVALID_PARAMETERS);
+    ExpectSeen("PDUGetObjectId", {0x8024, Raw(name_), 8});
+}
+
 TEST_F(ObjectIdCall, EachObjectTypeHasItsNameInTheArguments)
 {
     const auto type = [&](T_PDU_OBJT value) {

@@ -570,6 +570,41 @@ TEST_F(ConflictsCall, TheResourceIsABareNumber)
     ExpectSeen("PDUGetConflictingResources", {0xFFFFFFFE, 0, 0});
 }
 
+/// With shut gates the target alone decides whether a pointer is followed.
+class ResourceQueryPointers : public GatedCalls
+{
+protected:
+    void ExpectNoneFollowed(T_PDU_ERROR status)
+    {
+        const auto wild = reinterpret_cast<PDU_RSC_STATUS_ITEM*>(std::uintptr_t{8});
+        const auto request = reinterpret_cast<PDU_RSC_DATA*>(wild);
+        const auto modules = reinterpret_cast<PDU_MODULE_ITEM*>(wild);
+        AnswerWith(status);
+        EXPECT_EQ(Api().PDUGetResourceStatus(wild), status);
+        EXPECT_EQ(Api().PDUGetResourceIds(1, request, reinterpret_cast<PDU_RSC_ID_ITEM**>(wild)), status);
+        EXPECT_EQ(
+            Api().PDUGetConflictingResources(1, modules, reinterpret_cast<PDU_RSC_CONFLICT_ITEM**>(wild)),
+            status);
+        EXPECT_EQ(Fake().TakeNames(), "PDUGetResourceStatus PDUGetResourceIds PDUGetConflictingResources");
+    }
+};
+
+TEST_F(ResourceQueryPointers, AreNotFollowedWithLoggingOff)
+{
+    Reconfigure(session_, {{"LogEnabled", "0"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
+    ExpectNoneFollowed(PDU_STATUS_NOERROR);
+    ExpectNoneFollowed(PDU_ERR_INVALID_PARAMETERS);
+}
+
+TEST_F(ResourceQueryPointers, AreNotFollowedBehindShutGates)
+{
+    SetGates(session_, {.Arguments = 0, .Results = 0});
+    ExpectNoneFollowed(PDU_STATUS_NOERROR);
+    ExpectNoneFollowed(PDU_ERR_INVALID_PARAMETERS);
+    SetGates(session_, {.Calls = 1});
+    ExpectNoneFollowed(PDU_STATUS_NOERROR);
+}
+
 TEST(ResourceQueryCallsWithoutATarget, ReturnNotConstructedAndReadNothing)
 {
     Session session({{"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}}, "no_such_library");

@@ -512,6 +512,36 @@ TEST_F(TimestampCall, LogCallOutsShowsASingleClosingLine)
                   "{stamp} - PDUGetTimestamp<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
+/// With shut gates the target alone decides whether a pointer is followed.
+class VersionAndStatusPointers : public GatedCalls
+{
+protected:
+    void ExpectNoneFollowed()
+    {
+        const auto wild = reinterpret_cast<UNUM32*>(std::uintptr_t{8});
+        const auto version = reinterpret_cast<PDU_VERSION_DATA*>(wild);
+        EXPECT_EQ(Api().PDUGetVersion(1, version), PDU_STATUS_NOERROR);
+        EXPECT_EQ(Api().PDUGetStatus(1, 2, 3, wild, wild, wild), PDU_STATUS_NOERROR);
+        EXPECT_EQ(Api().PDUGetLastError(1, 2, wild, wild, wild, wild), PDU_STATUS_NOERROR);
+        EXPECT_EQ(Api().PDUGetTimestamp(1, wild), PDU_STATUS_NOERROR);
+        EXPECT_EQ(Fake().TakeNames(), "PDUGetVersion PDUGetStatus PDUGetLastError PDUGetTimestamp");
+    }
+};
+
+TEST_F(VersionAndStatusPointers, AreNotFollowedWithLoggingOff)
+{
+    Reconfigure(session_, {{"LogEnabled", "0"}, {"LogFnDecodeRsps", "2"}});
+    ExpectNoneFollowed();
+}
+
+TEST_F(VersionAndStatusPointers, AreNotFollowedBehindAShutResultGate)
+{
+    SetGates(session_, {.Results = 0});
+    ExpectNoneFollowed();
+    SetGates(session_, {.Calls = 1});
+    ExpectNoneFollowed();
+}
+
 TEST(VersionAndStatusCallsWithoutATarget, ReturnNotConstructedAndWriteNothing)
 {
     Session session({}, "no_such_library");

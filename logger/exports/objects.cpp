@@ -39,6 +39,9 @@ void DecodeResourceStatus(const DecoderFrame& frame, std::string_view prefix, co
 void DecodeResourceIds(CallText& text, PDU_RSC_ID_ITEM** list)
 {
     const DecoderFrame results = ResultFrame(text);
+    const DecoderFrame contents = ContentsFrame(text);
+    if (!results.IsOpen() && !contents.IsOpen())
+        return;
     GatedLine(results, Incoming, "pResourceIdList\t= %8p", list);
     const PDU_RSC_ID_ITEM* const item = *list;
     if (!item)
@@ -48,7 +51,7 @@ void DecodeResourceIds(CallText& text, PDU_RSC_ID_ITEM** list)
     GatedLine(results, IncomingNested, "NumModules    \t= %u", item->NumModules);
     const auto show = [&](UNUM32 i, const PDU_RSC_ID_ITEM_DATA* entry) {
         GatedLine(results, IncomingNested, "pRsrcIdLst->pResourceIdDataArray[%02u]", i);
-        DecodeRscIdList(ContentsFrame(text), entry, "pResourceIdData", DirectionOut);
+        DecodeRscIdList(contents, entry, "pResourceIdData", DirectionOut);
     };
     ForEachEntry(results, item->pResourceIdDataArray, item->NumModules, show);
 }
@@ -56,6 +59,9 @@ void DecodeResourceIds(CallText& text, PDU_RSC_ID_ITEM** list)
 void DecodeConflicts(CallText& text, PDU_RSC_CONFLICT_ITEM** list)
 {
     const DecoderFrame results = ResultFrame(text);
+    const DecoderFrame contents = ContentsFrame(text);
+    if (!results.IsOpen() && !contents.IsOpen())
+        return;
     GatedLine(results, Incoming, "pOutputConflictList\t=%8p", list);
     const PDU_RSC_CONFLICT_ITEM* const item = *list;
     GatedLine(results, IncomingNested, "pConflictList  \t= %8p", item);
@@ -66,7 +72,7 @@ void DecodeConflicts(CallText& text, PDU_RSC_CONFLICT_ITEM** list)
     GatedLine(results, IndentTable[6], "NumEntries\t= %u", item->NumEntries);
     const auto show = [&](UNUM32 i, const PDU_RSC_CONFLICT_DATA* entry) {
         GatedLine(results, IndentTable[7], "pRsrcIdLst->pCnflctLst[%02u] @ %8p", i, entry);
-        DecodeRscConflictList(ContentsFrame(text), entry);
+        DecodeRscConflictList(contents, entry);
     };
     ForEachEntry(results, item->pRscConflictData, item->NumEntries, show);
 }
@@ -184,8 +190,10 @@ T_PDU_ERROR PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInpu
                 if (!DecodesLists() || !pInputModuleList)
                     return;
                 const DecoderFrame arguments = ArgumentFrame(text);
-                GatedLine(arguments, Outgoing, "pInputModuleList->ItemType=%u, NumEntries=%u",
-                          pInputModuleList->ItemType, pInputModuleList->NumEntries);
+                if (!arguments.IsOpen())
+                    return;
+                DecodeLine(arguments, Outgoing, "pInputModuleList->ItemType=%u, NumEntries=%u",
+                           pInputModuleList->ItemType, pInputModuleList->NumEntries);
                 ForEachEntry(arguments, pInputModuleList->pModuleData, pInputModuleList->NumEntries,
                              [&](UNUM32, const PDU_MODULE_DATA* entry) {
                                  DecodeModuleData(arguments, entry, DirectionIn);

@@ -7,30 +7,33 @@ namespace {
 
 void VersionLine(const DecoderFrame& frame, const char* label, UNUM32 version)
 {
-    GatedLine(frame, Incoming, "%-25s\t= %03u.%03u.%03u", label, version >> 24, version >> 16 & 0xFF,
-              version >> 8 & 0xFF);
+    DecodeLine(frame, Incoming, "%-25s\t= %03u.%03u.%03u", label, version >> 24, version >> 16 & 0xFF,
+               version >> 8 & 0xFF);
 }
 
 void DateLine(const DecoderFrame& frame, const char* label, UNUM32 date)
 {
-    GatedLine(frame, Incoming, "%-25s\t= %02u/%02u/%04u (week %u)", label, date >> 8 & 0xFF,
-              date >> 16 & 0xFF, (date >> 24) + 1970, date & 0xFF);
+    DecodeLine(frame, Incoming, "%-25s\t= %02u/%02u/%04u (week %u)", label, date >> 8 & 0xFF,
+               date >> 16 & 0xFF, (date >> 24) + 1970, date & 0xFF);
 }
 
 void NumberLine(const DecoderFrame& frame, const char* label, UNUM32 number)
 {
-    GatedLine(frame, Incoming, "%-25s\t= %u", label, number);
+    DecodeLine(frame, Incoming, "%-25s\t= %u", label, number);
 }
 
 // A text may fill its whole array, without a terminator.
 template <std::size_t Size>
 void TextLine(const DecoderFrame& frame, const char* label, const CHAR8 (&text)[Size])
 {
-    GatedLine(frame, Incoming, "%-25s\t= \"%s\"", label, BoundedText(text, Size));
+    DecodeLine(frame, Incoming, "%-25s\t= \"%s\"", label, BoundedText(text, Size));
 }
 
 void DecodeVersionData(const DecoderFrame& frame, const PDU_VERSION_DATA& data)
 {
+    // Behind a shut gate the record is not even read: it may be no readable memory.
+    if (!frame.IsOpen())
+        return;
     VersionLine(frame, "MVCI_Part1StandardVersion", data.MVCI_Part1StandardVersion);
     VersionLine(frame, "MVCI_Part2StandardVersion", data.MVCI_Part2StandardVersion);
     NumberLine(frame, "HwSerialNumber", data.HwSerialNumber);

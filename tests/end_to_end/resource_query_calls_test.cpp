@@ -1,0 +1,629 @@
+// PDUGetResourceStatus, PDUGetResourceIds and PDUGetConflictingResources: records on both ways.
+#include <gtest/gtest.h>
+
+#include "tests/support/gates.h"
+
+namespace marvane::testing {
+namespace {
+
+class ResourceStatusCall : public GatedCalls
+{
+protected:
+    PDU_RSC_STATUS_DATA entries_[2] = {{1, 400, 0}, {PDU_HANDLE_UNDEF, 0xFFFFFFFE, 0xABCDEF01}};
+    PDU_RSC_STATUS_ITEM item_ = {PDU_IT_RSC_STATUS, 2, entries_};
+    const std::string arguments_ = "(pResourceStatus=" + PointerText(&item_) + ")";
+    const std::string before_ = "{stamp}    -->  pResourceStatus->ItemType=4352, NumEntries=2\n"
+                                "{stamp}     >>> [0] hMod          \t= 0x00000001\n"
+                                "{stamp}     >>> [0] ResourceId    \t= <UNKNOWN> (400)\n"
+                                "{stamp}     >>> [0] ResourceStatus\t= 0x0\n"
+                                "{stamp}     >>> [1] hMod          \t= <PDU_HANDLE_UNDEF>\n"
+                                "{stamp}     >>> [1] ResourceId    \t= <UNKNOWN> (4294967294)\n"
+                                "{stamp}     >>> [1] ResourceStatus\t= 0xabcdef01\n";
+    const std::string behind_ = "{stamp}    <--  pResourceStatus->NumEntries  = 2\n"
+                                "{stamp}     <<< [0] hMod          \t= 0x00000001\n"
+                                "{stamp}     <<< [0] ResourceId    \t= <UNKNOWN> (400)\n"
+                                "{stamp}     <<< [0] ResourceStatus\t= 0x0\n"
+                                "{stamp}     <<< [1] hMod          \t= <PDU_HANDLE_UNDEF>\n"
+                                "{stamp}     <<< [1] ResourceId    \t= <UNKNOWN> (4294967294)\n"
+                                "{stamp}     <<< [1] ResourceStatus\t= 0xabcdef01\n";
+};
+
+TEST_F(ResourceStatusCall, TheEntriesAreShownAsFilledInAndAsTheyCameBack)
+{
+    Fake().Answer = [](const FakeCall& call) {
+        auto& item = Pointed<PDU_RSC_STATUS_ITEM>(call, 0);
+        item.pResourceStatusData[0].ResourceStatus = 0x1F;
+        item.pResourceStatusData[1] = {2, 401, 3};
+        return PDU_STATUS_NOERROR;
+    };
+    Learn(session_, PDU_OBJT_RESOURCE, "RSC_CAN", 400);
+    EXPECT_EQ(Logged([&] { EXPECT_EQ(Api().PDUGetResourceStatus(&item_), PDU_STATUS_NOERROR); }),
+              "{stamp} + PDUGetResourceStatus" + arguments_ +
+                  "\n"
+                  "{stamp}    -->  pResourceStatus->ItemType=4352, NumEntries=2\n"
+                  "{stamp}     >>> [0] hMod          \t= 0x00000001\n"
+                  "{stamp}     >>> [0] ResourceId    \t= RSC_CAN (400)\n"
+                  "{stamp}     >>> [0] ResourceStatus\t= 0x0\n"
+                  "{stamp}     >>> [1] hMod          \t= <PDU_HANDLE_UNDEF>\n"
+                  "{stamp}     >>> [1] ResourceId    \t= <UNKNOWN> (4294967294)\n"
+                  "{stamp}     >>> [1] ResourceStatus\t= 0xabcdef01\n"
+                  "{stamp}    <--  pResourceStatus->NumEntries  = 2\n"
+                  "{stamp}     <<< [0] hMod          \t= 0x00000001\n"
+                  "{stamp}     <<< [0] ResourceId    \t= RSC_CAN (400)\n"
+                  "{stamp}     <<< [0] ResourceStatus\t= 0x1f\n"
+                  "{stamp}     <<< [1] hMod          \t= 0x00000002\n"
+                  "{stamp}     <<< [1] ResourceId    \t= <UNKNOWN> (401)\n"
+                  "{stamp}     <<< [1] ResourceStatus\t= 0x3\n"
+                  "{stamp} - PDUGetResourceStatus<PDU_STATUS_NOERROR (0x0000)>\n");
+    ExpectSeen("PDUGetResourceStatus", {Raw(&item_)});
+    EXPECT_EQ(entries_[0].ResourceStatus, 0x1Fu);
+    EXPECT_EQ(entries_[1].ResourceId, 401u);
+}
+
+TEST_F(ResourceStatusCall, EachWayHasItsGate)
+{
+    ExpectAtAllGates(session_, [&] { Api().PDUGetResourceStatus(&item_); },
+                     {"PDUGetResourceStatus", arguments_, before_, behind_});
+}
+
+TEST_F(ResourceStatusCall, AFailureShowsTheEntriesOnTheirWayInOnly)
+{
+    AnswerWith(PDU_ERR_FCT_FAILED);
+    ExpectAtAllGates(session_, [&] { EXPECT_EQ(Api().PDUGetResourceStatus(&item_), PDU_ERR_FCT_FAILED); },
+                     {"PDUGetResourceStatus", arguments_, before_, "", "PDU_ERR_FCT_FAILED (0x0001)"});
+}
+
+TEST_F(ResourceStatusCall, ANullItemGivesNoLineAndIsForwarded)
+{
+    ExpectAtAllGates(session_,
+                     [&] {
+                         Api().PDUGetResourceStatus(nullptr);
+                         ExpectSeen("PDUGetResourceStatus", {0});
+                     },
+                     {"PDUGetResourceStatus", "(pResourceStatus=" + PointerText(nullptr) + ")", "", ""});
+}
+
+TEST_F(ResourceStatusCall, ACountedEntryOfANullListIsNull)
+{
+    item_.NumEntries = 1;
+    item_.pResourceStatusData = nullptr;
+    ExpectAtAllGates(session_, [&] { Api().PDUGetResourceStatus(&item_); },
+                     {"PDUGetResourceStatus", arguments_,
+                      "{stamp}    -->  pResourceStatus->ItemType=4352, NumEntries=1\n"
+                      "{stamp}     >>> [0] Entry         \t= <NULL>\n",
+                      "{stamp}    <--  pResourceStatus->NumEntries  = 1\n"
+                      "{stamp}     <<< [0] Entry         \t= <NULL>\n"});
+}
+
+TEST_F(ResourceStatusCall, AnEmptyListShowsItsCountsOnly)
+{
+    item_ = {0xFFFFFFFF, 0, entries_};
+    const CallText text = {"PDUGetResourceStatus", arguments_,
+                           "{stamp}    -->  pResourceStatus->ItemType=4294967295, NumEntries=0\n",
+                           "{stamp}    <--  pResourceStatus->NumEntries  = 0\n"};
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceStatus(&item_); }), ExpectedText(text, {}));
+    item_.pResourceStatusData = nullptr;
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceStatus(&item_); }), ExpectedText(text, {}));
+}
+
+TEST_F(ResourceStatusCall, TheClosingLineOfTheCallOutStandsBetweenBothWays)
+{
+    LogCallOuts();
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceStatus(&item_); }),
+              "{stamp} + PDUGetResourceStatus" + arguments_ + "\n" + before_ +
+                  "{stamp}     <PDUGetResourceStatus\n" + behind_ +
+                  "{stamp} - PDUGetResourceStatus<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+class ResourceIdsCall : public GatedCalls
+{
+protected:
+    ResourceIdsCall()
+    {
+        Fake().Answer = [this](const FakeCall& call) {
+            if (call.Arguments[2])
+                Pointed<PDU_RSC_ID_ITEM*>(call, 2) = returned_;
+            return status_;
+        };
+    }
+
+    /// The argument list of a call with handle 1, the request and this place for the list.
+    std::string Arguments(const void* request, const void* list) const
+    {
+        return "(hMod=0x00000001, pResourceIdData=" + PointerText(request) +
+               ", pResourceIdList=" + PointerText(list) + ")";
+    }
+
+    /// The header lines of the answer, with this type.
+    std::string HeaderLines(const std::string& type, const std::string& count) const
+    {
+        return "{stamp}    <--  pResourceIdList\t= " + PointerText(&place_) +
+               "\n"
+               "{stamp}     <<< ItemType      \t= " +
+               type +
+               "\n"
+               "{stamp}     <<< NumModules    \t= " +
+               count + "\n";
+    }
+
+    static std::string IndexLine(const std::string& index)
+    {
+        return "{stamp}     <<< pRsrcIdLst->pResourceIdDataArray[" + index + "]\n";
+    }
+
+    /// The answer's lines under some gates, or none of them while LogEnabled is not 1.
+    std::string Behind(const Gates& gates) const
+    {
+        if (gates.Enabled != 1)
+            return "";
+        std::string text;
+        if (gates.ResultsOpen())
+            text += HeaderLines("PDU_IT_RSC_ID (0x1400)", "2") + IndexLine("00");
+        if (gates.ArgumentsOpen())
+            text += firstContents_;
+        if (gates.ResultsOpen())
+            text += IndexLine("01");
+        if (gates.ArgumentsOpen())
+            text += secondContents_;
+        return text;
+    }
+
+    PDU_PIN_DATA pin_ = {6, 300};
+    PDU_RSC_DATA request_ = {200, 100, 1, &pin_};
+    UNUM32 ids_[2] = {400, 7};
+    PDU_RSC_ID_ITEM_DATA modules_[2] = {{1, 2, ids_}, {PDU_HANDLE_UNDEF, 0, nullptr}};
+    PDU_RSC_ID_ITEM item_ = {PDU_IT_RSC_ID, 2, modules_};
+    /// What the target answers with.
+    PDU_RSC_ID_ITEM* returned_ = &item_;
+    T_PDU_ERROR status_ = PDU_STATUS_NOERROR;
+    /// The application's pointer.
+    PDU_RSC_ID_ITEM* place_ = nullptr;
+
+    const std::string before_ = "{stamp}    -->  pResourceIdData: BusTypeId = <UNKNOWN> (200), ProtocolId = "
+                                "<UNKNOWN> (100), NumPinData = 1\n"
+                                "{stamp}     >>> pDLCPinData[0]:\tNum =  6, Type = <UNKNOWN> (300)\n";
+    const std::string firstContents_ = "{stamp} \t\t <--  pResourceIdData:\thMod = 0x00000001, NumIds = 2, "
+                                       "pResourceIdArray = " +
+                                       PointerText(ids_) +
+                                       "\n"
+                                       "{stamp} \t\t  <<< pResourceId[ 0]\t= 400 (<UNKNOWN>)\n"
+                                       "{stamp} \t\t  <<< pResourceId[ 1]\t= 7 (<UNKNOWN>)\n";
+    const std::string secondContents_ =
+        "{stamp} \t\t <--  pResourceIdData:\thMod = <PDU_HANDLE_UNDEF>, NumIds = 0, "
+        "pResourceIdArray = " +
+        PointerText(nullptr) +
+        "\n"
+        "{stamp} \t\t  <<< pResourceId[pResourceIdData]\t= <NULL>\n";
+};
+
+TEST_F(ResourceIdsCall, TheRequestAndTheIdsThatCameBackAreShown)
+{
+    Learn(session_, PDU_OBJT_BUSTYPE, "ISO_11898", 200);
+    Learn(session_, PDU_OBJT_PROTOCOL, "ISO_UDS", 100);
+    Learn(session_, PDU_OBJT_PINTYPE, "HI", 300);
+    Learn(session_, PDU_OBJT_RESOURCE, "RSC_CAN", 400);
+    EXPECT_EQ(Logged([&] { EXPECT_EQ(Api().PDUGetResourceIds(1, &request_, &place_), PDU_STATUS_NOERROR); }),
+              "{stamp} + PDUGetResourceIds(hMod=0x00000001, pResourceIdData=" + PointerText(&request_) +
+                  ", pResourceIdList=" + PointerText(&place_) +
+                  ")\n"
+                  "{stamp}    -->  pResourceIdData: BusTypeId = ISO_11898 (200), ProtocolId = ISO_UDS (100), "
+                  "NumPinData = 1\n"
+                  "{stamp}     >>> pDLCPinData[0]:\tNum =  6, Type = HI (300)\n"
+                  "{stamp}    <--  pResourceIdList\t= " +
+                  PointerText(&place_) +
+                  "\n"
+                  "{stamp}     <<< ItemType      \t= PDU_IT_RSC_ID (0x1400)\n"
+                  "{stamp}     <<< NumModules    \t= 2\n"
+                  "{stamp}     <<< pRsrcIdLst->pResourceIdDataArray[00]\n"
+                  "{stamp} \t\t <--  pResourceIdData:\thMod = 0x00000001, NumIds = 2, pResourceIdArray = " +
+                  PointerText(ids_) +
+                  "\n"
+                  "{stamp} \t\t  <<< pResourceId[ 0]\t= 400 (RSC_CAN)\n"
+                  "{stamp} \t\t  <<< pResourceId[ 1]\t= 7 (<UNKNOWN>)\n"
+                  "{stamp}     <<< pRsrcIdLst->pResourceIdDataArray[01]\n" +
+                  secondContents_ + "{stamp} - PDUGetResourceIds<PDU_STATUS_NOERROR (0x0000)>\n");
+    ExpectSeen("PDUGetResourceIds", {1, Raw(&request_), Raw(&place_)});
+    EXPECT_EQ(place_, &item_);
+}
+
+TEST_F(ResourceIdsCall, HeadersFollowTheResultGateAndContentsTheArgumentGate)
+{
+    ExpectAtAllGates(
+        session_, [&] { Api().PDUGetResourceIds(1, &request_, &place_); },
+        [&](const Gates& gates) {
+            return ExpectedText({"PDUGetResourceIds", Arguments(&request_, &place_), "", ""}, gates,
+                                gates.ArgumentsOpen() ? before_ : "", Behind(gates));
+        });
+}
+
+TEST_F(ResourceIdsCall, DecodedResultsAloneShowHeadersAndIndicesWithoutContents)
+{
+    SetGates(session_, {.Arguments = 0, .Results = 1});
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
+              "{stamp} + PDUGetResourceIds" + Arguments(&request_, &place_) +
+                  "\n"
+                  "{stamp}    <--  pResourceIdList\t= " +
+                  PointerText(&place_) +
+                  "\n"
+                  "{stamp}     <<< ItemType      \t= PDU_IT_RSC_ID (0x1400)\n"
+                  "{stamp}     <<< NumModules    \t= 2\n"
+                  "{stamp}     <<< pRsrcIdLst->pResourceIdDataArray[00]\n"
+                  "{stamp}     <<< pRsrcIdLst->pResourceIdDataArray[01]\n"
+                  "{stamp} - PDUGetResourceIds<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST_F(ResourceIdsCall, DecodedArgumentsAloneShowContentsWithoutHeaders)
+{
+    SetGates(session_, {.Arguments = 1, .Results = 0});
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
+              "{stamp} + PDUGetResourceIds" + Arguments(&request_, &place_) + "\n" + before_ +
+                  firstContents_ + secondContents_ +
+                  "{stamp} - PDUGetResourceIds<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST_F(ResourceIdsCall, LogNewFileCfgAloneShowsTheRequestAndNothingOfTheAnswer)
+{
+    SetGates(session_, {.Enabled = 0});
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
+              "{stamp} + PDUGetResourceIds" + Arguments(&request_, &place_) + "\n" + before_ +
+                  "{stamp} - PDUGetResourceIds<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST_F(ResourceIdsCall, AFailureShowsTheRequestOnly)
+{
+    status_ = PDU_ERR_ID_NOT_SUPPORTED;
+    ExpectAtAllGates(
+        session_,
+        [&] { EXPECT_EQ(Api().PDUGetResourceIds(1, &request_, &place_), PDU_ERR_ID_NOT_SUPPORTED); },
+        {"PDUGetResourceIds", Arguments(&request_, &place_), before_, "",
+         "PDU_ERR_ID_NOT_SUPPORTED (0x0062)"});
+}
+
+TEST_F(ResourceIdsCall, ANullRequestIsReported)
+{
+    ExpectAtAllGates(
+        session_, [&] { Api().PDUGetResourceIds(1, nullptr, &place_); },
+        [&](const Gates& gates) {
+            return ExpectedText({"PDUGetResourceIds", Arguments(nullptr, &place_), "", ""}, gates,
+                                gates.ArgumentsOpen() ? "{stamp}    -->  pResourceIdData\t= <NULL>\n" : "",
+                                Behind(gates));
+        });
+}
+
+TEST_F(ResourceIdsCall, ANullPlaceGivesNoLineBehindTheCall)
+{
+    ExpectAtAllGates(session_,
+                     [&] {
+                         Api().PDUGetResourceIds(1, &request_, nullptr);
+                         ExpectSeen("PDUGetResourceIds", {1, Raw(&request_), 0});
+                     },
+                     {"PDUGetResourceIds", Arguments(&request_, nullptr), before_, ""});
+}
+
+TEST_F(ResourceIdsCall, ANullListShowsThePlaceAndNoMore)
+{
+    returned_ = nullptr;
+    ExpectAtAllGates(
+        session_, [&] { Api().PDUGetResourceIds(1, &request_, &place_); },
+        [&](const Gates& gates) {
+            return ExpectedText({"PDUGetResourceIds", Arguments(&request_, &place_), "", ""}, gates,
+                                gates.ArgumentsOpen() ? before_ : "",
+                                gates.ResultsOpen() && gates.Enabled == 1
+                                    ? "{stamp}    <--  pResourceIdList\t= " + PointerText(&place_) + "\n"
+                                    : "");
+        });
+}
+
+TEST_F(ResourceIdsCall, AnItemTypeWithoutANameIsNull)
+{
+    item_ = {PDU_IT_IO_VEHICLE_ID_REQUEST_EX, 0, modules_};
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
+              "{stamp} + PDUGetResourceIds" + Arguments(&request_, &place_) + "\n" + before_ +
+                  HeaderLines("<NULL> (0x10000)", "0") +
+                  "{stamp} - PDUGetResourceIds<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST_F(ResourceIdsCall, ACountedModuleOfANullListIsNull)
+{
+    item_ = {PDU_IT_RSC_ID, 1, nullptr};
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
+              "{stamp} + PDUGetResourceIds" + Arguments(&request_, &place_) + "\n" + before_ +
+                  HeaderLines("PDU_IT_RSC_ID (0x1400)", "1") + IndexLine("00") +
+                  "{stamp} \t\t <--  pResourceIdData\t= <NULL>\n"
+                  "{stamp} - PDUGetResourceIds<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST_F(ResourceIdsCall, AnUndefinedModuleIsNamedAndForwarded)
+{
+    SetGates(session_, {.Arguments = 0, .Results = 0});
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(0xFFFFFFFF, &request_, nullptr); }),
+              "{stamp} + PDUGetResourceIds(hMod=<PDU_HANDLE_UNDEF>, pResourceIdData=" +
+                  PointerText(&request_) + ", pResourceIdList=" + PointerText(nullptr) +
+                  ")\n{stamp} - PDUGetResourceIds<PDU_STATUS_NOERROR (0x0000)>\n");
+    ExpectSeen("PDUGetResourceIds", {0xFFFFFFFF, Raw(&request_), 0});
+}
+
+class ConflictsCall : public GatedCalls
+{
+protected:
+    ConflictsCall()
+    {
+        Fake().Answer = [this](const FakeCall& call) {
+            if (call.Arguments[2])
+                Pointed<PDU_RSC_CONFLICT_ITEM*>(call, 2) = returned_;
+            return status_;
+        };
+    }
+
+    /// The argument list of a call for resource 400.
+    static std::string Arguments(const void* modules, const void* conflicts)
+    {
+        return "(resourceId=400, pInputModuleList=" + PointerText(modules) +
+               ", pOutputConflictList=" + PointerText(conflicts) + ")";
+    }
+
+    /// The header lines of an answer of this type and count.
+    std::string HeaderLines(const std::string& type, const std::string& count) const
+    {
+        return "{stamp}    <--  pOutputConflictList\t=" + PointerText(&place_) +
+               "\n"
+               "{stamp}     <<< pConflictList  \t= " +
+               PointerText(&item_) +
+               "\n"
+               "{stamp} \t\t <--  ItemType  \t= " +
+               type +
+               "\n"
+               "{stamp} \t\t <--  NumEntries\t= " +
+               count + "\n";
+    }
+
+    static std::string IndexLine(const std::string& index, const void* entry)
+    {
+        return "{stamp} \t\t  <<< pRsrcIdLst->pCnflctLst[" + index + "] @ " + PointerText(entry) + "\n";
+    }
+
+    /// The lines before the call-out and behind it under some gates.
+    std::string Before(const Gates& gates) const
+    {
+        return gates.Enabled == 1 && gates.ArgumentsOpen() ? before_ : "";
+    }
+    std::string Behind(const Gates& gates) const
+    {
+        if (gates.Enabled != 1)
+            return "";
+        std::string text;
+        if (gates.ResultsOpen())
+            text += HeaderLines("PDU_IT_RSC_CONFLICT (0x1500)", "2") + IndexLine("00", &conflicts_[0]);
+        if (gates.ArgumentsOpen())
+            text += "{stamp} \t\t  >>> pConflictData:\t\thMod=0x00000001, ResourceId=<UNKNOWN>(401)\n";
+        if (gates.ResultsOpen())
+            text += IndexLine("01", &conflicts_[1]);
+        if (gates.ArgumentsOpen())
+            text += "{stamp} \t\t  >>> pConflictData:\t\thMod=<PDU_HANDLE_UNDEF>, "
+                    "ResourceId=<UNKNOWN>(4294967295)\n";
+        return text;
+    }
+
+    CHAR8 name_[4] = "VCI";
+    PDU_MODULE_DATA modules_[2] = {{11, 1, name_, nullptr, PDU_MODST_READY}, {12, 2, nullptr, name_, 0}};
+    PDU_MODULE_ITEM input_ = {PDU_IT_MODULE_ID, 2, modules_};
+    PDU_RSC_CONFLICT_DATA conflicts_[2] = {{1, 401}, {PDU_HANDLE_UNDEF, 0xFFFFFFFF}};
+    PDU_RSC_CONFLICT_ITEM item_ = {PDU_IT_RSC_CONFLICT, 2, conflicts_};
+    /// What the target answers with.
+    PDU_RSC_CONFLICT_ITEM* returned_ = &item_;
+    T_PDU_ERROR status_ = PDU_STATUS_NOERROR;
+    /// The application's pointer.
+    PDU_RSC_CONFLICT_ITEM* place_ = nullptr;
+
+    const std::string before_ = "{stamp}    -->  pInputModuleList->ItemType=5632, NumEntries=2\n"
+                                "{stamp}     >>> ModuleTypeId         \t= 11\n"
+                                "{stamp}     >>> hMod                 \t= 0x00000001\n"
+                                "{stamp}     >>> pVendorModuleName    \t= \"VCI\"\n"
+                                "{stamp}     >>> pVendorAdditionalInfo\t= \"<NULL STRING>\"\n"
+                                "{stamp}     >>> ModuleStatus         \t= PDU_MODST_READY (0x8060)\n"
+                                "{stamp}     >>> ModuleTypeId         \t= 12\n"
+                                "{stamp}     >>> hMod                 \t= 0x00000002\n"
+                                "{stamp}     >>> pVendorModuleName    \t= \"<NULL STRING>\"\n"
+                                "{stamp}     >>> pVendorAdditionalInfo\t= \"VCI\"\n"
+                                "{stamp}     >>> ModuleStatus         \t= <NULL> (0x0000)\n";
+};
+
+TEST_F(ConflictsCall, TheModulesAndTheConflictsThatCameBackAreShown)
+{
+    Learn(session_, PDU_OBJT_RESOURCE, "RSC_CAN", 400);
+    Learn(session_, PDU_OBJT_RESOURCE, "RSC_KLINE", 401);
+    EXPECT_EQ(
+        Logged(
+            [&] { EXPECT_EQ(Api().PDUGetConflictingResources(400, &input_, &place_), PDU_STATUS_NOERROR); }),
+        "{stamp} + PDUGetConflictingResources(resourceId=400, pInputModuleList=" + PointerText(&input_) +
+            ", pOutputConflictList=" + PointerText(&place_) + ")\n" + before_ +
+            "{stamp}    <--  pOutputConflictList\t=" + PointerText(&place_) +
+            "\n"
+            "{stamp}     <<< pConflictList  \t= " +
+            PointerText(&item_) +
+            "\n"
+            "{stamp} \t\t <--  ItemType  \t= PDU_IT_RSC_CONFLICT (0x1500)\n"
+            "{stamp} \t\t <--  NumEntries\t= 2\n"
+            "{stamp} \t\t  <<< pRsrcIdLst->pCnflctLst[00] @ " +
+            PointerText(&conflicts_[0]) +
+            "\n"
+            "{stamp} \t\t  >>> pConflictData:\t\thMod=0x00000001, ResourceId=RSC_KLINE(401)\n"
+            "{stamp} \t\t  <<< pRsrcIdLst->pCnflctLst[01] @ " +
+            PointerText(&conflicts_[1]) +
+            "\n"
+            "{stamp} \t\t  >>> pConflictData:\t\thMod=<PDU_HANDLE_UNDEF>, ResourceId=<UNKNOWN>(4294967295)\n"
+            "{stamp} - PDUGetConflictingResources<PDU_STATUS_NOERROR (0x0000)>\n");
+    ExpectSeen("PDUGetConflictingResources", {400, Raw(&input_), Raw(&place_)});
+    EXPECT_EQ(place_, &item_);
+}
+
+TEST_F(ConflictsCall, HeadersFollowTheResultGateAndContentsTheArgumentGate)
+{
+    ExpectAtAllGates(
+        session_, [&] { Api().PDUGetConflictingResources(400, &input_, &place_); },
+        [&](const Gates& gates) {
+            return ExpectedText({"PDUGetConflictingResources", Arguments(&input_, &place_), "", ""}, gates,
+                                Before(gates), Behind(gates));
+        });
+}
+
+TEST_F(ConflictsCall, LogNewFileCfgAloneShowsTheEntryLineAndNoDecodedLine)
+{
+    SetGates(session_, {.Enabled = 0});
+    EXPECT_EQ(Logged([&] { Api().PDUGetConflictingResources(400, &input_, &place_); }),
+              "{stamp} + PDUGetConflictingResources" + Arguments(&input_, &place_) +
+                  "\n{stamp} - PDUGetConflictingResources<PDU_STATUS_NOERROR (0x0000)>\n");
+    ExpectSeen("PDUGetConflictingResources", {400, Raw(&input_), Raw(&place_)});
+}
+
+TEST_F(ConflictsCall, AFailureShowsTheModulesOnly)
+{
+    status_ = PDU_ERR_RESOURCE_ERROR;
+    ExpectAtAllGates(
+        session_,
+        [&] { EXPECT_EQ(Api().PDUGetConflictingResources(400, &input_, &place_), PDU_ERR_RESOURCE_ERROR); },
+        [&](const Gates& gates) {
+            return ExpectedText({"PDUGetConflictingResources", Arguments(&input_, &place_), "", "",
+                                 "PDU_ERR_RESOURCE_ERROR (0x0032)"},
+                                gates, Before(gates), "");
+        });
+}
+
+TEST_F(ConflictsCall, ANullListOfModulesGivesNoLineBeforeTheCall)
+{
+    ExpectAtAllGates(
+        session_,
+        [&] {
+            Api().PDUGetConflictingResources(400, nullptr, &place_);
+            ExpectSeen("PDUGetConflictingResources", {400, 0, Raw(&place_)});
+        },
+        [&](const Gates& gates) {
+            return ExpectedText({"PDUGetConflictingResources", Arguments(nullptr, &place_), "", ""}, gates,
+                                "", Behind(gates));
+        });
+}
+
+TEST_F(ConflictsCall, ANullPlaceGivesNoLineBehindTheCall)
+{
+    ExpectAtAllGates(
+        session_,
+        [&] {
+            Api().PDUGetConflictingResources(400, &input_, nullptr);
+            ExpectSeen("PDUGetConflictingResources", {400, Raw(&input_), 0});
+        },
+        [&](const Gates& gates) {
+            return ExpectedText({"PDUGetConflictingResources", Arguments(&input_, nullptr), "", ""}, gates,
+                                Before(gates), "");
+        });
+}
+
+TEST_F(ConflictsCall, ANullListOfConflictsShowsBothPointersAndNoMore)
+{
+    returned_ = nullptr;
+    ExpectAtAllGates(
+        session_, [&] { Api().PDUGetConflictingResources(400, nullptr, &place_); },
+        [&](const Gates& gates) {
+            return ExpectedText(
+                {"PDUGetConflictingResources", Arguments(nullptr, &place_), "", ""}, gates, "",
+                gates.ResultsOpen() && gates.Enabled == 1
+                    ? "{stamp}    <--  pOutputConflictList\t=" + PointerText(&place_) +
+                          "\n{stamp}     <<< pConflictList  \t= " + PointerText(nullptr) + "\n"
+                    : "");
+        });
+}
+
+TEST_F(ConflictsCall, AListOfModulesMayBeEmptyOrNull)
+{
+    input_.NumEntries = 0;
+    const std::string head = "{stamp} + PDUGetConflictingResources" + Arguments(&input_, nullptr) + "\n";
+    const std::string exit = "{stamp} - PDUGetConflictingResources<PDU_STATUS_NOERROR (0x0000)>\n";
+    EXPECT_EQ(Logged([&] { Api().PDUGetConflictingResources(400, &input_, nullptr); }),
+              head + "{stamp}    -->  pInputModuleList->ItemType=5632, NumEntries=0\n" + exit);
+    input_ = {9, 1, nullptr};
+    EXPECT_EQ(Logged([&] { Api().PDUGetConflictingResources(400, &input_, nullptr); }),
+              head +
+                  "{stamp}    -->  pInputModuleList->ItemType=9, NumEntries=1\n"
+                  "{stamp}     >>> pModuleData\t= <NULL>\n" +
+                  exit);
+}
+
+TEST_F(ConflictsCall, AListOfConflictsMayBeEmptyOrNull)
+{
+    const std::string head = "{stamp} + PDUGetConflictingResources" + Arguments(nullptr, &place_) + "\n";
+    const std::string exit = "{stamp} - PDUGetConflictingResources<PDU_STATUS_NOERROR (0x0000)>\n";
+    item_ = {0x1234, 0, conflicts_};
+    EXPECT_EQ(Logged([&] { Api().PDUGetConflictingResources(400, nullptr, &place_); }),
+              head + HeaderLines("<NULL> (0x1234)", "0") + exit);
+    item_ = {PDU_IT_RSC_CONFLICT, 1, nullptr};
+    EXPECT_EQ(Logged([&] { Api().PDUGetConflictingResources(400, nullptr, &place_); }),
+              head + HeaderLines("PDU_IT_RSC_CONFLICT (0x1500)", "1") + IndexLine("00", nullptr) +
+                  "{stamp} \t\t  >>> pConflictData\t= <NULL>\n" + exit);
+}
+
+TEST_F(ConflictsCall, TheResourceIsABareNumber)
+{
+    Learn(session_, PDU_OBJT_RESOURCE, "RSC_CAN", 0xFFFFFFFE);
+    EXPECT_EQ(Logged([&] { Api().PDUGetConflictingResources(0xFFFFFFFE, nullptr, nullptr); }),
+              "{stamp} + PDUGetConflictingResources(resourceId=4294967294, pInputModuleList=" +
+                  PointerText(nullptr) + ", pOutputConflictList=" + PointerText(nullptr) +
+                  ")\n{stamp} - PDUGetConflictingResources<PDU_STATUS_NOERROR (0x0000)>\n");
+    ExpectSeen("PDUGetConflictingResources", {0xFFFFFFFE, 0, 0});
+}
+
+/// With shut gates the target alone decides whether a pointer is followed.
+class ResourceQueryPointers : public GatedCalls
+{
+protected:
+    void ExpectNoneFollowed(T_PDU_ERROR status)
+    {
+        const auto wild = reinterpret_cast<PDU_RSC_STATUS_ITEM*>(std::uintptr_t{8});
+        const auto request = reinterpret_cast<PDU_RSC_DATA*>(wild);
+        const auto modules = reinterpret_cast<PDU_MODULE_ITEM*>(wild);
+        AnswerWith(status);
+        EXPECT_EQ(Api().PDUGetResourceStatus(wild), status);
+        EXPECT_EQ(Api().PDUGetResourceIds(1, request, reinterpret_cast<PDU_RSC_ID_ITEM**>(wild)), status);
+        EXPECT_EQ(
+            Api().PDUGetConflictingResources(1, modules, reinterpret_cast<PDU_RSC_CONFLICT_ITEM**>(wild)),
+            status);
+        EXPECT_EQ(Fake().TakeNames(), "PDUGetResourceStatus PDUGetResourceIds PDUGetConflictingResources");
+    }
+};
+
+TEST_F(ResourceQueryPointers, AreNotFollowedWithLoggingOff)
+{
+    Reconfigure(session_, {{"LogEnabled", "0"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
+    ExpectNoneFollowed(PDU_STATUS_NOERROR);
+    ExpectNoneFollowed(PDU_ERR_INVALID_PARAMETERS);
+}
+
+TEST_F(ResourceQueryPointers, AreNotFollowedBehindShutGates)
+{
+    SetGates(session_, {.Arguments = 0, .Results = 0});
+    ExpectNoneFollowed(PDU_STATUS_NOERROR);
+    ExpectNoneFollowed(PDU_ERR_INVALID_PARAMETERS);
+    SetGates(session_, {.Calls = 1});
+    ExpectNoneFollowed(PDU_STATUS_NOERROR);
+}
+
+TEST(ResourceQueryCallsWithoutATarget, ReturnNotConstructedAndReadNothing)
+{
+    Session session({{"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}}, "no_such_library");
+    session.Construct();
+    const CPduDll& api = session.Api();
+    const auto wild = reinterpret_cast<PDU_RSC_STATUS_ITEM*>(std::uintptr_t{8});
+    EXPECT_EQ(session.Logged([&] {
+        EXPECT_EQ(api.PDUGetResourceStatus(wild), 0x20u);
+        EXPECT_EQ(api.PDUGetResourceIds(1, reinterpret_cast<PDU_RSC_DATA*>(wild),
+                                        reinterpret_cast<PDU_RSC_ID_ITEM**>(wild)),
+                  0x20u);
+        EXPECT_EQ(api.PDUGetConflictingResources(1, reinterpret_cast<PDU_MODULE_ITEM*>(wild),
+                                                 reinterpret_cast<PDU_RSC_CONFLICT_ITEM**>(wild)),
+                  0x20u);
+    }),
+              "{stamp} PDUGetResourceStatus - Called but library not loaded!\n"
+              "{stamp} PDUGetResourceIds - Called but library not loaded!\n"
+              "{stamp} PDUGetConflictingResources - Called but library not loaded!\n");
+}
+
+} // namespace
+} // namespace marvane::testing

@@ -80,6 +80,29 @@ TEST_F(ResponseTable, ANullParameterArrayShowsItsFirstItemAsNull)
                              "   -->  [   2 of    2] - URID = 8, Num params = 0\n");
 }
 
+TEST_F(ResponseTable, BehindAnItemTableParametersAndValuesStandAtLevelsOneToThree)
+{
+    UNUM8 value = 3;
+    PDU_PARAM_ITEM param = {PDU_IT_PARAM, 1, PDU_PT_UNUM8, PDU_PC_COM, &value};
+    PDU_ECU_UNIQUE_RESP_DATA entry = {7, 1, &param};
+    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
+    const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
+    const auto behindItem = [&](int direction, const std::string& indent) {
+        const std::string text =
+            Decoded([&](const DecoderFrame& frame) { DecodeItem(frame, "item", &item, direction); });
+        const std::size_t at = text.find(indent + "[   1 of");
+        return at == std::string::npos ? text : text.substr(at);
+    };
+    const std::string param1 = "ComParam (" + testing::PointerText(&param) +
+                               ") Id = [NOT YET READ] (id=1), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM "
+                               "(0x0003)\n";
+    const std::string number = "[NOT YET READ]                 (id=  1): =\t(u 8)         3\t(0x03)\n";
+    EXPECT_EQ(behindItem(0, "    >>> "),
+              "    >>> [   1 of    1] - URID = 7, Num params = 1\n\t\t -->  " + param1 + "\t\t  >>> " + number);
+    EXPECT_EQ(behindItem(1, "    <<< "),
+              "    <<< [   1 of    1] - URID = 7, Num params = 1\n\t\t <--  " + param1 + "\t\t  <<< " + number);
+}
+
 TEST_F(ResponseTable, BehindAnItemAStructFieldRunsIntoTheNeighbouringIndents)
 {
     PDU_PARAM_STRUCT_SESSION_TIMING timing = {1, 2, 3, 4, 5};

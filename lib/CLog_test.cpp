@@ -169,6 +169,19 @@ TEST(InitLog, ThatCanNotBeOpenedFallsBackToTheErrorStream)
               "WARN|lib/CLog|Test::Function|message 255\n");
 }
 
+TEST(InitLog, WithoutATemporaryFolderTheOutputFallsBackToTheErrorStream)
+{
+    const DiagnosticLog log(1);
+    const testing::EnvironmentValue undefined("TEMP", std::nullopt);
+    // A stand-in where there is one.
+    const testing::EnvironmentValue nowhere("TMPDIR", log.Folder() / "no such folder");
+    ::testing::internal::CaptureStderr();
+    CLog::SetInitLogFile(true);
+    Report(DebugLevel::Warn);
+    EXPECT_EQ(DiagnosticLog::Stripped(::testing::internal::GetCapturedStderr()),
+              "WARN|lib/CLog|Test::Function|message 255\n");
+}
+
 TEST(Pipe, ThatIsInUseAlreadyIsReturnedWithoutARecord)
 {
     const DiagnosticLog log(3);

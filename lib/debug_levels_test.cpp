@@ -54,6 +54,16 @@ TEST_F(DebugLevels, OneValidKeyPutsAllOthersToWarn)
     EXPECT_FALSE(CLog::Wanted(DebugLevel::Notice, Subsystem::APP));
 }
 
+TEST_F(DebugLevels, AChangeOfTheSharedTableDoesNotReachTheConfiguredOne)
+{
+    Process({{"DbgDATA", "INFO"}});
+    std::array<std::int32_t, SubsystemCount> levels;
+    levels.fill(7);
+    testing::WriteFileBytes(log.LevelFile(), testing::LevelBytes(levels));
+    EXPECT_FALSE(CLog::Wanted(DebugLevel::Debug, Subsystem::DATA));
+    EXPECT_FALSE(CLog::Wanted(DebugLevel::Notice, Subsystem::APP));
+}
+
 TEST_F(DebugLevels, TheClosingMessageObeysTheNewTable)
 {
     Process({{"DbgDATA", "ERROR"}});

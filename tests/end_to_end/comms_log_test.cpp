@@ -16,6 +16,11 @@ protected:
     void Begin(Changes changes)
     {
         session = std::make_unique<Session>(changes);
+        Begin();
+    }
+
+    void Begin()
+    {
         session->Construct();
         for (const SeenCall& call : session->Fake().TakeCalls())
             if (call.Function == "PDU_MS_SetLogCallback")
@@ -113,6 +118,17 @@ TEST_F(CommsLog, AFileOfItsOwnTakesTheReports)
         if (entry.path().filename().string().starts_with("logsD-PDU_API_Comms_"))
             found += FileText(entry.path());
     EXPECT_EQ(WithoutStamps(found), "{stamp} [DoIP] ->  message\n");
+}
+
+TEST_F(CommsLog, AReportForAFileThatCouldNotBeOpenedIsDropped)
+{
+    // The sole API file is reused. There is no comms file to reuse, so the folder's path is tried in its place.
+    session = std::make_unique<Session>(Changes{{"LogDoIPComms", "1"}, {"LogCommsFile", "1"}});
+    std::filesystem::create_directories(session->LogFolder());
+    WriteFileBytes(session->LogFolder() / "D-PDU_API_Logger_05-03-2020_10-11-12.LGR", "");
+    Begin();
+    EXPECT_EQ(Reported(1, 256), "");
+    EXPECT_EQ(session->LogNames("").size(), 1u);
 }
 
 TEST_F(CommsLog, AReportThatOutgrowsTheBufferEndsWithTheMarker)

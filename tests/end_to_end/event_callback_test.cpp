@@ -108,6 +108,15 @@ TEST_F(EventCallback, NullForALinkLeavesTheOtherLevelsInForce)
     EXPECT_EQ(Signal(1, 2), "module ");
 }
 
+TEST_F(EventCallback, NullForALinkOfAModuleWithoutCallbackLeavesTheDefaultInForce)
+{
+    Begin({});
+    Register(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF, DefaultCallback);
+    Register(1, 2, LinkCallback);
+    Register(1, 2, nullptr);
+    EXPECT_EQ(Signal(1, 2), "default ");
+}
+
 TEST_F(EventCallback, ALinkOfAnUndefinedModuleIsALevelOfItsOwn)
 {
     Begin({});
@@ -218,6 +227,23 @@ TEST_F(EventCallback, AConfiguredRecordSizeLimitIsWhatStandsInTheDefaultCallback
     EXPECT_NE(session->Log().find("DoIPTlsRecordSizeLimit =      5000 (0x00001388)"), std::string::npos);
     Register(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF, DefaultCallback);
     EXPECT_EQ(Signal(1, 2), "default ");
+}
+
+TEST_F(EventCallback, AnEventThatFallsThroughJumpsToTheAddressThatTheTwoKeysGive)
+{
+    // With sign, since that is how a file can give all 32 bits.
+    const std::uint64_t address = reinterpret_cast<std::uintptr_t>(&DefaultCallback);
+    Begin({{"DoIPTlsRecordSizeLimit", std::to_string(static_cast<std::int32_t>(address & 0xFFFFFFFF))},
+           {"LogTlsSessionKey", std::to_string(static_cast<std::int32_t>(address >> 32))}});
+    Register(5, 6, LinkCallback);
+    EXPECT_EQ(Signal(1, 2), "default ");
+}
+
+TEST_F(EventCallback, AnEventDoesNotChangeAFileThatHasOutgrownItsLimit)
+{
+    Begin({{"LogCbCalls", "1"}, {"LogFnCalls", "1"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "9"}});
+    Register(1, 2, LinkCallback);
+    EXPECT_EQ(session->Logged([&] { Signal(1, 2); }), "{stamp} + PDUCallbackTrap\n{stamp} - PDUCallbackTrap\n");
 }
 
 } // namespace

@@ -56,25 +56,41 @@ TEST(LogFiles, AFolderOfSeveralPartsIsMade)
     EXPECT_TRUE(std::filesystem::is_directory(folder));
 }
 
-TEST(LogFiles, WithLogCommsFileOneAndLogDoIPCommsZeroNoCommsFileIsOpened)
+/// Names of the comms files that are in the log folder after a start with three of them there before.
+std::vector<std::string> CommsNamesAfterStart(const char* logCommsFile, const char* logDoIPComms)
 {
     Session session;
-    session.Configure({{"LogFileDir", session.LogFolder().string() + Separator}, {"LogCommsFile", "1"}});
-    session.Construct();
-    EXPECT_TRUE(session.LogNames("D-PDU_API_Comms_").empty());
+    session.Configure({{"LogFileDir", session.LogFolder().string() + Separator},
+                       {"LogFileMaxNum", "1"},
+                       {"LogCommsFile", logCommsFile},
+                       {"LogDoIPComms", logDoIPComms}});
+    std::filesystem::create_directories(session.LogFolder());
+    for (const char* day : {"01", "02", "03"})
+        WriteFileBytes(session.LogFolder() / ("D-PDU_API_Comms_" + std::string(day) + "-03-2020_10-11-12.LGR"), "");
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    EXPECT_EQ(session.LogNames().size(), 1u);
+    return session.LogNames("D-PDU_API_Comms_");
 }
 
-TEST(LogFiles, OnlyTheLowBitOfLogCommsFileCounts)
+TEST(LogFiles, WithLogCommsFileOneAndLogDoIPCommsZeroCommsFilesAreTrimmedAndNoneIsOpened)
 {
-    for (const char* value : {"2", "256"})
-    {
-        Session session;
-        session.Configure({{"LogFileDir", session.LogFolder().string() + Separator},
-                           {"LogDoIPComms", "1"},
-                           {"LogCommsFile", value}});
-        session.Construct();
-        EXPECT_TRUE(session.LogNames("D-PDU_API_Comms_").empty()) << value;
-    }
+    EXPECT_EQ(CommsNamesAfterStart("1", "0"),
+              (std::vector<std::string>{"D-PDU_API_Comms_02-03-2020_10-11-12.LGR",
+                                        "D-PDU_API_Comms_03-03-2020_10-11-12.LGR"}));
+}
+
+const std::vector<std::string> UntouchedCommsNames = {"D-PDU_API_Comms_01-03-2020_10-11-12.LGR",
+                                                      "D-PDU_API_Comms_02-03-2020_10-11-12.LGR",
+                                                      "D-PDU_API_Comms_03-03-2020_10-11-12.LGR"};
+
+TEST(LogFiles, WithLogCommsFileTwoCommsFilesAreNeitherTrimmedNorOpened)
+{
+    EXPECT_EQ(CommsNamesAfterStart("2", "1"), UntouchedCommsNames);
+}
+
+TEST(LogFiles, WithLogCommsFile256CommsFilesAreNeitherTrimmedNorOpened)
+{
+    EXPECT_EQ(CommsNamesAfterStart("256", "1"), UntouchedCommsNames);
 }
 
 TEST(LogFiles, ACommsFileThatCanNotBeOpenedIsDoneWithout)
@@ -106,14 +122,16 @@ TEST(Trimming, TheLimitIsOneMoreThanLogFileMaxNum)
     EXPECT_EQ(four.LogNames().size(), 5u);
 }
 
-TEST(Trimming, OneAndTwoBeyondTheLimitGo)
+TEST(Trimming, OneBeyondTheLimitGoes)
 {
-    {
-        Session five({{"LogFileMaxNum", "3"}});
-        MakeLogs(five, {"01", "02", "03", "04", "05"});
-        five.Construct();
-        EXPECT_EQ(Days(five), "02 03 04 05 ");
-    }
+    Session five({{"LogFileMaxNum", "3"}});
+    MakeLogs(five, {"01", "02", "03", "04", "05"});
+    five.Construct();
+    EXPECT_EQ(Days(five), "02 03 04 05 ");
+}
+
+TEST(Trimming, TwoBeyondTheLimitGo)
+{
     Session six({{"LogFileMaxNum", "3"}});
     MakeLogs(six, {"01", "02", "03", "04", "05", "06"});
     six.Construct();
@@ -177,6 +195,19 @@ TEST(Trimming, TheLargestLogFileMaxNumErasesEveryFile)
     session.Construct();
     EXPECT_EQ(Days(session), "");
     EXPECT_EQ(session.LogNames().size(), 1u);
+}
+
+TEST(Trimming, InAChangeTheFileJustClosedIsTheFirstToGoIfItsNameIsTheLowest)
+{
+    Session session({{"LogNewFileCfg", "1"}, {"LogFileMaxNum", "1"}});
+    MakeLogs(session, {"98", "99"});
+    session.Construct();
+    ASSERT_EQ(session.LogNames().size(), 3u);
+    session.Api().PDUModuleDisconnect(1);
+    EXPECT_EQ(Days(session), "98 99 ");
+    ASSERT_EQ(session.LogNames().size(), 3u);
+    const std::string text = WithoutStamps(FileText(session.LogFolder() / session.LogNames().front()));
+    EXPECT_TRUE(text.starts_with("{stamp} # PDUModuleDisconnect - Continuation file\n")) << text;
 }
 
 TEST(Trimming, CommsFilesBesideTheFolderAreNeverTrimmed)

@@ -144,5 +144,44 @@ TEST(Rotation, LogNewFileCfgWithoutLogEnabledForcesNoNewFile)
               "{stamp} - PDUModuleDisconnect<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
+TEST(Rotation, TwoInOneSecondGoOnInOneFile)
+{
+    Session session({{"LogFileMaxSize", "1"}, {"LogFileMaxNum", "100000"}});
+    session.Construct();
+    // Until two changes have fallen into one second.
+    std::size_t files = 0;
+    do {
+        files = session.LogNames().size();
+        session.Api().PDUModuleConnect(1);
+    } while (session.LogNames().size() != files);
+    const std::string text = WithoutStamps(FileText(session.LogFolder() / session.LogNames().back()));
+    EXPECT_NE(text.find("{stamp} + PDUModuleConnect(hMod=0x00000001)\n"
+                        "{stamp} - PDUModuleConnect<PDU_STATUS_NOERROR (0x0000)>\n"
+                        "{stamp} # PDUModuleConnect - Changing log file\n"
+                        "{stamp} # PDUModuleConnect - Continuation file\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST(Rotation, AtTheShutdownTheClosingLineGoesToTheNewFile)
+{
+    Session session({{"LogFileMaxSize", "1"}, {"LogFileMaxNum", "9"}});
+    session.Construct();
+    const std::string text = session.Logged([&] { session.Api().PDUDestruct(); });
+    EXPECT_TRUE(text.starts_with("{stamp} + PDUDestruct()\n"
+                                 "{stamp} - PDUDestruct<PDU_STATUS_NOERROR (0x0000)>\n"
+                                 "{stamp} + LOGGER_Uninitialise{Loaded=1}\n"
+                                 "{stamp} - LOGGER_Uninitialise<PDU_STATUS_NOERROR (0x0000)>\n"
+                                 "{stamp} # LOGGER_Uninitialise - Changing log file\n"
+                                 "{stamp} # LOGGER_Uninitialise - Continuation file\n"
+                                 "{stamp} ########## D-PDU API LOGGER VERSION: "))
+        << text;
+    EXPECT_TRUE(text.ends_with("{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" + session.TargetPath() +
+                               LibraryName("fake_target") +
+                               "'\n"
+                               "{stamp} # PDUDestruct - Close this log file\n"))
+        << text;
+}
+
 } // namespace
 } // namespace marvane::testing

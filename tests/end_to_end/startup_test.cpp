@@ -1,6 +1,7 @@
 // Start-up and configuration, as far as they show from outside.
 #include <gtest/gtest.h>
 
+#include "tests/support/diagnostic_log.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {
@@ -15,17 +16,16 @@ TEST(StartUp, WithoutLogFileDirConstructIsRefusedWithoutAFileOrATarget)
     EXPECT_TRUE(session.LogNames().empty());
 }
 
-TEST(StartUp, AMissingConfigurationIsToldInTheDiagnosticLog)
+TEST(StartUp, AMissingConfigurationIsToldInTheDiagnosticLogAndNoOtherIsTried)
 {
     Session session;
     const EnvironmentValue elsewhere("PDU_CFG_FILE", session.Folder() / "none.xml");
     EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
-    EXPECT_NE(session.Diagnostics().find(":class CConfigData:"), std::string::npos);
-    EXPECT_NE(session.Diagnostics().find(":CConfigData::ProcessConfigurationElements:Could not open configuration "
-                                         "file: " +
-                                         session.Folder().Path().string()),
-              std::string::npos)
-        << session.Diagnostics();
+    EXPECT_EQ(DiagnosticLog::Stripped(session.Diagnostics()),
+              "WARN|class CConfigData|CConfigData::ProcessConfigurationElements|Could not open configuration file: " +
+                  (session.Folder() / "none.xml") + "\n");
+    EXPECT_EQ(session.Fake().TakeNames(), "");
+    EXPECT_FALSE(std::filesystem::exists(session.LogFolder()));
 }
 
 TEST(StartUp, AConfigurationAppearsAndTheNextConstructWorks)
@@ -63,6 +63,28 @@ TEST(StartUp, AFaultInTheTargetsConstructLeavesTheStartUpLinesInTheFile)
                                PointerText(nullptr) + ")\n"));
 }
 
+TEST(StartUp, WhenTheTargetIsLoadedTheLinesUpToItsVersionAreInTheFile)
+{
+    Session session({}, "watching_target");
+    // A sole file is reused, so its name is known beforehand.
+    const std::string log = (session.LogFolder() / "D-PDU_API_Logger_05-03-2020_10-11-12.LGR").string();
+    std::filesystem::create_directories(session.LogFolder());
+    WriteFileBytes(log, "");
+    const EnvironmentValue watched("MARVANE_TEST_WATCHED_LOG", log);
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    const std::string seen = WithoutStamps(FileText(log + ".at_load"));
+    const std::string target = BuildFolder() + LibraryName("watching_target");
+    EXPECT_TRUE(seen.starts_with("{stamp} ########## INITIALISE ##########\n")) << seen;
+    EXPECT_TRUE(seen.ends_with("{stamp} Config setting: LogFileDir=" + session.LogFolder().string() +
+                               "\n"
+                               "{stamp}    -->  LOADING: DLL = \"" +
+                               target +
+                               "\"\n"
+                               "{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
+                               target + "'\n"))
+        << seen;
+}
+
 TEST(StartUp, ASecondConstructGivesASecondHeaderInTheSameFile)
 {
     Session session;
@@ -97,6 +119,19 @@ TEST(StartUp, AnAbsentTextKeepsItsFormerValueAndAnAbsentNumberItsDefault)
     EXPECT_NE(text.find("Config setting: LogMaxPduBuff        =        32 (0x00000020)\n"), std::string::npos);
 }
 
+TEST(StartUp, ADroppedLogFlushIsZeroInTheNextHeader)
+{
+    Session session;
+    session.Construct();
+    session.Configure({{"LogFlush", "-"}});
+    // The end of the session brings out what is no longer flushed.
+    const std::string text = session.Logged([&] {
+        session.Construct();
+        session.Api().PDUDestruct();
+    });
+    EXPECT_NE(text.find("Config setting: LogFlush             =         0 (0x00000000)\n"), std::string::npos);
+}
+
 TEST(StartUp, AZeroInTheFileIsNotTheDefault)
 {
     Session session({{"LogMaxPduBuff", "0"}});
@@ -108,6 +143,12 @@ TEST(StartUp, AZeroInTheFileIsNotTheDefault)
 TEST(StartUp, AKeySpelledOtherwiseIsIgnoredWithoutAWord)
 {
     Session session({{"logflush", "7"}, {"NoSuchKey", "8"}});
+    // All subsystems at INFO.
+    std::array<std::int32_t, SubsystemCount> levels;
+    levels.fill(3);
+    const auto folder = session.Folder().Path() / "Kestrix" / "PDUAPI";
+    std::filesystem::create_directories(folder);
+    WriteFileBytes(folder / "DEBUG.CFG", LevelBytes(levels));
     session.Construct();
     EXPECT_NE(session.Log().find("Config setting: LogFlush             =         1 (0x00000001)\n"),
               std::string::npos);

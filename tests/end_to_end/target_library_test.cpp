@@ -1,4 +1,6 @@
 // Loading the target library, and finding it.
+#include <regex>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/session.h"
@@ -83,6 +85,71 @@ TEST(TargetLibrary, AFailedLoadShowsPathAndReasonUnderItsNarrowGate)
                         "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"),
               std::string::npos)
         << text;
+}
+
+TEST(TargetLibrary, AnEmptyPathIsAFailedLoadThatShowsItAsItStands)
+{
+    // With this LogEnabled no path is composed.
+    Session session({{"LogEnabled", "2"}, {"LogNewFileCfg", "1"}, {"LogFnDecodeRsps", "1"}});
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    const std::string reason = platform::LoadTargetLibrary("").Error;
+    EXPECT_FALSE(reason.empty());
+    EXPECT_TRUE(HeaderOf(session).ends_with("{stamp}    -->  Unsupported LogEnabled=2 setting\n"
+                                            "{stamp}    <--  LOADING:  Failed to load - ''\n"
+                                            "{stamp}    <--  LOAD FAILURE: Unable to load \n"
+                                            "\t\t\t\t\tDescription:- " +
+                                            reason +
+                                            "\n"
+                                            "{stamp}    <--  DLL Load *FAILED*\n"
+                                            "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"
+                                            "{stamp} PDUConstruct - Called but library not loaded!\n"))
+        << HeaderOf(session);
+}
+
+TEST(TargetLibrary, LoadingAndUnloadingAreToldUnderTheirNarrowGate)
+{
+    // The path of the first start stays, so the second one loads although it composes none.
+    Session session;
+    session.Construct();
+    session.Api().PDUDestruct();
+    session.Configure(
+        {{"LogEnabled", "2"}, {"LogNewFileCfg", "1"}, {"LogFnDecodeArgs", "1"}, {"LogFnDecodeRsps", "1"}});
+    const std::string start = session.Logged([&] { EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR); });
+    const std::size_t at = start.find("{stamp}    -->  Unsupported LogEnabled=2 setting\n");
+    ASSERT_NE(at, std::string::npos) << start;
+    EXPECT_EQ(std::regex_replace(start.substr(at), std::regex("Loaded @ +[0-9A-Fa-fx]+\n"), "Loaded @ pointer\n"),
+              "{stamp}    -->  Unsupported LogEnabled=2 setting\n"
+              "{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
+                  BuildFolder() + LibraryName("fake_target") +
+                  "'\n"
+                  "{stamp}    <--  DLL Loaded @ pointer\n"
+                  "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"
+                  "{stamp} + PDUConstruct(OptionStr= \"<NULL STRING>\", pAPITag= " +
+                  PointerText(nullptr) +
+                  ")\n"
+                  "{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n");
+    EXPECT_EQ(session.Logged([&] { session.Api().PDUDestruct(); }),
+              "{stamp} + PDUDestruct()\n"
+              "{stamp} - PDUDestruct<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} + LOGGER_Uninitialise{Loaded=1}\n"
+              "{stamp}    -->  Deleting DLL\n"
+              "{stamp}    <--  DLL Deleted\n"
+              "{stamp} - LOGGER_Uninitialise<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} # PDUDestruct - Close this log file\n");
+}
+
+TEST(TargetLibrary, AfterDestructTheFunctionsOfAnotherOneAreLookedUp)
+{
+    Session session;
+    Target other(BuildFolder() + LibraryName("fake_target_no_log"));
+    session.Construct();
+    session.Api().PDUDestruct();
+    session.Fake().TakeCalls();
+    session.Configure({{"PDUAPILibDll", LibraryName("fake_target_no_log")}});
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    session.Api().PDUConnect(1, 2);
+    EXPECT_EQ(other.TakeNames(), "PDUConstruct PDUConnect");
+    EXPECT_EQ(session.Fake().TakeNames(), "");
 }
 
 TEST(TargetLibrary, TheLoggersOwnNameIsExplainedInTheReason)

@@ -1,4 +1,5 @@
-// The items that the simulated interface hands out: each is one piece of memory, counted until it is destroyed.
+// The items that the simulated interface hands out: each is one piece of memory, counted until it is
+// destroyed.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +23,8 @@ public:
     {
         if (count == 0)
             return nullptr;
-        blocks_.push_back(std::make_unique<std::max_align_t[]>(count * sizeof(Record) / sizeof(std::max_align_t) + 1));
+        blocks_.push_back(
+            std::make_unique<std::max_align_t[]>(count * sizeof(Record) / sizeof(std::max_align_t) + 1));
         return reinterpret_cast<Record*>(blocks_.back().get());
     }
 

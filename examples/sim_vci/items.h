@@ -23,8 +23,10 @@ public:
     {
         if (count == 0)
             return nullptr;
-        blocks_.push_back(
-            std::make_unique<std::max_align_t[]>(count * sizeof(Record) / sizeof(std::max_align_t) + 1));
+        const std::size_t units = count * sizeof(Record) / sizeof(std::max_align_t) + 1;
+        blocks_.push_back(std::make_unique<std::max_align_t[]>(units));
+        // The initialisation of the array need not reach the padding of its elements.
+        std::memset(static_cast<void*>(blocks_.back().get()), 0, units * sizeof(std::max_align_t));
         return reinterpret_cast<Record*>(blocks_.back().get());
     }
 

@@ -60,7 +60,10 @@ int main(int argc, char** argv)
             quiet = true;
         else if (std::strcmp(argv[i], "--library") == 0 && i + 1 < argc)
             library = argv[++i];
-        else {
+        else if (std::strcmp(argv[i], "--library") == 0) {
+            std::fprintf(stderr, "diag_session: --library needs a path\n\n%s", Usage);
+            return 2;
+        } else {
             std::fprintf(stderr, "diag_session: unknown option %s\n\n%s", argv[i], Usage);
             return 2;
         }

@@ -51,8 +51,7 @@ Api LoadApi(const std::string& path)
 
 std::string StatusName(T_PDU_ERROR status)
 {
-    switch (status)
-    {
+    switch (status) {
     case PDU_STATUS_NOERROR:
         return "PDU_STATUS_NOERROR";
     case PDU_ERR_FCT_FAILED:
@@ -77,6 +76,8 @@ std::string StatusName(T_PDU_ERROR status)
         return "PDU_ERR_CLL_NOT_CONNECTED";
     case PDU_ERR_CLL_NOT_STARTED:
         return "PDU_ERR_CLL_NOT_STARTED";
+    case PDU_ERR_RSC_LOCKED_BY_OTHER_CLL:
+        return "PDU_ERR_RSC_LOCKED_BY_OTHER_CLL";
     case PDU_ERR_MODULE_NOT_CONNECTED:
         return "PDU_ERR_MODULE_NOT_CONNECTED";
     default:

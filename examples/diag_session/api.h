@@ -48,7 +48,8 @@ struct Api
     decltype(&::PDUIoCtl) IoCtl;
 };
 
-/// Loads a library and looks its functions up. Throws Failure with the reason if it can't be loaded or lacks one.
+/// Loads a library and looks its functions up. Throws Failure with the reason if it can't be loaded or lacks
+/// one.
 Api LoadApi(const std::string& path);
 
 /// Name of a status that an application meets often, else its number.

@@ -6,18 +6,19 @@
 
 namespace {
 
-constexpr const char* Usage = "Usage: diag_session --library PATH [--quiet]\n"
-                              "\n"
-                              "Runs a workshop session on a D-PDU API library (ISO 22900-2) and prints what it found:\n"
-                              "modules, resources, ComParams, identification, trouble codes, a routine, a short\n"
-                              "download, tester present, and vehicle identification over DoIP. The session suits the\n"
-                              "simulated interface that comes with it.\n"
-                              "\n"
-                              "  --library PATH  the library to load\n"
-                              "  --quiet         print errors only\n"
-                              "  --help          this text\n"
-                              "\n"
-                              "Exit status: 0 if the session went well, 1 if not, 2 for wrong options.\n";
+constexpr const char* Usage =
+    "Usage: diag_session --library PATH [--quiet]\n"
+    "\n"
+    "Runs a workshop session on a D-PDU API library (ISO 22900-2) and prints what it found:\n"
+    "modules, resources, ComParams, identification, trouble codes, a routine, a short\n"
+    "download, tester present, and vehicle identification over DoIP. The session suits the\n"
+    "simulated interface that comes with it.\n"
+    "\n"
+    "  --library PATH  the library to load\n"
+    "  --quiet         print errors only\n"
+    "  --help          this text\n"
+    "\n"
+    "Exit status: 0 if the session went well, 1 if not, 2 for wrong options.\n";
 
 /// The whole session from PDUConstruct to PDUDestruct.
 void RunSession(const diag::Api& api, bool quiet)
@@ -29,13 +30,16 @@ void RunSession(const diag::Api& api, bool quiet)
                    api.RegisterEventCallback(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF, diag::Session::OnEvent));
     IdentifyModule(session);
     ShowResources(session);
-    const UNUM32 hCLL = OpenLink(session, "ISO_11898_2_DWCAN", "ISO_15765_3_on_ISO_15765_2",
-                                 {{6, session.IdOf(PDU_OBJT_PINTYPE, "HI")}, {14, session.IdOf(PDU_OBJT_PINTYPE, "LOW")}});
+    const UNUM32 hCLL =
+        OpenLink(session, "ISO_11898_2_DWCAN", "ISO_15765_3_on_ISO_15765_2",
+                 {{6, session.IdOf(PDU_OBJT_PINTYPE, "HI")}, {14, session.IdOf(PDU_OBJT_PINTYPE, "LOW")}});
     UseParameters(session, hCLL);
+    ShareResource(session, hCLL);
     Diagnose(session, hCLL);
     UseModuleCommands(session, hCLL);
     CloseLink(session, hCLL);
     UseDoIP(session);
+    ResetModule(session);
     session.Expect("PDUModuleDisconnect", api.ModuleDisconnect(session.Module));
     session.Expect("PDUDestruct", api.Destruct());
     session.Say("Session ended.");
@@ -47,10 +51,8 @@ int main(int argc, char** argv)
 {
     const char* library = nullptr;
     bool quiet = false;
-    for (int i = 1; i < argc; ++i)
-    {
-        if (std::strcmp(argv[i], "--help") == 0)
-        {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--help") == 0) {
             std::fputs(Usage, stdout);
             return 0;
         }
@@ -58,24 +60,22 @@ int main(int argc, char** argv)
             quiet = true;
         else if (std::strcmp(argv[i], "--library") == 0 && i + 1 < argc)
             library = argv[++i];
-        else
-        {
+        else if (std::strcmp(argv[i], "--library") == 0) {
+            std::fprintf(stderr, "diag_session: --library needs a path\n\n%s", Usage);
+            return 2;
+        } else {
             std::fprintf(stderr, "diag_session: unknown option %s\n\n%s", argv[i], Usage);
             return 2;
         }
     }
-    if (!library)
-    {
+    if (!library) {
         std::fprintf(stderr, "diag_session: --library is missing\n\n%s", Usage);
         return 2;
     }
-    try
-    {
+    try {
         RunSession(diag::LoadApi(library), quiet);
         return 0;
-    }
-    catch (const std::exception& failure)
-    {
+    } catch (const std::exception& failure) {
         std::fprintf(stderr, "diag_session: %s\n", failure.what());
         return 1;
     }

@@ -29,6 +29,9 @@ struct Sending
     SNUM32 Cycles = 1;
     SNUM32 ReceiveCycles = 1;
     bool ExtraInfo = false;
+    bool SuppressAnswer = false;
+    /// The parameters set last hold for this one request.
+    bool TemporaryParameters = false;
     /// Answers are matched by mask and pattern; otherwise each is taken.
     bool Matched = true;
 };
@@ -43,6 +46,10 @@ public:
     /// Throws Failure if a call did not return what was expected.
     void Expect(const char* call, T_PDU_ERROR status, T_PDU_ERROR expected = PDU_STATUS_NOERROR) const;
     UNUM32 IdOf(T_PDU_OBJT type, const char* name) const;
+    /// False if the library has no such object.
+    bool Knows(T_PDU_OBJT type, const char* name) const;
+    /// Status of the module, of a link, or of a ComPrimitive, in words.
+    const char* StatusOf(UNUM32 hCLL, UNUM32 hCoP = PDU_HANDLE_UNDEF) const;
     /// Gives an item back.
     void Destroy(void* item) const;
 
@@ -54,7 +61,7 @@ public:
     Outcome Wait(UNUM32 hCLL, UNUM32 hCoP);
     /// The answer to a request, which must be positive.
     Bytes Ask(UNUM32 hCLL, const Bytes& request, const Sending& sending = {});
-    /// Takes the events of the module that came meanwhile.
+    /// Takes the events of the module that came meanwhile, and says what they are.
     void DrainModuleEvents() const;
 
     /// The event callback: says that there is something to fetch.
@@ -80,12 +87,20 @@ std::string Hex(const Bytes& bytes);
 void IdentifyModule(Session& session);
 void ShowResources(Session& session);
 void UseParameters(Session& session, UNUM32 hCLL);
+/// A second link on a resource whose parameters the first one, `owner`, has locked; unlocks them.
+void ShareResource(Session& session, UNUM32 owner);
 void Diagnose(Session& session, UNUM32 hCLL);
 void UseModuleCommands(Session& session, UNUM32 hCLL);
 void UseDoIP(Session& session);
+void ResetModule(Session& session);
+
+// What the steps share.
 
 /// Creates and connects a link for a protocol on pins; the caller disconnects and destroys it.
 UNUM32 OpenLink(Session& session, const char* busType, const char* protocol, std::vector<PDU_PIN_DATA> pins);
 void CloseLink(Session& session, UNUM32 hCLL);
+void ShowResourceStatus(Session& session, UNUM32 resource);
+/// Sets the longest time to wait for an answer.
+void SetP2Max(Session& session, UNUM32 hCLL, UNUM16 value);
 
 } // namespace diag

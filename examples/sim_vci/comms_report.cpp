@@ -25,8 +25,8 @@ void ReportComms(PDU_MS_LOG_CALLBACK callback, const Report& report)
     const LogParameterBytes bytes = {static_cast<UNUM32>(report.Message.size()), report.Message.data()};
     const LogParameter parameters[] = {{NumberParameter, 0, AddressName, &address},
                                        {BytesParameter, 0, "Message", &bytes}};
-    callback(onDoIP ? "Diagnostic message" : "CAN message", report.Sent ? 1 : 0, onDoIP ? DoIPProtocol : CanProtocol, 2,
-             parameters);
+    callback(onDoIP ? "Diagnostic message" : "CAN message", report.Sent ? 1 : 0,
+             onDoIP ? DoIPProtocol : CanProtocol, 2, parameters);
 }
 
 void ReportStart(PDU_MS_LOG_CALLBACK callback)

@@ -17,12 +17,13 @@ template <class... Visitors> Overloaded(Visitors...) -> Overloaded<Visitors...>;
 template <class Number> constexpr T_PDU_PT TypeOf()
 {
     constexpr bool isSigned = static_cast<Number>(-1) < Number{0};
-    constexpr T_PDU_PT narrowest = sizeof(Number) == 1 ? PDU_PT_UNUM8 : sizeof(Number) == 2 ? PDU_PT_UNUM16 : PDU_PT_UNUM32;
+    constexpr T_PDU_PT narrowest = sizeof(Number) == 1   ? PDU_PT_UNUM8
+                                   : sizeof(Number) == 2 ? PDU_PT_UNUM16
+                                                         : PDU_PT_UNUM32;
     return isSigned ? narrowest + 1 : narrowest;
 }
 
-template <class Field, class Element>
-void* NewField(Item& item, const std::vector<Element>& elements)
+template <class Field, class Element> void* NewField(Item& item, const std::vector<Element>& elements)
 {
     auto* const field = item.New<Field>();
     field->ParamMaxLen = field->ParamActLen = static_cast<UNUM32>(elements.size());
@@ -124,10 +125,12 @@ T_PDU_ERROR ComParams::Read(const PDU_PARAM_ITEM& record)
                    [&](ByteField& field) { field = Elements<UNUM8>(bytes->pDataArray, bytes->ParamActLen); },
                    [&](LongField& field) { field = Elements<UNUM32>(longs->pDataArray, longs->ParamActLen); },
                    [&](SessionTimings& timings) {
-                       timings = Elements<PDU_PARAM_STRUCT_SESSION_TIMING>(structs->pStructArray, structs->ParamActEntries);
+                       timings = Elements<PDU_PARAM_STRUCT_SESSION_TIMING>(structs->pStructArray,
+                                                                           structs->ParamActEntries);
                    },
                    [&](AccessTimings& timings) {
-                       timings = Elements<PDU_PARAM_STRUCT_ACCESS_TIMING>(structs->pStructArray, structs->ParamActEntries);
+                       timings = Elements<PDU_PARAM_STRUCT_ACCESS_TIMING>(structs->pStructArray,
+                                                                          structs->ParamActEntries);
                    },
                    [&](auto& number) { std::memcpy(&number, record.pComParamData, sizeof number); },
                },

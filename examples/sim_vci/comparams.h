@@ -18,7 +18,8 @@ using LongField = std::vector<UNUM32>;
 struct ComParam
 {
     T_PDU_PC Class;
-    std::variant<UNUM8, SNUM8, UNUM16, SNUM16, UNUM32, SNUM32, ByteField, SessionTimings, AccessTimings, LongField>
+    std::variant<UNUM8, SNUM8, UNUM16, SNUM16, UNUM32, SNUM32, ByteField, SessionTimings, AccessTimings,
+                 LongField>
         Value;
 };
 

@@ -56,8 +56,7 @@ std::vector<Bytes> Ecu::Answer(const Bytes& request)
 {
     if (request.empty())
         return {};
-    switch (request[0])
-    {
+    switch (request[0]) {
     case 0x10:
         return {Session(request)};
     case 0x19:
@@ -103,8 +102,7 @@ Bytes Ecu::ReadData(const Bytes& request) const
         return Negative(request, WrongLength);
     const auto wanted = static_cast<UNUM16>(request[1] << 8 | request[2]);
     for (const Identifier& identifier : Identifiers)
-        if (identifier.Number == wanted)
-        {
+        if (identifier.Number == wanted) {
             Bytes answer = Positive(request, 2);
             Append(answer, identifier.Value);
             return answer;
@@ -129,8 +127,7 @@ Bytes Ecu::Security(const Bytes& request)
     if (request.size() < 2)
         return Negative(request, WrongLength);
     Bytes answer = Positive(request, 1);
-    if (request[1] == 1)
-    {
+    if (request[1] == 1) {
         seedSent_ = true;
         answer.insert(answer.end(), std::begin(Seed), std::end(Seed));
         return answer;

@@ -13,7 +13,8 @@ template <class Record> const Record* Input(const PDU_DATA_ITEM* item, T_PDU_IT 
 }
 
 /// Hands a record out as the output item.
-template <class Record> T_PDU_ERROR Output(PDU_DATA_ITEM** place, T_PDU_IT type, const Record& record, Item&& item = {})
+template <class Record>
+T_PDU_ERROR Output(PDU_DATA_ITEM** place, T_PDU_IT type, const Record& record, Item&& item = {})
 {
     if (!place)
         return PDU_ERR_INVALID_PARAMETERS;
@@ -71,8 +72,7 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
         return PDU_ERR_INVALID_HANDLE;
     if (!Interface.ModuleConnected)
         return PDU_ERR_MODULE_NOT_CONNECTED;
-    switch (IoCtlCommandId)
-    {
+    switch (IoCtlCommandId) {
     case id::ReadBattery:
         return OutputNumber(ppOutputData, 12640);
     case id::ReadIgnition:
@@ -91,7 +91,8 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
     case id::Reset:
         return PDU_STATUS_NOERROR;
     case id::SetQueueProperty:
-        return Accepted(Input<PDU_IO_EVENT_QUEUE_PROPERTY_DATA>(pInputData, PDU_IT_IO_EVENT_QUEUE_PROPERTY) != nullptr);
+        return Accepted(Input<PDU_IO_EVENT_QUEUE_PROPERTY_DATA>(pInputData, PDU_IT_IO_EVENT_QUEUE_PROPERTY) !=
+                        nullptr);
     case id::VehicleId:
         return Accepted(Input<void>(pInputData, PDU_IT_IO_VEHICLE_ID_REQUEST) != nullptr ||
                         Input<void>(pInputData, PDU_IT_IO_VEHICLE_ID_REQUEST_EX) != nullptr);

@@ -1,6 +1,6 @@
-// The exported functions about a link: its life, its ComParams and its ComPrimitives.
+// The exported functions about a link: its life, its locks and its ComPrimitives.
 #include "examples/sim_vci/objects.h"
-#include "examples/sim_vci/vci.h"
+#include "examples/sim_vci/on_link.h"
 
 using namespace sim;
 
@@ -11,15 +11,22 @@ constexpr UNUM32 RawModeFlag = 7;
 
 bool HasFlag(const PDU_FLAG_DATA* flags, UNUM32 bit)
 {
-    return flags && flags->pFlagData && flags->NumFlagBytes > bit / 8 && (flags->pFlagData[bit / 8] >> bit % 8 & 1) != 0;
+    return flags && flags->pFlagData && flags->NumFlagBytes > bit / 8 &&
+           (flags->pFlagData[bit / 8] >> bit % 8 & 1) != 0;
 }
 
-/// Runs an action on a link under the lock; the action returns the status.
-template <class Action> T_PDU_ERROR OnLink(UNUM32 hMod, UNUM32 hCLL, Action action)
+/// Runs an action on the locks of a link, and tells all of a change.
+template <class Action> T_PDU_ERROR ChangeLock(UNUM32 hMod, UNUM32 hCLL, Action action)
 {
-    const std::lock_guard hold(Interface.Mutex);
-    Link* const link = Interface.FindLink(hMod, hCLL);
-    return link ? action(*link) : PDU_ERR_INVALID_HANDLE;
+    Outbox outbox;
+    const T_PDU_ERROR status = OnLink(hMod, hCLL, [&](Link& link) {
+        const T_PDU_ERROR changed = action(link);
+        if (changed == PDU_STATUS_NOERROR)
+            Interface.PutInfo(outbox, PDU_INFO_RSC_LOCK_CHG);
+        return changed;
+    });
+    Interface.Deliver(outbox);
+    return status;
 }
 
 Bytes CopyOf(const UNUM8* bytes, UNUM32 count)
@@ -33,15 +40,14 @@ void TakeControl(ComPrimitive& primitive, const PDU_COP_CTRL_DATA& control)
     primitive.SendCycles = control.NumSendCycles;
     primitive.ReceiveCycles = control.NumReceiveCycles;
     primitive.ExtraInfo = HasFlag(&control.TxFlag, ExtraInfoFlag);
-    for (UNUM32 i = 0; control.pExpectedResponseArray && i < control.NumPossibleExpectedResponses; ++i)
-    {
+    for (UNUM32 i = 0; control.pExpectedResponseArray && i < control.NumPossibleExpectedResponses; ++i) {
         const PDU_EXP_RESP_DATA& expected = control.pExpectedResponseArray[i];
         const UNUM32* const ids = expected.pUniqueRespIds;
-        primitive.Responses.push_back({expected.ResponseType == 0, expected.AcceptanceId,
-                                       CopyOf(expected.pMaskData, expected.NumMaskPatternBytes),
-                                       CopyOf(expected.pPatternData, expected.NumMaskPatternBytes),
-                                       ids ? std::vector<UNUM32>(ids, ids + expected.NumUniqueRespIds)
-                                           : std::vector<UNUM32>()});
+        primitive.Responses.push_back(
+            {expected.ResponseType == 0, expected.AcceptanceId,
+             CopyOf(expected.pMaskData, expected.NumMaskPatternBytes),
+             CopyOf(expected.pPatternData, expected.NumMaskPatternBytes),
+             ids ? std::vector<UNUM32>(ids, ids + expected.NumUniqueRespIds) : std::vector<UNUM32>()});
     }
 }
 
@@ -52,13 +58,14 @@ T_PDU_ERROR MayStart(const Link& link, T_PDU_COPT type)
     if (link.Status == PDU_CLLST_OFFLINE)
         return PDU_ERR_CLL_NOT_CONNECTED;
     const bool needsCommunication = type == PDU_COPT_SENDRECV || type == PDU_COPT_STOPCOMM;
-    return needsCommunication && link.Status != PDU_CLLST_COMM_STARTED ? PDU_ERR_CLL_NOT_STARTED : PDU_STATUS_NOERROR;
+    return needsCommunication && link.Status != PDU_CLLST_COMM_STARTED ? PDU_ERR_CLL_NOT_STARTED
+                                                                       : PDU_STATUS_NOERROR;
 }
 
 } // namespace
 
-T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 resourceId, void* pCLLTag, UNUM32* phCLL,
-                                    PDU_FLAG_DATA* pCLLCreateFlag)
+T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 resourceId, void* pCLLTag,
+                                    UNUM32* phCLL, PDU_FLAG_DATA* pCLLCreateFlag)
 {
     if (!phCLL)
         return PDU_ERR_INVALID_PARAMETERS;
@@ -112,7 +119,7 @@ T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL)
 
 T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
 {
-    return OnLink(hMod, hCLL, [&](Link& link) {
+    return ChangeLock(hMod, hCLL, [&](Link& link) {
         for (const auto& [handle, other] : Interface.Links)
             if (handle != hCLL && other.Resource == link.Resource && (other.LockMask & LockMask) != 0)
                 return PDU_ERR_RSC_LOCKED_BY_OTHER_CLL;
@@ -123,7 +130,7 @@ T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
 
 T_PDU_ERROR PDUUnlockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
 {
-    return OnLink(hMod, hCLL, [&](Link& link) {
+    return ChangeLock(hMod, hCLL, [&](Link& link) {
         if ((link.LockMask & LockMask) != LockMask)
             return PDU_ERR_RSC_NOT_LOCKED;
         link.LockMask &= ~LockMask;
@@ -131,64 +138,9 @@ T_PDU_ERROR PDUUnlockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
     });
 }
 
-T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_ITEM** pParamItem)
-{
-    if (!pParamItem)
-        return PDU_ERR_INVALID_PARAMETERS;
-    return OnLink(hMod, hCLL, [&](Link& link) {
-        Item item;
-        auto* const record = item.New<PDU_PARAM_ITEM>();
-        if (!link.Parameters.Write(ParamID, item, *record))
-            return PDU_ERR_COMPARAM_NOT_SUPPORTED;
-        *pParamItem = OpenItems.Publish(std::move(item), record);
-        return PDU_STATUS_NOERROR;
-    });
-}
-
-T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem)
-{
-    if (!pParamItem)
-        return PDU_ERR_INVALID_PARAMETERS;
-    return OnLink(hMod, hCLL, [&](Link& link) { return link.Parameters.Read(*pParamItem); });
-}
-
-T_PDU_ERROR PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL, PDU_UNIQUE_RESP_ID_TABLE_ITEM** pUniqueRespIdTable)
-{
-    if (!pUniqueRespIdTable)
-        return PDU_ERR_INVALID_PARAMETERS;
-    return OnLink(hMod, hCLL, [&](Link& link) {
-        Item item;
-        auto* const table = item.New<PDU_UNIQUE_RESP_ID_TABLE_ITEM>();
-        auto* const entry = item.New<PDU_ECU_UNIQUE_RESP_DATA>();
-        *entry = {link.UniqueRespId, 2, item.New<PDU_PARAM_ITEM>(2)};
-        link.Parameters.Write(id::CanRespId, item, entry->pParams[0]);
-        link.Parameters.Write(id::SessionTiming, item, entry->pParams[1]);
-        *table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, entry};
-        *pUniqueRespIdTable = OpenItems.Publish(std::move(item), table);
-        return PDU_STATUS_NOERROR;
-    });
-}
-
-T_PDU_ERROR PDUSetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL, PDU_UNIQUE_RESP_ID_TABLE_ITEM* pUniqueRespIdTable)
-{
-    if (!pUniqueRespIdTable || pUniqueRespIdTable->ItemType != PDU_IT_UNIQUE_RESP_ID_TABLE ||
-        (!pUniqueRespIdTable->pUniqueData && pUniqueRespIdTable->NumEntries != 0))
-        return PDU_ERR_INVALID_PARAMETERS;
-    return OnLink(hMod, hCLL, [&](Link& link) {
-        for (UNUM32 i = 0; i < pUniqueRespIdTable->NumEntries; ++i)
-        {
-            const PDU_ECU_UNIQUE_RESP_DATA& entry = pUniqueRespIdTable->pUniqueData[i];
-            link.UniqueRespId = entry.UniqueRespIdentifier;
-            for (UNUM32 p = 0; entry.pParams && p < entry.NumParamItems; ++p)
-                if (const T_PDU_ERROR status = link.Parameters.Read(entry.pParams[p]); status != PDU_STATUS_NOERROR)
-                    return status;
-        }
-        return PDU_STATUS_NOERROR;
-    });
-}
-
-T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, UNUM32 CoPDataSize, UNUM8* pCoPData,
-                                 PDU_COP_CTRL_DATA* pCoPCtrlData, void* pCoPTag, UNUM32* phCoP)
+T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, UNUM32 CoPDataSize,
+                                 UNUM8* pCoPData, PDU_COP_CTRL_DATA* pCoPCtrlData, void* pCoPTag,
+                                 UNUM32* phCoP)
 {
     if (!phCoP || (CoPDataSize != 0 && !pCoPData))
         return PDU_ERR_INVALID_PARAMETERS;
@@ -238,8 +190,7 @@ T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pS
             *pExtraInfo = 0;
         return PDU_STATUS_NOERROR;
     };
-    if (hCLL == PDU_HANDLE_UNDEF)
-    {
+    if (hCLL == PDU_HANDLE_UNDEF) {
         const std::lock_guard hold(Interface.Mutex);
         return hMod == ModuleHandle ? answer(Interface.ModuleConnected ? PDU_MODST_READY : PDU_MODST_AVAIL)
                                     : PDU_ERR_INVALID_HANDLE;
@@ -253,8 +204,8 @@ T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pS
     });
 }
 
-T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode, UNUM32* phCoP, UNUM32* pTimestamp,
-                            UNUM32* pExtraErrorInfo)
+T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode, UNUM32* phCoP,
+                            UNUM32* pTimestamp, UNUM32* pExtraErrorInfo)
 {
     if (!pErrorCode || !phCoP || !pTimestamp || !pExtraErrorInfo)
         return PDU_ERR_INVALID_PARAMETERS;

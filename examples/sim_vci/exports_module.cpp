@@ -73,7 +73,8 @@ T_PDU_ERROR PDUGetModuleIds(PDU_MODULE_ITEM** pModuleItem)
     Item item;
     auto* const list = item.New<PDU_MODULE_ITEM>();
     auto* const module = item.New<PDU_MODULE_DATA>();
-    *module = {1, ModuleHandle, item.Text("Simulated VCI"), item.Text("ConnectionType='USB' SerialNumber='000042'"),
+    *module = {1, ModuleHandle, item.Text("Simulated VCI"),
+               item.Text("ConnectionType='USB' SerialNumber='000042'"),
                Interface.ModuleConnected ? PDU_MODST_READY : PDU_MODST_AVAIL};
     *list = {PDU_IT_MODULE_ID, 1, module};
     *pModuleItem = OpenItems.Publish(std::move(item), list);
@@ -178,8 +179,7 @@ T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus)
     if (!pResourceStatus || (!pResourceStatus->pResourceStatusData && pResourceStatus->NumEntries != 0))
         return PDU_ERR_INVALID_PARAMETERS;
     const std::lock_guard hold(Interface.Mutex);
-    for (UNUM32 i = 0; i < pResourceStatus->NumEntries; ++i)
-    {
+    for (UNUM32 i = 0; i < pResourceStatus->NumEntries; ++i) {
         PDU_RSC_STATUS_DATA& entry = pResourceStatus->pResourceStatusData[i];
         if (entry.hMod != ModuleHandle)
             return PDU_ERR_INVALID_HANDLE;

@@ -1,4 +1,5 @@
-// The items that the simulated interface hands out: each is one piece of memory, counted until it is destroyed.
+// The items that the simulated interface hands out: each is one piece of memory, counted until it is
+// destroyed.
 #pragma once
 
 #include <cstddef>

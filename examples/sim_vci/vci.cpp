@@ -28,8 +28,7 @@ void Vci::Stop()
         Callbacks.clear();
     }
     Wake();
-    if (thread_.joinable())
-    {
+    if (thread_.joinable()) {
         if (thread_.get_id() == std::this_thread::get_id())
             thread_.detach();
         else
@@ -59,9 +58,9 @@ void Vci::PutEvent(Outbox& outbox, UNUM32 hCLL, PDU_EVENT_ITEM* event)
     // The callback of the link, else of the module, else of the whole interface.
     for (const auto& key : {std::pair{ModuleHandle, hCLL}, std::pair{ModuleHandle, PDU_HANDLE_UNDEF},
                             std::pair{PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF}})
-        if (const auto found = Callbacks.find(key); found != Callbacks.end() && found->second)
-        {
-            outbox.Notifications.push_back({found->second, hCLL, link != Links.end() ? link->second.Tag : nullptr});
+        if (const auto found = Callbacks.find(key); found != Callbacks.end() && found->second) {
+            outbox.Notifications.push_back(
+                {found->second, hCLL, link != Links.end() ? link->second.Tag : nullptr});
             return;
         }
 }
@@ -72,8 +71,8 @@ void Vci::PutStatus(Outbox& outbox, UNUM32 hCLL, const ComPrimitive* primitive, 
     auto* const event = item.New<PDU_EVENT_ITEM>();
     auto* const code = item.New<T_PDU_STATUS>();
     *code = status;
-    *event = {PDU_IT_STATUS, primitive ? primitive->Handle : PDU_HANDLE_UNDEF, primitive ? primitive->Tag : nullptr,
-              Now(), code};
+    *event = {PDU_IT_STATUS, primitive ? primitive->Handle : PDU_HANDLE_UNDEF,
+              primitive ? primitive->Tag : nullptr, Now(), code};
     PutEvent(outbox, hCLL, OpenItems.Publish(std::move(item), event));
 }
 
@@ -104,7 +103,8 @@ void Vci::Deliver(const Outbox& outbox)
         for (const Report& report : outbox.Reports)
             ReportComms(log, report);
     for (const Notification& notification : outbox.Notifications)
-        notification.Callback(PDU_EVT_DATA_AVAILABLE, ModuleHandle, notification.Link, notification.LinkTag, ApiTag);
+        notification.Callback(PDU_EVT_DATA_AVAILABLE, ModuleHandle, notification.Link, notification.LinkTag,
+                              ApiTag);
 }
 
 UNUM32 Vci::Now() const

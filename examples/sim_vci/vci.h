@@ -60,6 +60,13 @@ struct LastError
     UNUM32 Time = 0;
 };
 
+/// A control unit that may answer, from the table of response identifiers.
+struct Respondent
+{
+    UNUM32 UniqueRespId;
+    ComParams Parameters;
+};
+
 struct Link
 {
     UNUM32 Resource;
@@ -67,11 +74,17 @@ struct Link
     T_PDU_STATUS Status = PDU_CLLST_OFFLINE;
     bool Raw = false;
     UNUM32 LockMask = 0;
-    UNUM32 UniqueRespId = PDU_ID_UNDEF;
+    std::vector<Respondent> Respondents;
     ComParams Parameters;
     std::deque<PDU_EVENT_ITEM*> Queue;
     LastError Error;
     Ecu Unit;
+
+    /// The one simulated control unit is the first of the table.
+    UNUM32 UniqueRespId() const
+    {
+        return Respondents.empty() ? PDU_ID_UNDEF : Respondents.front().UniqueRespId;
+    }
 };
 
 /// Whom to tell of an event, once no lock is held.

@@ -51,11 +51,9 @@ void SetFlags(Item& item, PDU_FLAG_DATA& flags, std::initializer_list<UNUM8> byt
 void Vci::Run()
 {
     std::unique_lock hold(Mutex);
-    while (!stopping_)
-    {
+    while (!stopping_) {
         const auto due = NextDue();
-        if (!due || *due > Clock::now())
-        {
+        if (!due || *due > Clock::now()) {
             if (due)
                 wake_.wait_until(hold, *due);
             else
@@ -66,7 +64,8 @@ void Vci::Run()
         for (auto& [handle, primitive] : Primitives)
             if (primitive.Status <= PDU_COPST_EXECUTING && primitive.Due <= Clock::now())
                 Step(outbox, primitive);
-        std::erase_if(Primitives, [](const auto& entry) { return entry.second.Status > PDU_COPST_EXECUTING; });
+        std::erase_if(Primitives,
+                      [](const auto& entry) { return entry.second.Status > PDU_COPST_EXECUTING; });
         hold.unlock();
         Deliver(outbox);
         hold.lock();
@@ -86,13 +85,11 @@ void Vci::Step(Outbox& outbox, ComPrimitive& primitive)
 {
     Link& link = Links.at(primitive.Link);
     const bool first = primitive.Status == PDU_COPST_IDLE;
-    if (first)
-    {
+    if (first) {
         primitive.Status = PDU_COPST_EXECUTING;
         PutStatus(outbox, primitive.Link, &primitive, PDU_COPST_EXECUTING);
     }
-    switch (primitive.Type)
-    {
+    switch (primitive.Type) {
     case PDU_COPT_SENDRECV:
         return primitive.Pending.empty() ? Send(outbox, primitive, link) : Receive(outbox, primitive, link);
     case PDU_COPT_DELAY:
@@ -107,6 +104,9 @@ void Vci::Step(Outbox& outbox, ComPrimitive& primitive)
     case PDU_COPT_STOPCOMM:
         link.Status = PDU_CLLST_ONLINE;
         PutStatus(outbox, primitive.Link, nullptr, link.Status);
+        return Finish(outbox, primitive);
+    case PDU_COPT_UPDATEPARAM:
+        PutInfo(outbox, PDU_INFO_PHYS_COMPARAM_CHG);
         return Finish(outbox, primitive);
     case PDU_COPT_RESTORE_PARAM:
         link.Parameters = ComParams();
@@ -140,15 +140,14 @@ void Vci::Receive(Outbox& outbox, ComPrimitive& primitive, Link& link)
     primitive.Pending.pop_front();
     if (answer.empty())
         PutTimeout(outbox, primitive, link);
-    else
-    {
+    else {
         outbox.Reports.push_back({link.Resource, false, answer});
-        if (const auto acceptanceId = Accept(primitive, answer, link.UniqueRespId))
+        if (const auto acceptanceId = Accept(primitive, answer, link.UniqueRespId()))
             PutResult(outbox, primitive, link, *acceptanceId, answer);
     }
-    primitive.Due = Clock::now() + (IsPending(answer)              ? PendingTime
-                                    : primitive.Pending.empty()    ? milliseconds(primitive.Time)
-                                                                   : AnswerTime);
+    primitive.Due = Clock::now() + (IsPending(answer)           ? PendingTime
+                                    : primitive.Pending.empty() ? milliseconds(primitive.Time)
+                                                                : AnswerTime);
     if (primitive.Pending.empty() && primitive.SendCycles >= 0 && primitive.Sent >= primitive.SendCycles)
         Finish(outbox, primitive);
 }
@@ -167,12 +166,11 @@ void Vci::PutResult(Outbox& outbox, const ComPrimitive& primitive, const Link& l
     auto* const result = item.New<PDU_RESULT_DATA>();
     SetFlags(item, result->RxFlag, {0x00, 0x00, 0x00, 0x40});
     SetFlags(item, result->TimestampFlags, {0xC0, 0x00, 0x00, 0x00});
-    result->UniqueRespIdentifier = link.UniqueRespId;
+    result->UniqueRespIdentifier = link.UniqueRespId();
     result->AcceptanceId = acceptanceId;
     result->StartMsgTimestamp = Now();
     result->TxMsgDoneTimestamp = Now();
-    if (primitive.ExtraInfo)
-    {
+    if (primitive.ExtraInfo) {
         result->pExtraInfo = item.New<PDU_EXTRA_INFO>();
         *result->pExtraInfo = {4, 2, item.Bytes({0x00, 0x00, 0x07, 0xE8}), item.Bytes({0x55, 0x55})};
     }

@@ -1,0 +1,144 @@
+#include "tests/golden/golden_log.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <regex>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace marvane::testing {
+
+namespace {
+
+/// The text of all log files in the order in which they were written: names of one month sort by day first.
+std::string TextInOrder(const Session& session)
+{
+    std::vector<std::filesystem::path> paths;
+    for (const std::string& name : session.LogNames())
+        paths.push_back(session.LogFolder() / name);
+    std::stable_sort(paths.begin(), paths.end(), [](const auto& one, const auto& other) {
+        return std::filesystem::last_write_time(one) < std::filesystem::last_write_time(other);
+    });
+    std::string text;
+    for (const auto& path : paths)
+        text += FileText(path);
+    return text;
+}
+
+void Replace(std::string& text, const std::string& what, const std::string& with)
+{
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size()))
+        text.replace(at, what.size(), with);
+}
+
+std::string InBrackets(const std::string& name)
+{
+    return std::string("<").append(name).append(">");
+}
+
+/// Each well-formed stamp with the word for the time and a small number for the thread.
+std::string WithPlainStamps(const std::string& text)
+{
+    static const std::regex stamp(R"(^\{[0-2]\d:[0-5]\d:[0-5]\d\.\d{3} - ([0-9A-F]{8})\} )");
+    std::map<std::string, std::string> threads;
+    std::istringstream lines(text);
+    std::string plain, line;
+    while (std::getline(lines, line)) {
+        std::smatch found;
+        if (std::regex_search(line, found, stamp)) {
+            const std::string number = std::string("T").append(std::to_string(threads.size() + 1));
+            const auto thread = threads.emplace(found[1], number).first;
+            line = "{time - " + thread->second + "} " + found.suffix().str();
+        }
+        plain += line + "\n";
+    }
+    return plain;
+}
+
+std::vector<std::string> Lines(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+/// The first line in which two different texts differ, as both have it.
+std::string FirstDifference(const std::string& golden, const std::string& actual)
+{
+    const std::vector<std::string> expected = Lines(golden), seen = Lines(actual);
+    std::size_t at = 0;
+    while (at < expected.size() && at < seen.size() && expected[at] == seen[at])
+        ++at;
+    const auto line = [&](const std::vector<std::string>& lines) {
+        return at < lines.size() ? lines[at] : std::string("(the text ends here)");
+    };
+    return std::string("line ").append(std::to_string(at + 1)) + "\n  golden: " + line(expected) +
+           "\n  actual: " + line(seen);
+}
+
+} // namespace
+
+GoldenLog::GoldenLog(Session& session) : session_(session)
+{
+    words_ = {{session.TargetPath(), "<libraries>/"}, {session.LogFolder().string(), "<logs>"}};
+    for (const char* library : {"fake_target", "no_such_target"})
+        words_.push_back({LibraryName(library), InBrackets(library)});
+}
+
+void GoldenLog::Name(const void* address, const std::string& name)
+{
+    const std::string text = PointerText(address);
+    for (const auto& [known, itsName] : words_)
+        ASSERT_NE(known, text) << name << " lies where " << itsName << " does";
+    words_.push_back({text, InBrackets(name)});
+}
+
+std::string GoldenLog::WithoutNames(std::string text) const
+{
+    for (const auto& [what, name] : words_)
+        Replace(text, what, name);
+    Replace(text, PointerText(nullptr), "<null>");
+    Replace(text, "(nil)", "<null>");
+    return text;
+}
+
+std::string GoldenLog::Normalised() const
+{
+    static const std::regex version(R"(LOGGER VERSION: R\d\d\.\d{3}\.\d{4}\.\d{4} )");
+    return std::regex_replace(WithoutNames(WithPlainStamps(TextInOrder(session_))), version,
+                              "LOGGER VERSION: <version> ");
+}
+
+void GoldenLog::ExpectEqual(const std::string& name) const
+{
+    const std::string actual = Normalised();
+    if (const auto folder = platform::EnvironmentVariable("MARVANE_WRITE_GOLDEN");
+        folder && !folder->empty()) {
+        WriteFileBytes(std::filesystem::path(*folder) / (name + ".log"), actual);
+        FAIL() << "written, not compared: " << name << ".log";
+    }
+    const std::string golden = FileText(BuildFolder() + "golden" + platform::PathSeparator + name + ".log");
+    ASSERT_NE(golden, "") << "there is no golden file " << name;
+    EXPECT_TRUE(actual == golden) << FirstDifference(golden, actual);
+}
+
+void Script::Begin(Session& session)
+{
+    session.Fake().Answer = [this](const FakeCall& call) { return Play(call); };
+}
+
+T_PDU_ERROR Script::Play(const FakeCall& call)
+{
+    const std::string function = call.Function;
+    if (function == "PDURegisterEventCallback" && call.Arguments[2] != 0)
+        trap_ = reinterpret_cast<CALLBACKFNC>(static_cast<std::uintptr_t>(call.Arguments[2]));
+    if (function == "PDU_MS_SetLogCallback")
+        report_ = reinterpret_cast<PDU_MS_LOG_CALLBACK>(static_cast<std::uintptr_t>(call.Arguments[0]));
+    const auto answer = answers_.find(function);
+    return answer != answers_.end() && answer->second ? answer->second(call) : PDU_STATUS_NOERROR;
+}
+
+} // namespace marvane::testing

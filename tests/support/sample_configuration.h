@@ -1,0 +1,13 @@
+// The sample configuration, as the build copies it for the tests.
+#pragma once
+
+#include "tests/support/session.h"
+
+namespace marvane::testing {
+
+inline std::string SampleConfigurationPath()
+{
+    return BuildFolder() + "sample" + platform::PathSeparator + "D_PDU_API_CFG.xml";
+}
+
+} // namespace marvane::testing

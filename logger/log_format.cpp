@@ -67,8 +67,9 @@ void PutPadded(Output& out, const Directive& directive, const char* text, std::s
 
 void PutText(Output& out, const Directive& directive, const FormatArgument& argument)
 {
-    if (argument.Text == nullptr && argument.Length != 0)
-        return PutPadded(out, directive, "(null)", 6);
+    if (argument.Text == nullptr)
+        return argument.Length == 0 ? PutPadded(out, directive, "", 0)
+                                    : PutPadded(out, directive, "(null)", 6);
     std::size_t length = argument.Length;
     if (length == FormatArgument::UnknownLength) {
         // What lies behind the room and the width is not even looked at: a text may have no end in sight.

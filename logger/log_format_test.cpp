@@ -1,6 +1,7 @@
 #include "logger/log_format.h"
 
 #include <cstdio>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -16,10 +17,10 @@ const bool OnLinux = platform::PathSeparator == '/';
 std::string FormattedList(std::string_view format, const std::vector<FormatArgument>& arguments,
                           std::size_t room = 500)
 {
-    // A vector, so that a sanitizer sees a byte written behind the room.
-    std::vector<char> text(room);
-    const char* const end = FormatText(text.data(), text.data() + room, format, arguments.data());
-    return {text.data(), static_cast<std::size_t>(end - text.data())};
+    // On the heap, so that a sanitizer sees a byte written behind the room.
+    const auto text = std::make_unique<char[]>(room);
+    const char* const end = FormatText(text.get(), text.get() + room, format, arguments.data());
+    return {text.get(), static_cast<std::size_t>(end - text.get())};
 }
 
 template <class... Arguments>

@@ -148,7 +148,8 @@ TEST(TargetLibrary, AfterDestructTheFunctionsOfAnotherOneAreLookedUp)
     session.Configure({{"PDUAPILibDll", LibraryName("fake_target_no_log")}});
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
     session.Api().PDUConnect(1, 2);
-    EXPECT_EQ(other.TakeNames(), "PDUConstruct PDUConnect");
+    session.Api().PDUDestruct();
+    EXPECT_EQ(other.TakeNames(), "PDUConstruct PDUConnect PDUDestruct");
     EXPECT_EQ(session.Fake().TakeNames(), "");
 }
 

@@ -6,6 +6,26 @@
 
 namespace marvane::testing {
 
+namespace {
+
+/// All levels from 0 to 2 with LogEnabled 1; with another LogEnabled, where LogNewFileCfg keeps logging
+/// active, the decoded lines' gates open and shut.
+std::vector<Gates> AllGates()
+{
+    std::vector<Gates> all;
+    for (UNUM32 calls = 0; calls < 3; ++calls)
+        for (UNUM32 arguments = 0; arguments < 3; ++arguments)
+            for (UNUM32 results = 0; results < 3; ++results)
+                all.push_back({calls, arguments, results, 1});
+    for (const UNUM32 enabled : {0u, 2u})
+        for (UNUM32 arguments = 0; arguments < 2; ++arguments)
+            for (UNUM32 results = 0; results < 2; ++results)
+                all.push_back({2, arguments, results, enabled});
+    return all;
+}
+
+} // namespace
+
 std::string ExpectedText(const CallText& text, const Gates& gates, const std::string& before,
                          const std::string& behind)
 {
@@ -43,16 +63,12 @@ void SetGates(Session& session, const Gates& gates)
 void ExpectAtAllGates(Session& session, const std::function<void()>& call,
                       const std::function<std::string(const Gates&)>& expected)
 {
-    for (UNUM32 enabled = 0; enabled < 3; ++enabled)
-        for (UNUM32 calls = 0; calls < 3; ++calls)
-            for (UNUM32 arguments = 0; arguments < 3; ++arguments)
-                for (UNUM32 results = 0; results < 3; ++results) {
-                    const Gates gates = {calls, arguments, results, enabled};
-                    SetGates(session, gates);
-                    EXPECT_EQ(session.Logged(call), expected(gates))
-                        << "LogEnabled " << enabled << ", LogFnCalls " << calls << ", LogFnDecodeArgs "
-                        << arguments << ", LogFnDecodeRsps " << results;
-                }
+    for (const Gates& gates : AllGates()) {
+        SetGates(session, gates);
+        EXPECT_EQ(session.Logged(call), expected(gates))
+            << "LogEnabled " << gates.Enabled << ", LogFnCalls " << gates.Calls << ", LogFnDecodeArgs "
+            << gates.Arguments << ", LogFnDecodeRsps " << gates.Results;
+    }
 }
 
 void ExpectAtAllGates(Session& session, const std::function<void()>& call, const CallText& text)

@@ -36,7 +36,7 @@ struct CallText
 /// The text under some gates.
 std::string ExpectedText(const CallText& text, const Gates& gates);
 
-/// The text if only the first lines, before the call-out, and the last ones, behind it, differ.
+/// The text with these decoded lines before the call-out and behind it, whatever the gates.
 std::string ExpectedText(const CallText& text, const Gates& gates, const std::string& before,
                          const std::string& behind);
 
@@ -44,8 +44,8 @@ std::string ExpectedText(const CallText& text, const Gates& gates, const std::st
 void Reconfigure(Session& session, Changes changes);
 void SetGates(Session& session, const Gates& gates);
 
-/// Expects a call's text under all values of the gates from 0 to 2, and with logging active through
-/// LogNewFileCfg alone.
+/// Expects a call's text under all levels of its gates from 0 to 2, and with logging active through
+/// LogNewFileCfg while LogEnabled is 0 or 2.
 void ExpectAtAllGates(Session& session, const std::function<void()>& call,
                       const std::function<std::string(const Gates&)>& expected);
 void ExpectAtAllGates(Session& session, const std::function<void()>& call, const CallText& text);

@@ -30,7 +30,8 @@ public:
     }
     void Add(UNUM32 identifier, bool last)
     {
-        const FormatArgument arguments[] = {std::string_view(UridText(identifier)), last ? ' ' : ','};
+        const ShortText text = UridText(identifier); // the argument only views it
+        const FormatArgument arguments[] = {std::string_view(text), last ? ' ' : ','};
         end_ = FormatText(end_, std::end(text_), "%4s%c", arguments);
         EndIfTooLong();
     }

@@ -30,7 +30,7 @@ public:
     }
     void Add(UNUM32 identifier, bool last)
     {
-        const ShortText text = UridText(identifier); // the argument only views it
+        const ShortText text = UridText(identifier); // The argument only refers to it.
         const FormatArgument arguments[] = {std::string_view(text), last ? ' ' : ','};
         end_ = FormatText(end_, std::end(text_), "%4s%c", arguments);
         EndIfTooLong();

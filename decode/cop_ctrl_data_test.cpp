@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <vector>
 
 #include "tests/support/decoded_text.h"
@@ -266,10 +267,16 @@ TEST_F(CopCtrlData, AListOf699BytesIsLoggedWhole)
 
 using CopCtrlDataDeathTest = CopCtrlData;
 
-TEST_F(CopCtrlDataDeathTest, AListOf700BytesEndsTheProcess)
+TEST_F(CopCtrlDataDeathTest, AListOf700BytesEndsTheProcessAndOneOf699DoesNot)
 {
-    std::vector<UNUM32> ids = LongList(true);
-    EXPECT_DEATH(Responses({WithIds(ids)}), "");
+    const auto decodeAndExit = [](bool tooLong) {
+        std::vector<UNUM32> ids = LongList(tooLong);
+        Responses({WithIds(ids)});
+        std::_Exit(42);
+    };
+    EXPECT_EXIT(decodeAndExit(false), ::testing::ExitedWithCode(42), "");
+    EXPECT_EXIT(
+        decodeAndExit(true), [](int status) { return !::testing::ExitedWithCode(42)(status); }, "");
 }
 
 TEST_F(CopCtrlDataDeathTest, AListLargerThanTheLogBufferEndsTheProcess)

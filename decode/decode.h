@@ -129,7 +129,7 @@ void DecodeFlagData(const DecoderFrame& frame, const PDU_FLAG_DATA* flags, const
 /// Every line of its own has the arrow of a result, one level deep.
 void DecodeEventItem(const DecoderFrame& frame, T_PDU_IT itemType, const void* data);
 
-/// Control data and payload of a ComPrimitive about to start.
+/// Control data of a ComPrimitive about to start.
 void DecodeCopCtrlData(const DecoderFrame& frame, const PDU_COP_CTRL_DATA* control);
 
 /// Prints a generic item, whatever it holds.

@@ -30,7 +30,9 @@ public:
     }
     void Add(UNUM32 identifier, bool last)
     {
-        const FormatArgument arguments[] = {std::string_view(UridText(identifier)), last ? ' ' : ','};
+        // Kept here, since an argument only refers to its text.
+        const ShortText text = UridText(identifier);
+        const FormatArgument arguments[] = {std::string_view(text), last ? ' ' : ','};
         end_ = FormatText(end_, std::end(text_), "%4s%c", arguments);
         EndIfTooLong();
     }

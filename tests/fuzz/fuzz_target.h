@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace marvane::testing {
 
-inline void Require(bool holds, const char* what, std::string_view found = {})
+inline void Require(bool holds, const char* what, std::string_view found = "")
 {
     if (holds)
         return;

@@ -284,8 +284,8 @@ PDU_COP_CTRL_DATA RecordSource::ControlData()
 {
     PDU_COP_CTRL_DATA control = {};
     control.Time = Number();
-    control.NumSendCycles = static_cast<SNUM32>(Number()) - 3;
-    control.NumReceiveCycles = static_cast<SNUM32>(Number()) - 3;
+    control.NumSendCycles = static_cast<SNUM32>(Number() - 3);
+    control.NumReceiveCycles = static_cast<SNUM32>(Number() - 3);
     control.TempParamUpdate = Number();
     control.TxFlag = FlagData();
     control.pExpectedResponseArray =

@@ -50,9 +50,8 @@ bool IsStamped(std::string_view line)
     return true;
 }
 
-std::string_view FirstOddLine(std::string_view text)
+std::string_view FirstOddLine(std::string_view text, std::string_view former)
 {
-    std::string_view former;
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         if (!IsStamped(line) && !MayStandBehind(line, former))

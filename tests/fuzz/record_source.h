@@ -28,7 +28,8 @@ public:
     {
         Value value = {};
         const std::size_t size = sizeof value < Left() ? sizeof value : Left();
-        std::memcpy(&value, next_, size);
+        if (size != 0)
+            std::memcpy(&value, next_, size);
         next_ += size;
         return value;
     }

@@ -65,6 +65,7 @@ void CallSequence::Run(int steps)
         const std::set<std::string> before = follower_.Names();
         lifecycle_ = false;
         opened_ = 0;
+        constructs_ = 0;
         Trace("step " + std::to_string(i));
         Step();
         EXPECT_TRUE(underWay_.empty());
@@ -322,6 +323,7 @@ void CallSequence::EndCall(ExpectedCall& expected, T_PDU_ERROR status)
 void CallSequence::Construct(RecordSource& source)
 {
     lifecycle_ = true;
+    ++constructs_;
     const bool targetIsGood = !configured_["PDUAPILibDll"].starts_with("no_such_");
     const bool hasFolder = !configured_["LogFileDir"].empty();
     // Only with all else good, what happens tells whether the file could be opened.
@@ -490,12 +492,16 @@ void CallSequence::CheckLog()
     // What lies in the stream is seen later.
     if (isOnDisc || !fileOpen_)
         CheckMarks();
-    opened_ += static_cast<std::size_t>(std::count_if(lines.begin(), lines.end(), [](const LogLine& line) {
-        return line.Content.ends_with(" - Continuation file");
-    }));
-    if (!isOnDisc)
+    const auto changes =
+        static_cast<std::size_t>(std::count_if(lines.begin(), lines.end(), [](const LogLine& line) {
+            return line.Content.ends_with(" - Continuation file");
+        }));
+    opened_ += changes;
+    // Which limits were in force when a file was opened is known only if one start at most came, ahead of it.
+    const bool limitsAreKnown = constructs_ == 0 || (constructs_ == 1 && changes == 0);
+    if (!isOnDisc || !limitsAreKnown)
         opened_ = 0;
-    else if (!lifecycle_)
+    if (isOnDisc && !lifecycle_)
         CheckChanges(lines);
 }
 

@@ -166,6 +166,7 @@ private:
     // Of the present step.
     bool lifecycle_ = false;
     std::size_t opened_ = 0;
+    int constructs_ = 0;
     std::deque<Mark> expected_;
     std::deque<std::string> seen_;
     std::deque<std::string> trace_;

@@ -52,6 +52,8 @@ CallSequence::CallSequence(Session& session, std::uint32_t seed)
 
 CallSequence::~CallSequence()
 {
+    // Else the folder could not be removed.
+    MendFolder();
     session_.Fake().Answer = nullptr;
     running_ = nullptr;
 }

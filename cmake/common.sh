@@ -1,4 +1,4 @@
-# Shared by ./demo and ./check: messages, installing what is missing, building a preset.
+# Shared by ./demo, ./check and tests/fuzz/run: messages, installing what is missing, building a preset.
 
 top=$(cd "$(dirname "$0")" && pwd)
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -11,6 +11,7 @@ fail() {
 
 native_packages="g++ cmake ninja-build googletest"
 windows_packages="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64"
+fuzz_packages="clang libclang-rt-14-dev"
 
 # install_packages NAME...: installs those of the packages that are missing. Fails if that is not possible.
 install_packages() {

@@ -1,0 +1,207 @@
+// The calls of a random sequence: arguments from the bytes, answers that write results back.
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "tests/fuzz/call_sequence.h"
+
+namespace marvane::testing {
+
+namespace {
+
+/// A place that the target writes to, or null in place of it.
+template <class Value> class Result
+{
+public:
+    Result(RecordSource& source, Value before, Value after)
+        : place_(before), expected_(before), after_(after), isThere_(source.Below(8) != 0)
+    {
+    }
+    ~Result()
+    {
+        EXPECT_EQ(std::memcmp(&place_, &expected_, sizeof place_), 0) << "a result was changed on its way";
+    }
+    Value* Place() { return isThere_ ? &place_ : nullptr; }
+    void Write() const
+    {
+        if (isThere_)
+            place_ = expected_ = after_;
+    }
+
+private:
+    mutable Value place_;
+    mutable Value expected_;
+    Value after_;
+    bool isThere_;
+};
+
+Result<UNUM32> Number(RecordSource& source)
+{
+    return {source, source.Number(), source.Handle()};
+}
+
+template <class Record> Result<Record*> Item(RecordSource& source, const Record& record)
+{
+    return {source, nullptr, source.NullOrNew(record)};
+}
+
+UNUM32 SmallHandle(RecordSource& source)
+{
+    return source.Below(4) == 0 ? PDU_HANDLE_UNDEF : source.Below(3);
+}
+
+} // namespace
+
+void CallSequence::CallAny(RecordSource& source)
+{
+    const UNUM32 choice = source.Below(27);
+    if (choice < 9)
+        CallModulesAndLinks(choice, source);
+    else if (choice < 18)
+        CallWithRecords(choice, source);
+    else
+        CallQueries(choice, source);
+}
+
+void CallSequence::CallModulesAndLinks(UNUM32 choice, RecordSource& source)
+{
+    const UNUM32 hMod = SmallHandle(source);
+    const UNUM32 hCLL = SmallHandle(source);
+    const UNUM32 number = source.Number();
+    switch (choice) {
+    case 0:
+        return Call("PDUModuleConnect", &CPduDll::PDUModuleConnect, source, hMod);
+    case 1:
+        return Call("PDUModuleDisconnect", &CPduDll::PDUModuleDisconnect, source, hMod);
+    case 2:
+        return Call("PDUDestroyComLogicalLink", &CPduDll::PDUDestroyComLogicalLink, source, hMod, hCLL);
+    case 3:
+        return Call("PDUConnect", &CPduDll::PDUConnect, source, hMod, hCLL);
+    case 4:
+        return Call("PDUDisconnect", &CPduDll::PDUDisconnect, source, hMod, hCLL);
+    case 5:
+        return Call("PDULockResource", &CPduDll::PDULockResource, source, hMod, hCLL, number);
+    case 6:
+        return Call("PDUUnlockResource", &CPduDll::PDUUnlockResource, source, hMod, hCLL, number);
+    case 7:
+        return Call("PDUCancelComPrimitive", &CPduDll::PDUCancelComPrimitive, source, hMod, hCLL, number);
+    default: {
+        const Handler handler = source.Below(4) == 0 ? nullptr : source.Coin() ? FirstHandler : SecondHandler;
+        return Call("PDURegisterEventCallback", &CPduDll::PDURegisterEventCallback, source, hMod, hCLL,
+                    handler);
+    }
+    }
+}
+
+void CallSequence::CallWithRecords(UNUM32 choice, RecordSource& source)
+{
+    const UNUM32 hMod = source.Handle();
+    const UNUM32 hCLL = source.Handle();
+    const UNUM32 id = source.Number();
+    const auto writing = [](const auto& result) { return [&] { result.Write(); }; };
+    switch (choice) {
+    case 9: {
+        auto* const input = source.NullOrNew(source.DataItem());
+        auto output = Item(source, source.DataItem());
+        return Call("PDUIoCtl", &CPduDll::PDUIoCtl, source, writing(output), hMod, hCLL, id, input,
+                    output.Place());
+    }
+    case 10: {
+        auto* const data = source.NullOrNew(source.ResourceData());
+        auto* const flags = source.NullOrNew(source.FlagData());
+        auto link = Number(source);
+        return Call("PDUCreateComLogicalLink", &CPduDll::PDUCreateComLogicalLink, source, writing(link), hMod,
+                    data, id, source.Bytes(1), link.Place(), flags);
+    }
+    case 11: {
+        auto* const control = source.NullOrNew(source.ControlData());
+        const UNUM32 size = source.Below(200);
+        UNUM8* const data = source.Coin() ? source.Bytes(size) : nullptr;
+        auto primitive = Number(source);
+        return Call("PDUStartComPrimitive", &CPduDll::PDUStartComPrimitive, source, writing(primitive), hMod,
+                    hCLL, source.Code(CoPTypeNames), size, data, control, source.Bytes(1), primitive.Place());
+    }
+    case 12: {
+        auto item = Item(source, source.ParamItem());
+        return Call("PDUGetComParam", &CPduDll::PDUGetComParam, source, writing(item), hMod, hCLL, id,
+                    item.Place());
+    }
+    case 13:
+        return Call("PDUSetComParam", &CPduDll::PDUSetComParam, source, hMod, hCLL,
+                    source.NullOrNew(source.ParamItem()));
+    case 14: {
+        auto table = Item(source, source.ResponseTable());
+        return Call("PDUGetUniqueRespIdTable", &CPduDll::PDUGetUniqueRespIdTable, source, writing(table),
+                    hMod, hCLL, table.Place());
+    }
+    case 15:
+        return Call("PDUSetUniqueRespIdTable", &CPduDll::PDUSetUniqueRespIdTable, source, hMod, hCLL,
+                    source.NullOrNew(source.ResponseTable()));
+    case 16: {
+        auto item = Item(source, source.EventItem());
+        return Call("PDUGetEventItem", &CPduDll::PDUGetEventItem, source, writing(item), hMod, hCLL,
+                    item.Place());
+    }
+    default:
+        return Call("PDUDestroyItem", &CPduDll::PDUDestroyItem, source,
+                    static_cast<void*>(source.NullOrNew(source.EventItem())));
+    }
+}
+
+void CallSequence::CallQueries(UNUM32 choice, RecordSource& source)
+{
+    const UNUM32 hMod = source.Handle();
+    const UNUM32 hCLL = source.Handle();
+    auto first = Number(source);
+    auto second = Number(source);
+    auto third = Number(source);
+    const auto writeAll = [&] {
+        first.Write();
+        second.Write();
+        third.Write();
+    };
+    const auto writing = [](const auto& result) { return [&] { result.Write(); }; };
+    // Success without a place for the result is a fault of the target that the log does not survive.
+    UNUM32 unused = 0;
+    const auto place = [&](Result<UNUM32>& result) { return result.Place() ? result.Place() : &unused; };
+    switch (choice) {
+    case 18: {
+        Result<PDU_VERSION_DATA> version(source, source.Version(), source.Version());
+        return Call("PDUGetVersion", &CPduDll::PDUGetVersion, source, writing(version), hMod,
+                    version.Place());
+    }
+    case 19:
+        return Call("PDUGetStatus", &CPduDll::PDUGetStatus, source, writeAll, hMod, hCLL, source.Number(),
+                    place(first), second.Place(), third.Place());
+    case 20:
+        return Call("PDUGetLastError", &CPduDll::PDUGetLastError, source, writeAll, hMod, hCLL, place(first),
+                    second.Place(), third.Place(), nullptr);
+    case 21:
+        return Call("PDUGetTimestamp", &CPduDll::PDUGetTimestamp, source, writing(first), hMod,
+                    first.Place());
+    case 22:
+        return Call("PDUGetObjectId", &CPduDll::PDUGetObjectId, source, writing(first),
+                    source.Code(ObjectTypeNames), source.Text(), first.Place());
+    case 23: {
+        auto modules = Item(source, source.Modules());
+        return Call("PDUGetModuleIds", &CPduDll::PDUGetModuleIds, source, writing(modules), modules.Place());
+    }
+    case 24: {
+        auto* const data = source.NullOrNew(source.ResourceData());
+        auto list = Item(source, source.ResourceIds());
+        return Call("PDUGetResourceIds", &CPduDll::PDUGetResourceIds, source, writing(list), hMod, data,
+                    list.Place());
+    }
+    case 25:
+        return Call("PDUGetResourceStatus", &CPduDll::PDUGetResourceStatus, source,
+                    source.NullOrNew(source.ResourceStatus()));
+    default: {
+        auto* const modules = source.NullOrNew(source.Modules());
+        auto conflicts = Item(source, source.Conflicts());
+        return Call("PDUGetConflictingResources", &CPduDll::PDUGetConflictingResources, source,
+                    writing(conflicts), source.Number(), modules, conflicts.Place());
+    }
+    }
+}
+
+} // namespace marvane::testing

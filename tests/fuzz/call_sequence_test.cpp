@@ -1,0 +1,59 @@
+// Random sequences of calls with fixed seeds. MARVANE_SEQUENCE_SEED and MARVANE_SEQUENCE_STEPS take others.
+#include <cstdio>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/fuzz/call_sequence.h"
+#include "tests/fuzz/log_text.h"
+
+namespace marvane::testing {
+namespace {
+
+unsigned FromEnvironment(const char* name, unsigned otherwise)
+{
+    const auto value = platform::EnvironmentVariable(name);
+    return value ? static_cast<unsigned>(std::stoul(*value)) : otherwise;
+}
+
+/// Closes a file that may still be open: only a start and an end of active logging are sure to do so.
+void CloseTheLog(Session& session)
+{
+    session.Api().PDUDestruct();
+    session.Configure({});
+    session.Construct();
+    session.Api().PDUDestruct();
+}
+
+class CallSequences : public ::testing::TestWithParam<unsigned>
+{
+};
+
+TEST_P(CallSequences, KeepWhatTheLoggerPromises)
+{
+    const unsigned seed = FromEnvironment("MARVANE_SEQUENCE_SEED", 0) + GetParam();
+    RecordProperty("seed", static_cast<int>(seed));
+    Session session;
+    {
+        CallSequence sequence(session, seed);
+        sequence.Run(static_cast<int>(FromEnvironment("MARVANE_SEQUENCE_STEPS", 400)));
+        const CallSequence::Checks& done = sequence.Done();
+        EXPECT_GT(done.Marks, 0);
+        EXPECT_GT(done.Trimmings, 0);
+        std::printf("seed %u: %d marks, %d changes of file, %d trimmings, %d doubtful steps\n", seed,
+                    done.Marks, done.Changes, done.Trimmings, done.DoubtfulSteps);
+    }
+    CloseTheLog(session);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(session.Folder().Path()))
+        if (entry.is_regular_file() && entry.path().extension() == ".LGR") {
+            std::string text = FileText(entry.path());
+            text.erase(0, text.starts_with("planted\n") ? 8 : 0);
+            EXPECT_EQ(FirstOddLine(text), "") << entry.path();
+            EXPECT_TRUE(text.empty() || text.ends_with('\n')) << entry.path();
+        }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, CallSequences, ::testing::Range(1u, 9u));
+
+} // namespace
+} // namespace marvane::testing

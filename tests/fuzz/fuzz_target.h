@@ -1,0 +1,69 @@
+// What the fuzz targets share. A target is one function over bytes; it ends the process when something is
+// wrong.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "decode/decode.h"
+#include "tests/fuzz/log_text.h"
+#include "tests/fuzz/record_source.h"
+#include "tests/support/temporary_folder.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace marvane::testing {
+
+inline void Require(bool holds, const char* what, std::string_view found = "")
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "Does not hold: %s\n%.*s\n", what, static_cast<int>(found.size()), found.data());
+    std::abort();
+}
+
+/// A folder for the whole run that stands for the user's folders. Lies in memory if TMPDIR does.
+inline const TemporaryFolder& FuzzFolder()
+{
+    static const TemporaryFolder folder;
+    static const EnvironmentValue temp("TEMP", folder.Path().string());
+    static const EnvironmentValue tmp("TMP", folder.Path().string());
+    static const EnvironmentValue appData("APPDATA", folder.Path().string());
+    return folder;
+}
+
+/// A decoder's frame with levels, settings, names and a fill of the buffer that come from the bytes.
+class FuzzedFrame
+{
+public:
+    explicit FuzzedFrame(RecordSource& source)
+        : frame_{source.Below(4), source.Below(4), buffer_, {7, 8, 9, 10}}
+    {
+        SetSetting(NumericKey::LogEnabled, source.Below(8) != 0);
+        SetSetting(NumericKey::LogMaxPduBuff, source.Number());
+        ClearObjectNames();
+        for (UNUM32 named = source.Below(3); named != 0; --named)
+            RecordObjectName(PDU_OBJT_PROTOCOL + source.Below(7), source.Below(8), "A name");
+        const std::string filler(source.Below(4) == 0 ? source.Take<UNUM16>() % LogBuffer::Size : 0, 'x');
+        if (!filler.empty())
+            DecodeLine(frame_, "", "%s", filler);
+    }
+    const DecoderFrame& Frame() const { return frame_; }
+
+    /// What holds behind every decoder.
+    void Check() const
+    {
+        Require(buffer_.Text().size() < LogBuffer::Size, "the text fits the buffer");
+        const std::string_view odd = FirstOddLine(buffer_.Text());
+        Require(odd.empty(), "each line has its stamp", odd);
+        Require(buffer_.Text().empty() || buffer_.Text().ends_with('\n'), "the last line has its end");
+    }
+
+private:
+    LogBuffer buffer_;
+    DecoderFrame frame_;
+};
+
+} // namespace marvane::testing

@@ -1,0 +1,16 @@
+// What every text of the log must look like, whatever went into it.
+#pragma once
+
+#include <string_view>
+
+namespace marvane::testing {
+
+/// True for a line that begins with "{hh:mm:ss.mmm - TTTTTTTT} ".
+bool IsStamped(std::string_view line);
+
+/// The first line of a text that neither begins with a stamp nor is known to stand behind the line before it;
+/// empty if there is none. `former` is the line before the text. Texts of the other side must have no line
+/// breaks.
+std::string_view FirstOddLine(std::string_view text, std::string_view former = {});
+
+} // namespace marvane::testing

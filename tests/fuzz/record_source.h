@@ -1,0 +1,106 @@
+// Turns bytes into numbers, texts and records of the API, for fuzz targets and random sequences of calls.
+// Each block of memory has exactly its size, so that a sanitizer sees the first byte that is read behind it.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "decode/name_tables.h"
+#include "decode/pdu_api.h"
+
+namespace marvane::testing {
+
+/// Owns what it makes. The same bytes give the same records; bytes that have run out are zeros.
+class RecordSource
+{
+public:
+    RecordSource(const std::uint8_t* data, std::size_t size) : next_(data), end_(data + size) {}
+    RecordSource(const RecordSource&) = delete;
+    RecordSource& operator=(const RecordSource&) = delete;
+
+    std::size_t Left() const { return static_cast<std::size_t>(end_ - next_); }
+
+    template <class Value> Value Take()
+    {
+        Value value = {};
+        const std::size_t size = sizeof value < Left() ? sizeof value : Left();
+        if (size != 0)
+            std::memcpy(&value, next_, size);
+        next_ += size;
+        return value;
+    }
+    /// A number below a limit of at most 256.
+    UNUM32 Below(UNUM32 limit) { return Take<UNUM8>() % limit; }
+    bool Coin() { return Below(2) != 0; }
+    /// Small, or anything.
+    UNUM32 Number() { return Coin() ? Below(8) : Take<UNUM32>(); }
+    /// Small, undefined, or anything.
+    UNUM32 Handle() { return Below(4) == 0 ? PDU_HANDLE_UNDEF : Number(); }
+    /// One of a table's codes, or anything.
+    UNUM32 Code(NameTable table);
+
+    /// Null, or text without line breaks.
+    CHAR8* Text();
+    /// `size` bytes in memory of their own.
+    UNUM8* Bytes(std::size_t size);
+
+    template <class Record> Record* New(const Record& record)
+    {
+        void* const memory = NewMemory(sizeof record);
+        std::memcpy(memory, &record, sizeof record);
+        return static_cast<Record*>(memory);
+    }
+    template <class Record> Record* NullOrNew(const Record& record) { return Coin() ? New(record) : nullptr; }
+
+    PDU_FLAG_DATA FlagData();
+    PDU_PARAM_ITEM ParamItem();
+    PDU_PARAM_BYTEFIELD_DATA ByteField();
+    PDU_PARAM_LONGFIELD_DATA LongField();
+    PDU_PARAM_STRUCTFIELD_DATA StructField();
+    PDU_UNIQUE_RESP_ID_TABLE_ITEM ResponseTable();
+    PDU_RSC_DATA ResourceData();
+    PDU_RSC_STATUS_ITEM ResourceStatus();
+    PDU_RSC_ID_ITEM ResourceIds();
+    PDU_RSC_ID_ITEM_DATA ResourceIdsOfModule();
+    PDU_RSC_CONFLICT_ITEM Conflicts();
+    PDU_MODULE_DATA Module();
+    PDU_MODULE_ITEM Modules();
+    PDU_IO_FILTER_LIST Filters();
+    PDU_IO_VEHICLE_ID_REQUEST_DATA VehicleIdRequest();
+    PDU_COP_CTRL_DATA ControlData();
+    PDU_EVENT_ITEM EventItem();
+    PDU_DATA_ITEM DataItem();
+    PDU_VERSION_DATA Version();
+    /// What an event item of this type points at, or null.
+    void* EventData(T_PDU_IT itemType);
+
+    /// What lies in all the memory that was made.
+    std::string Contents() const;
+
+private:
+    struct Block
+    {
+        std::unique_ptr<void, decltype(&std::free)> Memory;
+        std::size_t Size;
+    };
+
+    void* NewMemory(std::size_t size);
+    UNUM8* ByteList(UNUM32& count);
+    template <class Entry, class Make> Entry* List(UNUM32& count, Make make);
+    PDU_EXP_RESP_DATA ExpectedResponse();
+    PDU_RESULT_DATA Result();
+    PDU_IP_ADDR_INFO IpAddress();
+    PDU_IO_FILTER_DATA Filter();
+    void* ItemData(T_PDU_IT itemType);
+    void* ParamValue(T_PDU_PT type);
+
+    const std::uint8_t* next_;
+    const std::uint8_t* end_;
+    std::vector<Block> blocks_;
+};
+
+} // namespace marvane::testing

@@ -1,0 +1,37 @@
+// Runs a fuzz target over the files of folders, where there is no fuzzer: the corpus as an ordinary test.
+#include <algorithm>
+#include <cstdio>
+
+#include "tests/fuzz/fuzz_target.h"
+
+namespace {
+
+/// Number of files that were run.
+int Replay(const std::filesystem::path& folder)
+{
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    for (const std::filesystem::path& file : files) {
+        const std::string bytes = marvane::testing::FileBytes(file);
+        // Memory of exactly this size, as the fuzzer gives it.
+        const std::vector<std::uint8_t> data(bytes.begin(), bytes.end());
+        std::printf("%s\n", file.string().c_str());
+        std::fflush(stdout);
+        LLVMFuzzerTestOneInput(data.data(), data.size());
+    }
+    return static_cast<int>(files.size());
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    int files = 0;
+    for (int i = 1; i < count; ++i)
+        files += Replay(arguments[i]);
+    std::printf("%d files\n", files);
+    // A corpus that is not there proves nothing.
+    return files > 0 ? 0 : 1;
+}

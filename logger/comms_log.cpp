@@ -22,7 +22,7 @@ void LogCommsParameter(const DecoderFrame& frame, int direction, const LogParame
                           *static_cast<const UNUM32*>(parameter.Data));
     case BytesParameter: {
         const auto& bytes = *static_cast<const LogParameterBytes*>(parameter.Data);
-        return DumpBuffer(frame, direction, 0, parameter.Name, bytes.Bytes, bytes.Length, bytes.Length);
+        return DumpBuffer(frame, direction, 0, TextOrNull(parameter.Name), bytes.Bytes, bytes.Length, bytes.Length);
     }
     default:
         return DecodeLine(frame, indent, "Unhandled parameter - Type= 0x%04X", parameter.Type);

@@ -72,6 +72,17 @@ TEST_F(CommsLog, NumbersStandBehindNamesOfTwentyColumns)
               "{stamp}    -->  TwentyCharactersLong\t= 0x0000BEEF\n");
 }
 
+TEST_F(CommsLog, BytesWithoutANameAreDumpedAllTheSame)
+{
+    Begin({});
+    const UNUM8 bytes[] = {0x41};
+    const LogParameterBytes data = {1, bytes};
+    EXPECT_EQ(Reported(1, 256, {{0x1002, 0, nullptr, &data}}),
+              "{stamp} [DoIP] ->  message\n"
+              "{stamp}    -->  <NULL STRING>  |00000000 <41>                                               "
+              "A               |\n");
+}
+
 TEST_F(CommsLog, BytesAreDumpedWholeWhateverTheLevelsOfCallsAre)
 {
     Begin({{"LogFnCalls", "0"}, {"LogFnDecodeArgs", "0"}, {"LogMaxPduBuff", "1"}});

@@ -136,7 +136,7 @@ void WriteToLog(const LogStream& stream, std::string_view text)
 
 void LogCommit(const LogBuffer& text, const LogStream& stream)
 {
-    if (LoggingActive() && stream.load(std::memory_order_relaxed))
+    if (LoggingActive())
         WriteToLog(stream, text.Text());
 }
 

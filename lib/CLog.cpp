@@ -5,6 +5,7 @@
 #include <string>
 
 #include "lib/CMutexWindows.h"
+#include "lib/lasting.h"
 #include "platform/platform.h"
 
 namespace marvane {
@@ -21,9 +22,19 @@ constinit bool LevelsFromConfig = false;
 /// The shared level file; a function's static, so that it exists whenever it is first asked for.
 platform::SharedWords& LevelFile()
 {
-    static platform::SharedWords file;
+    constinit static Lasting<platform::SharedWords> place;
+    static platform::SharedWords& file = *new (&place.Held) platform::SharedWords;
     return file;
 }
+
+/// The table goes when the library ends; a thread that still has something to report gets a new one.
+struct LevelTableEnd
+{
+    LevelTableEnd() { MakeLogMutex(); }
+    ~LevelTableEnd() { CLog::ReleaseLevelTable(); }
+};
+
+const LevelTableEnd levelTableEnd;
 
 DiagnosticSource FromCLog(DebugLevel level, const char* function, std::uint32_t line = __builtin_LINE())
 {

@@ -20,7 +20,7 @@ extern LogStream ApiLogFile;
 extern LogStream CommsLogFile;
 
 /// Folder of the log files, at most 260 characters; kept for reopening. Guarded by LogMutex.
-extern std::string LogDirectory;
+extern std::string& LogDirectory;
 
 /// Makes the folder if this process has not done so yet, trims the old files, and opens the log file and,
 /// if so configured, the comms file, both for appending. Returns 0 on success, else 1.

@@ -139,6 +139,9 @@ private:
     int descriptor_ = -1;
 };
 
+/// True where other threads of the process still run while its end destroys static objects.
+extern const bool ThreadsRunWhileProcessEnds;
+
 /// Recursive mutex of the system, or none if it could not be made.
 using Mutex = void*;
 Mutex CreateRecursiveMutex();

@@ -7,7 +7,6 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fnmatch.h>
-#include <memory>
 #include <pthread.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -18,6 +17,7 @@ namespace marvane::platform {
 
 const char PathSeparator = '/';
 const char* const OwnLibraryName = "libMarvane.so";
+const bool ThreadsRunWhileProcessEnds = true;
 
 namespace {
 
@@ -195,10 +195,27 @@ namespace {
 /// The owner is kept beside the mutex, so that leaving one that is not held can be refused without asking it.
 struct RecursiveMutex
 {
-    pthread_mutex_t Handle;
+    pthread_mutex_t Handle = {};
     std::atomic<std::uint32_t> Owner = 0;
     unsigned Depth = 0;
 };
+
+// The first mutex of the library lasts to the end of the process, and goes with the library if that is unloaded.
+constinit RecursiveMutex FirstMutex;
+constinit std::atomic<bool> FirstMutexTaken = false;
+
+RecursiveMutex* AllocateMutex()
+{
+    return FirstMutexTaken.exchange(true) ? new RecursiveMutex : &FirstMutex;
+}
+
+void FreeMutex(RecursiveMutex* mutex)
+{
+    if (mutex == &FirstMutex)
+        FirstMutexTaken = false;
+    else
+        delete mutex;
+}
 
 timespec FromNow(int milliseconds)
 {
@@ -217,13 +234,16 @@ timespec FromNow(int milliseconds)
 
 Mutex CreateRecursiveMutex()
 {
-    auto mutex = std::make_unique<RecursiveMutex>();
+    RecursiveMutex* const mutex = AllocateMutex();
     pthread_mutexattr_t attributes;
     pthread_mutexattr_init(&attributes);
     pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
     const int failure = pthread_mutex_init(&mutex->Handle, &attributes);
     pthread_mutexattr_destroy(&attributes);
-    return failure == 0 ? mutex.release() : nullptr;
+    if (failure == 0)
+        return mutex;
+    FreeMutex(mutex);
+    return nullptr;
 }
 
 bool LockMutex(Mutex mutex, int milliseconds)
@@ -262,7 +282,7 @@ void DestroyMutex(Mutex mutex)
         return;
     auto* const recursive = static_cast<RecursiveMutex*>(mutex);
     pthread_mutex_destroy(&recursive->Handle);
-    delete recursive;
+    FreeMutex(recursive);
 }
 
 bool ReleaseSemaphoreCount(Mutex)

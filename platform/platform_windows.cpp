@@ -16,6 +16,7 @@ namespace marvane::platform {
 
 const char PathSeparator = '\\';
 const char* const OwnLibraryName = "Marvane.dll";
+const bool ThreadsRunWhileProcessEnds = false;
 
 namespace {
 

@@ -41,6 +41,18 @@ DiagnosticSource FromCLog(DebugLevel level, const char* function, std::uint32_t 
     return {level, Subsystem::GENERAL, "lib/CLog", function, line};
 }
 
+/// Level of a subsystem in the table in force. Without a table, or with one that can't be read, errors and
+/// warnings are written.
+std::int32_t ActiveLevel(Subsystem subsystem)
+{
+    const auto index = static_cast<std::size_t>(subsystem);
+    if (ActiveLevelTable && LevelsFromConfig)
+        return ActiveLevelTable[index];
+    std::int32_t level = 0;
+    return ActiveLevelTable && LevelFile().Read(index, level) ? level
+                                                              : static_cast<std::int32_t>(DebugLevel::Warn);
+}
+
 void InsertTime(std::ostream& record)
 {
     using namespace std::chrono;
@@ -90,9 +102,7 @@ bool CLog::Wanted(DebugLevel level, Subsystem subsystem)
     LogMutexHold hold;
     if (!ActiveLevelTable)
         EnsureLevelTable();
-    const auto number = static_cast<std::int32_t>(level);
-    return ActiveLevelTable ? ActiveLevelTable[static_cast<std::size_t>(subsystem)] >= number
-                            : level <= DebugLevel::Warn;
+    return ActiveLevel(subsystem) >= static_cast<std::int32_t>(level);
 }
 
 bool CLog::EnsureLevelTable()

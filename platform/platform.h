@@ -132,6 +132,9 @@ public:
     /// The words, as other processes may change them at any time; null if not mapped.
     const volatile std::int32_t* Words() const { return words_; }
 
+    /// Reads a word. False if it is not mapped, or if another process has cut the file short of it.
+    bool Read(std::size_t index, std::int32_t& value) const;
+
 private:
     const volatile std::int32_t* words_ = nullptr;
     std::size_t mappedBytes_ = 0;

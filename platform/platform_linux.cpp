@@ -11,6 +11,7 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace marvane::platform {
@@ -180,6 +181,24 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
     return words_ != nullptr;
 }
 
+bool SharedWords::Read(std::size_t index, std::int32_t& value) const
+{
+    if (!words_)
+        return false;
+    // To touch what was cut off would end the process; asked for a copy, the kernel declines.
+    const iovec word = {const_cast<std::int32_t*>(words_ + index), sizeof value};
+    const iovec copy = {&value, sizeof value};
+    if (process_vm_readv(getpid(), &copy, 1, &word, 1, 0) == static_cast<ssize_t>(sizeof value))
+        return true;
+    struct stat status;
+    if (errno == EFAULT || fstat(descriptor_, &status) != 0 ||
+        status.st_size < static_cast<off_t>(mappedBytes_))
+        return false;
+    // The kernel, or a sandbox, knows no such copies.
+    value = words_[index];
+    return true;
+}
+
 void SharedWords::Close()
 {
     if (words_)
@@ -200,7 +219,8 @@ struct RecursiveMutex
     unsigned Depth = 0;
 };
 
-// The first mutex of the library lasts to the end of the process, and goes with the library if that is unloaded.
+// The first mutex of the library lasts to the end of the process, and goes with the library if that is
+// unloaded.
 constinit RecursiveMutex FirstMutex;
 constinit std::atomic<bool> FirstMutexTaken = false;
 

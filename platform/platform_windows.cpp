@@ -235,6 +235,13 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
     return words_ != nullptr;
 }
 
+bool SharedWords::Read(std::size_t index, std::int32_t& value) const
+{
+    // A copy that fails where the file is gone, on a network drive say; to touch it would end the process.
+    return words_ && ReadProcessMemory(GetCurrentProcess(), const_cast<const std::int32_t*>(words_ + index),
+                                       &value, sizeof value, nullptr);
+}
+
 void SharedWords::Close()
 {
     if (words_)

@@ -107,8 +107,8 @@ void RemoveFile(const std::string& path);
 /// inherit it. Null on failure.
 std::FILE* OpenLogStream(const std::string& path);
 
-/// Opens a text file of a fixed name in a temporary folder, "w" or "a". Follows no symbolic link, is
-/// readable for its owner alone, is not inherited. Null on failure.
+/// Opens a text file of a fixed name in a temporary folder, "w" or "a". Follows no symbolic link, takes
+/// nothing but a file, is readable for its owner alone, is not inherited. Null on failure.
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode);
 
 /// Opens a text file for reading, shared with other readers. Null on failure.

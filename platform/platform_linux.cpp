@@ -147,7 +147,14 @@ std::FILE* OpenLogStream(const std::string& path)
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode)
 {
     const int placement = *mode == 'a' ? O_APPEND : O_TRUNC;
-    return OpenStream(path, mode, O_WRONLY | O_CREAT | O_NOFOLLOW | placement, 0600);
+    // Anybody may have put something there: not to wait at a pipe, O_NONBLOCK; files are the same with it.
+    std::FILE* const stream =
+        OpenStream(path, mode, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | placement, 0600);
+    struct stat status;
+    if (!stream || (fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode)))
+        return stream;
+    std::fclose(stream);
+    return nullptr;
 }
 
 std::FILE* OpenForReading(const std::string& path)

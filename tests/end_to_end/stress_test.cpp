@@ -13,7 +13,7 @@ namespace marvane::testing {
 namespace {
 
 constexpr UNUM32 CallingThreads = 8;
-constexpr UNUM32 RoundsOfCalls = 15;
+constexpr UNUM32 RoundsOfCalls = 12;
 constexpr UNUM32 EventThreads = 2;
 constexpr UNUM32 ReportThreads = 2;
 constexpr UNUM32 EventsEach = 150;
@@ -156,20 +156,6 @@ std::uintptr_t Given(const std::vector<SeenCall>& calls, const std::string& func
     return 0;
 }
 
-/// A whole log whose files stand in the order of their making: by year, month, day and time of the names.
-std::string LogInOrder(const Session& session)
-{
-    std::map<std::string, std::string> byStamp;
-    for (const std::string& name : session.LogNames()) {
-        const std::string stamp = name.substr(std::string("D-PDU_API_Logger_").size());
-        byStamp[stamp.substr(6, 4) + stamp.substr(3, 2) + stamp.substr(0, 2) + stamp.substr(10)] = name;
-    }
-    std::string text;
-    for (const auto& [stamp, name] : byStamp)
-        text += FileText(session.LogFolder() / name);
-    return text;
-}
-
 /// A session in which all threads run at once, with what the target saw of it.
 class Stress : public ::testing::Test
 {
@@ -250,7 +236,7 @@ private:
 TEST_F(Stress, EveryCallEventAndReportIsInTheLogAndEveryLineWhole)
 {
     Run();
-    const LogSummary log = Summarise(LogInOrder(session));
+    const LogSummary log = Summarise(LogInOrder(session.LogFolder()));
     EXPECT_EQ(WrongLines(log), "");
     EXPECT_EQ(EventsSeen, EventThreads * EventsEach);
     std::map<std::string, std::size_t> expected = seen;

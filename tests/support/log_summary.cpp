@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "decode/decode.h"
+#include "tests/support/temporary_folder.h"
 
 namespace marvane::testing {
 
@@ -103,6 +104,25 @@ private:
 };
 
 } // namespace
+
+std::string LogInOrder(const std::filesystem::path& folder)
+{
+    const std::string family = "D-PDU_API_Logger_";
+    std::map<std::string, std::filesystem::path> byStamp;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        const std::string name = entry.path().filename().string();
+        if (!name.starts_with(family))
+            continue;
+        // By year, month, day and time; the names begin with the day.
+        const std::string stamp = name.substr(family.size());
+        byStamp[stamp.substr(6, 4) + stamp.substr(3, 2) + stamp.substr(0, 2) + stamp.substr(10)] =
+            entry.path();
+    }
+    std::string text;
+    for (const auto& [stamp, path] : byStamp)
+        text += FileText(path);
+    return text;
+}
 
 LogSummary Summarise(std::string_view log)
 {

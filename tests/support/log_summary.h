@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <string_view>
@@ -20,6 +21,9 @@ struct LogSummary
     /// lines of that call.
     std::vector<std::string> Wrong;
 };
+
+/// The API log files of a folder in one text, in the order of their making.
+std::string LogInOrder(const std::filesystem::path& folder);
 
 /// Reads a log of calls that were logged with LogFnCalls 2. A last line without a line end is left out.
 LogSummary Summarise(std::string_view log);

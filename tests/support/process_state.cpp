@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -50,6 +51,11 @@ NoMoreFiles::~NoMoreFiles()
 LargestFile::LargestFile(std::size_t) {}
 LargestFile::~LargestFile() = default;
 bool LargestFile::IsInForce()
+{
+    return false;
+}
+
+bool MakeNamedPipe(const std::string&)
 {
     return false;
 }
@@ -109,6 +115,11 @@ LargestFile::~LargestFile()
 bool LargestFile::IsInForce()
 {
     return true;
+}
+
+bool MakeNamedPipe(const std::string& path)
+{
+    return mkfifo(path.c_str(), 0666) == 0;
 }
 
 WithoutPrivileges::WithoutPrivileges() : former_(geteuid())

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 namespace marvane::testing {
@@ -55,5 +56,8 @@ public:
 private:
     unsigned former_ = 0;
 };
+
+/// Makes a named pipe where files can be one; false where they can't.
+bool MakeNamedPipe(const std::string& path);
 
 } // namespace marvane::testing

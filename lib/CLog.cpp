@@ -5,6 +5,7 @@
 #include <string>
 
 #include "lib/CMutexWindows.h"
+#include "lib/lasting.h"
 #include "platform/platform.h"
 
 namespace marvane {
@@ -21,13 +22,35 @@ constinit bool LevelsFromConfig = false;
 /// The shared level file; a function's static, so that it exists whenever it is first asked for.
 platform::SharedWords& LevelFile()
 {
-    static platform::SharedWords file;
+    constinit static Lasting<platform::SharedWords> place;
+    static platform::SharedWords& file = *new (&place.Held) platform::SharedWords;
     return file;
 }
+
+/// The table goes when the library ends; a thread that still has something to report gets a new one.
+struct LevelTableEnd
+{
+    LevelTableEnd() { MakeLogMutex(); }
+    ~LevelTableEnd() { CLog::ReleaseLevelTable(); }
+};
+
+const LevelTableEnd levelTableEnd;
 
 DiagnosticSource FromCLog(DebugLevel level, const char* function, std::uint32_t line = __builtin_LINE())
 {
     return {level, Subsystem::GENERAL, "lib/CLog", function, line};
+}
+
+/// Level of a subsystem in the table in force. Without a table, or with one that can't be read, errors and
+/// warnings are written.
+std::int32_t ActiveLevel(Subsystem subsystem)
+{
+    const auto index = static_cast<std::size_t>(subsystem);
+    if (ActiveLevelTable && LevelsFromConfig)
+        return ActiveLevelTable[index];
+    std::int32_t level = 0;
+    return ActiveLevelTable && LevelFile().Read(index, level) ? level
+                                                              : static_cast<std::int32_t>(DebugLevel::Warn);
 }
 
 void InsertTime(std::ostream& record)
@@ -79,9 +102,7 @@ bool CLog::Wanted(DebugLevel level, Subsystem subsystem)
     LogMutexHold hold;
     if (!ActiveLevelTable)
         EnsureLevelTable();
-    const auto number = static_cast<std::int32_t>(level);
-    return ActiveLevelTable ? ActiveLevelTable[static_cast<std::size_t>(subsystem)] >= number
-                            : level <= DebugLevel::Warn;
+    return ActiveLevel(subsystem) >= static_cast<std::int32_t>(level);
 }
 
 bool CLog::EnsureLevelTable()

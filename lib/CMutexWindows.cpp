@@ -3,10 +3,44 @@
 #include <algorithm>
 
 #include "lib/CLog.h"
+#include "lib/lasting.h"
 
 namespace marvane {
 
-CMutexWindows LogMutex;
+namespace {
+
+constinit Lasting<CMutexWindows> LogMutexPlace;
+
+} // namespace
+
+// Bound ahead of the making, which may have something to report.
+constinit CMutexWindows& LogMutex = LogMutexPlace.Held;
+
+namespace {
+
+struct LogMutexLife
+{
+    LogMutexLife() { new (&LogMutexPlace.Held) CMutexWindows; }
+    ~LogMutexLife()
+    {
+        if (!platform::ThreadsRunWhileProcessEnds)
+            LogMutex.~CMutexWindows();
+    }
+};
+
+} // namespace
+
+void MakeLogMutex()
+{
+    static const LogMutexLife life;
+}
+
+namespace {
+
+// At load at the latest.
+const bool made = (MakeLogMutex(), true);
+
+} // namespace
 
 CMutexWindows::CMutexWindows()
 {

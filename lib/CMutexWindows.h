@@ -25,8 +25,13 @@ private:
 };
 
 /// The one lock of this library: held while a log file is written, measured or changed and while the
-/// diagnostic log is, never during a call into the target library or the application.
-extern CMutexWindows LogMutex;
+/// diagnostic log is, never during a call into the target library or the application. Usable as long as there
+/// is a thread to use it.
+extern CMutexWindows& LogMutex;
+
+/// Makes LogMutex if that has not been done yet. An object whose constructor calls it may use LogMutex in its
+/// destructor too.
+void MakeLogMutex();
 
 /// Holds LogMutex for a scope. A wait that fails is not looked at: logging never fails a call.
 class LogMutexHold

@@ -1,16 +1,30 @@
 #include "logger/library_path.h"
 
 #include "lib/CMutexWindows.h"
+#include "lib/lasting.h"
+#include "logger/given_back.h"
 #include "logger/settings.h"
 #include "platform/platform.h"
 
 namespace marvane {
 
-std::string TargetLibraryPath;
-std::string LoggerVersionText = "<UNREAD>";
-std::string TargetVersionText = "<UNREAD>";
+namespace {
+
+constinit Lasting<std::string> PathPlace;
+constinit Lasting<std::string> LoggerVersionPlace;
+constinit Lasting<std::string> TargetVersionPlace;
+
+} // namespace
+
+std::string& TargetLibraryPath = *new (&PathPlace.Held) std::string;
+std::string& LoggerVersionText = *new (&LoggerVersionPlace.Held) std::string("<UNREAD>");
+std::string& TargetVersionText = *new (&TargetVersionPlace.Held) std::string("<UNREAD>");
 
 namespace {
+
+const GivenBack PathGivenBack(TargetLibraryPath);
+const GivenBack LoggerVersionGivenBack(LoggerVersionText);
+const GivenBack TargetVersionGivenBack(TargetVersionText);
 
 constexpr std::size_t MostPathCharacters = 260;
 

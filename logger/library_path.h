@@ -10,11 +10,11 @@
 namespace marvane {
 
 /// Full path of the target library, at most 260 characters; kept from one start to the next.
-extern std::string TargetLibraryPath;
+extern std::string& TargetLibraryPath;
 
 /// "R%02d.%03d.%04d.%04d" of the product version, or what stands for a version that was not read.
-extern std::string LoggerVersionText;
-extern std::string TargetVersionText;
+extern std::string& LoggerVersionText;
+extern std::string& TargetVersionText;
 
 /// Works TargetLibraryPath out from the configuration and logs it. False if the folder of this library is
 /// needed and not known.

@@ -1,6 +1,8 @@
 #include "logger/log_files.h"
 
 #include "lib/CMutexWindows.h"
+#include "lib/lasting.h"
+#include "logger/given_back.h"
 #include "logger/log_trimming.h"
 #include "logger/settings.h"
 #include "platform/platform.h"
@@ -9,9 +11,18 @@ namespace marvane {
 
 LogStream ApiLogFile = nullptr;
 LogStream CommsLogFile = nullptr;
-std::string LogDirectory;
 
 namespace {
+
+constinit Lasting<std::string> DirectoryPlace;
+
+} // namespace
+
+std::string& LogDirectory = *new (&DirectoryPlace.Held) std::string;
+
+namespace {
+
+const GivenBack DirectoryGivenBack(LogDirectory);
 
 constexpr const char* ApiBaseName = "D-PDU_API_Logger";
 constexpr const char* CommsBaseName = "D-PDU_API_Comms";
@@ -130,7 +141,7 @@ void WriteToLog(const LogStream& stream, std::string_view text)
 
 void LogCommit(const LogBuffer& text, const LogStream& stream)
 {
-    if (LoggingActive() && stream.load(std::memory_order_relaxed))
+    if (LoggingActive())
         WriteToLog(stream, text.Text());
 }
 

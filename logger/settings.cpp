@@ -1,5 +1,8 @@
 #include "logger/settings.h"
 
+#include "lib/lasting.h"
+#include "logger/given_back.h"
+
 namespace marvane {
 
 const std::array<NumericKeyName, 25> NumericKeyNames = {{
@@ -65,10 +68,19 @@ const std::array<StringKeyName, 30> StringKeyNames = {{
 
 std::atomic<std::uint64_t> DefaultEventCallback = 0;
 std::array<std::atomic<std::uint32_t>, 24> NumericSettings = {};
-std::array<std::string, 31> StringSettings;
 std::atomic<std::uint8_t> Loaded = 0;
 
 namespace {
+
+constinit Lasting<StringValues> StringsPlace;
+
+} // namespace
+
+StringValues& StringSettings = *new (&StringsPlace.Held) StringValues;
+
+namespace {
+
+const GivenBack StringsGivenBack(StringSettings);
 
 int HalfShift(NumericKey key)
 {

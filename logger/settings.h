@@ -69,7 +69,8 @@ extern std::atomic<std::uint64_t> DefaultEventCallback;
 extern std::array<std::atomic<std::uint32_t>, 24> NumericSettings;
 
 /// Guarded by LogMutex. A text that a later configuration lacks keeps its former value.
-extern std::array<std::string, 31> StringSettings;
+using StringValues = std::array<std::string, 31>;
+extern StringValues& StringSettings;
 
 /// The value of a numeric setting now.
 std::uint32_t SharedSetting(NumericKey key);

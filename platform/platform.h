@@ -107,8 +107,8 @@ void RemoveFile(const std::string& path);
 /// inherit it. Null on failure.
 std::FILE* OpenLogStream(const std::string& path);
 
-/// Opens a text file of a fixed name in a temporary folder, "w" or "a". Follows no symbolic link, is
-/// readable for its owner alone, is not inherited. Null on failure.
+/// Opens a text file of a fixed name in a temporary folder, "w" or "a". Follows no symbolic link, takes
+/// nothing but a file, is readable for its owner alone, is not inherited. Null on failure.
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode);
 
 /// Opens a text file for reading, shared with other readers. Null on failure.
@@ -132,12 +132,18 @@ public:
     /// The words, as other processes may change them at any time; null if not mapped.
     const volatile std::int32_t* Words() const { return words_; }
 
+    /// Reads a word. False if it is not mapped, or if another process has cut the file short of it.
+    bool Read(std::size_t index, std::int32_t& value) const;
+
 private:
     const volatile std::int32_t* words_ = nullptr;
     std::size_t mappedBytes_ = 0;
     [[maybe_unused]] void* mapping_ = nullptr;
     int descriptor_ = -1;
 };
+
+/// True where other threads of the process still run while its end destroys static objects.
+extern const bool ThreadsRunWhileProcessEnds;
 
 /// Recursive mutex of the system, or none if it could not be made.
 using Mutex = void*;

@@ -7,17 +7,18 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fnmatch.h>
-#include <memory>
 #include <pthread.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace marvane::platform {
 
 const char PathSeparator = '/';
 const char* const OwnLibraryName = "libMarvane.so";
+const bool ThreadsRunWhileProcessEnds = true;
 
 namespace {
 
@@ -146,7 +147,14 @@ std::FILE* OpenLogStream(const std::string& path)
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode)
 {
     const int placement = *mode == 'a' ? O_APPEND : O_TRUNC;
-    return OpenStream(path, mode, O_WRONLY | O_CREAT | O_NOFOLLOW | placement, 0600);
+    // Anybody may have put something there: not to wait at a pipe, O_NONBLOCK; files are the same with it.
+    std::FILE* const stream =
+        OpenStream(path, mode, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | placement, 0600);
+    struct stat status;
+    if (!stream || (fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode)))
+        return stream;
+    std::fclose(stream);
+    return nullptr;
 }
 
 std::FILE* OpenForReading(const std::string& path)
@@ -180,6 +188,24 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
     return words_ != nullptr;
 }
 
+bool SharedWords::Read(std::size_t index, std::int32_t& value) const
+{
+    if (!words_)
+        return false;
+    // To touch what was cut off would end the process; asked for a copy, the kernel declines.
+    const iovec word = {const_cast<std::int32_t*>(words_ + index), sizeof value};
+    const iovec copy = {&value, sizeof value};
+    if (process_vm_readv(getpid(), &copy, 1, &word, 1, 0) == static_cast<ssize_t>(sizeof value))
+        return true;
+    struct stat status;
+    if (errno == EFAULT || fstat(descriptor_, &status) != 0 ||
+        status.st_size < static_cast<off_t>(mappedBytes_))
+        return false;
+    // The kernel, or a sandbox, knows no such copies.
+    value = words_[index];
+    return true;
+}
+
 void SharedWords::Close()
 {
     if (words_)
@@ -195,10 +221,28 @@ namespace {
 /// The owner is kept beside the mutex, so that leaving one that is not held can be refused without asking it.
 struct RecursiveMutex
 {
-    pthread_mutex_t Handle;
+    pthread_mutex_t Handle = {};
     std::atomic<std::uint32_t> Owner = 0;
     unsigned Depth = 0;
 };
+
+// The first mutex of the library lasts to the end of the process, and goes with the library if that is
+// unloaded.
+constinit RecursiveMutex FirstMutex;
+constinit std::atomic<bool> FirstMutexTaken = false;
+
+RecursiveMutex* AllocateMutex()
+{
+    return FirstMutexTaken.exchange(true) ? new RecursiveMutex : &FirstMutex;
+}
+
+void FreeMutex(RecursiveMutex* mutex)
+{
+    if (mutex == &FirstMutex)
+        FirstMutexTaken = false;
+    else
+        delete mutex;
+}
 
 timespec FromNow(int milliseconds)
 {
@@ -217,13 +261,16 @@ timespec FromNow(int milliseconds)
 
 Mutex CreateRecursiveMutex()
 {
-    auto mutex = std::make_unique<RecursiveMutex>();
+    RecursiveMutex* const mutex = AllocateMutex();
     pthread_mutexattr_t attributes;
     pthread_mutexattr_init(&attributes);
     pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
     const int failure = pthread_mutex_init(&mutex->Handle, &attributes);
     pthread_mutexattr_destroy(&attributes);
-    return failure == 0 ? mutex.release() : nullptr;
+    if (failure == 0)
+        return mutex;
+    FreeMutex(mutex);
+    return nullptr;
 }
 
 bool LockMutex(Mutex mutex, int milliseconds)
@@ -262,7 +309,7 @@ void DestroyMutex(Mutex mutex)
         return;
     auto* const recursive = static_cast<RecursiveMutex*>(mutex);
     pthread_mutex_destroy(&recursive->Handle);
-    delete recursive;
+    FreeMutex(recursive);
 }
 
 bool ReleaseSemaphoreCount(Mutex)

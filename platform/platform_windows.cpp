@@ -16,6 +16,7 @@ namespace marvane::platform {
 
 const char PathSeparator = '\\';
 const char* const OwnLibraryName = "Marvane.dll";
+const bool ThreadsRunWhileProcessEnds = false;
 
 namespace {
 
@@ -232,6 +233,13 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
         words_ = static_cast<const volatile std::int32_t*>(
             MapViewOfFile(mapping_, FILE_MAP_ALL_ACCESS, 0, 0, mappedBytes_));
     return words_ != nullptr;
+}
+
+bool SharedWords::Read(std::size_t index, std::int32_t& value) const
+{
+    // A copy that fails where the file is gone, on a network drive say; to touch it would end the process.
+    return words_ && ReadProcessMemory(GetCurrentProcess(), const_cast<const std::int32_t*>(words_ + index),
+                                       &value, sizeof value, nullptr);
 }
 
 void SharedWords::Close()

@@ -82,7 +82,7 @@ Target::~Target()
 T_PDU_ERROR Target::OnCall(void* context, const FakeCall* call)
 {
     auto& self = *static_cast<Target*>(context);
-    {
+    if (self.keeps_) {
         const std::lock_guard hold(self.mutex_);
         self.calls_.push_back({call->Function, {call->Arguments, call->Arguments + call->Count}});
     }

@@ -2,6 +2,7 @@
 // it, and the fake target behind it.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
@@ -51,6 +52,8 @@ public:
     std::vector<SeenCall> TakeCalls();
     /// Names of the calls so far in one line, and forgets them.
     std::string TakeNames();
+    /// Keeps no more calls from now on, for tests that make endlessly many.
+    void Discard() { keeps_ = false; }
 
 private:
     static T_PDU_ERROR OnCall(void* context, const FakeCall* call);
@@ -58,6 +61,7 @@ private:
     platform::Library library_;
     std::mutex mutex_;
     std::vector<SeenCall> calls_;
+    std::atomic<bool> keeps_ = true;
 };
 
 using Settings = std::map<std::string, std::string>;

@@ -1,0 +1,50 @@
+// Ten thousand sessions in one process.
+#include <gtest/gtest.h>
+
+#include "tests/support/process_state.h"
+#include "tests/support/session.h"
+
+namespace marvane::testing {
+namespace {
+
+// Where a cycle takes ten times as long there are fewer; what grows with each shows there too.
+#ifdef MARVANE_SANITIZED
+constexpr int Cycles = 1000;
+#else
+const int Cycles = platform::PathSeparator == '/' ? 10000 : 1000;
+#endif
+
+void RunCycles(Session& session, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        ASSERT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+        CHAR8 name[] = "CP_Baudrate";
+        UNUM32 id = 0;
+        ASSERT_EQ(session.Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name, &id), PDU_STATUS_NOERROR);
+        ASSERT_EQ(session.Api().PDURegisterEventCallback(1, 2, nullptr), PDU_STATUS_NOERROR);
+        ASSERT_EQ(session.Api().PDUDestruct(), PDU_STATUS_NOERROR);
+        // The sole log file is appended to in each; 10,000 headers need not fill the disk.
+        if (i % 500 == 499)
+            std::filesystem::remove(session.LogFolder() / session.LogNames().at(0));
+    }
+}
+
+TEST(FaultCycles, OfConstructAndDestructLeaveNoHandleOpenAndNoMemoryTaken)
+{
+    Session session({{"LogFileMaxNum", "0"}});
+    session.Fake().Discard();
+    RunCycles(session, 200);
+    const std::size_t handles = OpenHandles();
+    const std::size_t memory = MemoryInUse();
+    RunCycles(session, Cycles);
+    EXPECT_EQ(OpenHandles(), handles);
+#ifndef MARVANE_SANITIZED
+    // A sanitizer keeps what was freed; it has a leak check of its own.
+    EXPECT_LT(MemoryInUse(), memory + 40 * static_cast<std::size_t>(Cycles));
+#else
+    static_cast<void>(memory);
+#endif
+}
+
+} // namespace
+} // namespace marvane::testing

@@ -1,0 +1,204 @@
+// The process itself: it ends while threads still call, it is killed, there is another one in the folder.
+#include <atomic>
+#include <cstdlib>
+#include <ctime>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/child_process.h"
+#include "tests/support/log_summary.h"
+#include "tests/support/session.h"
+
+namespace marvane::testing {
+namespace {
+
+std::atomic<UNUM32> Rounds[3];
+
+/// Starts a thread that goes on until the process ends.
+template <class Action> void StartEndless(std::atomic<UNUM32>& round, Action action)
+{
+    std::thread([&round, action] {
+        for (;;)
+            action(++round);
+    }).detach();
+}
+
+/// Waits until each of the threads has gone some way further.
+void AwaitRounds()
+{
+    for (const std::atomic<UNUM32>& round : Rounds)
+        for (const UNUM32 until = round + 100; round < until;)
+            std::this_thread::yield();
+}
+
+void Ignore(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
+
+CALLBACKFNC RegisteredTrap(Session& session)
+{
+    session.Fake().TakeCalls();
+    session.Api().PDURegisterEventCallback(1, 2, Ignore);
+    return reinterpret_cast<CALLBACKFNC>(
+        static_cast<std::uintptr_t>(session.Fake().TakeCalls().at(0).Arguments[2]));
+}
+
+/// A session that nobody ends, with threads that nobody stops: they go on while the process takes itself
+/// apart.
+void LeaveThreadsBehind(Changes changes)
+{
+    // What is registered ahead of the library's loading runs behind the library's own end.
+    std::atexit(AwaitRounds);
+    static Session* const session = new Session(changes);
+    session->Construct();
+    static const CALLBACKFNC trap = RegisteredTrap(*session);
+    session->Fake().Discard();
+    StartEndless(Rounds[0], [](UNUM32 i) { session->Api().PDULockResource(1, i, 3); });
+    StartEndless(Rounds[1], [](UNUM32 i) { session->Api().PDUConnect(1, i); });
+    StartEndless(Rounds[2], [](UNUM32) { trap(PDU_EVT_DATA_AVAILABLE, 1, 2, nullptr, nullptr); });
+    AwaitRounds();
+}
+
+TEST(FaultProcess, MayEndWhileThreadsStillCallAndEventsStillCome)
+{
+    if (!ChildRole().empty())
+        return LeaveThreadsBehind({{"LogCbCalls", "1"}});
+    const TemporaryFolder folder;
+    ChildProcess child("leaving", folder);
+    EXPECT_EQ(child.Wait(), 0) << child.Output();
+}
+
+TEST(FaultProcess, MayEndWhileTheLogFileChangesAtEveryCall)
+{
+    if (!ChildRole().empty())
+        return LeaveThreadsBehind({{"LogCbCalls", "1"},
+                                   {"LogFileMaxSize", "1"},
+                                   {"LogFileMaxNum", "2"},
+                                   {"ShortName", std::string(60, 'n')}});
+    const TemporaryFolder folder;
+    ChildProcess child("leaving", folder);
+    EXPECT_EQ(child.Wait(), 0) << child.Output();
+}
+
+/// Logs calls without end, and writes into a journal beside the log which ones have returned.
+[[noreturn]] void CallUntilKilled(Changes changes)
+{
+    const std::string journalPath = (std::filesystem::temp_directory_path() / "journal").string();
+    Session session(changes);
+    session.Construct();
+    session.Fake().Discard();
+    std::FILE* const journal = std::fopen(journalPath.c_str(), "wb");
+    for (UNUM32 i = 0;; ++i) {
+        session.Api().PDULockResource(1, i, 3);
+        std::fputc('.', journal);
+        std::fflush(journal);
+    }
+}
+
+/// The log folder of the one session that a child process had in its folder.
+std::filesystem::path LogFolderOfChild(const TemporaryFolder& folder)
+{
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path()))
+        if (entry.path().filename() == "logs")
+            return entry.path();
+    return {};
+}
+
+/// Kills a child once it has made so many calls; expects each finished call in the log and every line whole.
+void ExpectNothingLostWhenKilled(const TemporaryFolder& folder, std::uintmax_t calls)
+{
+    ChildProcess child("calling", folder);
+    const auto journal = folder.Path() / "journal";
+    std::error_code none;
+    while (!(std::filesystem::exists(journal) && std::filesystem::file_size(journal, none) >= calls))
+        std::this_thread::yield();
+    child.Kill();
+    EXPECT_NE(child.Wait(), 0);
+    const std::size_t finished = FileBytes(journal).size();
+    const LogSummary log = Summarise(LogInOrder(LogFolderOfChild(folder)));
+    EXPECT_EQ(WrongLines(log), "");
+    EXPECT_GE(finished, calls);
+    EXPECT_GE(log.Exits.at("PDULockResource"), finished);
+    EXPECT_LE(log.Entries.at("PDULockResource"), finished + 1);
+    EXPECT_GE(log.Entries.at("PDULockResource"), log.Exits.at("PDULockResource"));
+}
+
+class FaultKilled : public ::testing::TestWithParam<int>
+{
+};
+
+TEST_P(FaultKilled, AtAnyMomentWithLogFlushOneLosesNoLine)
+{
+    if (!ChildRole().empty())
+        CallUntilKilled({});
+    const TemporaryFolder folder;
+    ExpectNothingLostWhenKilled(folder, static_cast<std::uintmax_t>(GetParam()));
+}
+
+TEST_P(FaultKilled, WhileTheLogFileChangesLosesNoLine)
+{
+    if (!ChildRole().empty())
+        CallUntilKilled({{"LogFileMaxSize", "9000"}, {"LogFileMaxNum", "1000"}});
+    const TemporaryFolder folder;
+    ExpectNothingLostWhenKilled(folder, static_cast<std::uintmax_t>(GetParam()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, FaultKilled, ::testing::Values(1, 50, 333));
+
+/// Makes calls and expects what the target answers.
+void ExpectUnchangedCalls(Session& session, UNUM32 count)
+{
+    session.Fake().Answer = [](const FakeCall& call) {
+        return call.Count > 1 ? static_cast<T_PDU_ERROR>(call.Arguments[1]) : PDU_STATUS_NOERROR;
+    };
+    for (UNUM32 i = 0; i < count; ++i)
+        ASSERT_EQ(session.Api().PDULockResource(1, i, 3), i);
+}
+
+TEST(FaultTwoProcesses, InOneFolderTrimEachOthersFilesAndBothGoOn)
+{
+    if (!ChildRole().empty()) {
+        const std::string shared = (std::filesystem::temp_directory_path() / "shared").string();
+        Session session({{"LogFileDir", shared}, {"LogFileMaxSize", "9000"}, {"LogFileMaxNum", "1"}});
+        EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+        ExpectUnchangedCalls(session, 300);
+        return;
+    }
+    const TemporaryFolder folder;
+    ChildProcess first("first", folder);
+    ChildProcess second("second", folder);
+    EXPECT_EQ(first.Wait(), 0) << first.Output();
+    EXPECT_EQ(second.Wait(), 0) << second.Output();
+}
+
+TEST(FaultTwoProcesses, ThatStartInDifferentSecondsHaveAWholeFileEach)
+{
+    if (!ChildRole().empty()) {
+        const std::string shared = (std::filesystem::temp_directory_path() / "shared").string();
+        Session session({{"LogFileDir", shared}, {"LogFileMaxNum", "9"}});
+        EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+        ExpectUnchangedCalls(session, 200);
+        return;
+    }
+    const TemporaryFolder folder;
+    const auto shared = folder.Path() / "shared";
+    ChildProcess first("first", folder);
+    std::error_code none;
+    while (std::filesystem::directory_iterator(shared, none) == std::filesystem::directory_iterator())
+        std::this_thread::yield();
+    for (const std::time_t second = std::time(nullptr); std::time(nullptr) == second;)
+        std::this_thread::yield();
+    ChildProcess second("second", folder);
+    EXPECT_EQ(first.Wait(), 0) << first.Output();
+    EXPECT_EQ(second.Wait(), 0) << second.Output();
+    std::size_t files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(shared)) {
+        const LogSummary log = Summarise(FileText(entry.path()));
+        EXPECT_EQ(WrongLines(log), "");
+        EXPECT_EQ(log.Exits.at("PDULockResource"), 200u);
+        ++files;
+    }
+    EXPECT_EQ(files, 2u);
+}
+
+} // namespace
+} // namespace marvane::testing

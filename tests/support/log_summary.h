@@ -1,0 +1,34 @@
+// What a whole API log says: the calls in it, and whatever is wrong with its lines.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace marvane::testing {
+
+struct LogSummary
+{
+    std::map<std::string, std::size_t> Entries; ///< "+" lines by function
+    std::map<std::string, std::size_t> Exits;   ///< "-" lines by function
+    std::size_t Closings = 0;                   ///< "# name - Changing log file" lines
+    std::size_t Continuations = 0;              ///< "# name - Continuation file" lines
+    std::size_t Reports = 0;                    ///< first lines of comms reports
+    /// Lines without a stamp or of no known kind, and lines of a call that do not follow the same thread's
+    /// lines of that call.
+    std::vector<std::string> Wrong;
+};
+
+/// The API log files of a folder in one text, in the order of their making.
+std::string LogInOrder(const std::filesystem::path& folder);
+
+/// Reads a log of calls that were logged with LogFnCalls 2. A last line without a line end is left out.
+LogSummary Summarise(std::string_view log);
+
+/// The lines of `summary.Wrong`, at most ten, in one text.
+std::string WrongLines(const LogSummary& summary);
+
+} // namespace marvane::testing

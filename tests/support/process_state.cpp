@@ -1,0 +1,140 @@
+#include "tests/support/process_state.h"
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include <psapi.h>
+#else
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace marvane::testing {
+
+#ifdef _WIN32
+
+namespace {
+constexpr const char* NullDevice = "NUL";
+} // namespace
+
+std::size_t OpenHandles()
+{
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return count;
+}
+
+std::size_t MemoryInUse()
+{
+    PROCESS_MEMORY_COUNTERS counters = {};
+    K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.PagefileUsage;
+}
+
+NoMoreFiles::NoMoreFiles()
+{
+    // The C library has a table of streams, which all modules of the process share.
+    while (std::FILE* const file = std::fopen(NullDevice, "r"))
+        files_.push_back(file);
+}
+
+NoMoreFiles::~NoMoreFiles()
+{
+    for (std::FILE* const file : files_)
+        std::fclose(file);
+}
+
+LargestFile::LargestFile(std::size_t) {}
+LargestFile::~LargestFile() = default;
+bool LargestFile::IsInForce()
+{
+    return false;
+}
+
+bool MakeNamedPipe(const std::string&)
+{
+    return false;
+}
+
+// Read-only files and folders in use bind whoever runs the tests.
+WithoutPrivileges::WithoutPrivileges() = default;
+WithoutPrivileges::~WithoutPrivileges() = default;
+
+#else
+
+namespace {
+
+std::size_t SetLimit(__rlimit_resource_t resource, std::size_t value)
+{
+    rlimit limit = {};
+    getrlimit(resource, &limit);
+    const std::size_t former = limit.rlim_cur;
+    limit.rlim_cur = value;
+    setrlimit(resource, &limit);
+    return former;
+}
+
+} // namespace
+
+std::size_t OpenHandles()
+{
+    const std::filesystem::directory_iterator all("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
+std::size_t MemoryInUse()
+{
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    std::ifstream("/proc/self/statm") >> total >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+NoMoreFiles::NoMoreFiles() : formerLimit_(SetLimit(RLIMIT_NOFILE, 0)) {}
+
+NoMoreFiles::~NoMoreFiles()
+{
+    SetLimit(RLIMIT_NOFILE, formerLimit_);
+}
+
+LargestFile::LargestFile(std::size_t bytes)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    former_ = SetLimit(RLIMIT_FSIZE, bytes);
+}
+
+LargestFile::~LargestFile()
+{
+    SetLimit(RLIMIT_FSIZE, former_);
+}
+
+bool LargestFile::IsInForce()
+{
+    return true;
+}
+
+bool MakeNamedPipe(const std::string& path)
+{
+    return mkfifo(path.c_str(), 0666) == 0;
+}
+
+WithoutPrivileges::WithoutPrivileges() : former_(geteuid())
+{
+    constexpr uid_t nobody = 65534;
+    if (former_ == 0 && seteuid(nobody) != 0)
+        std::perror("seteuid");
+}
+
+WithoutPrivileges::~WithoutPrivileges()
+{
+    if (former_ == 0 && seteuid(0) != 0)
+        std::perror("seteuid");
+}
+
+#endif
+
+} // namespace marvane::testing

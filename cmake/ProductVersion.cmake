@@ -27,7 +27,7 @@ function(exact_exports target)
     target_link_options(${target} PRIVATE -Wl,--exclude-all-symbols)
   else()
     target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_SOURCE_DIR}/cmake/exports.map
-                        -Wl,-Bsymbolic -Wl,-z,relro -Wl,-z,now)
+                        -Wl,-Bsymbolic)
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/exports.map)
   endif()
 endfunction()

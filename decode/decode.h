@@ -37,7 +37,7 @@ inline constexpr int DirectionOut = 1;
 
 constexpr std::size_t IndentIndex(int direction, int level)
 {
-    return static_cast<std::size_t>(direction * 4 + level);
+    return static_cast<std::size_t>(direction) * 4 + static_cast<std::size_t>(level);
 }
 
 /// One decoded line: stamp, indent, text with its line end. Needs logging active and room, no level.

@@ -101,7 +101,7 @@ std::string CConfigData::GetConfigQualifiedName()
     if (path.empty()) {
         path = GetLibQualifiedPathName();
         if (!path.empty())
-            path = path.substr(0, path.rfind(platform::PathSeparator) + 1) + "D_PDU_API_CFG.xml";
+            path.replace(path.rfind(platform::PathSeparator) + 1, std::string::npos, "D_PDU_API_CFG.xml");
     }
     Diagnose(FromClass(DebugLevel::Debug, "ConfigData::GetConfigQualifiedName"), "QualifiedName = ", path);
     return path;

@@ -49,7 +49,7 @@ private:
     std::string ConfigName;
     StringDictionary StringValues;
     NumericDictionary NumericValues;
-    std::int32_t LevelTable[SubsystemCount];
+    std::int32_t LevelTable[SubsystemCount] = {};
     bool UsingConfigLevels = false;
 };
 

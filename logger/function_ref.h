@@ -15,6 +15,7 @@ public:
     FunctionRef() = default;
 
     template <class Callable>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): the requirement leaves copies alone.
     requires(!std::is_same_v<std::remove_cvref_t<Callable>, FunctionRef>) FunctionRef(Callable&& callable)
         : object_(const_cast<void*>(static_cast<const void*>(std::addressof(callable)))),
           call_([](void* object, Arguments... arguments) -> Result {

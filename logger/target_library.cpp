@@ -85,7 +85,7 @@ void LoadTargetLibrary()
         platform::UnloadLibrary(library.Handle);
         return;
     }
-    functions.release();
+    static_cast<void>(functions.release()); // The instance owns it now.
     TargetLibraryHandle = library.Handle;
 }
 

@@ -126,6 +126,7 @@ std::vector<std::string> ElfNeededLibraries(const std::string& path)
                 offsets.push_back(entry.d_un.d_val);
         }
     std::vector<std::string> names;
+    names.reserve(offsets.size());
     for (const std::uint64_t offset : offsets)
         names.push_back(file.TextAt(strings + offset));
     return names;

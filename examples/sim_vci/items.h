@@ -22,7 +22,7 @@ public:
     {
         if (count == 0)
             return nullptr;
-        blocks_.push_back(std::make_unique<std::max_align_t[]>(count * sizeof(Record) / sizeof(std::max_align_t) + 1));
+        blocks_.push_back(std::make_unique<std::byte[]>(count * sizeof(Record)));
         return reinterpret_cast<Record*>(blocks_.back().get());
     }
 
@@ -42,7 +42,7 @@ public:
     }
 
 private:
-    std::vector<std::unique_ptr<std::max_align_t[]>> blocks_;
+    std::vector<std::unique_ptr<std::byte[]>> blocks_;
 };
 
 /// The items that are in the application's hands.

@@ -12,17 +12,35 @@ namespace {
 
 TEST(Exports, AreThe29FunctionsOfTheApiAndNothingElse)
 {
-    const std::vector<std::string> expected = {
-        "PDUCancelComPrimitive",      "PDUConnect",           "PDUConstruct",
-        "PDUCreateComLogicalLink",    "PDUDestroyComLogicalLink", "PDUDestroyItem",
-        "PDUDestruct",                "PDUDisconnect",        "PDUGetComParam",
-        "PDUGetConflictingResources", "PDUGetEventItem",      "PDUGetLastError",
-        "PDUGetModuleIds",            "PDUGetObjectId",       "PDUGetResourceIds",
-        "PDUGetResourceStatus",       "PDUGetStatus",         "PDUGetTimestamp",
-        "PDUGetUniqueRespIdTable",    "PDUGetVersion",        "PDUIoCtl",
-        "PDULockResource",            "PDUModuleConnect",     "PDUModuleDisconnect",
-        "PDURegisterEventCallback",   "PDUSetComParam",       "PDUSetUniqueRespIdTable",
-        "PDUStartComPrimitive",       "PDUUnlockResource"};
+    const std::vector<std::string> expected = {"PDUCancelComPrimitive",
+                                               "PDUConnect",
+                                               "PDUConstruct",
+                                               "PDUCreateComLogicalLink",
+                                               "PDUDestroyComLogicalLink",
+                                               "PDUDestroyItem",
+                                               "PDUDestruct",
+                                               "PDUDisconnect",
+                                               "PDUGetComParam",
+                                               "PDUGetConflictingResources",
+                                               "PDUGetEventItem",
+                                               "PDUGetLastError",
+                                               "PDUGetModuleIds",
+                                               "PDUGetObjectId",
+                                               "PDUGetResourceIds",
+                                               "PDUGetResourceStatus",
+                                               "PDUGetStatus",
+                                               "PDUGetTimestamp",
+                                               "PDUGetUniqueRespIdTable",
+                                               "PDUGetVersion",
+                                               "PDUIoCtl",
+                                               "PDULockResource",
+                                               "PDUModuleConnect",
+                                               "PDUModuleDisconnect",
+                                               "PDURegisterEventCallback",
+                                               "PDUSetComParam",
+                                               "PDUSetUniqueRespIdTable",
+                                               "PDUStartComPrimitive",
+                                               "PDUUnlockResource"};
     EXPECT_EQ(ExportedNames(BuildFolder() + LibraryName("Marvane")), expected);
 }
 
@@ -32,9 +50,21 @@ TEST(Exports, TheWindowsLibraryNeedsLibrariesOfTheSystemOnly)
         GTEST_SKIP() << "on this system the C++ runtime is the system's";
     std::vector<std::string> needed = ImportedLibraries(BuildFolder() + LibraryName("Marvane"));
     EXPECT_FALSE(needed.empty());
-    const std::vector<std::string> known = {"KERNEL32.dll", "SHELL32.dll", "SHLWAPI.dll", "VERSION.dll", "msvcrt.dll"};
-    std::erase_if(needed, [&](const std::string& name) { return std::count(known.begin(), known.end(), name) != 0; });
+    const std::vector<std::string> known = {"ADVAPI32.dll", "KERNEL32.dll", "SHELL32.dll",
+                                            "SHLWAPI.dll",  "VERSION.dll",  "msvcrt.dll"};
+    std::erase_if(needed,
+                  [&](const std::string& name) { return std::count(known.begin(), known.end(), name) != 0; });
     EXPECT_EQ(needed, std::vector<std::string>());
+}
+
+TEST(Exports, TheLibraryAsksForEveryGuardOfTheLinker)
+{
+#ifdef MARVANE_SANITIZED
+    GTEST_SKIP() << "sanitizers bring guards of their own";
+#endif
+    EXPECT_EQ(LinkerGuards(BuildFolder() + LibraryName("Marvane")),
+              platform::PathSeparator == '/' ? "bound at load, read-only relocations, no executable stack"
+                                             : "dynamic base, no execution, high entropy");
 }
 
 } // namespace

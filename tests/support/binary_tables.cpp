@@ -34,8 +34,7 @@ std::size_t PeOffset(const File& file, std::uint32_t address)
 {
     const std::size_t header = file.At<std::uint32_t>(0x3C);
     const std::size_t sections = header + 24 + file.At<std::uint16_t>(header + 20);
-    for (std::size_t i = 0; i < file.At<std::uint16_t>(header + 6); ++i)
-    {
+    for (std::size_t i = 0; i < file.At<std::uint16_t>(header + 6); ++i) {
         const std::size_t section = sections + i * 40;
         const auto start = file.At<std::uint32_t>(section + 12);
         if (address >= start && address < start + file.At<std::uint32_t>(section + 16))
@@ -68,8 +67,7 @@ std::vector<std::string> ElfExports(const File& file)
     constexpr std::size_t symbolSize = 24;
     const auto sections = file.At<std::uint64_t>(40);
     std::vector<std::string> found;
-    for (std::size_t i = 0; i < file.At<std::uint16_t>(60); ++i)
-    {
+    for (std::size_t i = 0; i < file.At<std::uint16_t>(60); ++i) {
         const std::size_t section = sections + i * sectionSize;
         if (file.At<std::uint32_t>(section + 4) != dynamicSymbols)
             continue;
@@ -84,6 +82,56 @@ std::vector<std::string> ElfExports(const File& file)
     return found;
 }
 
+std::string Joined(std::initializer_list<std::pair<bool, const char*>> guards)
+{
+    std::string text;
+    for (const auto& [present, name] : guards)
+        if (present)
+            text += (text.empty() ? "" : ", ") + std::string(name);
+    return text;
+}
+
+std::string PeGuards(const File& file)
+{
+    const std::size_t header = file.At<std::uint32_t>(0x3C);
+    const auto characteristics = file.At<std::uint16_t>(header + 24 + 70);
+    return Joined({{characteristics & 0x40, "dynamic base"},
+                   {characteristics & 0x100, "no execution"},
+                   {characteristics & 0x20, "high entropy"}});
+}
+
+/// The flags of the dynamic section under a tag.
+std::uint64_t ElfDynamicFlags(const File& file, std::size_t section, std::size_t size, std::uint64_t tag)
+{
+    for (std::size_t at = section; at < section + size; at += 16)
+        if (file.At<std::uint64_t>(at) == tag)
+            return file.At<std::uint64_t>(at + 8);
+    return 0;
+}
+
+std::string ElfGuards(const File& file)
+{
+    constexpr std::uint32_t dynamic = 2;
+    constexpr std::uint32_t stack = 0x6474E551;
+    constexpr std::uint32_t readOnlyRelocations = 0x6474E552;
+    constexpr std::uint64_t flagsTag = 0x6FFFFFFB;
+    bool now = false;
+    bool relro = false;
+    bool plainStack = false;
+    for (std::size_t i = 0; i < file.At<std::uint16_t>(56); ++i) {
+        const std::size_t header = file.At<std::uint64_t>(32) + i * 56;
+        const auto type = file.At<std::uint32_t>(header);
+        if (type == dynamic)
+            now = ElfDynamicFlags(file, file.At<std::uint64_t>(header + 8),
+                                  file.At<std::uint64_t>(header + 32), flagsTag) &
+                  1;
+        relro |= type == readOnlyRelocations;
+        plainStack |= type == stack && !(file.At<std::uint32_t>(header + 4) & 1);
+    }
+    return Joined(
+        {{now, "bound at load"}, {relro, "read-only relocations"}, {plainStack, "no executable stack"}});
+}
+
 } // namespace
 
 std::vector<std::string> ExportedNames(const std::string& path)
@@ -92,6 +140,12 @@ std::vector<std::string> ExportedNames(const std::string& path)
     std::vector<std::string> names = file.IsPe() ? PeExports(file) : ElfExports(file);
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::string LinkerGuards(const std::string& path)
+{
+    const File file(path);
+    return file.IsPe() ? PeGuards(file) : ElfGuards(file);
 }
 
 std::vector<std::string> ImportedLibraries(const std::string& path)

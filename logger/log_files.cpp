@@ -19,6 +19,25 @@ constexpr const char* CommsBaseName = "D-PDU_API_Comms";
 // The folder is made once in a process: one that is deleted later is not made again.
 std::atomic<bool> LogDirectoryReady = false;
 
+/// What stands behind the base name of a new file.
+std::string FileEnding()
+{
+    const std::tm now = platform::LocalCalendarTime();
+    char text[40];
+    const std::size_t length = std::strftime(text, sizeof text, "_%d-%m-%Y_%H-%M-%S.LGR", &now);
+    return {text, length};
+}
+
+std::FILE* OpenAtEnd(const std::string& path)
+{
+    std::FILE* stream = platform::OpenLogStream(path);
+    if (stream)
+        std::fseek(stream, 0, SEEK_END);
+    return stream;
+}
+
+} // namespace
+
 bool MakeLogDirectory(const std::string& directory)
 {
     const std::string path = directory.substr(0, 255);
@@ -35,22 +54,7 @@ bool MakeLogDirectory(const std::string& directory)
     return made;
 }
 
-/// What stands behind the base name of a new file.
-std::string FileEnding()
-{
-    const std::tm now = platform::LocalCalendarTime();
-    char text[40];
-    const std::size_t length = std::strftime(text, sizeof text, "_%d-%m-%Y_%H-%M-%S.LGR", &now);
-    return {text, length};
-}
-
-struct LogPaths
-{
-    std::string Api;
-    std::string Comms;
-};
-
-LogPaths ComposePaths(const std::string& directory, bool withComms)
+LogPaths ComposeLogPaths(const std::string& directory, bool withComms)
 {
     std::string soleApi;
     std::string soleComms;
@@ -67,16 +71,6 @@ LogPaths ComposePaths(const std::string& directory, bool withComms)
     return {folder + ApiBaseName + ending, withComms ? directory + CommsBaseName + ending : std::string()};
 }
 
-std::FILE* OpenAtEnd(const std::string& path)
-{
-    std::FILE* stream = platform::OpenLogStream(path);
-    if (stream)
-        std::fseek(stream, 0, SEEK_END);
-    return stream;
-}
-
-} // namespace
-
 int OpenLogFile(const std::string& directory)
 {
     if (!LogDirectoryReady) {
@@ -85,7 +79,7 @@ int OpenLogFile(const std::string& directory)
         LogDirectoryReady = true;
     }
     const bool withComms = (Setting(NumericKey::LogCommsFile) & 1) != 0;
-    const LogPaths paths = ComposePaths(directory, withComms);
+    const LogPaths paths = ComposeLogPaths(directory, withComms);
 
     LogMutexHold hold;
     CloseLogFiles();

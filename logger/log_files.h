@@ -22,6 +22,19 @@ extern LogStream CommsLogFile;
 /// Folder of the log files, at most 260 characters; kept for reopening. Guarded by LogMutex.
 extern std::string LogDirectory;
 
+/// Makes a folder with all that lead to it. False if one of them can't be made; those behind it are tried all
+/// the same. An empty name counts as made.
+bool MakeLogDirectory(const std::string& directory);
+
+struct LogPaths
+{
+    std::string Api;
+    std::string Comms; ///< empty without a comms family
+};
+
+/// Trims the old files and composes the paths of the files to open in a folder.
+LogPaths ComposeLogPaths(const std::string& directory, bool withComms);
+
 /// Makes the folder if this process has not done so yet, trims the old files, and opens the log file and,
 /// if so configured, the comms file, both for appending. Returns 0 on success, else 1.
 int OpenLogFile(const std::string& directory);

@@ -71,11 +71,11 @@ void PutText(Output& out, const Directive& directive, const FormatArgument& argu
         return PutPadded(out, directive, "(null)", 6);
     std::size_t length = argument.Length;
     if (length == FormatArgument::UnknownLength) {
-        // What lies behind the room is not even looked at: a text may have no end in sight.
-        const auto room = static_cast<std::size_t>(out.End - out.Position);
-        const void* terminator = std::memchr(argument.Text, 0, room);
+        // What lies behind the room and the width is not even looked at: a text may have no end in sight.
+        const std::size_t reach = std::max(static_cast<std::size_t>(out.End - out.Position), directive.Width);
+        const void* terminator = std::memchr(argument.Text, 0, reach);
         length = terminator ? static_cast<std::size_t>(static_cast<const char*>(terminator) - argument.Text)
-                            : room;
+                            : reach;
     }
     PutPadded(out, directive, argument.Text, length);
 }

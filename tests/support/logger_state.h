@@ -1,0 +1,58 @@
+// The logger's process-wide state for unit tests, without a start of the logger.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "logger/library_path.h"
+#include "logger/log_files.h"
+#include "logger/settings.h"
+#include "tests/support/temporary_folder.h"
+
+namespace marvane::testing {
+
+/// Logging is active, into a file of the test's own; at the end all is as before the first start.
+class LoggerState : public ::testing::Test
+{
+protected:
+    LoggerState()
+    {
+        Reset();
+        SetSetting(NumericKey::LogEnabled, 1);
+        ApiLogFile = std::fopen(LogPath().c_str(), "w");
+    }
+    ~LoggerState() override
+    {
+        CloseLogFiles();
+        Reset();
+    }
+
+    std::string LogPath() const { return folder / "api.log"; }
+
+    /// The log so far, with what was not flushed yet.
+    std::string Log() const
+    {
+        std::fflush(ApiLogFile);
+        return FileText(LogPath());
+    }
+
+    const TemporaryFolder folder;
+
+private:
+    static void Reset()
+    {
+        for (const NumericKeyName& key : NumericKeyNames)
+            SetSetting(key.Key, key.Default);
+        for (std::string& text : StringSettings)
+            text.clear();
+        Loaded = 0;
+        LogDirectory.clear();
+        TargetLibraryPath.clear();
+        LoggerVersionText = "<UNREAD>";
+        TargetVersionText = "<UNREAD>";
+    }
+};
+
+} // namespace marvane::testing

@@ -44,7 +44,7 @@ DecoderFrame ResultFrame(CallText& text);
 /// One decoded line of a call, if the frame's gate is open.
 template <class... Arguments>
 void GatedLine(const DecoderFrame& frame, std::string_view prefix,
-               std::type_identity_t<LogFormat<Arguments...>> format, const Arguments&... arguments)
+               const std::type_identity_t<LogFormat<Arguments...>>& format, const Arguments&... arguments)
 {
     if (frame.IsOpen())
         DecodeLine<Arguments...>(frame, prefix, format, arguments...);

@@ -2,19 +2,20 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace marvane {
 
 void LogBuffer::Append(std::string_view text, LineEnd lineEnd)
 {
     const std::size_t length = std::min(text.size(), Capacity - length_);
-    std::memcpy(text_ + length_, text.data(), length);
+    CopyText(text_ + length_, text.data(), length);
     Finish(text_ + length_ + length, lineEnd);
 }
 
-void LogBuffer::Append(std::string_view format, const FormatArgument* arguments, LineEnd lineEnd)
+void LogBuffer::Append(const FormattedText& text, LineEnd lineEnd)
 {
-    Finish(FormatText(text_ + length_, text_ + Capacity, format, arguments), lineEnd);
+    Finish(FormatText(text_ + length_, text_ + Capacity, text), lineEnd);
 }
 
 void LogBuffer::Finish(char* end, LineEnd lineEnd)
@@ -36,22 +37,21 @@ void LogStamp(LogBuffer& text, const FrameTime& time)
 
 ShortText HandleText(UNUM32 handle)
 {
-    ShortText result;
-    const FormatArgument number[] = {handle};
-    char* const end = handle == PDU_HANDLE_UNDEF
-                          ? FormatText(result.text_, std::end(result.text_), "<PDU_HANDLE_UNDEF>", nullptr)
-                          : FormatText(result.text_, std::end(result.text_), "0x%08X", number);
-    result.length_ = static_cast<std::size_t>(end - result.text_);
+    if (handle == PDU_HANDLE_UNDEF)
+        return ShortText("<PDU_HANDLE_UNDEF>");
+    ShortText result("0x");
+    PutHex(result.text_ + result.length_, handle, UpperCase);
+    result.length_ += 8;
     return result;
 }
 
 ShortText UridText(UNUM32 identifier)
 {
-    ShortText result;
+    if (identifier == PDU_ID_UNDEF)
+        return ShortText("<PDU_ID_UNDEF>");
+    ShortText result("");
     const FormatArgument number[] = {identifier};
-    char* const end = identifier == PDU_ID_UNDEF
-                          ? FormatText(result.text_, std::end(result.text_), "<PDU_ID_UNDEF>", nullptr)
-                          : FormatText(result.text_, std::end(result.text_), "%u", number);
+    char* const end = FormatText(result.text_, std::end(result.text_), "%u", number);
     result.length_ = static_cast<std::size_t>(end - result.text_);
     return result;
 }

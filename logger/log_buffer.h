@@ -8,6 +8,7 @@
 
 #include "logger/log_format.h"
 #include "logger/settings.h"
+#include "logger/text_copy.h"
 #include "platform/platform.h"
 
 namespace marvane {
@@ -44,7 +45,7 @@ public:
     /// Adds one statement's text, cut at the capacity, and the marker when it reaches the reserve.
     /// The caller has tested HasRoom.
     void Append(std::string_view text, LineEnd lineEnd = LineEnd::No);
-    void Append(std::string_view format, const FormatArgument* arguments, LineEnd lineEnd);
+    void Append(const FormattedText& text, LineEnd lineEnd);
 
 private:
     void Finish(char* end, LineEnd lineEnd);
@@ -58,16 +59,16 @@ static_assert(LogBuffer::Capacity + LogBuffer::Marker.size() < LogBuffer::Size);
 namespace log_buffer_detail {
 
 template <class... Arguments>
-void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, std::string_view format,
+void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const LogFormat<Arguments...>& format,
                const Arguments&... arguments)
 {
     if (!LoggingActive() || !text.HasRoom())
         return;
     if constexpr (sizeof...(Arguments) == 0)
-        text.Append(format, lineEnd);
+        text.Append(format.Text(), lineEnd);
     else {
         const FormatArgument list[] = {FormatArgument(arguments)...};
-        text.Append(format, list, lineEnd);
+        text.Append({format.Text(), format.Pieces(), list, sizeof...(Arguments)}, lineEnd);
     }
 }
 
@@ -75,18 +76,18 @@ void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, std::string_view for
 
 /// One log statement: formats onto the end of the text if logging is active and there is room.
 template <class... Arguments>
-void LogAppend(LogBuffer& text, std::type_identity_t<LogFormat<Arguments...>> format,
+void LogAppend(LogBuffer& text, const std::type_identity_t<LogFormat<Arguments...>>& format,
                const Arguments&... arguments)
 {
-    log_buffer_detail::Statement(text, LogBuffer::LineEnd::No, format.Text(), arguments...);
+    log_buffer_detail::Statement<Arguments...>(text, LogBuffer::LineEnd::No, format, arguments...);
 }
 
 /// The same with a line end that belongs to the statement.
 template <class... Arguments>
-void LogAppendLine(LogBuffer& text, std::type_identity_t<LogFormat<Arguments...>> format,
+void LogAppendLine(LogBuffer& text, const std::type_identity_t<LogFormat<Arguments...>>& format,
                    const Arguments&... arguments)
 {
-    log_buffer_detail::Statement(text, LogBuffer::LineEnd::Yes, format.Text(), arguments...);
+    log_buffer_detail::Statement<Arguments...>(text, LogBuffer::LineEnd::Yes, format, arguments...);
 }
 
 /// The stamp with which every line begins: time and calling thread.
@@ -96,14 +97,18 @@ void LogStamp(LogBuffer& text, const FrameTime& time);
 class ShortText
 {
 public:
-    ShortText() = default;
     operator std::string_view() const { return {text_, length_}; }
 
 private:
+    explicit ShortText(std::string_view text) : length_(text.size())
+    {
+        CopyText(text_, text.data(), length_);
+    }
+
     friend ShortText HandleText(UNUM32 handle);
     friend ShortText UridText(UNUM32 identifier);
     char text_[20];
-    std::size_t length_ = 0;
+    std::size_t length_;
 };
 
 /// "<PDU_HANDLE_UNDEF>", or eight hexadecimal digits behind "0x".

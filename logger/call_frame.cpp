@@ -86,7 +86,7 @@ DecoderFrame ResultFrame(CallText& text)
 void ReadFrameTime(CallText& text)
 {
     if (LoggingActive())
-        text.Time = platform::ReadLocalTime();
+        text.Time = FrameTime::Now();
 }
 
 void LogEntry(CallText& text, const char* name)

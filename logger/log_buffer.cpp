@@ -29,10 +29,57 @@ void LogBuffer::Finish(char* end, LineEnd lineEnd)
     }
 }
 
+namespace {
+
+constexpr std::size_t MillisecondsColumn = 10;
+
+void PutMilliseconds(char* stamp, unsigned milliseconds)
+{
+    stamp[MillisecondsColumn] = static_cast<char>('0' + milliseconds / 100);
+    PutTwoDigits(stamp + MillisecondsColumn + 1, milliseconds % 100);
+}
+
+void PutStamp(char* stamp, const platform::LocalTime& time, std::uint32_t thread)
+{
+    std::memcpy(stamp, "{00:00:00.000 - 00000000} ", 26);
+    PutTwoDigits(stamp + 1, time.Hour);
+    PutTwoDigits(stamp + 4, time.Minute);
+    PutTwoDigits(stamp + 7, time.Second);
+    PutMilliseconds(stamp, time.Milliseconds);
+    PutHex(stamp + 16, thread, UpperCase);
+}
+
+} // namespace
+
+FrameTime::FrameTime(std::uint16_t hour, std::uint16_t minute, std::uint16_t second,
+                     std::uint16_t milliseconds)
+    : isSet_(true)
+{
+    PutStamp(stamp_, {hour, minute, second, milliseconds}, platform::CurrentThreadId());
+}
+
+FrameTime FrameTime::Now()
+{
+    platform::ThreadClock& clock = platform::ReadThreadClock();
+    static_assert(sizeof clock.Text >= StampLength);
+    if (clock.Text[0] == 0)
+        PutStamp(clock.Text, clock.Local, clock.ThreadId);
+    else
+        PutMilliseconds(clock.Text, clock.Local.Milliseconds);
+    FrameTime now;
+    std::memcpy(now.stamp_, clock.Text, StampLength);
+    now.isSet_ = true;
+    return now;
+}
+
 void LogStamp(LogBuffer& text, const FrameTime& time)
 {
-    LogAppend(text, "{%02u:%02u:%02u.%03u - %08X} ", time.Hour, time.Minute, time.Second, time.Milliseconds,
-              platform::CurrentThreadId());
+    if (!LoggingActive() || !text.HasRoom())
+        return;
+    // Logging may have become active in mid-call.
+    if (!time.IsSet())
+        return text.Append(FrameTime(0, 0, 0, 0).Stamp());
+    text.Append(time.Stamp());
 }
 
 ShortText HandleText(UNUM32 handle)

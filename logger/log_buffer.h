@@ -13,7 +13,25 @@
 
 namespace marvane {
 
-using FrameTime = platform::LocalTime;
+/// The local time of a phase together with the calling thread, as the stamp that its lines begin with.
+class FrameTime
+{
+public:
+    /// No time has been read.
+    FrameTime() = default;
+    FrameTime(std::uint16_t hour, std::uint16_t minute, std::uint16_t second, std::uint16_t milliseconds);
+    static FrameTime Now();
+
+    bool IsSet() const { return isSet_; }
+    /// "{14:03:07.250 - 00001A2C} ".
+    std::string_view Stamp() const { return {stamp_, StampLength}; }
+
+private:
+    static constexpr std::size_t StampLength = 26;
+
+    char stamp_[StampLength];
+    bool isSet_ = false;
+};
 
 /// Buffer of one call's text, on the stack of that call. Statements are dropped once the reserve is
 /// reached; a marker tells so, once.

@@ -28,9 +28,30 @@ struct LocalTime
     std::uint16_t Milliseconds;
 };
 
-/// Reads the clock. Derives the local time without a time-zone look-up on each call; a change of the
-/// zone's offset shows in the second in which it comes.
-LocalTime ReadLocalTime();
+/// What a thread knows of the time: the moment that it read last. A new second is broken down anew, so a
+/// change of the zone's offset shows in the second in which it comes, and a second is looked up in the zone's
+/// rules but once.
+struct ThreadClock
+{
+    std::int64_t Second = -1; ///< since 1970
+    LocalTime Local = {};
+    std::uint32_t ThreadId = 0;
+    /// For the caller to keep a text of this second in. Its first character is 0 in a new second, and in a
+    /// forked child.
+    char Text[32] = {};
+};
+
+/// Reads the clock into the calling thread's own record.
+ThreadClock& ReadThreadClock();
+
+/// Sets a record to a moment. What stands behind ReadThreadClock, for a moment that is not now.
+void SetThreadClock(ThreadClock& clock, std::int64_t second, unsigned milliseconds);
+
+/// Reads the clock.
+inline LocalTime ReadLocalTime()
+{
+    return ReadThreadClock().Local;
+}
 
 /// Broken-down local time of now, with a resolution of seconds.
 std::tm LocalCalendarTime();

@@ -21,10 +21,17 @@ const char* const OwnLibraryName = "libMarvane.so";
 
 namespace {
 
-thread_local std::uint32_t ThreadId = 0;
+thread_local constinit ThreadClock OwnClock;
 
 // A forked child's one thread has an id of its own.
-const int ForkHandler = pthread_atfork(nullptr, nullptr, [] { ThreadId = 0; });
+const int ForkHandler = pthread_atfork(nullptr, nullptr, [] { OwnClock = {}; });
+
+std::uint32_t IdOf(ThreadClock& clock)
+{
+    if (clock.ThreadId == 0)
+        clock.ThreadId = static_cast<std::uint32_t>(syscall(SYS_gettid));
+    return clock.ThreadId;
+}
 
 std::FILE* OpenStream(const std::string& path, const char* mode, int flags, mode_t permissions)
 {
@@ -39,23 +46,29 @@ std::FILE* OpenStream(const std::string& path, const char* mode, int flags, mode
 
 } // namespace
 
-LocalTime ReadLocalTime()
+void SetThreadClock(ThreadClock& clock, std::int64_t second, unsigned milliseconds)
+{
+    if (second != clock.Second) {
+        const std::time_t moment = second;
+        std::tm calendar;
+        localtime_r(&moment, &calendar);
+        clock.Second = second;
+        clock.Local.Hour = static_cast<std::uint16_t>(calendar.tm_hour);
+        clock.Local.Minute = static_cast<std::uint16_t>(calendar.tm_min);
+        clock.Local.Second = static_cast<std::uint16_t>(calendar.tm_sec);
+        clock.Text[0] = 0;
+    }
+    clock.Local.Milliseconds = static_cast<std::uint16_t>(milliseconds);
+}
+
+ThreadClock& ReadThreadClock()
 {
     timespec now;
     clock_gettime(CLOCK_REALTIME, &now);
-    // Broken down once a second, so a change of the zone's offset shows in the second in which it comes.
-    thread_local std::time_t brokenDown = -1;
-    thread_local LocalTime local = {};
-    if (now.tv_sec != brokenDown) {
-        std::tm calendar;
-        localtime_r(&now.tv_sec, &calendar);
-        local.Hour = static_cast<std::uint16_t>(calendar.tm_hour);
-        local.Minute = static_cast<std::uint16_t>(calendar.tm_min);
-        local.Second = static_cast<std::uint16_t>(calendar.tm_sec);
-        brokenDown = now.tv_sec;
-    }
-    local.Milliseconds = static_cast<std::uint16_t>(now.tv_nsec / 1000000);
-    return local;
+    ThreadClock& clock = OwnClock;
+    IdOf(clock);
+    SetThreadClock(clock, now.tv_sec, static_cast<unsigned>(now.tv_nsec) / 1000000);
+    return clock;
 }
 
 std::tm LocalCalendarTime()
@@ -75,9 +88,7 @@ std::tm UtcCalendarTime(std::time_t seconds)
 
 std::uint32_t CurrentThreadId()
 {
-    if (ThreadId == 0)
-        ThreadId = static_cast<std::uint32_t>(syscall(SYS_gettid));
-    return ThreadId;
+    return IdOf(OwnClock);
 }
 
 std::size_t PointerText(const void* pointer, char (&out)[PointerTextSize])

@@ -19,6 +19,10 @@ const char* const OwnLibraryName = "Marvane.dll";
 
 namespace {
 
+// The clock counts tenths of a microsecond from the year 1601 on.
+constexpr std::uint64_t TicksASecond = 10000000;
+constexpr std::int64_t SecondsTo1970 = 11644473600;
+
 /// The module that holds this code.
 HMODULE OwnModule()
 {
@@ -43,11 +47,32 @@ std::string ErrorText(DWORD error)
 
 } // namespace
 
-LocalTime ReadLocalTime()
+void SetThreadClock(ThreadClock& clock, std::int64_t second, unsigned milliseconds)
 {
-    SYSTEMTIME now;
-    GetLocalTime(&now);
-    return {now.wHour, now.wMinute, now.wSecond, now.wMilliseconds};
+    if (second != clock.Second) {
+        SYSTEMTIME utc;
+        SYSTEMTIME local;
+        const std::uint64_t ticks = static_cast<std::uint64_t>(second + SecondsTo1970) * TicksASecond;
+        const FILETIME time = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+        if (!FileTimeToSystemTime(&time, &utc) || !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local))
+            GetLocalTime(&local);
+        clock.Second = second;
+        clock.Local = {local.wHour, local.wMinute, local.wSecond, 0};
+        clock.Text[0] = 0;
+    }
+    clock.Local.Milliseconds = static_cast<std::uint16_t>(milliseconds);
+}
+
+ThreadClock& ReadThreadClock()
+{
+    thread_local constinit ThreadClock clock;
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    const std::uint64_t ticks = std::uint64_t{now.dwHighDateTime} << 32 | now.dwLowDateTime;
+    clock.ThreadId = GetCurrentThreadId();
+    SetThreadClock(clock, static_cast<std::int64_t>(ticks / TicksASecond) - SecondsTo1970,
+                   static_cast<unsigned>(ticks % TicksASecond / 10000));
+    return clock;
 }
 
 std::tm LocalCalendarTime()

@@ -8,7 +8,7 @@ namespace marvane {
 
 namespace {
 
-T_PDU_ERROR AnswerNotLoaded(const char* name)
+T_PDU_ERROR AnswerNotLoaded(std::string_view name)
 {
     if (IsLoaded()) {
         CallText text;
@@ -43,7 +43,7 @@ void LogExitLine(const CallForm& call, CallText& text, T_PDU_ERROR status)
 
 } // namespace
 
-T_PDU_ERROR LogCall(const CallForm& call)
+T_PDU_ERROR LogWholeCall(const CallForm& call)
 {
     const CPduDll* const target = TargetLibrary();
     if (!target)
@@ -89,19 +89,23 @@ void ReadFrameTime(CallText& text)
         text.Time = FrameTime::Now();
 }
 
-void LogEntry(CallText& text, const char* name)
+void LogEntry(CallText& text, std::string_view name)
 {
     LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "+ %s", name);
+    LogJoined(text.Buffer, "+ ", name);
 }
 
-void LogExit(CallText& text, const char* name, T_PDU_ERROR status)
+void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status)
 {
     LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "- %s<%s (0x%04X)>\n", name, StatusText(status), status);
+    // What most calls return is not looked up.
+    if (status == PDU_STATUS_NOERROR)
+        LogJoined(text.Buffer, "- ", name, "<PDU_STATUS_NOERROR (0x0000)>\n");
+    else
+        LogAppend(text.Buffer, "- %s<%s (0x%04X)>\n", name, StatusText(status), status);
 }
 
-void LogNotLoaded(CallText& text, const char* name)
+void LogNotLoaded(CallText& text, std::string_view name)
 {
     LogStamp(text.Buffer, text.Time);
     LogAppend(text.Buffer, "%s", name);
@@ -115,7 +119,7 @@ void CommitEntry(CallText& text)
         WriteToLog(ApiLogFile, text.Buffer.Text());
 }
 
-void CloseCallOut(CallText& text, const char* name)
+void CloseCallOut(CallText& text, std::string_view name)
 {
     if (!LoggingActive())
         return;

@@ -1,32 +1,24 @@
 #include "logger/log_buffer.h"
 
-#include <algorithm>
 #include <cstring>
 #include <iterator>
 
 namespace marvane {
 
-void LogBuffer::Append(std::string_view text, LineEnd lineEnd)
-{
-    const std::size_t length = std::min(text.size(), Capacity - length_);
-    CopyText(text_ + length_, text.data(), length);
-    Finish(text_ + length_ + length, lineEnd);
-}
-
 void LogBuffer::Append(const FormattedText& text, LineEnd lineEnd)
 {
-    Finish(FormatText(text_ + length_, text_ + Capacity, text), lineEnd);
-}
-
-void LogBuffer::Finish(char* end, LineEnd lineEnd)
-{
+    char* end = FormatText(text_ + length_, text_ + Capacity, text);
     if (lineEnd == LineEnd::Yes && end != text_ + Capacity)
         *end++ = '\n';
     length_ = static_cast<std::size_t>(end - text_);
-    if (!HasRoom()) {
-        std::memcpy(end, Marker.data(), Marker.size());
-        length_ += Marker.size();
-    }
+    if (!HasRoom())
+        AddMarker();
+}
+
+void LogBuffer::AddMarker()
+{
+    std::memcpy(text_ + length_, Marker.data(), Marker.size());
+    length_ += Marker.size();
 }
 
 namespace {

@@ -29,7 +29,7 @@ public:
 private:
     static constexpr std::size_t StampLength = 26;
 
-    char stamp_[StampLength];
+    char stamp_[StampLength] = {};
     bool isSet_ = false;
 };
 
@@ -62,11 +62,43 @@ public:
 
     /// Adds one statement's text, cut at the capacity, and the marker when it reaches the reserve.
     /// The caller has tested HasRoom.
-    void Append(std::string_view text, LineEnd lineEnd = LineEnd::No);
+    void Append(std::string_view text, LineEnd lineEnd = LineEnd::No) { Join(lineEnd, text); }
     void Append(const FormattedText& text, LineEnd lineEnd);
 
+    /// The same with a statement that is made of several texts.
+    template <class... Texts> void Join(LineEnd lineEnd, const Texts&... texts)
+    {
+        char* end = text_ + length_;
+        ((end = Put(end, texts)), ...);
+        if (lineEnd == LineEnd::Yes && end != text_ + Capacity)
+            *end++ = '\n';
+        length_ = static_cast<std::size_t>(end - text_);
+        if (!HasRoom())
+            AddMarker();
+    }
+
+    /// Takes the place of a statement of that length, for the caller to put its characters there; null if a
+    /// part of it would come near the reserve.
+    char* Take(std::size_t length)
+    {
+        if (length_ + length + Reserve >= Capacity)
+            return nullptr;
+        length_ += length;
+        return text_ + length_ - length;
+    }
+
 private:
-    void Finish(char* end, LineEnd lineEnd);
+    char* Put(char* end, std::string_view text)
+    {
+        const auto room = static_cast<std::size_t>(text_ + Capacity - end);
+        if (text.size() <= room) {
+            CopyText(end, text.data(), text.size());
+            return end + text.size();
+        }
+        CopyText(end, text.data(), room);
+        return end + room;
+    }
+    void AddMarker();
 
     std::size_t length_ = 0;
     char text_[Size];
@@ -106,6 +138,14 @@ void LogAppendLine(LogBuffer& text, const std::type_identity_t<LogFormat<Argumen
                    const Arguments&... arguments)
 {
     log_buffer_detail::Statement<Arguments...>(text, LogBuffer::LineEnd::Yes, format, arguments...);
+}
+
+/// One log statement that puts texts behind each other.
+inline void LogJoined(LogBuffer& text, std::string_view first, std::string_view second,
+                      std::string_view third = {})
+{
+    if (LoggingActive() && text.HasRoom())
+        text.Join(LogBuffer::LineEnd::No, first, second, third);
 }
 
 /// The stamp with which every line begins: time and calling thread.

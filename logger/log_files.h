@@ -3,16 +3,16 @@
 
 #include <atomic>
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <string_view>
 
 #include "logger/log_buffer.h"
+#include "logger/log_file.h"
 
 namespace marvane {
 
 /// An open log stream, or none. Changed under LogMutex only; whether it exists may be looked at without.
-using LogStream = std::atomic<std::FILE*>;
+using LogStream = std::atomic<LogFile*>;
 
 /// The log of the calls.
 extern LogStream ApiLogFile;

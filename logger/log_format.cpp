@@ -150,7 +150,13 @@ char* FormatText(char* out, char* end, const FormattedText& text)
         const FormatPiece& piece = text.Pieces[i];
         output.Put(position, piece.Literal);
         position += piece.Literal + piece.Length;
-        PutArgument(output, piece, text.Arguments[i]);
+        const FormatArgument& argument = text.Arguments[i];
+        // What most directives are.
+        if (piece.Conversion == 's' && piece.Width == 0 && argument.Text &&
+            argument.Length != FormatArgument::UnknownLength)
+            output.Put(argument.Text, argument.Length);
+        else
+            PutArgument(output, piece, argument);
     }
     output.Put(position, static_cast<std::size_t>(text.Format.end() - position));
     return output.Position;

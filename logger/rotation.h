@@ -7,10 +7,10 @@ namespace marvane {
 
 /// Changes the log file if both limits are set and it is larger than LogFileMaxSize. `name` is the function
 /// after whose call this happens. Uses up the call's text.
-void CheckRotation(CallText& text, const char* name);
+void CheckRotation(CallText& text, std::string_view name);
 
 /// Changes the log file: a last line in the old one, a first line and a header in the new one. No other
 /// thread writes meanwhile.
-void ChangeLogFile(CallText& text, const char* name);
+void ChangeLogFile(CallText& text, std::string_view name);
 
 } // namespace marvane

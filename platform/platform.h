@@ -124,9 +124,25 @@ std::vector<std::string> FindFiles(const std::string& pattern);
 /// Removes a file; the result is not told.
 void RemoveFile(const std::string& path);
 
+/// An open file without a buffer.
+using File = int;
+inline constexpr File NoFile = -1;
+
 /// Opens a log file for appending, text mode; others can read it meanwhile, child processes do not
-/// inherit it. Null on failure.
-std::FILE* OpenLogStream(const std::string& path);
+/// inherit it. NoFile on failure.
+File OpenLogFile(const std::string& path);
+
+/// Writes two texts behind each other, by one system call where there is one for that; the result is not
+/// told.
+void WriteToFile(File file, std::string_view first, std::string_view second);
+
+/// Size that a text has in a file, with the system's line ends.
+std::size_t SizeInFile(std::string_view text);
+
+/// Size of a file in bytes, whoever wrote them.
+std::uint64_t FileSize(File file);
+
+void CloseFile(File file);
 
 /// Opens a text file of a fixed name in a temporary folder, "w" or "a". Follows no symbolic link, is
 /// readable for its owner alone, is not inherited. Null on failure.

@@ -7,11 +7,13 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fnmatch.h>
-#include <memory>
+#include <linux/futex.h>
+#include <new>
 #include <pthread.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace marvane::platform {
@@ -149,9 +151,42 @@ void RemoveFile(const std::string& path)
     std::remove(path.c_str());
 }
 
-std::FILE* OpenLogStream(const std::string& path)
+File OpenLogFile(const std::string& path)
 {
-    return OpenStream(path, "a", O_WRONLY | O_CREAT | O_APPEND, 0666);
+    return open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+}
+
+void WriteToFile(File file, std::string_view first, std::string_view second)
+{
+    while (!first.empty() || !second.empty()) {
+        const iovec parts[] = {{const_cast<char*>(first.data()), first.size()},
+                               {const_cast<char*>(second.data()), second.size()}};
+        const ssize_t written = first.empty() ? write(file, second.data(), second.size())
+                                              : writev(file, parts, second.empty() ? 1 : 2);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return;
+        const auto ofFirst = std::min(first.size(), static_cast<std::size_t>(written));
+        first.remove_prefix(ofFirst);
+        second.remove_prefix(static_cast<std::size_t>(written) - ofFirst);
+    }
+}
+
+std::size_t SizeInFile(std::string_view text)
+{
+    return text.size();
+}
+
+std::uint64_t FileSize(File file)
+{
+    const off_t end = lseek(file, 0, SEEK_END);
+    return end < 0 ? 0 : static_cast<std::uint64_t>(end);
+}
+
+void CloseFile(File file)
+{
+    close(file);
 }
 
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode)
@@ -203,13 +238,45 @@ void SharedWords::Close()
 
 namespace {
 
-/// The owner is kept beside the mutex, so that leaving one that is not held can be refused without asking it.
+/// A word that is taken by an exchange, and slept at only when that fails for a while. The owner is kept
+/// beside it: it may take the mutex again, and nobody else may leave it.
 struct RecursiveMutex
 {
-    pthread_mutex_t Handle;
-    std::atomic<std::uint32_t> Owner = 0;
+    enum : std::uint32_t
+    {
+        Free,
+        Taken,
+        Awaited ///< taken, and somebody may sleep
+    };
+    std::atomic<std::uint32_t> State = Free;
+    std::atomic<pthread_t> Owner = 0;
     unsigned Depth = 0;
 };
+
+constexpr int Spins = 100;
+
+bool Take(RecursiveMutex& mutex)
+{
+    std::uint32_t expected = RecursiveMutex::Free;
+    return mutex.State.compare_exchange_strong(expected, RecursiveMutex::Taken, std::memory_order_acquire,
+                                               std::memory_order_relaxed);
+}
+
+/// Waits until a point of the system's clock, or without end.
+bool WaitFor(RecursiveMutex& mutex, const timespec* until)
+{
+    for (int i = 0; i < Spins; ++i) {
+        __builtin_ia32_pause();
+        if (mutex.State.load(std::memory_order_relaxed) == RecursiveMutex::Free && Take(mutex))
+            return true;
+    }
+    while (mutex.State.exchange(RecursiveMutex::Awaited, std::memory_order_acquire) != RecursiveMutex::Free)
+        if (syscall(SYS_futex, &mutex.State, FUTEX_WAIT_BITSET_PRIVATE | FUTEX_CLOCK_REALTIME,
+                    RecursiveMutex::Awaited, until, nullptr, FUTEX_BITSET_MATCH_ANY) == -1 &&
+            errno == ETIMEDOUT)
+            return false;
+    return true;
+}
 
 timespec FromNow(int milliseconds)
 {
@@ -228,30 +295,24 @@ timespec FromNow(int milliseconds)
 
 Mutex CreateRecursiveMutex()
 {
-    auto mutex = std::make_unique<RecursiveMutex>();
-    pthread_mutexattr_t attributes;
-    pthread_mutexattr_init(&attributes);
-    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-    const int failure = pthread_mutex_init(&mutex->Handle, &attributes);
-    pthread_mutexattr_destroy(&attributes);
-    return failure == 0 ? mutex.release() : nullptr;
+    return new (std::nothrow) RecursiveMutex;
 }
 
 bool LockMutex(Mutex mutex, int milliseconds)
 {
     if (!mutex)
         return false;
-    auto* const recursive = static_cast<RecursiveMutex*>(mutex);
-    if (milliseconds < 0) {
-        if (pthread_mutex_lock(&recursive->Handle) != 0)
-            return false;
-    } else {
-        const timespec until = FromNow(milliseconds);
-        if (pthread_mutex_timedlock(&recursive->Handle, &until) != 0)
-            return false;
+    auto& recursive = *static_cast<RecursiveMutex*>(mutex);
+    const pthread_t self = pthread_self();
+    if (recursive.Owner.load(std::memory_order_relaxed) != self) {
+        if (!Take(recursive)) {
+            const timespec until = FromNow(std::max(milliseconds, 0));
+            if (!WaitFor(recursive, milliseconds < 0 ? nullptr : &until))
+                return false;
+        }
+        recursive.Owner.store(self, std::memory_order_relaxed);
     }
-    recursive->Owner.store(CurrentThreadId(), std::memory_order_relaxed);
-    ++recursive->Depth;
+    ++recursive.Depth;
     return true;
 }
 
@@ -259,21 +320,20 @@ bool UnlockMutex(Mutex mutex)
 {
     if (!mutex)
         return false;
-    auto* const recursive = static_cast<RecursiveMutex*>(mutex);
-    if (recursive->Owner.load(std::memory_order_relaxed) != CurrentThreadId())
+    auto& recursive = *static_cast<RecursiveMutex*>(mutex);
+    if (recursive.Owner.load(std::memory_order_relaxed) != pthread_self())
         return false;
-    if (--recursive->Depth == 0)
-        recursive->Owner.store(0, std::memory_order_relaxed);
-    return pthread_mutex_unlock(&recursive->Handle) == 0;
+    if (--recursive.Depth != 0)
+        return true;
+    recursive.Owner.store(0, std::memory_order_relaxed);
+    if (recursive.State.exchange(RecursiveMutex::Free, std::memory_order_release) == RecursiveMutex::Awaited)
+        syscall(SYS_futex, &recursive.State, FUTEX_WAKE_PRIVATE, 1);
+    return true;
 }
 
 void DestroyMutex(Mutex mutex)
 {
-    if (!mutex)
-        return;
-    auto* const recursive = static_cast<RecursiveMutex*>(mutex);
-    pthread_mutex_destroy(&recursive->Handle);
-    delete recursive;
+    delete static_cast<RecursiveMutex*>(mutex);
 }
 
 bool ReleaseSemaphoreCount(Mutex)

@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -218,14 +219,41 @@ void RemoveFile(const std::string& path)
     std::remove(path.c_str());
 }
 
-std::FILE* OpenLogStream(const std::string& path)
+File OpenLogFile(const std::string& path)
 {
-    // N: child processes do not inherit it.
-    return _fsopen(path.c_str(), "atN", _SH_DENYNO);
+    File file = NoFile;
+    constexpr int flags = _O_WRONLY | _O_CREAT | _O_APPEND | _O_TEXT | _O_NOINHERIT;
+    if (_sopen_s(&file, path.c_str(), flags, _SH_DENYNO, _S_IREAD | _S_IWRITE) != 0)
+        return NoFile;
+    return file;
+}
+
+void WriteToFile(File file, std::string_view first, std::string_view second)
+{
+    for (const std::string_view text : {first, second})
+        if (!text.empty())
+            _write(file, text.data(), static_cast<unsigned>(text.size()));
+}
+
+std::size_t SizeInFile(std::string_view text)
+{
+    return text.size() + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+std::uint64_t FileSize(File file)
+{
+    const __int64 size = _filelengthi64(file);
+    return size < 0 ? 0 : static_cast<std::uint64_t>(size);
+}
+
+void CloseFile(File file)
+{
+    _close(file);
 }
 
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode)
 {
+    // N: child processes do not inherit it.
     return _fsopen(path.c_str(), (std::string(mode) + "tN").c_str(), _SH_DENYNO);
 }
 

@@ -30,7 +30,7 @@ void LogEntryLine(const CallForm& call, CallText& text)
         else if (text.Buffer.HasRoom())
             call.arguments(text.Buffer);
     }
-    LogAppend(text.Buffer, "\n");
+    LogJoined(text.Buffer, "\n", {});
 }
 
 void LogExitLine(const CallForm& call, CallText& text, T_PDU_ERROR status)
@@ -91,18 +91,16 @@ void ReadFrameTime(CallText& text)
 
 void LogEntry(CallText& text, std::string_view name)
 {
-    LogStamp(text.Buffer, text.Time);
-    LogJoined(text.Buffer, "+ ", name);
+    LogStamped(text.Buffer, text.Time, "+ ", name);
 }
 
 void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status)
 {
-    LogStamp(text.Buffer, text.Time);
     // What most calls return is not looked up.
     if (status == PDU_STATUS_NOERROR)
-        LogJoined(text.Buffer, "- ", name, "<PDU_STATUS_NOERROR (0x0000)>\n");
-    else
-        LogAppend(text.Buffer, "- %s<%s (0x%04X)>\n", name, StatusText(status), status);
+        return LogStamped(text.Buffer, text.Time, "- ", name, "<PDU_STATUS_NOERROR (0x0000)>\n");
+    LogStamp(text.Buffer, text.Time);
+    LogAppend(text.Buffer, "- %s<%s (0x%04X)>\n", name, StatusText(status), status);
 }
 
 void LogNotLoaded(CallText& text, std::string_view name)

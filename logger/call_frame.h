@@ -45,7 +45,8 @@ inline T_PDU_ERROR LogCall(const CallForm& call)
     if (!hasHooks && !LoggingActive() && Setting(NumericKey::LogFileMaxSize) == 0)
         if (const CPduDll* const target = TargetLibrary())
             return call.forward(*target);
-    return LogWholeCall(call);
+    // A copy, so that the form itself need not stand in memory on the short way.
+    return LogWholeCall(CallForm(call));
 }
 
 /// Levels and text for the decoders of arguments and of results.

@@ -74,6 +74,24 @@ void LogStamp(LogBuffer& text, const FrameTime& time)
     text.Append(time.Stamp());
 }
 
+void LogStamped(LogBuffer& text, const FrameTime& time, std::string_view first, std::string_view second,
+                std::string_view third)
+{
+    if (!LoggingActive())
+        return;
+    const std::string_view stamp = time.Stamp();
+    const std::size_t length = stamp.size() + first.size() + second.size() + third.size();
+    char* place = time.IsSet() ? text.Take(length) : nullptr;
+    if (!place) {
+        LogStamp(text, time);
+        return LogJoined(text, first, second, third);
+    }
+    for (const std::string_view part : {stamp, first, second, third}) {
+        CopyText(place, part.data(), part.size());
+        place += part.size();
+    }
+}
+
 ShortText HandleText(UNUM32 handle)
 {
     if (handle == PDU_HANDLE_UNDEF)
@@ -89,8 +107,7 @@ ShortText UridText(UNUM32 identifier)
     if (identifier == PDU_ID_UNDEF)
         return ShortText("<PDU_ID_UNDEF>");
     ShortText result("");
-    const FormatArgument number[] = {identifier};
-    char* const end = FormatText(result.text_, std::end(result.text_), "%u", number);
+    char* const end = FormatText<UNUM32>(result.text_, std::end(result.text_), "%u", identifier);
     result.length_ = static_cast<std::size_t>(end - result.text_);
     return result;
 }

@@ -151,6 +151,10 @@ inline void LogJoined(LogBuffer& text, std::string_view first, std::string_view 
 /// The stamp with which every line begins: time and calling thread.
 void LogStamp(LogBuffer& text, const FrameTime& time);
 
+/// The stamp, and behind it a statement that puts texts behind each other.
+void LogStamped(LogBuffer& text, const FrameTime& time, std::string_view first, std::string_view second = {},
+                std::string_view third = {});
+
 /// A short text by value, for the argument list of a statement.
 class ShortText
 {

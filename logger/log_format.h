@@ -176,6 +176,14 @@ struct FormattedText
 /// A null text prints as "(null)".
 char* FormatText(char* out, char* end, const FormattedText& text);
 
+template <class... Arguments>
+char* FormatText(char* out, char* end, const std::type_identity_t<LogFormat<Arguments...>>& format,
+                 const Arguments&... arguments)
+{
+    const FormatArgument list[] = {FormatArgument(arguments)...};
+    return FormatText(out, end, FormattedText{format.Text(), format.Pieces(), list, sizeof...(Arguments)});
+}
+
 /// The same for a format that is known only now.
 char* FormatText(char* out, char* end, std::string_view format, const FormatArgument* arguments);
 

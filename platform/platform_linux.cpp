@@ -26,7 +26,13 @@ namespace {
 thread_local constinit ThreadClock OwnClock;
 
 // A forked child's one thread has an id of its own.
-const int ForkHandler = pthread_atfork(nullptr, nullptr, [] { OwnClock = {}; });
+const int ForkHandler = pthread_atfork(nullptr, nullptr, [] { OwnClock = ThreadClock(); });
+
+/// Not inlined, since the compiler would find the place of a thread's variables anew at each use.
+[[gnu::noinline]] ThreadClock& ClockOfThread()
+{
+    return OwnClock;
+}
 
 std::uint32_t IdOf(ThreadClock& clock)
 {
@@ -67,7 +73,7 @@ ThreadClock& ReadThreadClock()
 {
     timespec now;
     clock_gettime(CLOCK_REALTIME, &now);
-    ThreadClock& clock = OwnClock;
+    ThreadClock& clock = ClockOfThread();
     IdOf(clock);
     SetThreadClock(clock, now.tv_sec, static_cast<unsigned>(now.tv_nsec) / 1000000);
     return clock;
@@ -90,7 +96,7 @@ std::tm UtcCalendarTime(std::time_t seconds)
 
 std::uint32_t CurrentThreadId()
 {
-    return IdOf(OwnClock);
+    return IdOf(ClockOfThread());
 }
 
 std::size_t PointerText(const void* pointer, char (&out)[PointerTextSize])
@@ -262,22 +268,6 @@ bool Take(RecursiveMutex& mutex)
                                                std::memory_order_relaxed);
 }
 
-/// Waits until a point of the system's clock, or without end.
-bool WaitFor(RecursiveMutex& mutex, const timespec* until)
-{
-    for (int i = 0; i < Spins; ++i) {
-        __builtin_ia32_pause();
-        if (mutex.State.load(std::memory_order_relaxed) == RecursiveMutex::Free && Take(mutex))
-            return true;
-    }
-    while (mutex.State.exchange(RecursiveMutex::Awaited, std::memory_order_acquire) != RecursiveMutex::Free)
-        if (syscall(SYS_futex, &mutex.State, FUTEX_WAIT_BITSET_PRIVATE | FUTEX_CLOCK_REALTIME,
-                    RecursiveMutex::Awaited, until, nullptr, FUTEX_BITSET_MATCH_ANY) == -1 &&
-            errno == ETIMEDOUT)
-            return false;
-    return true;
-}
-
 timespec FromNow(int milliseconds)
 {
     timespec until;
@@ -289,6 +279,24 @@ timespec FromNow(int milliseconds)
         until.tv_nsec -= 1000000000L;
     }
     return until;
+}
+
+/// Waits at most some milliseconds, or without end if negative.
+[[gnu::noinline]] bool WaitFor(RecursiveMutex& mutex, int milliseconds)
+{
+    const timespec end = FromNow(std::max(milliseconds, 0));
+    const timespec* const until = milliseconds < 0 ? nullptr : &end;
+    for (int i = 0; i < Spins; ++i) {
+        __builtin_ia32_pause();
+        if (mutex.State.load(std::memory_order_relaxed) == RecursiveMutex::Free && Take(mutex))
+            return true;
+    }
+    while (mutex.State.exchange(RecursiveMutex::Awaited, std::memory_order_acquire) != RecursiveMutex::Free)
+        if (syscall(SYS_futex, &mutex.State, FUTEX_WAIT_BITSET_PRIVATE | FUTEX_CLOCK_REALTIME,
+                    RecursiveMutex::Awaited, until, nullptr, FUTEX_BITSET_MATCH_ANY) == -1 &&
+            errno == ETIMEDOUT)
+            return false;
+    return true;
 }
 
 } // namespace
@@ -305,11 +313,8 @@ bool LockMutex(Mutex mutex, int milliseconds)
     auto& recursive = *static_cast<RecursiveMutex*>(mutex);
     const pthread_t self = pthread_self();
     if (recursive.Owner.load(std::memory_order_relaxed) != self) {
-        if (!Take(recursive)) {
-            const timespec until = FromNow(std::max(milliseconds, 0));
-            if (!WaitFor(recursive, milliseconds < 0 ? nullptr : &until))
-                return false;
-        }
+        if (!Take(recursive) && !WaitFor(recursive, milliseconds))
+            return false;
         recursive.Owner.store(self, std::memory_order_relaxed);
     }
     ++recursive.Depth;

@@ -45,7 +45,7 @@ template <class... Arguments>
 void DecodeLine(const DecoderFrame& frame, std::string_view indent,
                 const std::type_identity_t<LogFormat<Arguments...>>& format, const Arguments&... arguments)
 {
-    LogStamped(frame.Text, frame.Time, indent);
+    LogIndented(frame.Text, frame.Time, indent);
     LogAppendLine<Arguments...>(frame.Text, format, arguments...);
 }
 

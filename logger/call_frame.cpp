@@ -91,7 +91,7 @@ void ReadFrameTime(CallText& text)
 
 void LogEntry(CallText& text, std::string_view name)
 {
-    LogStamped(text.Buffer, text.Time, "+ ", name);
+    LogStamped(text.Buffer, text.Time, "+ ", name, {});
 }
 
 void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status)

@@ -54,10 +54,12 @@ FrameTime FrameTime::Now()
 {
     platform::ThreadClock& clock = platform::ReadThreadClock();
     static_assert(sizeof clock.Text >= StampLength);
-    if (clock.Text[0] == 0)
-        PutStamp(clock.Text, clock.Local, clock.ThreadId);
-    else
+    if (clock.Text[0] == 0 || clock.TextMilliseconds != clock.Local.Milliseconds) {
+        if (clock.Text[0] == 0)
+            PutStamp(clock.Text, clock.Local, clock.ThreadId);
         PutMilliseconds(clock.Text, clock.Local.Milliseconds);
+        clock.TextMilliseconds = clock.Local.Milliseconds;
+    }
     FrameTime now;
     std::memcpy(now.stamp_, clock.Text, StampLength);
     now.isSet_ = true;
@@ -74,22 +76,9 @@ void LogStamp(LogBuffer& text, const FrameTime& time)
     text.Append(time.Stamp());
 }
 
-void LogStamped(LogBuffer& text, const FrameTime& time, std::string_view first, std::string_view second,
-                std::string_view third)
+void LogIndented(LogBuffer& text, const FrameTime& time, std::string_view indent)
 {
-    if (!LoggingActive())
-        return;
-    const std::string_view stamp = time.Stamp();
-    const std::size_t length = stamp.size() + first.size() + second.size() + third.size();
-    char* place = time.IsSet() ? text.Take(length) : nullptr;
-    if (!place) {
-        LogStamp(text, time);
-        return LogJoined(text, first, second, third);
-    }
-    for (const std::string_view part : {stamp, first, second, third}) {
-        CopyText(place, part.data(), part.size());
-        place += part.size();
-    }
+    LogStamped(text, time, indent, {}, {});
 }
 
 ShortText HandleText(UNUM32 handle)

@@ -144,7 +144,13 @@ void LogAppendLine(LogBuffer& text, const std::type_identity_t<LogFormat<Argumen
 inline void LogJoined(LogBuffer& text, std::string_view first, std::string_view second,
                       std::string_view third = {})
 {
-    if (LoggingActive() && text.HasRoom())
+    if (!LoggingActive() || !text.HasRoom())
+        return;
+    if (char* place = text.Take(first.size() + second.size() + third.size())) {
+        CopyText(place, first.data(), first.size());
+        CopyText(place += first.size(), second.data(), second.size());
+        CopyText(place += second.size(), third.data(), third.size());
+    } else
         text.Join(LogBuffer::LineEnd::No, first, second, third);
 }
 
@@ -152,8 +158,26 @@ inline void LogJoined(LogBuffer& text, std::string_view first, std::string_view 
 void LogStamp(LogBuffer& text, const FrameTime& time);
 
 /// The stamp, and behind it a statement that puts texts behind each other.
-void LogStamped(LogBuffer& text, const FrameTime& time, std::string_view first, std::string_view second = {},
-                std::string_view third = {});
+inline void LogStamped(LogBuffer& text, const FrameTime& time, std::string_view first,
+                       std::string_view second, std::string_view third)
+{
+    if (!LoggingActive())
+        return;
+    const std::string_view stamp = time.Stamp();
+    const std::size_t length = stamp.size() + first.size() + second.size() + third.size();
+    char* place = time.IsSet() ? text.Take(length) : nullptr;
+    if (!place) {
+        LogStamp(text, time);
+        return LogJoined(text, first, second, third);
+    }
+    CopyText(place, stamp.data(), stamp.size());
+    CopyText(place += stamp.size(), first.data(), first.size());
+    CopyText(place += first.size(), second.data(), second.size());
+    CopyText(place += second.size(), third.data(), third.size());
+}
+
+/// The stamp, and the indent of a decoded line.
+void LogIndented(LogBuffer& text, const FrameTime& time, std::string_view indent);
 
 /// A short text by value, for the argument list of a statement.
 class ShortText

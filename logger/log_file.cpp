@@ -20,22 +20,19 @@ LogFile::~LogFile()
 
 void LogFile::Write(std::string_view text, bool flush)
 {
-    const std::size_t grown = platform::SizeInFile(text);
-    size_ += grown;
-    sizeAge_ += grown;
-    if (!flush && Buffering && text.size() < buffer_.size() - length_) {
-        CopyText(buffer_.data() + length_, text.data(), text.size());
-        length_ += text.size();
-        return;
-    }
-    platform::WriteToFile(file_, {buffer_.data(), length_}, text);
-    length_ = 0;
+    if (flush || !Buffering || text.size() >= buffer_.size() - length_)
+        return WriteOut(text);
+    CopyText(buffer_.data() + length_, text.data(), text.size());
+    length_ += text.size();
 }
 
-void LogFile::Flush()
+void LogFile::WriteOut(std::string_view text)
 {
-    if (length_ != 0)
-        platform::WriteToFile(file_, {buffer_.data(), length_}, {});
+    const std::string_view kept(buffer_.data(), length_);
+    const std::size_t grown = platform::SizeInFile(kept) + platform::SizeInFile(text);
+    platform::WriteToFile(file_, kept, text);
+    size_ += grown;
+    sizeAge_ += grown;
     length_ = 0;
 }
 

@@ -24,7 +24,7 @@ public:
 
     void Write(std::string_view text, bool flush);
     /// Writes the buffer out.
-    void Flush();
+    void Flush() { WriteOut({}); }
     /// Writes the buffer out and tells the size of the file. What others append meanwhile, as a process that
     /// began in the same second may, counts once this file has grown by as much as the buffer holds.
     std::uint64_t FlushedSize();
@@ -34,6 +34,8 @@ public:
 
 private:
     explicit LogFile(platform::File file) : file_(file), size_(platform::FileSize(file)) {}
+
+    void WriteOut(std::string_view text);
 
     static bool Buffering;
 

@@ -12,53 +12,53 @@ namespace marvane {
 
 namespace {
 
+/// Where text is put, and where its place ends. Handed on by value.
 struct Output
 {
     char* Position;
     char* End;
 
     std::size_t Room() const { return static_cast<std::size_t>(End - Position); }
-    void Put(const char* text, std::size_t length)
+    [[nodiscard]] Output Put(const char* text, std::size_t length) const
     {
-        length = std::min(length, Room());
+        if (length > Room())
+            length = Room();
         CopyText(Position, text, length);
-        Position += length;
+        return {Position + length, End};
     }
-    void Fill(char filler, std::size_t count)
+    [[nodiscard]] Output Fill(char filler, std::size_t count) const
     {
         count = std::min(count, Room());
         std::memset(Position, filler, count);
-        Position += count;
+        return {Position + count, End};
     }
 };
 
-void PutPadded(Output& out, const FormatPiece& piece, const char* text, std::size_t length)
+Output PutPadded(Output out, const FormatPiece& piece, const char* text, std::size_t length)
 {
     if (piece.Width <= length)
         return out.Put(text, length);
     const std::size_t padding = piece.Width - length;
-    const bool left = (piece.Flags & FormatPiece::LeftAligned) != 0;
-    if (!left)
-        out.Fill(' ', padding);
-    out.Put(text, length);
-    if (left)
-        out.Fill(' ', padding);
+    if ((piece.Flags & FormatPiece::LeftAligned) != 0)
+        return out.Put(text, length).Fill(' ', padding);
+    return out.Fill(' ', padding).Put(text, length);
 }
 
 /// Length of a text up to its end or as far as it can be seen: it may have no end.
-std::size_t VisibleLength(const Output& out, const FormatPiece& piece, const char* text)
+std::size_t VisibleLength(Output out, const FormatPiece& piece, const char* text)
 {
     const std::size_t reach = std::max<std::size_t>(out.Room(), piece.Width);
     const void* const end = std::memchr(text, 0, reach);
     return end ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : reach;
 }
 
-void PutText(Output& out, const FormatPiece& piece, const FormatArgument& argument)
+Output PutText(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
     if (argument.Text == nullptr && argument.Length != 0)
         return PutPadded(out, piece, "(null)", 6);
     const bool known = argument.Length != FormatArgument::UnknownLength;
-    PutPadded(out, piece, argument.Text, known ? argument.Length : VisibleLength(out, piece, argument.Text));
+    return PutPadded(out, piece, argument.Text,
+                     known ? argument.Length : VisibleLength(out, piece, argument.Text));
 }
 
 std::uint32_t Narrowed(const FormatPiece& piece, std::uint64_t number)
@@ -72,21 +72,17 @@ std::uint32_t Narrowed(const FormatPiece& piece, std::uint64_t number)
     return word;
 }
 
-void PutNumber(Output& out, const FormatPiece& piece, const char* digits, std::size_t length, bool negative)
+/// In front of the digits there is room for the sign.
+Output PutNumber(Output out, const FormatPiece& piece, const char* digits, std::size_t length, bool negative)
 {
-    if ((piece.Flags & (FormatPiece::ZeroPadded | FormatPiece::LeftAligned)) == FormatPiece::ZeroPadded) {
-        if (negative)
-            out.Put("-", 1);
-        const std::size_t used = length + (negative ? 1 : 0);
-        if (piece.Width > used)
-            out.Fill('0', piece.Width - used);
-        return out.Put(digits, length);
-    }
-    // In front of the digits there is room for the sign.
-    PutPadded(out, piece, negative ? digits - 1 : digits, negative ? length + 1 : length);
+    const std::size_t signs = negative ? 1 : 0;
+    if ((piece.Flags & (FormatPiece::ZeroPadded | FormatPiece::LeftAligned)) != FormatPiece::ZeroPadded)
+        return PutPadded(out, piece, digits - signs, length + signs);
+    const std::size_t used = length + signs;
+    return out.Put("-", signs).Fill('0', piece.Width > used ? piece.Width - used : 0).Put(digits, length);
 }
 
-void PutHexadecimal(Output& out, const FormatPiece& piece, const FormatArgument& argument)
+Output PutHexadecimal(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
     const std::uint32_t value = Narrowed(piece, argument.Number);
     char digits[8];
@@ -96,10 +92,10 @@ void PutHexadecimal(Output& out, const FormatPiece& piece, const FormatArgument&
         const std::size_t shown = std::max<std::size_t>(length, piece.Width);
         return out.Put(std::end(digits) - shown, shown);
     }
-    PutNumber(out, piece, std::end(digits) - length, length, false);
+    return PutNumber(out, piece, std::end(digits) - length, length, false);
 }
 
-void PutDecimal(Output& out, const FormatPiece& piece, const FormatArgument& argument)
+Output PutDecimal(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
     std::uint32_t value = Narrowed(piece, argument.Number);
     const bool negative = piece.Conversion == 'd' && (value & 0x80000000) != 0;
@@ -112,16 +108,21 @@ void PutDecimal(Output& out, const FormatPiece& piece, const FormatArgument& arg
         *--first = static_cast<char>('0' + value % 10);
     *--first = static_cast<char>('0' + value);
     first[-1] = '-';
-    PutNumber(out, piece, first, static_cast<std::size_t>(end - first), negative);
+    return PutNumber(out, piece, first, static_cast<std::size_t>(end - first), negative);
 }
 
-void PutPointer(Output& out, const FormatPiece& piece, const FormatArgument& argument)
+Output PutPointer(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
     char text[platform::PointerTextSize];
-    PutPadded(out, piece, text, platform::PointerText(argument.Pointer, text));
+    return PutPadded(out, piece, text, platform::PointerText(argument.Pointer, text));
 }
 
-void PutArgument(Output& out, const FormatPiece& piece, const FormatArgument& argument)
+Output PutCharacter(Output out, const FormatPiece& piece, char character)
+{
+    return PutPadded(out, piece, &character, 1);
+}
+
+Output PutArgument(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
     switch (piece.Conversion) {
     case 's':
@@ -131,10 +132,8 @@ void PutArgument(Output& out, const FormatPiece& piece, const FormatArgument& ar
         return PutHexadecimal(out, piece, argument);
     case 'p':
         return PutPointer(out, piece, argument);
-    case 'c': {
-        const auto character = static_cast<char>(argument.Number);
-        return PutPadded(out, piece, &character, 1);
-    }
+    case 'c':
+        return PutCharacter(out, piece, static_cast<char>(argument.Number));
     default:
         return PutDecimal(out, piece, argument);
     }
@@ -146,20 +145,19 @@ char* FormatText(char* out, char* end, const FormattedText& text)
 {
     Output output{out, end};
     const char* position = text.Format.data();
-    for (std::size_t i = 0; i < text.Count; ++i) {
-        const FormatPiece& piece = text.Pieces[i];
-        output.Put(position, piece.Literal);
-        position += piece.Literal + piece.Length;
-        const FormatArgument& argument = text.Arguments[i];
+    const FormatArgument* argument = text.Arguments;
+    for (const FormatPiece *piece = text.Pieces, *last = piece + text.Count; piece != last;
+         ++piece, ++argument) {
+        output = output.Put(position, piece->Literal);
+        position += piece->Literal + piece->Length;
         // What most directives are.
-        if (piece.Conversion == 's' && piece.Width == 0 && argument.Text &&
-            argument.Length != FormatArgument::UnknownLength)
-            output.Put(argument.Text, argument.Length);
+        if (piece->Conversion == 's' && piece->Width == 0 && argument->Text &&
+            argument->Length != FormatArgument::UnknownLength)
+            output = output.Put(argument->Text, argument->Length);
         else
-            PutArgument(output, piece, argument);
+            output = PutArgument(output, *piece, *argument);
     }
-    output.Put(position, static_cast<std::size_t>(text.Format.end() - position));
-    return output.Position;
+    return output.Put(position, static_cast<std::size_t>(text.Format.end() - position)).Position;
 }
 
 char* FormatText(char* out, char* end, std::string_view format, const FormatArgument* arguments)
@@ -167,10 +165,10 @@ char* FormatText(char* out, char* end, std::string_view format, const FormatArgu
     Output output{out, end};
     while (!format.empty()) {
         const FormatPiece piece = NextPiece(format);
-        output.Put(format.data(), piece.Literal);
+        output = output.Put(format.data(), piece.Literal);
         format.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
         if (piece.Conversion != 0)
-            PutArgument(output, piece, *arguments++);
+            output = PutArgument(output, piece, *arguments++);
     }
     return output.Position;
 }

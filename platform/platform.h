@@ -39,6 +39,7 @@ struct ThreadClock
     /// For the caller to keep a text of this second in. Its first character is 0 in a new second, and in a
     /// forked child.
     char Text[32] = {};
+    std::uint16_t TextMilliseconds = 0;
 };
 
 /// Reads the clock into the calling thread's own record.

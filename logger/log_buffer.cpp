@@ -1,7 +1,6 @@
 #include "logger/log_buffer.h"
 
 #include <cstring>
-#include <iterator>
 
 namespace marvane {
 
@@ -96,8 +95,7 @@ ShortText UridText(UNUM32 identifier)
     if (identifier == PDU_ID_UNDEF)
         return ShortText("<PDU_ID_UNDEF>");
     ShortText result("");
-    char* const end = FormatText<UNUM32>(result.text_, std::end(result.text_), "%u", identifier);
-    result.length_ = static_cast<std::size_t>(end - result.text_);
+    result.length_ = static_cast<std::size_t>(PutDecimal(result.text_, identifier) - result.text_);
     return result;
 }
 

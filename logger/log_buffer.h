@@ -87,6 +87,9 @@ public:
         return text_ + length_ - length;
     }
 
+    /// The statement whose place was taken last ends here.
+    void EndAt(const char* end) { length_ = static_cast<std::size_t>(end - text_); }
+
 private:
     char* Put(char* end, std::string_view text)
     {
@@ -106,7 +109,95 @@ private:
 
 static_assert(LogBuffer::Capacity + LogBuffer::Marker.size() < LogBuffer::Size);
 
+/// A short text by value, for the argument list of a statement.
+class ShortText
+{
+public:
+    operator std::string_view() const { return {text_, length_}; }
+
+    static constexpr std::size_t Most = 24;
+    /// Copies the whole place of the text, whatever its length. Returns the end of the text.
+    char* PutTo(char* out) const
+    {
+        std::memcpy(out, text_, Most);
+        return out + length_;
+    }
+
+private:
+    explicit ShortText(std::string_view text) : length_(text.size())
+    {
+        CopyText(text_, text.data(), length_);
+    }
+
+    friend ShortText HandleText(UNUM32 handle);
+    friend ShortText UridText(UNUM32 identifier);
+    char text_[Most] = {};
+    std::size_t length_;
+};
+
+/// "<PDU_HANDLE_UNDEF>", or eight hexadecimal digits behind "0x".
+ShortText HandleText(UNUM32 handle);
+
+/// "<PDU_ID_UNDEF>", or the response identifier in decimal.
+ShortText UridText(UNUM32 identifier);
+
 namespace log_buffer_detail {
+
+// Arguments whose text has a known limit. They are put where the statement stands, without a list of them.
+constexpr std::size_t MostDigits = 10;
+inline std::size_t Limit(std::uint32_t)
+{
+    return MostDigits;
+}
+inline std::size_t Limit(std::string_view text)
+{
+    return text.size();
+}
+inline std::size_t Limit(const ShortText&)
+{
+    return ShortText::Most;
+}
+
+inline char* PutPlain(char* out, std::uint32_t number)
+{
+    return PutDecimal(out, number);
+}
+inline char* PutPlain(char* out, std::string_view text)
+{
+    CopyText(out, text.data(), text.size());
+    return out + text.size();
+}
+inline char* PutPlain(char* out, const ShortText& text)
+{
+    return text.PutTo(out);
+}
+
+template <class T>
+inline constexpr bool HasLimit =
+    std::is_same_v<T, std::uint32_t> || std::is_same_v<T, std::string_view> || std::is_same_v<T, ShortText>;
+
+template <class... Arguments>
+bool PutPlainStatement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const LogFormat<Arguments...>& format,
+                       const Arguments&... arguments)
+{
+    char* out = text.Take((format.Text().size() + ... + Limit(arguments)) + 1);
+    if (!out)
+        return false;
+    const FormatPiece* piece = format.Pieces();
+    const char* literal = format.Text().data();
+    const auto put = [&](const auto& argument) {
+        out = PutPlain(out, std::string_view(literal, piece->Literal));
+        literal += piece->Literal + piece->Length;
+        ++piece;
+        out = PutPlain(out, argument);
+    };
+    (put(arguments), ...);
+    out = PutPlain(out, std::string_view(literal, static_cast<std::size_t>(format.Text().end() - literal)));
+    if (lineEnd == LogBuffer::LineEnd::Yes)
+        *out++ = '\n';
+    text.EndAt(out);
+    return true;
+}
 
 template <class... Arguments>
 void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const LogFormat<Arguments...>& format,
@@ -115,8 +206,11 @@ void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const LogFormat<Argu
     if (!LoggingActive() || !text.HasRoom())
         return;
     if constexpr (sizeof...(Arguments) == 0)
-        text.Append(format.Text(), lineEnd);
+        return text.Append(format.Text(), lineEnd);
     else {
+        if constexpr ((HasLimit<Arguments> && ...))
+            if (format.IsPlain() && PutPlainStatement(text, lineEnd, format, arguments...))
+                return;
         const FormatArgument list[] = {FormatArgument(arguments)...};
         text.Append({format.Text(), format.Pieces(), list, sizeof...(Arguments)}, lineEnd);
     }
@@ -178,29 +272,5 @@ inline void LogStamped(LogBuffer& text, const FrameTime& time, std::string_view 
 
 /// The stamp, and the indent of a decoded line.
 void LogIndented(LogBuffer& text, const FrameTime& time, std::string_view indent);
-
-/// A short text by value, for the argument list of a statement.
-class ShortText
-{
-public:
-    operator std::string_view() const { return {text_, length_}; }
-
-private:
-    explicit ShortText(std::string_view text) : length_(text.size())
-    {
-        CopyText(text_, text.data(), length_);
-    }
-
-    friend ShortText HandleText(UNUM32 handle);
-    friend ShortText UridText(UNUM32 identifier);
-    char text_[20];
-    std::size_t length_;
-};
-
-/// "<PDU_HANDLE_UNDEF>", or eight hexadecimal digits behind "0x".
-ShortText HandleText(UNUM32 handle);
-
-/// "<PDU_ID_UNDEF>", or the response identifier in decimal.
-ShortText UridText(UNUM32 identifier);
 
 } // namespace marvane

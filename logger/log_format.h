@@ -152,13 +152,18 @@ public:
             if (kinds[i] != format_check::WantedBy(piece.Conversion))
                 format_check::ArgumentDoesNotFitDirective();
             pieces_[i] = piece;
+            const bool plain = piece.Conversion == 's' || piece.Conversion == 'u';
+            isPlain_ = isPlain_ && plain && piece.Width == 0 && piece.Flags == 0 && piece.Halves == 0;
             rest.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
         }
     }
     constexpr std::string_view Text() const { return text_; }
     const FormatPiece* Pieces() const { return pieces_.data(); }
+    /// True if it has only texts and unsigned numbers as they are.
+    constexpr bool IsPlain() const { return isPlain_; }
 
 private:
+    bool isPlain_ = true;
     std::string_view text_;
     std::array<FormatPiece, sizeof...(Arguments)> pieces_ = {};
 };

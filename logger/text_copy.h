@@ -67,6 +67,17 @@ inline void PutHex(char* out, std::uint32_t value, unsigned letters)
     std::memcpy(out, &digits, sizeof digits);
 }
 
+/// Writes a number in decimal. Returns the end of its digits.
+inline char* PutDecimal(char* out, std::uint32_t value)
+{
+    char* end = out + 1;
+    for (std::uint32_t rest = value; rest >= 10; rest /= 10)
+        ++end;
+    for (char* digit = end; digit != out; value /= 10)
+        *--digit = static_cast<char>('0' + value % 10);
+    return end;
+}
+
 /// Writes the two decimal digits of a number below 100.
 inline void PutTwoDigits(char* out, unsigned value)
 {

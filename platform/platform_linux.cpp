@@ -255,7 +255,7 @@ struct RecursiveMutex
         Awaited ///< taken, and somebody may sleep
     };
     std::atomic<std::uint32_t> State = Free;
-    std::atomic<pthread_t> Owner = 0;
+    std::atomic<void*> Owner = nullptr; ///< a thread by its pointer: to be had without a call
     unsigned Depth = 0;
 };
 
@@ -311,7 +311,7 @@ bool LockMutex(Mutex mutex, int milliseconds)
     if (!mutex)
         return false;
     auto& recursive = *static_cast<RecursiveMutex*>(mutex);
-    const pthread_t self = pthread_self();
+    void* const self = __builtin_thread_pointer();
     if (recursive.Owner.load(std::memory_order_relaxed) != self) {
         if (!Take(recursive) && !WaitFor(recursive, milliseconds))
             return false;
@@ -326,11 +326,11 @@ bool UnlockMutex(Mutex mutex)
     if (!mutex)
         return false;
     auto& recursive = *static_cast<RecursiveMutex*>(mutex);
-    if (recursive.Owner.load(std::memory_order_relaxed) != pthread_self())
+    if (recursive.Owner.load(std::memory_order_relaxed) != __builtin_thread_pointer())
         return false;
     if (--recursive.Depth != 0)
         return true;
-    recursive.Owner.store(0, std::memory_order_relaxed);
+    recursive.Owner.store(nullptr, std::memory_order_relaxed);
     if (recursive.State.exchange(RecursiveMutex::Free, std::memory_order_release) == RecursiveMutex::Awaited)
         syscall(SYS_futex, &recursive.State, FUTEX_WAKE_PRIVATE, 1);
     return true;

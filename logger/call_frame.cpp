@@ -86,7 +86,7 @@ DecoderFrame ResultFrame(CallText& text)
 void ReadFrameTime(CallText& text)
 {
     if (LoggingActive())
-        text.Time = FrameTime::Now();
+        text.Time.Read();
 }
 
 void LogEntry(CallText& text, std::string_view name)

@@ -49,20 +49,18 @@ FrameTime::FrameTime(std::uint16_t hour, std::uint16_t minute, std::uint16_t sec
     PutStamp(stamp_, {hour, minute, second, milliseconds}, platform::CurrentThreadId());
 }
 
-FrameTime FrameTime::Now()
+void FrameTime::Read()
 {
     platform::ThreadClock& clock = platform::ReadThreadClock();
     static_assert(sizeof clock.Text >= StampLength);
     if (clock.Text[0] == 0 || clock.TextMilliseconds != clock.Local.Milliseconds) {
         if (clock.Text[0] == 0)
-            PutStamp(clock.Text, clock.Local, clock.ThreadId);
+            PutStamp(clock.Text, clock.Local, platform::CurrentThreadId());
         PutMilliseconds(clock.Text, clock.Local.Milliseconds);
         clock.TextMilliseconds = clock.Local.Milliseconds;
     }
-    FrameTime now;
-    std::memcpy(now.stamp_, clock.Text, StampLength);
-    now.isSet_ = true;
-    return now;
+    std::memcpy(stamp_, clock.Text, StampLength);
+    isSet_ = true;
 }
 
 void LogStamp(LogBuffer& text, const FrameTime& time)
@@ -78,16 +76,6 @@ void LogStamp(LogBuffer& text, const FrameTime& time)
 void LogIndented(LogBuffer& text, const FrameTime& time, std::string_view indent)
 {
     LogStamped(text, time, indent, {}, {});
-}
-
-ShortText HandleText(UNUM32 handle)
-{
-    if (handle == PDU_HANDLE_UNDEF)
-        return ShortText("<PDU_HANDLE_UNDEF>");
-    ShortText result("0x");
-    PutHex(result.text_ + result.length_, handle, UpperCase);
-    result.length_ += 8;
-    return result;
 }
 
 ShortText UridText(UNUM32 identifier)

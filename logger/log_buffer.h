@@ -20,7 +20,8 @@ public:
     /// No time has been read.
     FrameTime() = default;
     FrameTime(std::uint16_t hour, std::uint16_t minute, std::uint16_t second, std::uint16_t milliseconds);
-    static FrameTime Now();
+    /// Reads the clock.
+    void Read();
 
     bool IsSet() const { return isSet_; }
     /// "{14:03:07.250 - 00001A2C} ".
@@ -136,7 +137,15 @@ private:
 };
 
 /// "<PDU_HANDLE_UNDEF>", or eight hexadecimal digits behind "0x".
-ShortText HandleText(UNUM32 handle);
+inline ShortText HandleText(UNUM32 handle)
+{
+    if (handle == PDU_HANDLE_UNDEF)
+        return ShortText("<PDU_HANDLE_UNDEF>");
+    ShortText result("0x");
+    PutHex(result.text_ + result.length_, handle, UpperCase);
+    result.length_ += 8;
+    return result;
+}
 
 /// "<PDU_ID_UNDEF>", or the response identifier in decimal.
 ShortText UridText(UNUM32 identifier);

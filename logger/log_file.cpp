@@ -1,7 +1,5 @@
 #include "logger/log_file.h"
 
-#include "logger/text_copy.h"
-
 namespace marvane {
 
 bool LogFile::Buffering = true;
@@ -16,14 +14,6 @@ LogFile::~LogFile()
 {
     Flush();
     platform::CloseFile(file_);
-}
-
-void LogFile::Write(std::string_view text, bool flush)
-{
-    if (flush || !Buffering || text.size() >= buffer_.size() - length_)
-        return WriteOut(text);
-    CopyText(buffer_.data() + length_, text.data(), text.size());
-    length_ += text.size();
 }
 
 void LogFile::WriteOut(std::string_view text)

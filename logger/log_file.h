@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "logger/text_copy.h"
 #include "platform/platform.h"
 
 namespace marvane {
@@ -22,7 +23,13 @@ public:
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
 
-    void Write(std::string_view text, bool flush);
+    void Write(std::string_view text, bool flush)
+    {
+        if (flush || !Buffering || text.size() >= buffer_.size() - length_)
+            return WriteOut(text);
+        CopyText(buffer_.data() + length_, text.data(), text.size());
+        length_ += text.size();
+    }
     /// Writes the buffer out.
     void Flush() { WriteOut({}); }
     /// Writes the buffer out and tells the size of the file. What others append meanwhile, as a process that

@@ -127,10 +127,4 @@ void WriteToLog(const LogStream& stream, std::string_view text)
         file->Write(text, flush);
 }
 
-void LogCommit(const LogBuffer& text, const LogStream& stream)
-{
-    if (LoggingActive() && stream.load(std::memory_order_relaxed))
-        WriteToLog(stream, text.Text());
-}
-
 } // namespace marvane

@@ -51,6 +51,10 @@ std::uint32_t GetLogFileSize();
 void WriteToLog(const LogStream& stream, std::string_view text);
 
 /// Writes a buffer to a stream if logging is active and the stream exists. The buffer keeps its text.
-void LogCommit(const LogBuffer& text, const LogStream& stream);
+inline void LogCommit(const LogBuffer& text, const LogStream& stream)
+{
+    if (LoggingActive() && stream.load(std::memory_order_relaxed))
+        WriteToLog(stream, text.Text());
+}
 
 } // namespace marvane

@@ -18,15 +18,6 @@ void BeginFileLine(CallText& text, std::string_view name)
 
 } // namespace
 
-void CheckRotation(CallText& text, std::string_view name)
-{
-    const UNUM32 limit = Setting(NumericKey::LogFileMaxSize);
-    if (limit == 0 || Setting(NumericKey::LogFileMaxNum) == 0)
-        return;
-    if (GetLogFileSize() > limit)
-        ChangeLogFile(text, name);
-}
-
 void ChangeLogFile(CallText& text, std::string_view name)
 {
     LogMutexHold hold;

@@ -22,13 +22,15 @@ inline void CopyText(char* out, const char* text, std::size_t length)
     {
         std::uint64_t Word[2];
     };
-    if (length > 2 * sizeof(Words))
-        std::memcpy(out, text, length);
-    else if (length >= sizeof(Words))
-        ends(Words());
-    else if (length >= 8)
-        ends(std::uint64_t());
-    else if (length >= 4)
+    // The commonest lengths are asked for first.
+    if (length >= 8) {
+        if (length <= 16)
+            ends(std::uint64_t());
+        else if (length <= 2 * sizeof(Words))
+            ends(Words());
+        else
+            std::memcpy(out, text, length);
+    } else if (length >= 4)
         ends(std::uint32_t());
     else if (length >= 2)
         ends(std::uint16_t());
@@ -70,6 +72,10 @@ inline void PutHex(char* out, std::uint32_t value, unsigned letters)
 /// Writes a number in decimal. Returns the end of its digits.
 inline char* PutDecimal(char* out, std::uint32_t value)
 {
+    if (value < 10) {
+        *out = static_cast<char>('0' + value);
+        return out + 1;
+    }
     char* end = out + 1;
     for (std::uint32_t rest = value; rest >= 10; rest /= 10)
         ++end;

@@ -35,7 +35,7 @@ struct ThreadClock
 {
     std::int64_t Second = -1; ///< since 1970
     LocalTime Local = {};
-    std::uint32_t ThreadId = 0;
+    std::uint32_t ThreadId = 0; ///< 0 until it is asked for
     /// For the caller to keep a text of this second in. Its first character is 0 in a new second, and in a
     /// forked child.
     char Text[32] = {};

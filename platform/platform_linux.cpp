@@ -74,7 +74,6 @@ ThreadClock& ReadThreadClock()
     timespec now;
     clock_gettime(CLOCK_REALTIME, &now);
     ThreadClock& clock = ClockOfThread();
-    IdOf(clock);
     SetThreadClock(clock, now.tv_sec, static_cast<unsigned>(now.tv_nsec) / 1000000);
     return clock;
 }

@@ -70,7 +70,6 @@ ThreadClock& ReadThreadClock()
     FILETIME now;
     GetSystemTimeAsFileTime(&now);
     const std::uint64_t ticks = std::uint64_t{now.dwHighDateTime} << 32 | now.dwLowDateTime;
-    clock.ThreadId = GetCurrentThreadId();
     SetThreadClock(clock, static_cast<std::int64_t>(ticks / TicksASecond) - SecondsTo1970,
                    static_cast<unsigned>(ticks % TicksASecond / 10000));
     return clock;

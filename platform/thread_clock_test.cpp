@@ -84,10 +84,5 @@ TEST(ThreadClock, ATextIsKeptForItsSecondAlone)
     EXPECT_EQ(clock.Text[0], 0);
 }
 
-TEST(ThreadClock, KnowsItsThread)
-{
-    EXPECT_EQ(platform::ReadThreadClock().ThreadId, platform::CurrentThreadId());
-}
-
 } // namespace
 } // namespace marvane

@@ -25,14 +25,13 @@ class UridLine
 public:
     explicit UridLine(UNUM32 count)
     {
-        const FormatArgument arguments[] = {IndentTable[2], count};
-        end_ = FormatText(text_, std::end(text_), "%s URIDs[%03u]: ", arguments);
+        end_ = FormatText<std::string_view, UNUM32>(text_, std::end(text_),
+                                                    "%s URIDs[%03u]: ", IndentTable[2], count);
     }
     void Add(UNUM32 identifier, bool last)
     {
-        const ShortText text = UridText(identifier); // The argument only refers to it.
-        const FormatArgument arguments[] = {std::string_view(text), last ? ' ' : ','};
-        end_ = FormatText(end_, std::end(text_), "%4s%c", arguments);
+        end_ = FormatText<ShortText, char>(end_, std::end(text_), "%4s%c", UridText(identifier),
+                                           last ? ' ' : ',');
         EndIfTooLong();
     }
     std::string_view Finish()

@@ -43,16 +43,15 @@ constexpr std::size_t IndentIndex(int direction, int level)
 /// One decoded line: stamp, indent, text with its line end. Needs logging active and room, no level.
 template <class... Arguments>
 void DecodeLine(const DecoderFrame& frame, std::string_view indent,
-                std::type_identity_t<LogFormat<Arguments...>> format, const Arguments&... arguments)
+                const std::type_identity_t<LogFormat<Arguments...>>& format, const Arguments&... arguments)
 {
-    LogStamp(frame.Text, frame.Time);
-    LogAppend(frame.Text, "%s", indent);
+    LogIndented(frame.Text, frame.Time, indent);
     LogAppendLine<Arguments...>(frame.Text, format, arguments...);
 }
 
 template <class... Arguments>
 void DecodeLine(const DecoderFrame& frame, std::size_t indent,
-                std::type_identity_t<LogFormat<Arguments...>> format, const Arguments&... arguments)
+                const std::type_identity_t<LogFormat<Arguments...>>& format, const Arguments&... arguments)
 {
     DecodeLine<Arguments...>(frame, IndentTable[indent], format, arguments...);
 }

@@ -8,7 +8,7 @@ namespace marvane {
 
 namespace {
 
-T_PDU_ERROR AnswerNotLoaded(const char* name)
+T_PDU_ERROR AnswerNotLoaded(std::string_view name)
 {
     if (IsLoaded()) {
         CallText text;
@@ -30,7 +30,7 @@ void LogEntryLine(const CallForm& call, CallText& text)
         else if (text.Buffer.HasRoom())
             call.arguments(text.Buffer);
     }
-    LogAppend(text.Buffer, "\n");
+    LogJoined(text.Buffer, "\n", {});
 }
 
 void LogExitLine(const CallForm& call, CallText& text, T_PDU_ERROR status)
@@ -43,7 +43,7 @@ void LogExitLine(const CallForm& call, CallText& text, T_PDU_ERROR status)
 
 } // namespace
 
-T_PDU_ERROR LogCall(const CallForm& call)
+T_PDU_ERROR LogWholeCall(const CallForm& call)
 {
     const CPduDll* const target = TargetLibrary();
     if (!target)
@@ -86,22 +86,24 @@ DecoderFrame ResultFrame(CallText& text)
 void ReadFrameTime(CallText& text)
 {
     if (LoggingActive())
-        text.Time = platform::ReadLocalTime();
+        text.Time.Read();
 }
 
-void LogEntry(CallText& text, const char* name)
+void LogEntry(CallText& text, std::string_view name)
 {
-    LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "+ %s", name);
+    LogStamped(text.Buffer, text.Time, "+ ", name, {});
 }
 
-void LogExit(CallText& text, const char* name, T_PDU_ERROR status)
+void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status)
 {
+    // What most calls return is not looked up.
+    if (status == PDU_STATUS_NOERROR)
+        return LogStamped(text.Buffer, text.Time, "- ", name, "<PDU_STATUS_NOERROR (0x0000)>\n");
     LogStamp(text.Buffer, text.Time);
     LogAppend(text.Buffer, "- %s<%s (0x%04X)>\n", name, StatusText(status), status);
 }
 
-void LogNotLoaded(CallText& text, const char* name)
+void LogNotLoaded(CallText& text, std::string_view name)
 {
     LogStamp(text.Buffer, text.Time);
     LogAppend(text.Buffer, "%s", name);
@@ -115,7 +117,7 @@ void CommitEntry(CallText& text)
         WriteToLog(ApiLogFile, text.Buffer.Text());
 }
 
-void CloseCallOut(CallText& text, const char* name)
+void CloseCallOut(CallText& text, std::string_view name)
 {
     if (!LoggingActive())
         return;

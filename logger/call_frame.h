@@ -20,7 +20,7 @@ struct CallText
 /// nothing. The form and its parts live as long as the call.
 struct CallForm
 {
-    const char* name;
+    std::string_view name;
     /// The argument text, if LogFnCalls is 2 or more. Without it: "()".
     FunctionRef<void(LogBuffer&)> arguments = {};
     /// Decoded arguments, outside the gate of the entry line; runs with logging off too.
@@ -35,7 +35,19 @@ struct CallForm
 
 /// Logs a call, forwards it and returns the target library's status, or PDU_ERR_PDUAPI_NOT_CONSTRUCTED if
 /// there is no target library. Exceptions of the target library pass through.
-T_PDU_ERROR LogCall(const CallForm& call);
+T_PDU_ERROR LogWholeCall(const CallForm& call);
+
+/// The same. With logging off, a call without hooks is its forward and nothing else; where this is inlined,
+/// the compiler sees that and builds no form.
+inline T_PDU_ERROR LogCall(const CallForm& call)
+{
+    const bool hasHooks = call.before || call.after || call.finish;
+    if (!hasHooks && !LoggingActive() && Setting(NumericKey::LogFileMaxSize) == 0)
+        if (const CPduDll* const target = TargetLibrary())
+            return call.forward(*target);
+    // A copy, so that the form itself need not stand in memory on the short way.
+    return LogWholeCall(CallForm(call));
+}
 
 /// Levels and text for the decoders of arguments and of results.
 DecoderFrame ArgumentFrame(CallText& text);
@@ -44,7 +56,7 @@ DecoderFrame ResultFrame(CallText& text);
 /// One decoded line of a call, if the frame's gate is open.
 template <class... Arguments>
 void GatedLine(const DecoderFrame& frame, std::string_view prefix,
-               std::type_identity_t<LogFormat<Arguments...>> format, const Arguments&... arguments)
+               const std::type_identity_t<LogFormat<Arguments...>>& format, const Arguments&... arguments)
 {
     if (frame.IsOpen())
         DecodeLine<Arguments...>(frame, prefix, format, arguments...);
@@ -62,14 +74,14 @@ inline constexpr std::string_view IncomingNested = IndentTable[5];
 void ReadFrameTime(CallText& text);
 
 /// "+ name", without its line end.
-void LogEntry(CallText& text, const char* name);
+void LogEntry(CallText& text, std::string_view name);
 /// "- name<status (number)>".
-void LogExit(CallText& text, const char* name, T_PDU_ERROR status);
+void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status);
 /// The line for a call that found no target library, written at once.
-void LogNotLoaded(CallText& text, const char* name);
+void LogNotLoaded(CallText& text, std::string_view name);
 /// Writes what was composed before the call-out.
 void CommitEntry(CallText& text);
 /// Begins the phase after a call-out: empty text, new time, and the closing line if LogCallOuts is 1.
-void CloseCallOut(CallText& text, const char* name);
+void CloseCallOut(CallText& text, std::string_view name);
 
 } // namespace marvane

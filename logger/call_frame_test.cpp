@@ -91,7 +91,7 @@ TEST_F(Frame, WithLogFnCallsZeroAnEmptyTextIsWrittenAllTheSame)
     SetSetting(NumericKey::LogCallOuts, 1);
     SetSetting(NumericKey::LogFlush, 1);
     // The flush that belongs to the write brings out what waited.
-    std::fputs("waiting", ApiLogFile);
+    ApiLogFile.load()->Write("waiting", false);
     EXPECT_EQ(testing::FileText(LogPath()), "");
     LogCall({.name = "Call", .forward = [&](const CPduDll&) {
                  atForward = testing::FileText(LogPath());

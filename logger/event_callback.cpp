@@ -56,36 +56,58 @@ void RememberEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC callback)
         DefaultEventCallback.store(reinterpret_cast<std::uintptr_t>(callback), std::memory_order_release);
 }
 
-void PDUCallbackTrap(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag)
+namespace {
+
+void LogEventNotLoaded()
 {
-    const CALLBACKFNC handler = ResolveEventCallback(hMod, hCLL);
+    if (!IsLoaded())
+        return;
     CallText text;
     ReadFrameTime(text);
-    if (!TargetLibrary()) {
-        if (IsLoaded())
-            LogNotLoaded(text, Name);
+    LogNotLoaded(text, Name);
+}
+
+void LogEventEntry(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag,
+                   CALLBACKFNC handler)
+{
+    if (!IsLoaded() || !LoggingActive())
         return;
-    }
-    // Nobody to tell: the event leaves no trace.
-    if (!handler)
-        return;
-    const auto logged = [] { return Setting(NumericKey::LogCbCalls) != 0; };
-    if (logged() && IsLoaded() && LoggingActive()) {
-        LogEntry(text, Name);
-        if (Setting(NumericKey::LogFnCalls) >= 2)
-            LogAppend(text.Buffer, "(Type=0x%X, hMod=%s, hCLL=%s, pCLLTag=%8p, pAPITag=%8p, Handler = %8p)",
-                      eventType, HandleText(hMod), HandleText(hCLL), pCLLTag, pAPITag, handler);
-        LogAppend(text.Buffer, "\n");
-        CommitEntry(text);
-    }
-    handler(eventType, hMod, hCLL, pCLLTag, pAPITag);
-    if (!logged())
-        return;
+    CallText text;
+    ReadFrameTime(text);
+    LogEntry(text, Name);
+    if (Setting(NumericKey::LogFnCalls) >= 2)
+        LogAppend(text.Buffer, "(Type=0x%X, hMod=%s, hCLL=%s, pCLLTag=%8p, pAPITag=%8p, Handler = %8p)",
+                  eventType, HandleText(hMod), HandleText(hCLL), pCLLTag, pAPITag, handler);
+    LogAppend(text.Buffer, "\n");
+    CommitEntry(text);
+}
+
+void LogEventExit()
+{
+    CallText text;
     if (IsLoaded())
         CloseCallOut(text, Name);
     LogStamp(text.Buffer, text.Time);
     LogAppendLine(text.Buffer, "- %s", Name);
     LogCommit(text.Buffer, ApiLogFile);
+}
+
+} // namespace
+
+void PDUCallbackTrap(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag)
+{
+    const CALLBACKFNC handler = ResolveEventCallback(hMod, hCLL);
+    if (!TargetLibrary())
+        return LogEventNotLoaded();
+    // Nobody to tell: the event leaves no trace.
+    if (!handler)
+        return;
+    const auto logged = [] { return Setting(NumericKey::LogCbCalls) != 0; };
+    if (logged())
+        LogEventEntry(eventType, hMod, hCLL, pCLLTag, pAPITag, handler);
+    handler(eventType, hMod, hCLL, pCLLTag, pAPITag);
+    if (logged())
+        LogEventExit();
 }
 
 } // namespace marvane

@@ -1,58 +1,89 @@
 #include "logger/log_buffer.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace marvane {
 
-void LogBuffer::Append(std::string_view text, LineEnd lineEnd)
+void LogBuffer::Append(const FormattedText& text, LineEnd lineEnd)
 {
-    const std::size_t length = std::min(text.size(), Capacity - length_);
-    std::memcpy(text_ + length_, text.data(), length);
-    Finish(text_ + length_ + length, lineEnd);
-}
-
-void LogBuffer::Append(std::string_view format, const FormatArgument* arguments, LineEnd lineEnd)
-{
-    Finish(FormatText(text_ + length_, text_ + Capacity, format, arguments), lineEnd);
-}
-
-void LogBuffer::Finish(char* end, LineEnd lineEnd)
-{
+    char* end = FormatText(text_ + length_, text_ + Capacity, text);
     if (lineEnd == LineEnd::Yes && end != text_ + Capacity)
         *end++ = '\n';
     length_ = static_cast<std::size_t>(end - text_);
-    if (!HasRoom()) {
-        std::memcpy(end, Marker.data(), Marker.size());
-        length_ += Marker.size();
+    if (!HasRoom())
+        AddMarker();
+}
+
+void LogBuffer::AddMarker()
+{
+    std::memcpy(text_ + length_, Marker.data(), Marker.size());
+    length_ += Marker.size();
+}
+
+namespace {
+
+constexpr std::size_t MillisecondsColumn = 10;
+
+void PutMilliseconds(char* stamp, unsigned milliseconds)
+{
+    stamp[MillisecondsColumn] = static_cast<char>('0' + milliseconds / 100);
+    PutTwoDigits(stamp + MillisecondsColumn + 1, milliseconds % 100);
+}
+
+void PutStamp(char* stamp, const platform::LocalTime& time, std::uint32_t thread)
+{
+    std::memcpy(stamp, "{00:00:00.000 - 00000000} ", 26);
+    PutTwoDigits(stamp + 1, time.Hour);
+    PutTwoDigits(stamp + 4, time.Minute);
+    PutTwoDigits(stamp + 7, time.Second);
+    PutMilliseconds(stamp, time.Milliseconds);
+    PutHex(stamp + 16, thread, UpperCase);
+}
+
+} // namespace
+
+FrameTime::FrameTime(std::uint16_t hour, std::uint16_t minute, std::uint16_t second,
+                     std::uint16_t milliseconds)
+    : isSet_(true)
+{
+    PutStamp(stamp_, {hour, minute, second, milliseconds}, platform::CurrentThreadId());
+}
+
+void FrameTime::Read()
+{
+    platform::ThreadClock& clock = platform::ReadThreadClock();
+    static_assert(sizeof clock.Text >= StampLength);
+    if (clock.Text[0] == 0 || clock.TextMilliseconds != clock.Local.Milliseconds) {
+        if (clock.Text[0] == 0)
+            PutStamp(clock.Text, clock.Local, platform::CurrentThreadId());
+        PutMilliseconds(clock.Text, clock.Local.Milliseconds);
+        clock.TextMilliseconds = clock.Local.Milliseconds;
     }
+    std::memcpy(stamp_, clock.Text, StampLength);
+    isSet_ = true;
 }
 
 void LogStamp(LogBuffer& text, const FrameTime& time)
 {
-    LogAppend(text, "{%02u:%02u:%02u.%03u - %08X} ", time.Hour, time.Minute, time.Second, time.Milliseconds,
-              platform::CurrentThreadId());
+    if (!LoggingActive() || !text.HasRoom())
+        return;
+    // Logging may have become active in mid-call.
+    if (!time.IsSet())
+        return text.Append(FrameTime(0, 0, 0, 0).Stamp());
+    text.Append(time.Stamp());
 }
 
-ShortText HandleText(UNUM32 handle)
+void LogIndented(LogBuffer& text, const FrameTime& time, std::string_view indent)
 {
-    ShortText result;
-    const FormatArgument number[] = {handle};
-    char* const end = handle == PDU_HANDLE_UNDEF
-                          ? FormatText(result.text_, std::end(result.text_), "<PDU_HANDLE_UNDEF>", nullptr)
-                          : FormatText(result.text_, std::end(result.text_), "0x%08X", number);
-    result.length_ = static_cast<std::size_t>(end - result.text_);
-    return result;
+    LogStamped(text, time, indent, {}, {});
 }
 
 ShortText UridText(UNUM32 identifier)
 {
-    ShortText result;
-    const FormatArgument number[] = {identifier};
-    char* const end = identifier == PDU_ID_UNDEF
-                          ? FormatText(result.text_, std::end(result.text_), "<PDU_ID_UNDEF>", nullptr)
-                          : FormatText(result.text_, std::end(result.text_), "%u", number);
-    result.length_ = static_cast<std::size_t>(end - result.text_);
+    if (identifier == PDU_ID_UNDEF)
+        return ShortText("<PDU_ID_UNDEF>");
+    ShortText result("");
+    result.length_ = static_cast<std::size_t>(PutDecimal(result.text_, identifier) - result.text_);
     return result;
 }
 

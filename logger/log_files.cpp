@@ -39,13 +39,18 @@ std::string FileEnding()
     return {text, length};
 }
 
-std::FILE* OpenAtEnd(const std::string& path)
+/// Writes out what is left when this library goes, closed properly or not.
+struct WriteOutAtEnd
 {
-    std::FILE* stream = platform::OpenLogStream(path);
-    if (stream)
-        std::fseek(stream, 0, SEEK_END);
-    return stream;
-}
+    ~WriteOutAtEnd()
+    {
+        LogMutexHold hold;
+        LogFile::EndBuffering();
+        for (const LogStream* stream : {&ApiLogFile, &CommsLogFile})
+            if (LogFile* const file = *stream)
+                file->Flush();
+    }
+} const AtEnd;
 
 } // namespace
 
@@ -94,25 +99,24 @@ int OpenLogFile(const std::string& directory)
 
     LogMutexHold hold;
     CloseLogFiles();
-    ApiLogFile = OpenAtEnd(paths.Api);
+    ApiLogFile = LogFile::Open(paths.Api).release();
     int result = ApiLogFile ? 0 : 1;
     if (!withComms || Setting(NumericKey::LogDoIPComms) == 0) {
         CommsLogFile = ApiLogFile.load();
         return result;
     }
-    CommsLogFile = OpenAtEnd(paths.Comms);
+    CommsLogFile = LogFile::Open(paths.Comms).release();
     return CommsLogFile ? 0 : result;
 }
 
 void CloseLogFiles()
 {
     LogMutexHold hold;
-    std::FILE* const api = ApiLogFile.exchange(nullptr);
-    std::FILE* const comms = CommsLogFile.exchange(nullptr);
-    if (comms && comms != api)
-        std::fclose(comms);
-    if (api)
-        std::fclose(api);
+    LogFile* const api = ApiLogFile.exchange(nullptr);
+    LogFile* const comms = CommsLogFile.exchange(nullptr);
+    if (comms != api)
+        delete comms;
+    delete api;
 }
 
 std::uint32_t GetLogFileSize()
@@ -120,29 +124,18 @@ std::uint32_t GetLogFileSize()
     if (!ApiLogFile.load(std::memory_order_relaxed))
         return 0;
     LogMutexHold hold;
-    std::FILE* const stream = ApiLogFile;
-    if (!stream)
-        return 0;
-    std::fseek(stream, 0, SEEK_END);
-    const long end = std::ftell(stream);
-    return static_cast<std::uint32_t>(end);
+    LogFile* const file = ApiLogFile;
+    return file ? static_cast<std::uint32_t>(file->FlushedSize()) : 0;
 }
 
 void WriteToLog(const LogStream& stream, std::string_view text)
 {
-    LogMutexHold hold;
-    std::FILE* const file = stream;
-    if (!file)
+    const bool flush = Setting(NumericKey::LogFlush) == 1;
+    if (text.empty() && !flush)
         return;
-    std::fwrite(text.data(), 1, text.size(), file);
-    if (Setting(NumericKey::LogFlush) == 1)
-        std::fflush(file);
-}
-
-void LogCommit(const LogBuffer& text, const LogStream& stream)
-{
-    if (LoggingActive())
-        WriteToLog(stream, text.Text());
+    LogMutexHold hold;
+    if (LogFile* const file = stream.load(std::memory_order_relaxed))
+        file->Write(text, flush);
 }
 
 } // namespace marvane

@@ -3,16 +3,16 @@
 
 #include <atomic>
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <string_view>
 
 #include "logger/log_buffer.h"
+#include "logger/log_file.h"
 
 namespace marvane {
 
 /// An open log stream, or none. Changed under LogMutex only; whether it exists may be looked at without.
-using LogStream = std::atomic<std::FILE*>;
+using LogStream = std::atomic<LogFile*>;
 
 /// The log of the calls.
 extern LogStream ApiLogFile;
@@ -50,7 +50,12 @@ std::uint32_t GetLogFileSize();
 /// swallows the text.
 void WriteToLog(const LogStream& stream, std::string_view text);
 
-/// Writes a buffer to a stream if logging is active and the stream exists. The buffer keeps its text.
-void LogCommit(const LogBuffer& text, const LogStream& stream);
+/// Writes a buffer to a stream if logging is active. The buffer keeps its text. Whether there is a stream is
+/// asked under LogMutex alone: in the middle of a change of the file there is none.
+inline void LogCommit(const LogBuffer& text, const LogStream& stream)
+{
+    if (LoggingActive())
+        WriteToLog(stream, text.Text());
+}
 
 } // namespace marvane

@@ -1,170 +1,174 @@
 #include "logger/log_format.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+#include <iterator>
 
+#include "logger/text_copy.h"
 #include "platform/platform.h"
 
 namespace marvane {
 
 namespace {
 
-struct Directive
-{
-    bool LeftAligned = false;
-    bool ZeroPadded = false;
-    std::size_t Width = 0;
-    int Halves = 0; ///< how many "h"
-    char Conversion = 0;
-};
-
+/// Where text is put, and where its place ends. Handed on by value.
 struct Output
 {
     char* Position;
     char* End;
 
-    void Put(const char* text, std::size_t length)
+    std::size_t Room() const { return static_cast<std::size_t>(End - Position); }
+    [[nodiscard]] Output Put(const char* text, std::size_t length) const
     {
-        length = std::min(length, static_cast<std::size_t>(End - Position));
-        std::memcpy(Position, text, length);
-        Position += length;
+        if (length > Room())
+            length = Room();
+        CopyText(Position, text, length);
+        return {Position + length, End};
     }
-    void Fill(char filler, std::size_t count)
+    [[nodiscard]] Output Fill(char filler, std::size_t count) const
     {
-        count = std::min(count, static_cast<std::size_t>(End - Position));
+        count = std::min(count, Room());
         std::memset(Position, filler, count);
-        Position += count;
+        return {Position + count, End};
     }
 };
 
-const char* Parse(const char* position, Directive& directive)
+Output PutPadded(Output out, const FormatPiece& piece, const char* text, std::size_t length)
 {
-    for (;; ++position) {
-        if (*position == '-')
-            directive.LeftAligned = true;
-        else if (*position == '0')
-            directive.ZeroPadded = true;
-        else
-            break;
-    }
-    for (; *position >= '0' && *position <= '9'; ++position)
-        directive.Width = directive.Width * 10 + static_cast<std::size_t>(*position - '0');
-    for (; *position == 'h' || *position == 'l'; ++position)
-        directive.Halves += *position == 'h';
-    directive.Conversion = *position++;
-    return position;
+    if (piece.Width <= length)
+        return out.Put(text, length);
+    const std::size_t padding = piece.Width - length;
+    if ((piece.Flags & FormatPiece::LeftAligned) != 0)
+        return out.Put(text, length).Fill(' ', padding);
+    return out.Fill(' ', padding).Put(text, length);
 }
 
-void PutPadded(Output& out, const Directive& directive, const char* text, std::size_t length)
+/// Length of a text up to its end or as far as it can be seen: it may have no end.
+std::size_t VisibleLength(Output out, const FormatPiece& piece, const char* text)
 {
-    const std::size_t padding = directive.Width > length ? directive.Width - length : 0;
-    if (!directive.LeftAligned)
-        out.Fill(' ', padding);
-    out.Put(text, length);
-    if (directive.LeftAligned)
-        out.Fill(' ', padding);
+    const std::size_t reach = std::max<std::size_t>(out.Room(), piece.Width);
+    const void* const end = std::memchr(text, 0, reach);
+    return end ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : reach;
 }
 
-void PutText(Output& out, const Directive& directive, const FormatArgument& argument)
+Output PutText(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
     if (argument.Text == nullptr)
-        return argument.Length == 0 ? PutPadded(out, directive, "", 0)
-                                    : PutPadded(out, directive, "(null)", 6);
-    std::size_t length = argument.Length;
-    if (length == FormatArgument::UnknownLength) {
-        // What lies behind the room and the width is not even looked at: a text may have no end in sight.
-        const std::size_t reach = std::max(static_cast<std::size_t>(out.End - out.Position), directive.Width);
-        const void* terminator = std::memchr(argument.Text, 0, reach);
-        length = terminator ? static_cast<std::size_t>(static_cast<const char*>(terminator) - argument.Text)
-                            : reach;
-    }
-    PutPadded(out, directive, argument.Text, length);
+        return argument.Length == 0 ? PutPadded(out, piece, "", 0) : PutPadded(out, piece, "(null)", 6);
+    const bool known = argument.Length != FormatArgument::UnknownLength;
+    return PutPadded(out, piece, argument.Text,
+                     known ? argument.Length : VisibleLength(out, piece, argument.Text));
 }
 
-std::uint32_t Narrowed(const Directive& directive, std::uint64_t number)
+std::uint32_t Narrowed(const FormatPiece& piece, std::uint64_t number)
 {
     const auto word = static_cast<std::uint32_t>(number);
-    const bool isSigned = directive.Conversion == 'd';
-    if (directive.Halves == 1)
+    const bool isSigned = piece.Conversion == 'd';
+    if (piece.Halves == 1)
         return isSigned ? static_cast<std::uint32_t>(static_cast<std::int16_t>(word)) : word & 0xFFFF;
-    if (directive.Halves == 2)
+    if (piece.Halves == 2)
         return isSigned ? static_cast<std::uint32_t>(static_cast<std::int8_t>(word)) : word & 0xFF;
     return word;
 }
 
-void PutNumber(Output& out, const Directive& directive, const FormatArgument& argument)
+/// In front of the digits there is room for the sign.
+Output PutNumber(Output out, const FormatPiece& piece, const char* digits, std::size_t length, bool negative)
 {
-    std::uint32_t value = Narrowed(directive, argument.Number);
-    const bool negative = directive.Conversion == 'd' && (value & 0x80000000) != 0;
+    const std::size_t signs = negative ? 1 : 0;
+    if ((piece.Flags & (FormatPiece::ZeroPadded | FormatPiece::LeftAligned)) != FormatPiece::ZeroPadded)
+        return PutPadded(out, piece, digits - signs, length + signs);
+    const std::size_t used = length + signs;
+    return out.Put("-", signs).Fill('0', piece.Width > used ? piece.Width - used : 0).Put(digits, length);
+}
+
+Output PutHexadecimal(Output out, const FormatPiece& piece, const FormatArgument& argument)
+{
+    const std::uint32_t value = Narrowed(piece, argument.Number);
+    char digits[8];
+    PutHex(digits, value, piece.Conversion == 'x' ? LowerCase : UpperCase);
+    const auto length = static_cast<std::size_t>(std::bit_width(value | 1) + 3) / 4;
+    if (piece.Width <= sizeof digits && piece.Flags == FormatPiece::ZeroPadded) {
+        const std::size_t shown = std::max<std::size_t>(length, piece.Width);
+        return out.Put(std::end(digits) - shown, shown);
+    }
+    return PutNumber(out, piece, std::end(digits) - length, length, false);
+}
+
+Output PutDecimal(Output out, const FormatPiece& piece, const FormatArgument& argument)
+{
+    std::uint32_t value = Narrowed(piece, argument.Number);
+    const bool negative = piece.Conversion == 'd' && (value & 0x80000000) != 0;
     if (negative)
         value = ~value + 1;
-    char digits[16];
-    char* const end = digits + sizeof digits;
+    char digits[12];
+    char* const end = std::end(digits);
     char* first = end;
-    if (directive.Conversion == 'x' || directive.Conversion == 'X') {
-        const char* alphabet = directive.Conversion == 'x' ? "0123456789abcdef" : "0123456789ABCDEF";
-        do
-            *--first = alphabet[value & 15];
-        while ((value >>= 4) != 0);
-    } else {
-        do
-            *--first = static_cast<char>('0' + value % 10);
-        while ((value /= 10) != 0);
-    }
-    auto length = static_cast<std::size_t>(end - first);
-    if (directive.ZeroPadded && !directive.LeftAligned) {
-        if (negative)
-            out.Put("-", 1);
-        const std::size_t used = length + (negative ? 1 : 0);
-        out.Fill('0', directive.Width > used ? directive.Width - used : 0);
-        out.Put(first, length);
-        return;
-    }
-    if (negative) {
-        *--first = '-';
-        ++length;
-    }
-    PutPadded(out, directive, first, length);
+    for (; value >= 10; value /= 10)
+        *--first = static_cast<char>('0' + value % 10);
+    *--first = static_cast<char>('0' + value);
+    first[-1] = '-';
+    return PutNumber(out, piece, first, static_cast<std::size_t>(end - first), negative);
 }
 
-void PutPointer(Output& out, const Directive& directive, const FormatArgument& argument)
+Output PutPointer(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
     char text[platform::PointerTextSize];
-    PutPadded(out, directive, text, platform::PointerText(argument.Pointer, text));
+    return PutPadded(out, piece, text, platform::PointerText(argument.Pointer, text));
 }
 
-void PutArgument(Output& out, const Directive& directive, const FormatArgument& argument)
+Output PutCharacter(Output out, const FormatPiece& piece, char character)
 {
-    switch (directive.Conversion) {
+    return PutPadded(out, piece, &character, 1);
+}
+
+Output PutArgument(Output out, const FormatPiece& piece, const FormatArgument& argument)
+{
+    switch (piece.Conversion) {
     case 's':
-        return PutText(out, directive, argument);
+        return PutText(out, piece, argument);
+    case 'x':
+    case 'X':
+        return PutHexadecimal(out, piece, argument);
     case 'p':
-        return PutPointer(out, directive, argument);
-    case 'c': {
-        const auto character = static_cast<char>(argument.Number);
-        return PutPadded(out, directive, &character, 1);
-    }
+        return PutPointer(out, piece, argument);
+    case 'c':
+        return PutCharacter(out, piece, static_cast<char>(argument.Number));
     default:
-        return PutNumber(out, directive, argument);
+        return PutDecimal(out, piece, argument);
     }
 }
 
 } // namespace
 
+char* FormatText(char* out, char* end, const FormattedText& text)
+{
+    Output output{out, end};
+    const char* position = text.Format.data();
+    const FormatArgument* argument = text.Arguments;
+    for (const FormatPiece *piece = text.Pieces, *last = piece + text.Count; piece != last;
+         ++piece, ++argument) {
+        output = output.Put(position, piece->Literal);
+        position += piece->Literal + piece->Length;
+        // What most directives are.
+        if (piece->Conversion == 's' && piece->Width == 0 && argument->Text &&
+            argument->Length != FormatArgument::UnknownLength)
+            output = output.Put(argument->Text, argument->Length);
+        else
+            output = PutArgument(output, *piece, *argument);
+    }
+    return output.Put(position, static_cast<std::size_t>(text.Format.end() - position)).Position;
+}
+
 char* FormatText(char* out, char* end, std::string_view format, const FormatArgument* arguments)
 {
     Output output{out, end};
-    const char* position = format.data();
-    const char* const formatEnd = position + format.size();
-    while (position != formatEnd) {
-        const void* found = std::memchr(position, '%', static_cast<std::size_t>(formatEnd - position));
-        const char* const percent = found ? static_cast<const char*>(found) : formatEnd;
-        output.Put(position, static_cast<std::size_t>(percent - position));
-        if (percent == formatEnd)
-            break;
-        Directive directive;
-        position = Parse(percent + 1, directive);
-        PutArgument(output, directive, *arguments++);
+    while (!format.empty()) {
+        const FormatPiece piece = NextPiece(format);
+        output = output.Put(format.data(), piece.Literal);
+        format.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
+        if (piece.Conversion != 0)
+            output = PutArgument(output, piece, *arguments++);
     }
     return output.Position;
 }

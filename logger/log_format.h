@@ -52,6 +52,23 @@ private:
     }
 };
 
+/// One directive of a format, and how many characters stand in front of it.
+struct FormatPiece
+{
+    enum Flag : std::uint8_t
+    {
+        LeftAligned = 1,
+        ZeroPadded = 2,
+    };
+
+    std::uint8_t Literal = 0; ///< characters in front
+    std::uint8_t Length = 0;  ///< of the directive itself, with its percent sign
+    char Conversion = 0;
+    std::uint8_t Flags = 0;
+    std::uint8_t Width = 0;
+    std::uint8_t Halves = 0; ///< how many "h"
+};
+
 namespace format_check {
 
 enum class Kind
@@ -77,52 +94,102 @@ void UnknownDirective();
 void TooFewArguments();
 void TooManyArguments();
 void ArgumentDoesNotFitDirective();
+void LiteralOrWidthTooLong();
 
-template <class... Arguments> consteval void Check(std::string_view format)
+constexpr Kind WantedBy(char conversion)
 {
-    constexpr std::size_t count = sizeof...(Arguments);
-    constexpr std::array<Kind, count + 1> kinds = {KindOf<Arguments>()..., Kind::Number};
-    std::size_t next = 0;
-    for (std::size_t i = 0; i < format.size(); ++i) {
-        if (format[i] != '%')
-            continue;
-        ++i;
-        while (i < format.size() && (format[i] == '-' || (format[i] >= '0' && format[i] <= '9')))
-            ++i;
-        while (i < format.size() && (format[i] == 'h' || format[i] == 'l'))
-            ++i;
-        const char directive = i < format.size() ? format[i] : '\0';
-        if (std::string_view("scpduxX").find(directive) == std::string_view::npos)
-            UnknownDirective();
-        const Kind wanted = directive == 's' ? Kind::Text : directive == 'p' ? Kind::Pointer : Kind::Number;
-        if (next == count)
-            TooFewArguments();
-        if (kinds[next] != wanted)
-            ArgumentDoesNotFitDirective();
-        ++next;
-    }
-    if (next != count)
-        TooManyArguments();
+    return conversion == 's' ? Kind::Text : conversion == 'p' ? Kind::Pointer : Kind::Number;
 }
 
 } // namespace format_check
 
-/// A format literal that fits its arguments; anything else does not compile.
+/// The piece of the next directive of a format; without a directive its Conversion is 0 and its Literal is
+/// the whole of the rest, cut at what fits.
+constexpr FormatPiece NextPiece(std::string_view rest)
+{
+    FormatPiece piece;
+    std::size_t at = 0;
+    while (at < rest.size() && rest[at] != '%' && at < 255)
+        ++at;
+    piece.Literal = static_cast<std::uint8_t>(at);
+    if (at == rest.size() || rest[at] != '%')
+        return piece;
+    const std::size_t start = at++;
+    for (; at < rest.size() && (rest[at] == '-' || rest[at] == '0'); ++at)
+        piece.Flags |= rest[at] == '-' ? FormatPiece::LeftAligned : FormatPiece::ZeroPadded;
+    for (; at < rest.size() && rest[at] >= '0' && rest[at] <= '9'; ++at)
+        piece.Width = static_cast<std::uint8_t>(piece.Width * 10 + (rest[at] - '0'));
+    for (; at < rest.size() && (rest[at] == 'h' || rest[at] == 'l'); ++at)
+        piece.Halves = static_cast<std::uint8_t>(piece.Halves + (rest[at] == 'h'));
+    piece.Conversion = at < rest.size() ? rest[at] : '?';
+    piece.Length = static_cast<std::uint8_t>(at + 1 - start);
+    return piece;
+}
+
+/// A format literal that fits its arguments; anything else does not compile. It is taken apart by the
+/// compiler, so that nothing of it is left to search when a line is written.
 template <class... Arguments> class LogFormat
 {
 public:
     template <std::size_t Size> consteval LogFormat(const char (&format)[Size]) : text_(format, Size - 1)
     {
-        format_check::Check<Arguments...>(text_);
+        constexpr std::array<format_check::Kind, sizeof...(Arguments) + 1> kinds = {
+            format_check::KindOf<Arguments>()..., format_check::Kind::Number};
+        std::string_view rest = text_;
+        for (std::size_t i = 0;; ++i) {
+            const FormatPiece piece = NextPiece(rest);
+            if (piece.Conversion == 0) {
+                if (i != sizeof...(Arguments))
+                    format_check::TooManyArguments();
+                if (piece.Literal != rest.size())
+                    format_check::LiteralOrWidthTooLong();
+                return;
+            }
+            if (std::string_view("scpduxX").find(piece.Conversion) == std::string_view::npos)
+                format_check::UnknownDirective();
+            if (i == sizeof...(Arguments))
+                format_check::TooFewArguments();
+            if (kinds[i] != format_check::WantedBy(piece.Conversion))
+                format_check::ArgumentDoesNotFitDirective();
+            pieces_[i] = piece;
+            const bool plain = piece.Conversion == 's' || piece.Conversion == 'u';
+            isPlain_ = isPlain_ && plain && piece.Width == 0 && piece.Flags == 0 && piece.Halves == 0;
+            rest.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
+        }
     }
     constexpr std::string_view Text() const { return text_; }
+    const FormatPiece* Pieces() const { return pieces_.data(); }
+    /// True if it has only texts and unsigned numbers as they are.
+    constexpr bool IsPlain() const { return isPlain_; }
 
 private:
+    bool isPlain_ = true;
     std::string_view text_;
+    std::array<FormatPiece, sizeof...(Arguments)> pieces_ = {};
+};
+
+/// A format that is taken apart already, with its arguments.
+struct FormattedText
+{
+    std::string_view Format;
+    const FormatPiece* Pieces;
+    const FormatArgument* Arguments;
+    std::size_t Count; ///< of both
 };
 
 /// Formats into [out, end), cutting what does not fit. Returns the end of the text; writes no terminator.
 /// A null text prints as "(null)".
+char* FormatText(char* out, char* end, const FormattedText& text);
+
+template <class... Arguments>
+char* FormatText(char* out, char* end, const std::type_identity_t<LogFormat<Arguments...>>& format,
+                 const Arguments&... arguments)
+{
+    const FormatArgument list[] = {FormatArgument(arguments)...};
+    return FormatText(out, end, FormattedText{format.Text(), format.Pieces(), list, sizeof...(Arguments)});
+}
+
+/// The same for a format that is known only now.
 char* FormatText(char* out, char* end, std::string_view format, const FormatArgument* arguments);
 
 } // namespace marvane

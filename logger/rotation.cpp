@@ -9,7 +9,7 @@ namespace marvane {
 
 namespace {
 
-void BeginFileLine(CallText& text, const char* name)
+void BeginFileLine(CallText& text, std::string_view name)
 {
     text.Buffer.Clear();
     LogStamp(text.Buffer, text.Time);
@@ -18,16 +18,7 @@ void BeginFileLine(CallText& text, const char* name)
 
 } // namespace
 
-void CheckRotation(CallText& text, const char* name)
-{
-    const UNUM32 limit = Setting(NumericKey::LogFileMaxSize);
-    if (limit == 0 || Setting(NumericKey::LogFileMaxNum) == 0)
-        return;
-    if (GetLogFileSize() > limit)
-        ChangeLogFile(text, name);
-}
-
-void ChangeLogFile(CallText& text, const char* name)
+void ChangeLogFile(CallText& text, std::string_view name)
 {
     LogMutexHold hold;
     BeginFileLine(text, name);

@@ -1,6 +1,5 @@
 #include "logger/target_library.h"
 
-#include <atomic>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
@@ -10,6 +9,8 @@
 #include "platform/platform.h"
 
 namespace marvane {
+
+std::atomic<const CPduDll*> LoadedFunctions = nullptr;
 
 namespace {
 
@@ -54,7 +55,6 @@ constexpr std::array<TargetFunction, 30> PduFunctionTable = {{
 
 static_assert(sizeof(CPduDll) == PduFunctionTable.size() * sizeof(void*));
 
-std::atomic<const CPduDll*> Instance = nullptr;
 std::atomic<platform::Library> TargetLibraryHandle = nullptr;
 
 } // namespace
@@ -67,11 +67,6 @@ CPduDll::CPduDll(platform::Library library)
     }
 }
 
-const CPduDll* TargetLibrary()
-{
-    return Instance.load(std::memory_order_acquire);
-}
-
 void LoadTargetLibrary()
 {
     const std::string path = CopyGuarded(TargetLibraryPath);
@@ -80,7 +75,7 @@ void LoadTargetLibrary()
         throw std::runtime_error("Unable to load " + path + "\n\t\t\t\t\tDescription:- " + library.Error);
     auto functions = std::make_unique<CPduDll>(library.Handle);
     const CPduDll* none = nullptr;
-    if (!Instance.compare_exchange_strong(none, functions.get(), std::memory_order_acq_rel)) {
+    if (!LoadedFunctions.compare_exchange_strong(none, functions.get(), std::memory_order_acq_rel)) {
         // Another thread was first; its instance stays.
         platform::UnloadLibrary(library.Handle);
         return;
@@ -93,7 +88,7 @@ void UnloadTargetLibrary()
 {
     if (const platform::Library library = TargetLibraryHandle.exchange(nullptr))
         platform::UnloadLibrary(library);
-    delete Instance.exchange(nullptr);
+    delete LoadedFunctions.exchange(nullptr);
 }
 
 } // namespace marvane

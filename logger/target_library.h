@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <string>
 
@@ -49,8 +50,13 @@ struct CPduDll
     explicit CPduDll(platform::Library library);
 };
 
+extern std::atomic<const CPduDll*> LoadedFunctions;
+
 /// The functions in force, or null while no target library is loaded. Any thread may ask.
-const CPduDll* TargetLibrary();
+inline const CPduDll* TargetLibrary()
+{
+    return LoadedFunctions.load(std::memory_order_acquire);
+}
 
 /// Loads the library at TargetLibraryPath and puts its functions in force. Throws std::runtime_error with the
 /// path and the system's text if it can't be loaded.

@@ -28,9 +28,31 @@ struct LocalTime
     std::uint16_t Milliseconds;
 };
 
-/// Reads the clock. Derives the local time without a time-zone look-up on each call; a change of the
-/// zone's offset shows in the second in which it comes.
-LocalTime ReadLocalTime();
+/// What a thread knows of the time: the moment that it read last. A new second is broken down anew, so a
+/// change of the zone's offset shows in the second in which it comes, and a second is looked up in the zone's
+/// rules but once.
+struct ThreadClock
+{
+    std::int64_t Second = -1; ///< since 1970
+    LocalTime Local = {};
+    std::uint32_t ThreadId = 0; ///< 0 until it is asked for
+    /// For the caller to keep a text of this second in. Its first character is 0 in a new second, and in a
+    /// forked child.
+    char Text[32] = {};
+    std::uint16_t TextMilliseconds = 0;
+};
+
+/// Reads the clock into the calling thread's own record.
+ThreadClock& ReadThreadClock();
+
+/// Sets a record to a moment. What stands behind ReadThreadClock, for a moment that is not now.
+void SetThreadClock(ThreadClock& clock, std::int64_t second, unsigned milliseconds);
+
+/// Reads the clock.
+inline LocalTime ReadLocalTime()
+{
+    return ReadThreadClock().Local;
+}
 
 /// Broken-down local time of now, with a resolution of seconds.
 std::tm LocalCalendarTime();
@@ -103,9 +125,25 @@ std::vector<std::string> FindFiles(const std::string& pattern);
 /// Removes a file; the result is not told.
 void RemoveFile(const std::string& path);
 
+/// An open file without a buffer.
+using File = int;
+inline constexpr File NoFile = -1;
+
 /// Opens a log file for appending, text mode; others can read it meanwhile, child processes do not
-/// inherit it. Null on failure.
-std::FILE* OpenLogStream(const std::string& path);
+/// inherit it. NoFile on failure.
+File OpenLogFile(const std::string& path);
+
+/// Writes two texts behind each other, by one system call where there is one for that; the result is not
+/// told.
+void WriteToFile(File file, std::string_view first, std::string_view second);
+
+/// Size that a text has in a file, with the system's line ends.
+std::size_t SizeInFile(std::string_view text);
+
+/// Size of a file in bytes, whoever wrote them.
+std::uint64_t FileSize(File file);
+
+void CloseFile(File file);
 
 /// Opens a text file of a fixed name in a temporary folder, "w" or "a". Follows no symbolic link, takes
 /// nothing but a file, is readable for its owner alone, is not inherited. Null on failure.

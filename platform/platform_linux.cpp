@@ -7,6 +7,8 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fnmatch.h>
+#include <linux/futex.h>
+#include <new>
 #include <pthread.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -22,10 +24,23 @@ const bool ThreadsRunWhileProcessEnds = true;
 
 namespace {
 
-thread_local std::uint32_t ThreadId = 0;
+thread_local constinit ThreadClock OwnClock;
 
 // A forked child's one thread has an id of its own.
-const int ForkHandler = pthread_atfork(nullptr, nullptr, [] { ThreadId = 0; });
+const int ForkHandler = pthread_atfork(nullptr, nullptr, [] { OwnClock = ThreadClock(); });
+
+/// Not inlined, since the compiler would find the place of a thread's variables anew at each use.
+[[gnu::noinline]] ThreadClock& ClockOfThread()
+{
+    return OwnClock;
+}
+
+std::uint32_t IdOf(ThreadClock& clock)
+{
+    if (clock.ThreadId == 0)
+        clock.ThreadId = static_cast<std::uint32_t>(syscall(SYS_gettid));
+    return clock.ThreadId;
+}
 
 std::FILE* OpenStream(const std::string& path, const char* mode, int flags, mode_t permissions)
 {
@@ -40,23 +55,28 @@ std::FILE* OpenStream(const std::string& path, const char* mode, int flags, mode
 
 } // namespace
 
-LocalTime ReadLocalTime()
+void SetThreadClock(ThreadClock& clock, std::int64_t second, unsigned milliseconds)
+{
+    if (second != clock.Second) {
+        const std::time_t moment = second;
+        std::tm calendar;
+        localtime_r(&moment, &calendar);
+        clock.Second = second;
+        clock.Local.Hour = static_cast<std::uint16_t>(calendar.tm_hour);
+        clock.Local.Minute = static_cast<std::uint16_t>(calendar.tm_min);
+        clock.Local.Second = static_cast<std::uint16_t>(calendar.tm_sec);
+        clock.Text[0] = 0;
+    }
+    clock.Local.Milliseconds = static_cast<std::uint16_t>(milliseconds);
+}
+
+ThreadClock& ReadThreadClock()
 {
     timespec now;
     clock_gettime(CLOCK_REALTIME, &now);
-    // Broken down once a second, so a change of the zone's offset shows in the second in which it comes.
-    thread_local std::time_t brokenDown = -1;
-    thread_local LocalTime local = {};
-    if (now.tv_sec != brokenDown) {
-        std::tm calendar;
-        localtime_r(&now.tv_sec, &calendar);
-        local.Hour = static_cast<std::uint16_t>(calendar.tm_hour);
-        local.Minute = static_cast<std::uint16_t>(calendar.tm_min);
-        local.Second = static_cast<std::uint16_t>(calendar.tm_sec);
-        brokenDown = now.tv_sec;
-    }
-    local.Milliseconds = static_cast<std::uint16_t>(now.tv_nsec / 1000000);
-    return local;
+    ThreadClock& clock = ClockOfThread();
+    SetThreadClock(clock, now.tv_sec, static_cast<unsigned>(now.tv_nsec) / 1000000);
+    return clock;
 }
 
 std::tm LocalCalendarTime()
@@ -76,9 +96,7 @@ std::tm UtcCalendarTime(std::time_t seconds)
 
 std::uint32_t CurrentThreadId()
 {
-    if (ThreadId == 0)
-        ThreadId = static_cast<std::uint32_t>(syscall(SYS_gettid));
-    return ThreadId;
+    return IdOf(ClockOfThread());
 }
 
 std::size_t PointerText(const void* pointer, char (&out)[PointerTextSize])
@@ -139,9 +157,42 @@ void RemoveFile(const std::string& path)
     std::remove(path.c_str());
 }
 
-std::FILE* OpenLogStream(const std::string& path)
+File OpenLogFile(const std::string& path)
 {
-    return OpenStream(path, "a", O_WRONLY | O_CREAT | O_APPEND, 0666);
+    return open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+}
+
+void WriteToFile(File file, std::string_view first, std::string_view second)
+{
+    while (!first.empty() || !second.empty()) {
+        const iovec parts[] = {{const_cast<char*>(first.data()), first.size()},
+                               {const_cast<char*>(second.data()), second.size()}};
+        const ssize_t written = first.empty() ? write(file, second.data(), second.size())
+                                              : writev(file, parts, second.empty() ? 1 : 2);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return;
+        const auto ofFirst = std::min(first.size(), static_cast<std::size_t>(written));
+        first.remove_prefix(ofFirst);
+        second.remove_prefix(static_cast<std::size_t>(written) - ofFirst);
+    }
+}
+
+std::size_t SizeInFile(std::string_view text)
+{
+    return text.size();
+}
+
+std::uint64_t FileSize(File file)
+{
+    const off_t end = lseek(file, 0, SEEK_END);
+    return end < 0 ? 0 : static_cast<std::uint64_t>(end);
+}
+
+void CloseFile(File file)
+{
+    close(file);
 }
 
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode)
@@ -218,11 +269,18 @@ void SharedWords::Close()
 
 namespace {
 
-/// The owner is kept beside the mutex, so that leaving one that is not held can be refused without asking it.
+/// A word that is taken by an exchange, and slept at only when that fails for a while. The owner is kept
+/// beside it: it may take the mutex again, and nobody else may leave it.
 struct RecursiveMutex
 {
-    pthread_mutex_t Handle = {};
-    std::atomic<std::uint32_t> Owner = 0;
+    enum : std::uint32_t
+    {
+        Free,
+        Taken,
+        Awaited ///< taken, and somebody may sleep
+    };
+    std::atomic<std::uint32_t> State = Free;
+    std::atomic<void*> Owner = nullptr; ///< a thread by its pointer: to be had without a call
     unsigned Depth = 0;
 };
 
@@ -231,17 +289,13 @@ struct RecursiveMutex
 constinit RecursiveMutex FirstMutex;
 constinit std::atomic<bool> FirstMutexTaken = false;
 
-RecursiveMutex* AllocateMutex()
-{
-    return FirstMutexTaken.exchange(true) ? new RecursiveMutex : &FirstMutex;
-}
+constexpr int Spins = 100;
 
-void FreeMutex(RecursiveMutex* mutex)
+bool Take(RecursiveMutex& mutex)
 {
-    if (mutex == &FirstMutex)
-        FirstMutexTaken = false;
-    else
-        delete mutex;
+    std::uint32_t expected = RecursiveMutex::Free;
+    return mutex.State.compare_exchange_strong(expected, RecursiveMutex::Taken, std::memory_order_acquire,
+                                               std::memory_order_relaxed);
 }
 
 timespec FromNow(int milliseconds)
@@ -257,37 +311,43 @@ timespec FromNow(int milliseconds)
     return until;
 }
 
+/// Waits at most some milliseconds, or without end if negative.
+[[gnu::noinline]] bool WaitFor(RecursiveMutex& mutex, int milliseconds)
+{
+    const timespec end = FromNow(std::max(milliseconds, 0));
+    const timespec* const until = milliseconds < 0 ? nullptr : &end;
+    for (int i = 0; i < Spins; ++i) {
+        __builtin_ia32_pause();
+        if (mutex.State.load(std::memory_order_relaxed) == RecursiveMutex::Free && Take(mutex))
+            return true;
+    }
+    while (mutex.State.exchange(RecursiveMutex::Awaited, std::memory_order_acquire) != RecursiveMutex::Free)
+        if (syscall(SYS_futex, &mutex.State, FUTEX_WAIT_BITSET_PRIVATE | FUTEX_CLOCK_REALTIME,
+                    RecursiveMutex::Awaited, until, nullptr, FUTEX_BITSET_MATCH_ANY) == -1 &&
+            errno == ETIMEDOUT)
+            return false;
+    return true;
+}
+
 } // namespace
 
 Mutex CreateRecursiveMutex()
 {
-    RecursiveMutex* const mutex = AllocateMutex();
-    pthread_mutexattr_t attributes;
-    pthread_mutexattr_init(&attributes);
-    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-    const int failure = pthread_mutex_init(&mutex->Handle, &attributes);
-    pthread_mutexattr_destroy(&attributes);
-    if (failure == 0)
-        return mutex;
-    FreeMutex(mutex);
-    return nullptr;
+    return FirstMutexTaken.exchange(true) ? new (std::nothrow) RecursiveMutex : &FirstMutex;
 }
 
 bool LockMutex(Mutex mutex, int milliseconds)
 {
     if (!mutex)
         return false;
-    auto* const recursive = static_cast<RecursiveMutex*>(mutex);
-    if (milliseconds < 0) {
-        if (pthread_mutex_lock(&recursive->Handle) != 0)
+    auto& recursive = *static_cast<RecursiveMutex*>(mutex);
+    void* const self = __builtin_thread_pointer();
+    if (recursive.Owner.load(std::memory_order_relaxed) != self) {
+        if (!Take(recursive) && !WaitFor(recursive, milliseconds))
             return false;
-    } else {
-        const timespec until = FromNow(milliseconds);
-        if (pthread_mutex_timedlock(&recursive->Handle, &until) != 0)
-            return false;
+        recursive.Owner.store(self, std::memory_order_relaxed);
     }
-    recursive->Owner.store(CurrentThreadId(), std::memory_order_relaxed);
-    ++recursive->Depth;
+    ++recursive.Depth;
     return true;
 }
 
@@ -295,21 +355,23 @@ bool UnlockMutex(Mutex mutex)
 {
     if (!mutex)
         return false;
-    auto* const recursive = static_cast<RecursiveMutex*>(mutex);
-    if (recursive->Owner.load(std::memory_order_relaxed) != CurrentThreadId())
+    auto& recursive = *static_cast<RecursiveMutex*>(mutex);
+    if (recursive.Owner.load(std::memory_order_relaxed) != __builtin_thread_pointer())
         return false;
-    if (--recursive->Depth == 0)
-        recursive->Owner.store(0, std::memory_order_relaxed);
-    return pthread_mutex_unlock(&recursive->Handle) == 0;
+    if (--recursive.Depth != 0)
+        return true;
+    recursive.Owner.store(nullptr, std::memory_order_relaxed);
+    if (recursive.State.exchange(RecursiveMutex::Free, std::memory_order_release) == RecursiveMutex::Awaited)
+        syscall(SYS_futex, &recursive.State, FUTEX_WAKE_PRIVATE, 1);
+    return true;
 }
 
 void DestroyMutex(Mutex mutex)
 {
-    if (!mutex)
-        return;
-    auto* const recursive = static_cast<RecursiveMutex*>(mutex);
-    pthread_mutex_destroy(&recursive->Handle);
-    FreeMutex(recursive);
+    if (mutex == &FirstMutex)
+        FirstMutexTaken = false;
+    else
+        delete static_cast<RecursiveMutex*>(mutex);
 }
 
 bool ReleaseSemaphoreCount(Mutex)

@@ -177,15 +177,16 @@ TEST(Files, ALogIsAppendedToAndReadMeanwhile)
     const TemporaryFolder folder;
     for (int i = 0; i < 2; ++i)
     {
-        std::FILE* const stream = platform::OpenLogStream(folder / "log");
-        ASSERT_NE(stream, nullptr);
-        std::fputs("line\n", stream);
-        std::fflush(stream);
+        const platform::File file = platform::OpenLogFile(folder / "log");
+        ASSERT_NE(file, platform::NoFile);
+        platform::WriteToFile(file, "li", "ne\n");
+        platform::WriteToFile(file, "", "");
+        EXPECT_EQ(platform::FileSize(file), platform::SizeInFile("line\n") * static_cast<std::size_t>(i + 1));
         EXPECT_FALSE(testing::FileText(folder / "log").empty());
-        std::fclose(stream);
+        platform::CloseFile(file);
     }
     EXPECT_EQ(testing::FileText(folder / "log"), "line\nline\n");
-    EXPECT_EQ(platform::OpenLogStream(folder / "none" + platform::PathSeparator + "log"), nullptr);
+    EXPECT_EQ(platform::OpenLogFile(folder / "none" + platform::PathSeparator + "log"), platform::NoFile);
 }
 
 TEST(Files, ATemporaryFileFollowsNoSymbolicLinkAndIsItsOwnersAlone)

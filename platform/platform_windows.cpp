@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -19,6 +20,10 @@ const char* const OwnLibraryName = "Marvane.dll";
 const bool ThreadsRunWhileProcessEnds = false;
 
 namespace {
+
+// The clock counts tenths of a microsecond from the year 1601 on.
+constexpr std::uint64_t TicksASecond = 10000000;
+constexpr std::int64_t SecondsTo1970 = 11644473600;
 
 /// The module that holds this code.
 HMODULE OwnModule()
@@ -44,11 +49,31 @@ std::string ErrorText(DWORD error)
 
 } // namespace
 
-LocalTime ReadLocalTime()
+void SetThreadClock(ThreadClock& clock, std::int64_t second, unsigned milliseconds)
 {
-    SYSTEMTIME now;
-    GetLocalTime(&now);
-    return {now.wHour, now.wMinute, now.wSecond, now.wMilliseconds};
+    if (second != clock.Second) {
+        SYSTEMTIME utc;
+        SYSTEMTIME local;
+        const std::uint64_t ticks = static_cast<std::uint64_t>(second + SecondsTo1970) * TicksASecond;
+        const FILETIME time = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+        if (!FileTimeToSystemTime(&time, &utc) || !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local))
+            GetLocalTime(&local);
+        clock.Second = second;
+        clock.Local = {local.wHour, local.wMinute, local.wSecond, 0};
+        clock.Text[0] = 0;
+    }
+    clock.Local.Milliseconds = static_cast<std::uint16_t>(milliseconds);
+}
+
+ThreadClock& ReadThreadClock()
+{
+    thread_local constinit ThreadClock clock;
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    const std::uint64_t ticks = std::uint64_t{now.dwHighDateTime} << 32 | now.dwLowDateTime;
+    SetThreadClock(clock, static_cast<std::int64_t>(ticks / TicksASecond) - SecondsTo1970,
+                   static_cast<unsigned>(ticks % TicksASecond / 10000));
+    return clock;
 }
 
 std::tm LocalCalendarTime()
@@ -194,14 +219,41 @@ void RemoveFile(const std::string& path)
     std::remove(path.c_str());
 }
 
-std::FILE* OpenLogStream(const std::string& path)
+File OpenLogFile(const std::string& path)
 {
-    // N: child processes do not inherit it.
-    return _fsopen(path.c_str(), "atN", _SH_DENYNO);
+    File file = NoFile;
+    constexpr int flags = _O_WRONLY | _O_CREAT | _O_APPEND | _O_TEXT | _O_NOINHERIT;
+    if (_sopen_s(&file, path.c_str(), flags, _SH_DENYNO, _S_IREAD | _S_IWRITE) != 0)
+        return NoFile;
+    return file;
+}
+
+void WriteToFile(File file, std::string_view first, std::string_view second)
+{
+    for (const std::string_view text : {first, second})
+        if (!text.empty())
+            _write(file, text.data(), static_cast<unsigned>(text.size()));
+}
+
+std::size_t SizeInFile(std::string_view text)
+{
+    return text.size() + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+std::uint64_t FileSize(File file)
+{
+    const __int64 size = _filelengthi64(file);
+    return size < 0 ? 0 : static_cast<std::uint64_t>(size);
+}
+
+void CloseFile(File file)
+{
+    _close(file);
 }
 
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode)
 {
+    // N: child processes do not inherit it.
     return _fsopen(path.c_str(), (std::string(mode) + "tN").c_str(), _SH_DENYNO);
 }
 

@@ -1,4 +1,6 @@
 // The comms reports of a target library, with parameters of every type.
+#include <filesystem>
+
 #include "logger/comms_log.h"
 #include "logger/log_files.h"
 #include "tests/fuzz/fuzz_target.h"
@@ -42,11 +44,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     std::vector<LogParameter> parameters(source.Below(8));
     for (LogParameter& parameter : parameters)
         parameter = Parameter(source);
-    CommsLogFile = std::fopen(path.c_str(), "wb");
+    std::filesystem::remove(path);
+    CommsLogFile = LogFile::Open(path).release();
     const auto count = static_cast<UNUM32>(parameters.size());
     Require(CommsLogCallback(text, direction, protocol, count, count ? parameters.data() : nullptr) == 0,
             "0 goes back");
-    std::fclose(CommsLogFile.exchange(nullptr));
+    delete CommsLogFile.exchange(nullptr);
 
     std::string written = FileBytes(path);
     Require(written.empty() == !LoggingActive() && written.size() < LogBuffer::Size, "one block is written");

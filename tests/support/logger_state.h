@@ -1,7 +1,6 @@
 // The logger's process-wide state for unit tests, without a start of the logger.
 #pragma once
 
-#include <cstdio>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -21,7 +20,7 @@ protected:
     {
         Reset();
         SetSetting(NumericKey::LogEnabled, 1);
-        ApiLogFile = std::fopen(LogPath().c_str(), "w");
+        ApiLogFile = LogFile::Open(LogPath()).release();
     }
     ~LoggerState() override
     {
@@ -34,7 +33,7 @@ protected:
     /// The log so far, with what was not flushed yet.
     std::string Log() const
     {
-        std::fflush(ApiLogFile);
+        ApiLogFile.load()->Flush();
         return FileText(LogPath());
     }
 

@@ -1,0 +1,11 @@
+// The target library of the benchmark: all functions, and each does next to nothing.
+#pragma once
+
+#include "decode/pdu_api.h"
+
+extern "C" {
+/// What the logger library registered.
+PDU_API CALLBACKFNC PDUBenchEventCallback();
+PDU_API PDU_MS_LOG_CALLBACK PDUBenchLogCallback();
+PDU_API T_PDU_ERROR PDU_MS_SetLogCallback(PDU_MS_LOG_CALLBACK callback);
+}

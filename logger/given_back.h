@@ -1,6 +1,8 @@
 // What becomes of the texts of the whole process when the library ends.
 #pragma once
 
+#include <utility>
+
 #include "lib/CMutexWindows.h"
 #include "logger/settings.h"
 
@@ -15,8 +17,11 @@ public:
     ~GivenBack()
     {
         LogMutexHold hold;
-        if (!IsLoaded())
-            lasting_ = Object();
+        if (IsLoaded())
+            return;
+        // An assignment would keep the memory for texts to come.
+        Object empty;
+        std::swap(lasting_, empty);
     }
     GivenBack(const GivenBack&) = delete;
     GivenBack& operator=(const GivenBack&) = delete;

@@ -150,6 +150,11 @@ TEST(FaultLogFiles, WithoutAnyMoreFilesTheChangeFailsAndTheLogComesBackWithThem)
 TEST(FaultLogFiles, WithoutAnyMoreFilesTheStartIsRefusedAndALaterOneWorks)
 {
     Session session;
+    // A first start without the configuration goes the way of the second; a sanitizer, whose checks of what
+    // it has not seen before need descriptors too, has then seen it.
+    std::filesystem::remove(session.ConfigurationPath());
+    EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    session.Configure({});
     {
         const NoMoreFiles shortage;
         EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);

@@ -28,7 +28,7 @@ template <class Action> void StartEndless(std::atomic<UNUM32>& round, Action act
 void AwaitRounds()
 {
     for (const std::atomic<UNUM32>& round : Rounds)
-        for (const UNUM32 until = round + 100; round < until;)
+        for (const UNUM32 until = round + 30; round < until;)
             std::this_thread::yield();
 }
 

@@ -46,14 +46,14 @@ TEST(FaultLevelFile, ThatIsReadOnlyIsDoneWithout)
     const auto file = LevelFile(session.Folder().Path());
     std::filesystem::create_directories(file.parent_path());
     WriteFileBytes(file, std::string(76, '\0'));
-    std::filesystem::permissions(file, perms::owner_read | perms::group_read | perms::others_read);
+    SetReadOnly(file.string(), true);
     {
         const WithoutPrivileges guest;
         EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
         EXPECT_EQ(LoggedCall(session), ACall);
     }
     EXPECT_EQ(FileBytes(file), std::string(76, '\0'));
-    std::filesystem::permissions(file, perms::all);
+    SetReadOnly(file.string(), false);
 }
 
 TEST(FaultLevelFile, ThatAnotherProcessChangesSteersTheNextRecord)

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <malloc.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -55,6 +56,11 @@ bool LargestFile::IsInForce()
     return false;
 }
 
+void SetReadOnly(const std::string& path, bool readOnly)
+{
+    SetFileAttributesA(path.c_str(), readOnly ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL);
+}
+
 bool MakeNamedPipe(const std::string&)
 {
     return false;
@@ -83,15 +89,17 @@ std::size_t SetLimit(__rlimit_resource_t resource, std::size_t value)
 std::size_t OpenHandles()
 {
     const std::filesystem::directory_iterator all("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+    auto count = static_cast<std::size_t>(std::distance(begin(all), end(all)));
+    std::ifstream mappings("/proc/self/maps");
+    for (std::string line; std::getline(mappings, line);)
+        count += line.find('/') != std::string::npos;
+    return count;
 }
 
 std::size_t MemoryInUse()
 {
-    std::size_t total = 0;
-    std::size_t resident = 0;
-    std::ifstream("/proc/self/statm") >> total >> resident;
-    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
 }
 
 NoMoreFiles::NoMoreFiles() : formerLimit_(SetLimit(RLIMIT_NOFILE, 0)) {}
@@ -115,6 +123,11 @@ LargestFile::~LargestFile()
 bool LargestFile::IsInForce()
 {
     return true;
+}
+
+void SetReadOnly(const std::string& path, bool readOnly)
+{
+    chmod(path.c_str(), readOnly ? 0444 : 0666);
 }
 
 bool MakeNamedPipe(const std::string& path)

@@ -8,10 +8,10 @@
 
 namespace marvane::testing {
 
-/// Number of files and other system objects that the process holds open.
+/// Number of files and other system objects that the process holds open or mapped.
 std::size_t OpenHandles();
 
-/// Bytes of memory that the process has to itself.
+/// Bytes of memory that the process has taken and not given back.
 std::size_t MemoryInUse();
 
 /// While it exists, no file can be opened: the process has used up what the system, or its C library, allows.
@@ -56,6 +56,9 @@ public:
 private:
     unsigned former_ = 0;
 };
+
+/// Makes a file read-only, or takes that back.
+void SetReadOnly(const std::string& path, bool readOnly);
 
 /// Makes a named pipe where files can be one; false where they can't.
 bool MakeNamedPipe(const std::string& path);

@@ -24,12 +24,15 @@ constexpr std::string_view CutMark = "( ...)|\n";
 constexpr char Digits[] = "0123456789ABCDEF";
 
 /// Each byte as its two digits and two blanks: the next cell begins at the second.
-constexpr auto Cells = [] {
+constexpr std::array<std::array<char, 4>, 256> AllCells()
+{
     std::array<std::array<char, 4>, 256> cells = {};
     for (std::size_t byte = 0; byte < cells.size(); ++byte)
         cells[byte] = {Digits[byte >> 4], Digits[byte & 15], ' ', ' '};
     return cells;
-}();
+}
+
+constexpr auto Cells = AllCells();
 
 /// Eight bytes, those that do not print replaced by full stops.
 std::uint64_t PrintableBytes(std::uint64_t bytes)
@@ -77,8 +80,8 @@ public:
         std::copy_n(bytes, count, run.begin());
         char* const columns = line_.data() + stampLength_;
         PutRun(columns, offset, run.data());
-        char* const cellsEnd = columns + CellColumn + count * 3;
-        std::fill(cellsEnd, columns + CellColumn + BytesPerLine * 3, ' ');
+        char* const cellsEnd = columns + CellColumn + std::size_t{count} * 3;
+        std::fill(cellsEnd, columns + CellColumn + std::size_t{BytesPerLine} * 3, ' ');
         cellsEnd[-1] = '>';
         char* end = columns + TextColumn + count;
         std::fill(end, columns + BarColumn, ' ');

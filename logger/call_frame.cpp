@@ -30,7 +30,7 @@ void LogEntryLine(const CallForm& call, CallText& text)
         else if (text.Buffer.HasRoom())
             call.arguments(text.Buffer);
     }
-    LogJoined(text.Buffer, "\n", {});
+    LogLineEnd(text.Buffer);
 }
 
 void LogExitLine(const CallForm& call, CallText& text, T_PDU_ERROR status)

@@ -32,7 +32,7 @@ void PutMilliseconds(char* stamp, unsigned milliseconds)
 
 void PutStamp(char* stamp, const platform::LocalTime& time, std::uint32_t thread)
 {
-    std::memcpy(stamp, "{00:00:00.000 - 00000000} ", 26);
+    PutText(stamp, "{00:00:00.000 - 00000000} ");
     PutTwoDigits(stamp + 1, time.Hour);
     PutTwoDigits(stamp + 4, time.Minute);
     PutTwoDigits(stamp + 7, time.Second);
@@ -71,6 +71,19 @@ void LogStamp(LogBuffer& text, const FrameTime& time)
     if (!time.IsSet())
         return text.Append(FrameTime(0, 0, 0, 0).Stamp());
     text.Append(time.Stamp());
+}
+
+void LogJoined(LogBuffer& text, std::string_view first, std::string_view second, std::string_view third)
+{
+    if (LoggingActive() && text.HasRoom())
+        text.Join(LogBuffer::LineEnd::No, first, second, third);
+}
+
+void LogStampThenJoined(LogBuffer& text, const FrameTime& time, std::string_view first,
+                        std::string_view second, std::string_view third)
+{
+    LogStamp(text, time);
+    LogJoined(text, first, second, third);
 }
 
 void LogIndented(LogBuffer& text, const FrameTime& time, std::string_view indent)

@@ -95,12 +95,9 @@ private:
     char* Put(char* end, std::string_view text)
     {
         const auto room = static_cast<std::size_t>(text_ + Capacity - end);
-        if (text.size() <= room) {
-            CopyText(end, text.data(), text.size());
-            return end + text.size();
-        }
-        CopyText(end, text.data(), room);
-        return end + room;
+        if (text.size() <= room)
+            return PutText(end, text);
+        return PutText(end, text.substr(0, room));
     }
     void AddMarker();
 
@@ -173,8 +170,7 @@ inline char* PutPlain(char* out, std::uint32_t number)
 }
 inline char* PutPlain(char* out, std::string_view text)
 {
-    CopyText(out, text.data(), text.size());
-    return out + text.size();
+    return PutText(out, text);
 }
 inline char* PutPlain(char* out, const ShortText& text)
 {
@@ -244,21 +240,21 @@ void LogAppendLine(LogBuffer& text, const std::type_identity_t<LogFormat<Argumen
 }
 
 /// One log statement that puts texts behind each other.
-inline void LogJoined(LogBuffer& text, std::string_view first, std::string_view second,
-                      std::string_view third = {})
+void LogJoined(LogBuffer& text, std::string_view first, std::string_view second = {},
+               std::string_view third = {});
+
+/// A line end as a statement of its own.
+inline void LogLineEnd(LogBuffer& text)
 {
-    if (!LoggingActive() || !text.HasRoom())
-        return;
-    if (char* place = text.Take(first.size() + second.size() + third.size())) {
-        CopyText(place, first.data(), first.size());
-        CopyText(place += first.size(), second.data(), second.size());
-        CopyText(place += second.size(), third.data(), third.size());
-    } else
-        text.Join(LogBuffer::LineEnd::No, first, second, third);
+    if (LoggingActive() && text.HasRoom())
+        text.Append("\n");
 }
 
 /// The stamp with which every line begins: time and calling thread.
 void LogStamp(LogBuffer& text, const FrameTime& time);
+
+void LogStampThenJoined(LogBuffer& text, const FrameTime& time, std::string_view first,
+                        std::string_view second, std::string_view third);
 
 /// The stamp, and behind it a statement that puts texts behind each other.
 inline void LogStamped(LogBuffer& text, const FrameTime& time, std::string_view first,
@@ -268,15 +264,11 @@ inline void LogStamped(LogBuffer& text, const FrameTime& time, std::string_view 
         return;
     const std::string_view stamp = time.Stamp();
     const std::size_t length = stamp.size() + first.size() + second.size() + third.size();
-    char* place = time.IsSet() ? text.Take(length) : nullptr;
-    if (!place) {
-        LogStamp(text, time);
-        return LogJoined(text, first, second, third);
-    }
-    CopyText(place, stamp.data(), stamp.size());
-    CopyText(place += stamp.size(), first.data(), first.size());
-    CopyText(place += first.size(), second.data(), second.size());
-    CopyText(place += second.size(), third.data(), third.size());
+    char* const place = time.IsSet() ? text.Take(length) : nullptr;
+    // Near the reserve the two are statements of their own.
+    if (!place)
+        return LogStampThenJoined(text, time, first, second, third);
+    PutText(PutText(PutText(PutText(place, stamp), first), second), third);
 }
 
 /// The stamp, and the indent of a decoded line.

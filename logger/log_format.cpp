@@ -52,7 +52,7 @@ std::size_t VisibleLength(Output out, const FormatPiece& piece, const char* text
     return end ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : reach;
 }
 
-Output PutText(Output out, const FormatPiece& piece, const FormatArgument& argument)
+Output PutTextArgument(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
     if (argument.Text == nullptr)
         return argument.Length == 0 ? PutPadded(out, piece, "", 0) : PutPadded(out, piece, "(null)", 6);
@@ -126,7 +126,7 @@ Output PutArgument(Output out, const FormatPiece& piece, const FormatArgument& a
 {
     switch (piece.Conversion) {
     case 's':
-        return PutText(out, piece, argument);
+        return PutTextArgument(out, piece, argument);
     case 'x':
     case 'X':
         return PutHexadecimal(out, piece, argument);

@@ -94,7 +94,7 @@ void UnknownDirective();
 void TooFewArguments();
 void TooManyArguments();
 void ArgumentDoesNotFitDirective();
-void LiteralOrWidthTooLong();
+void LiteralTooLong();
 
 constexpr Kind WantedBy(char conversion)
 {
@@ -142,7 +142,7 @@ public:
                 if (i != sizeof...(Arguments))
                     format_check::TooManyArguments();
                 if (piece.Literal != rest.size())
-                    format_check::LiteralOrWidthTooLong();
+                    format_check::LiteralTooLong();
                 return;
             }
             if (std::string_view("scpduxX").find(piece.Conversion) == std::string_view::npos)

@@ -5,37 +5,48 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace marvane {
 
-/// Copies a text of any length; the short ones, which most are, by two moves that may overlap.
+/// Copies a text of one to two words, by two moves that may overlap.
+template <class Word> void CopyByEnds(char* out, const char* text, std::size_t length)
+{
+    Word first;
+    Word last;
+    std::memcpy(&first, text, sizeof first);
+    std::memcpy(&last, text + length - sizeof last, sizeof last);
+    std::memcpy(out, &first, sizeof first);
+    std::memcpy(out + length - sizeof last, &last, sizeof last);
+}
+
+/// Copies a text of any length. The commonest lengths are asked for first.
 inline void CopyText(char* out, const char* text, std::size_t length)
 {
-    const auto ends = [=]<class Word>(Word first) {
-        Word last;
-        std::memcpy(&first, text, sizeof first);
-        std::memcpy(&last, text + length - sizeof last, sizeof last);
-        std::memcpy(out, &first, sizeof first);
-        std::memcpy(out + length - sizeof last, &last, sizeof last);
-    };
-    struct Words
+    struct TwoWords
     {
         std::uint64_t Word[2];
     };
-    // The commonest lengths are asked for first.
     if (length >= 8) {
         if (length <= 16)
-            ends(std::uint64_t());
-        else if (length <= 2 * sizeof(Words))
-            ends(Words());
+            CopyByEnds<std::uint64_t>(out, text, length);
+        else if (length <= 32)
+            CopyByEnds<TwoWords>(out, text, length);
         else
             std::memcpy(out, text, length);
     } else if (length >= 4)
-        ends(std::uint32_t());
+        CopyByEnds<std::uint32_t>(out, text, length);
     else if (length >= 2)
-        ends(std::uint16_t());
+        CopyByEnds<std::uint16_t>(out, text, length);
     else if (length == 1)
         *out = *text;
+}
+
+/// Copies a text. Returns the end of the copy.
+inline char* PutText(char* out, std::string_view text)
+{
+    CopyText(out, text.data(), text.size());
+    return out + text.size();
 }
 
 inline std::uint64_t BytesReversed(std::uint64_t value)

@@ -150,11 +150,12 @@ TEST(FaultLogFiles, WithoutAnyMoreFilesTheChangeFailsAndTheLogComesBackWithThem)
 TEST(FaultLogFiles, WithoutAnyMoreFilesTheStartIsRefusedAndALaterOneWorks)
 {
     Session session;
-    // A first start without the configuration goes the way of the second; a sanitizer, whose checks of what
-    // it has not seen before need descriptors too, has then seen it.
+#ifdef MARVANE_SANITIZED
+    // A sanitizer needs descriptors for its checks of what it has not seen before: a refused start shows it.
     std::filesystem::remove(session.ConfigurationPath());
     EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
     session.Configure({});
+#endif
     {
         const NoMoreFiles shortage;
         EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);

@@ -51,7 +51,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
             "0 goes back");
     delete CommsLogFile.exchange(nullptr);
 
-    std::string written = FileBytes(path);
+    const std::string written = FileText(path);
     Require(written.empty() == !LoggingActive() && written.size() < LogBuffer::Size, "one block is written");
     // Names of fixed size may hold line breaks.
     if (std::string_view(reinterpret_cast<const char*>(data), size).find('\n') == std::string_view::npos)

@@ -53,15 +53,16 @@ EnvironmentValue::~EnvironmentValue()
     SetVariable(name_, former_);
 }
 
-std::string FileBytes(const std::filesystem::path& path)
+std::string FileBytes(const std::filesystem::path& path, std::uintmax_t from)
 {
     std::ifstream file(path, std::ios::binary);
+    file.seekg(static_cast<std::streamoff>(from));
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-std::string FileText(const std::filesystem::path& path)
+std::string FileText(const std::filesystem::path& path, std::uintmax_t from)
 {
-    std::string text = FileBytes(path);
+    std::string text = FileBytes(path, from);
     for (std::size_t at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n", at))
         text.erase(at, 1);
     return text;

@@ -37,10 +37,10 @@ private:
     std::optional<std::string> former_;
 };
 
-/// Whole contents of a file, line ends as line feeds; empty if there is no such file.
-std::string FileText(const std::filesystem::path& path);
-/// The bytes of a file.
-std::string FileBytes(const std::filesystem::path& path);
+/// Contents of a file from a byte on, line ends as line feeds; empty if there is no such file.
+std::string FileText(const std::filesystem::path& path, std::uintmax_t from = 0);
+/// The bytes of a file from one on.
+std::string FileBytes(const std::filesystem::path& path, std::uintmax_t from = 0);
 void WriteFileBytes(const std::filesystem::path& path, const std::string& bytes);
 
 } // namespace marvane::testing

@@ -29,7 +29,8 @@ struct Output
     [[nodiscard]] Output Fill(char filler, std::size_t count) const
     {
         count = std::min(count, Room());
-        std::memset(Position, filler, count);
+        if (count != 0)
+            std::memset(Position, filler, count);
         return {Position + count, End};
     }
 };
@@ -84,15 +85,18 @@ Output PutNumber(Output out, const FormatPiece& piece, const char* digits, std::
 
 Output PutHexadecimal(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
+    constexpr std::size_t most = 8;
     const std::uint32_t value = Narrowed(piece, argument.Number);
-    char digits[8];
-    PutHex(digits, value, piece.Conversion == 'x' ? LowerCase : UpperCase);
+    // Larger than need be: a compiler that can't tell how many digits are copied would take it for too small.
+    char digits[64];
+    char* const end = std::end(digits);
+    PutHex(end - most, value, piece.Conversion == 'x' ? LowerCase : UpperCase);
     const auto length = static_cast<std::size_t>(std::bit_width(value | 1) + 3) / 4;
-    if (piece.Width <= sizeof digits && piece.Flags == FormatPiece::ZeroPadded) {
+    if (piece.Width <= most && piece.Flags == FormatPiece::ZeroPadded) {
         const std::size_t shown = std::max<std::size_t>(length, piece.Width);
-        return out.Put(std::end(digits) - shown, shown);
+        return out.Put(end - shown, shown);
     }
-    return PutNumber(out, piece, std::end(digits) - length, length, false);
+    return PutNumber(out, piece, end - length, length, false);
 }
 
 Output PutDecimal(Output out, const FormatPiece& piece, const FormatArgument& argument)

@@ -62,14 +62,16 @@ const CPduDll& BareApi()
 
 decltype(&PDUBenchEventCallback) RegisteredEventCallback()
 {
-    return reinterpret_cast<decltype(&PDUBenchEventCallback)>(
+    static const auto function = reinterpret_cast<decltype(&PDUBenchEventCallback)>(
         platform::FindFunction(Target(), "PDUBenchEventCallback"));
+    return function;
 }
 
 decltype(&PDUBenchLogCallback) RegisteredLogCallback()
 {
-    return reinterpret_cast<decltype(&PDUBenchLogCallback)>(
+    static const auto function = reinterpret_cast<decltype(&PDUBenchLogCallback)>(
         platform::FindFunction(Target(), "PDUBenchLogCallback"));
+    return function;
 }
 
 Session::Session(const Settings& settings)

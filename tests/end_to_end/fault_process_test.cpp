@@ -144,6 +144,25 @@ TEST_P(FaultKilled, WhileTheLogFileChangesLosesNoLine)
 
 INSTANTIATE_TEST_SUITE_P(Calls, FaultKilled, ::testing::Values(1, 50, 333));
 
+TEST(FaultProcess, EndingWithoutDestructAndWithoutFlushLosesNoLine)
+{
+    if (!ChildRole().empty()) {
+        static Session* const session = new Session({{"LogFlush", "0"}});
+        session->Construct();
+        for (UNUM32 i = 0; i < 100; ++i)
+            session->Api().PDULockResource(1, i, 3);
+        session->Fake().Discard();
+        return;
+    }
+    const TemporaryFolder folder;
+    ChildProcess child("ending", folder);
+    EXPECT_EQ(child.Wait(), 0) << child.Output();
+    const LogSummary log = Summarise(LogInOrder(LogFolderOfChild(folder)));
+    EXPECT_EQ(WrongLines(log), "");
+    EXPECT_EQ(log.Entries.at("PDULockResource"), 100u);
+    EXPECT_EQ(log.Exits.at("PDULockResource"), 100u);
+}
+
 /// Makes calls and expects what the target answers.
 void ExpectUnchangedCalls(Session& session, UNUM32 count)
 {

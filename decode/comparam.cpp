@@ -27,9 +27,10 @@ void DecodeComParam(const DecoderFrame& frame, const PDU_PARAM_ITEM* item, int d
         return;
     const std::size_t indent = IndentIndex(direction, level);
     if (!item)
-        return DecodeLine(frame, indent, "ComParam pointer\t= <NULL>");
-    DecodeLine(frame, indent, "ComParam (%8p) Id = %s (id=%u), DataType = %s (0x%04X), Class = %s (0x%04X)",
-               item, ComParamName(item->ComParamId), item->ComParamId,
+        return DecodeLine(frame, indent, "ComParam pointer\t= <NULL>"_fmt);
+    DecodeLine(frame, indent,
+               "ComParam (%8p) Id = %s (id=%u), DataType = %s (0x%04X), Class = %s (0x%04X)"_fmt, item,
+               ComParamName(item->ComParamId), item->ComParamId,
                NameOf(ComParamTypeNames, item->ComParamDataType, "<UNKNOWN>"), item->ComParamDataType,
                NameOf(ComParamClassNames, item->ComParamClass, "<UNKNOWN>"), item->ComParamClass);
     DecodeParamValue(frame, item->ComParamId, item->ComParamDataType, item->pComParamData, direction,
@@ -43,27 +44,25 @@ void DecodeParamValue(const DecoderFrame& frame, UNUM32 id, T_PDU_PT type, const
         return;
     const std::size_t indent = IndentIndex(direction, level);
     if (!data)
-        return DecodeLine(frame, indent, "pDataVal\t= <NULL>");
+        return DecodeLine(frame, indent, "pDataVal\t= <NULL>"_fmt);
     const std::string_view name = ComParamName(id);
     // A narrow signed number shows all its eight digits: it is printed as the wide number that it became.
     const auto number = [&](auto format, auto value) {
         DecodeLine(frame, indent, format, name, id, value, value);
     };
-    using Unsigned = LogFormat<std::string_view, UNUM32, UNUM32, UNUM32>;
-    using Signed = LogFormat<std::string_view, UNUM32, SNUM32, SNUM32>;
     switch (type) {
     case PDU_PT_UNUM8:
-        return number(Unsigned("%-30s (id=%3u): =\t(u 8)%10u\t(0x%02X)"), UNUM32{Read<UNUM8>(data)});
+        return number("%-30s (id=%3u): =\t(u 8)%10u\t(0x%02X)"_fmt, UNUM32{Read<UNUM8>(data)});
     case PDU_PT_SNUM8:
-        return number(Signed("%-30s (id=%3u): =\t(s 8)%10d\t(0x%02X)"), SNUM32{Read<SNUM8>(data)});
+        return number("%-30s (id=%3u): =\t(s 8)%10d\t(0x%02X)"_fmt, SNUM32{Read<SNUM8>(data)});
     case PDU_PT_UNUM16:
-        return number(Unsigned("%-30s (id=%3u): =\t(u16)%10u\t(0x%04X)"), UNUM32{Read<UNUM16>(data)});
+        return number("%-30s (id=%3u): =\t(u16)%10u\t(0x%04X)"_fmt, UNUM32{Read<UNUM16>(data)});
     case PDU_PT_SNUM16:
-        return number(Signed("%-30s (id=%3u): =\t(s16)%10d\t(0x%04X)"), SNUM32{Read<SNUM16>(data)});
+        return number("%-30s (id=%3u): =\t(s16)%10d\t(0x%04X)"_fmt, SNUM32{Read<SNUM16>(data)});
     case PDU_PT_UNUM32:
-        return number(Unsigned("%-30s (id=%3u): =\t(u32)%10u\t(0x%08X)"), Read<UNUM32>(data));
+        return number("%-30s (id=%3u): =\t(u32)%10u\t(0x%08X)"_fmt, Read<UNUM32>(data));
     case PDU_PT_SNUM32:
-        return number(Signed("%-30s (id=%3u): =\t(s32)%10d\t(0x%08X)"), Read<SNUM32>(data));
+        return number("%-30s (id=%3u): =\t(s32)%10d\t(0x%08X)"_fmt, Read<SNUM32>(data));
     case PDU_PT_BYTEFIELD:
         return DecodeByteField(frame, direction, level, id,
                                static_cast<const PDU_PARAM_BYTEFIELD_DATA*>(data));
@@ -74,7 +73,7 @@ void DecodeParamValue(const DecoderFrame& frame, UNUM32 id, T_PDU_PT type, const
         return DecodeLongField(frame, direction, level, id,
                                static_cast<const PDU_PARAM_LONGFIELD_DATA*>(data));
     default:
-        return DecodeLine(frame, indent, "%s (id=%3u): \tunknown type= %s (%u)", name, id,
+        return DecodeLine(frame, indent, "%s (id=%3u): \tunknown type= %s (%u)"_fmt, name, id,
                           NameOf(ComParamTypeNames, type, "<UNKNOWN>"), type);
     }
 }
@@ -86,8 +85,8 @@ void DecodeByteField(const DecoderFrame& frame, int direction, int level, UNUM32
         return;
     const std::size_t indent = IndentIndex(direction, level);
     if (!field)
-        return DecodeLine(frame, indent, "pByteField\t= <NULL>");
-    DecodeLine(frame, indent, "%s (id=%u): MaxLen\t= %u, ActLen\t= %u", ComParamName(id), id,
+        return DecodeLine(frame, indent, "pByteField\t= <NULL>"_fmt);
+    DecodeLine(frame, indent, "%s (id=%u): MaxLen\t= %u, ActLen\t= %u"_fmt, ComParamName(id), id,
                field->ParamMaxLen, field->ParamActLen);
     DumpBuffer(frame, direction, level, "pDataArray", field->pDataArray, field->ParamActLen,
                field->ParamActLen);
@@ -100,8 +99,8 @@ void DecodeLongField(const DecoderFrame& frame, int direction, int level, UNUM32
         return;
     const std::size_t indent = IndentIndex(direction, level + 1);
     if (!field)
-        return DecodeLine(frame, indent, "pLongField\t= <NULL>");
-    DecodeLine(frame, indent, "Id = %s (id=%u): MaxLen\t= %u, ActLen\t= %u", ComParamName(id), id,
+        return DecodeLine(frame, indent, "pLongField\t= <NULL>"_fmt);
+    DecodeLine(frame, indent, "Id = %s (id=%u): MaxLen\t= %u, ActLen\t= %u"_fmt, ComParamName(id), id,
                field->ParamMaxLen, field->ParamActLen);
     const UNUM32 bytes = field->ParamActLen * static_cast<UNUM32>(sizeof(UNUM32));
     DumpBuffer(frame, direction, level + 1, "pDataArray", reinterpret_cast<const UNUM8*>(field->pDataArray),
@@ -115,11 +114,11 @@ void DecodeStructField(const DecoderFrame& frame, int direction, int level, UNUM
         return;
     const std::size_t indent = IndentIndex(direction, level + 1);
     if (!field)
-        return DecodeLine(frame, indent, "pStructField\t= <NULL>");
-    DecodeLine(frame, indent, "Id = %s (id=%u): ComParamStructType\t= %d", ComParamName(id), id,
+        return DecodeLine(frame, indent, "pStructField\t= <NULL>"_fmt);
+    DecodeLine(frame, indent, "Id = %s (id=%u): ComParamStructType\t= %d"_fmt, ComParamName(id), id,
                field->ComParamStructType);
-    DecodeLine(frame, indent, "MaxEntries\t= %u", field->ParamMaxEntries);
-    DecodeLine(frame, indent, "ActEntries\t= %u", field->ParamActEntries);
+    DecodeLine(frame, indent, "MaxEntries\t= %u"_fmt, field->ParamMaxEntries);
+    DecodeLine(frame, indent, "ActEntries\t= %u"_fmt, field->ParamActEntries);
     // The first element stands for all.
     if (field->ComParamStructType == PDU_CPST_SESSION_TIMING)
         DecodeSessionTiming(frame, direction, level + 1,
@@ -136,12 +135,12 @@ void DecodeSessionTiming(const DecoderFrame& frame, int direction, int level,
         return;
     const std::size_t indent = IndentIndex(direction, level + 1);
     if (!timing)
-        return DecodeLine(frame, indent, "pSessionTiming\t= <NULL>");
-    DecodeLine(frame, indent, "session\t= %hu", timing->session);
-    DecodeLine(frame, indent, "P2Max_high\t= %hhu", timing->P2Max_high);
-    DecodeLine(frame, indent, "P2Max_low\t= %hhu", timing->P2Max_low);
-    DecodeLine(frame, indent, "P2Star_high\t= %hhu", timing->P2Star_high);
-    DecodeLine(frame, indent, "P2Star_low\t= %hhu", timing->P2Star_low);
+        return DecodeLine(frame, indent, "pSessionTiming\t= <NULL>"_fmt);
+    DecodeLine(frame, indent, "session\t= %hu"_fmt, timing->session);
+    DecodeLine(frame, indent, "P2Max_high\t= %hhu"_fmt, timing->P2Max_high);
+    DecodeLine(frame, indent, "P2Max_low\t= %hhu"_fmt, timing->P2Max_low);
+    DecodeLine(frame, indent, "P2Star_high\t= %hhu"_fmt, timing->P2Star_high);
+    DecodeLine(frame, indent, "P2Star_low\t= %hhu"_fmt, timing->P2Star_low);
 }
 
 void DecodeAccessTiming(const DecoderFrame& frame, int direction, int level,
@@ -151,14 +150,14 @@ void DecodeAccessTiming(const DecoderFrame& frame, int direction, int level,
         return;
     const std::size_t indent = IndentIndex(direction, level + 1);
     if (!timing)
-        return DecodeLine(frame, indent, "pAccessTiming\t= <NULL>");
-    DecodeLine(frame, indent, "P2Min\t= %hhu", timing->P2Min);
-    DecodeLine(frame, indent, "P2Max\t= %hhu", timing->P2Max);
-    DecodeLine(frame, indent, "P3Min\t= %hhu", timing->P3Min);
-    DecodeLine(frame, indent, "P3Max\t= %hhu", timing->P3Max);
-    DecodeLine(frame, indent, "P4Min\t= %hhu", timing->P4Min);
-    DecodeLine(frame, indent, "TimingSet\t= %hhu", timing->TimingSet);
-    DecodeLine(frame, IndentIndex(direction, level + 2), "%s",
+        return DecodeLine(frame, indent, "pAccessTiming\t= <NULL>"_fmt);
+    DecodeLine(frame, indent, "P2Min\t= %hhu"_fmt, timing->P2Min);
+    DecodeLine(frame, indent, "P2Max\t= %hhu"_fmt, timing->P2Max);
+    DecodeLine(frame, indent, "P3Min\t= %hhu"_fmt, timing->P3Min);
+    DecodeLine(frame, indent, "P3Max\t= %hhu"_fmt, timing->P3Max);
+    DecodeLine(frame, indent, "P4Min\t= %hhu"_fmt, timing->P4Min);
+    DecodeLine(frame, indent, "TimingSet\t= %hhu"_fmt, timing->TimingSet);
+    DecodeLine(frame, IndentIndex(direction, level + 2), "%s"_fmt,
                NameOf(TimingSetNames, timing->TimingSet, "UNKNOWN \"TimingSet\" SPECIFIED"));
 }
 

@@ -41,19 +41,18 @@ constexpr std::size_t IndentIndex(int direction, int level)
 }
 
 /// One decoded line: stamp, indent, text with its line end. Needs logging active and room, no level.
-template <class... Arguments>
-void DecodeLine(const DecoderFrame& frame, std::string_view indent,
-                const std::type_identity_t<LogFormat<Arguments...>>& format, const Arguments&... arguments)
+template <class Format, class... Arguments>
+void DecodeLine(const DecoderFrame& frame, std::string_view indent, Format format,
+                const Arguments&... arguments)
 {
     LogIndented(frame.Text, frame.Time, indent);
-    LogAppendLine<Arguments...>(frame.Text, format, arguments...);
+    LogAppendLine(frame.Text, format, arguments...);
 }
 
-template <class... Arguments>
-void DecodeLine(const DecoderFrame& frame, std::size_t indent,
-                const std::type_identity_t<LogFormat<Arguments...>>& format, const Arguments&... arguments)
+template <class Format, class... Arguments>
+void DecodeLine(const DecoderFrame& frame, std::size_t indent, Format format, const Arguments&... arguments)
 {
-    DecodeLine<Arguments...>(frame, IndentTable[indent], format, arguments...);
+    DecodeLine(frame, IndentTable[indent], format, arguments...);
 }
 
 /// Text of a pointer to characters from the other side: "<NULL STRING>" for null.

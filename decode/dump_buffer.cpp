@@ -123,9 +123,9 @@ void DumpBuffer(const DecoderFrame& frame, int direction, int level, const char*
         return;
     const std::size_t indent = IndentIndex(direction, level);
     if (size == 0)
-        DecodeLine(frame, indent, "%14s: Size\t= <ZERO>", label);
+        DecodeLine(frame, indent, "%14s: Size\t= <ZERO>"_fmt, label);
     if (!data)
-        DecodeLine(frame, indent, "%14s: Address \t= <NULL>", label);
+        DecodeLine(frame, indent, "%14s: Address \t= <NULL>"_fmt, label);
     if (size == 0 || !data || frame.CallsLevel < 2 || frame.DecodeLevel < 2)
         return;
 
@@ -142,7 +142,7 @@ void DumpBuffer(const DecoderFrame& frame, int direction, int level, const char*
             continue;
         }
         LogStamp(frame.Text, frame.Time);
-        LogAppend(frame.Text, "%s", line.Last(offset, data + offset, count, cut));
+        LogAppend(frame.Text, "%s"_fmt, line.Last(offset, data + offset, count, cut));
     }
 }
 

@@ -15,13 +15,13 @@ template <class Record> const Record& As(const PDU_DATA_ITEM& item)
 void DecodeNumber(const DecoderFrame& frame, const PDU_DATA_ITEM& item, int direction)
 {
     const UNUM32 number = As<UNUM32>(item);
-    DecodeLine(frame, IndentIndex(direction, 1), "*pData   \t= 0x%X (%u)", number, number);
+    DecodeLine(frame, IndentIndex(direction, 1), "*pData   \t= 0x%X (%u)"_fmt, number, number);
 }
 
 void DecodeVoltage(const DecoderFrame& frame, const PDU_DATA_ITEM& item, int direction)
 {
     const auto& voltage = As<PDU_IO_PROG_VOLTAGE_DATA>(item);
-    DecodeLine(frame, IndentIndex(direction, 1), "Pin = %u, Volts = %umV", voltage.PinOnDLC,
+    DecodeLine(frame, IndentIndex(direction, 1), "Pin = %u, Volts = %umV"_fmt, voltage.PinOnDLC,
                voltage.ProgVoltage_mv);
 }
 
@@ -39,7 +39,7 @@ void DecodeFilter(const DecoderFrame& frame, const PDU_DATA_ITEM& item, int dire
 void DecodeQueueProperty(const DecoderFrame& frame, const PDU_DATA_ITEM& item, int direction)
 {
     const auto& queue = As<PDU_IO_EVENT_QUEUE_PROPERTY_DATA>(item);
-    DecodeLine(frame, IndentIndex(direction, 1), "QueueSize = %u, QueueMode = %d", queue.QueueSize,
+    DecodeLine(frame, IndentIndex(direction, 1), "QueueSize = %u, QueueMode = %d"_fmt, queue.QueueSize,
                queue.QueueMode);
 }
 
@@ -47,11 +47,11 @@ void DecodeResourceStatus(const DecoderFrame& frame, const PDU_DATA_ITEM& item, 
 {
     const auto& resource = As<PDU_RSC_STATUS_DATA>(item);
     const UNUM32 status = resource.ResourceStatus;
-    DecodeLine(frame, IndentIndex(direction, 1), "hMod = %u, ResourceId = %s (%u), Status = 0x%X",
+    DecodeLine(frame, IndentIndex(direction, 1), "hMod = %u, ResourceId = %s (%u), Status = 0x%X"_fmt,
                resource.hMod, ObjectName(ObjectNameMap::ResourceNames, resource.ResourceId, "<UNKNOWN>"),
                resource.ResourceId, status);
     DecodeLine(frame, IndentIndex(direction, 2),
-               "Status decode: Phys ComParams Locked = %d, TX Q locked = %d, Available = %d, In use = %d",
+               "Status decode: Phys ComParams Locked = %d, TX Q locked = %d, Available = %d, In use = %d"_fmt,
                status >> 3 & 1, status >> 2 & 1, status >> 1 & 1, status & 1);
 }
 
@@ -64,7 +64,7 @@ void DecodeEvent(const DecoderFrame& frame, const PDU_DATA_ITEM& item, int direc
 {
     const auto& event = As<PDU_EVENT_ITEM>(item);
     DecodeLine(frame, IndentIndex(direction, 1),
-               "%s (0x%04X): hCoP = %u, Tag = %8p, Type = %d, Timestamp = %u, pData=%8p",
+               "%s (0x%04X): hCoP = %u, Tag = %8p, Type = %d, Timestamp = %u, pData=%8p"_fmt,
                NameOf(ItemTypeNames, event.ItemType, "<UNKNOWN>"), event.ItemType, event.hCop, event.pCoPTag,
                event.ItemType, event.Timestamp, event.pData);
     DecodeEventItem(frame, event.ItemType, event.pData);
@@ -73,21 +73,21 @@ void DecodeEvent(const DecoderFrame& frame, const PDU_DATA_ITEM& item, int direc
 void DecodeResourceIds(const DecoderFrame& frame, const PDU_DATA_ITEM& item, int direction)
 {
     const auto& ids = As<PDU_RSC_ID_ITEM>(item);
-    DecodeLine(frame, IndentIndex(direction, 1), "Type = %d, NumModules = %u, pRsrcDataArray = %p",
+    DecodeLine(frame, IndentIndex(direction, 1), "Type = %d, NumModules = %u, pRsrcDataArray = %p"_fmt,
                ids.ItemType, ids.NumModules, ids.pResourceIdDataArray);
     if (!ids.pResourceIdDataArray)
         return;
-    ForEachEntry(frame, ids.pResourceIdDataArray, ids.NumModules,
-                 [&](UNUM32 i, const PDU_RSC_ID_ITEM_DATA* entry) {
-                     DecodeLine(frame, IndentIndex(direction, 2), "pRsrcIdLst->pResourceIdDataArray[%u]", i);
-                     DecodeRscIdList(frame, entry, "RsrcItem", direction);
-                 });
+    ForEachEntry(
+        frame, ids.pResourceIdDataArray, ids.NumModules, [&](UNUM32 i, const PDU_RSC_ID_ITEM_DATA* entry) {
+            DecodeLine(frame, IndentIndex(direction, 2), "pRsrcIdLst->pResourceIdDataArray[%u]"_fmt, i);
+            DecodeRscIdList(frame, entry, "RsrcItem", direction);
+        });
 }
 
 void DecodeConflict(const DecoderFrame& frame, const PDU_DATA_ITEM& item, int direction)
 {
     const auto& conflict = As<PDU_RSC_CONFLICT_DATA>(item);
-    DecodeLine(frame, IndentIndex(direction, 1), "hMod = %u, ResourceId = %s (%d)", conflict.hMod,
+    DecodeLine(frame, IndentIndex(direction, 1), "hMod = %u, ResourceId = %s (%d)"_fmt, conflict.hMod,
                ObjectName(ObjectNameMap::ResourceNames, conflict.ResourceId, "<UNKNOWN>"),
                conflict.ResourceId);
 }
@@ -129,7 +129,7 @@ void DecodeStatusOfEntity(const DecoderFrame& frame, const PDU_DATA_ITEM& item, 
 
 void DecodeUnknown(const DecoderFrame& frame, const PDU_DATA_ITEM&, int direction)
 {
-    DecodeLine(frame, IndentIndex(direction, 1), "UNKOWN");
+    DecodeLine(frame, IndentIndex(direction, 1), "UNKOWN"_fmt);
 }
 
 struct ItemDecoder
@@ -178,10 +178,10 @@ void DecodeItem(const DecoderFrame& frame, const char* label, const PDU_DATA_ITE
     const std::size_t indent = IndentIndex(direction, 0);
     const char* const name = TextOrNull(label);
     if (!item)
-        return DecodeLine(frame, indent, "%s\t= <NULL>", name);
-    DecodeLine(frame, indent, "%s->ItemType\t= %s (%d)", name,
+        return DecodeLine(frame, indent, "%s\t= <NULL>"_fmt, name);
+    DecodeLine(frame, indent, "%s->ItemType\t= %s (%d)"_fmt, name,
                NameOf(ItemTypeNames, item->ItemType, "<UNKNOWN>"), item->ItemType);
-    DecodeLine(frame, indent, "%s->pData   \t= %8p", name, item->pData);
+    DecodeLine(frame, indent, "%s->pData   \t= %8p"_fmt, name, item->pData);
     if (item->pData)
         DecodeItemData(frame, *item, direction);
 }

@@ -10,7 +10,7 @@ namespace marvane {
 
 /// Recursive: each taking needs its own release. If the system refuses to make the mutex, that is reported
 /// to the diagnostic log and every wait fails at once.
-class CMutexWindows : public CMutexBase
+class CMutexWindows final : public CMutexBase
 {
 public:
     CMutexWindows();

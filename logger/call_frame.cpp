@@ -26,7 +26,7 @@ void LogEntryLine(const CallForm& call, CallText& text)
     LogEntry(text, call.name);
     if (calls >= 2) {
         if (!call.arguments)
-            LogAppend(text.Buffer, "()");
+            LogAppend(text.Buffer, "()"_fmt);
         else if (text.Buffer.HasRoom())
             call.arguments(text.Buffer);
     }
@@ -100,14 +100,14 @@ void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status)
     if (status == PDU_STATUS_NOERROR)
         return LogStamped(text.Buffer, text.Time, "- ", name, "<PDU_STATUS_NOERROR (0x0000)>\n");
     LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "- %s<%s (0x%04X)>\n", name, StatusText(status), status);
+    LogAppend(text.Buffer, "- %s<%s (0x%04X)>\n"_fmt, name, StatusText(status), status);
 }
 
 void LogNotLoaded(CallText& text, std::string_view name)
 {
     LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "%s", name);
-    LogAppend(text.Buffer, " - Called but library not loaded!\n");
+    LogAppend(text.Buffer, "%s"_fmt, name);
+    LogAppend(text.Buffer, " - Called but library not loaded!\n"_fmt);
     LogCommit(text.Buffer, ApiLogFile);
 }
 
@@ -125,7 +125,7 @@ void CloseCallOut(CallText& text, std::string_view name)
     ReadFrameTime(text);
     if (Setting(NumericKey::LogCallOuts) == 1) {
         LogStamp(text.Buffer, text.Time);
-        LogAppend(text.Buffer, "    <%s\n", name);
+        LogAppend(text.Buffer, "    <%s\n"_fmt, name);
     }
 }
 

@@ -54,12 +54,12 @@ DecoderFrame ArgumentFrame(CallText& text);
 DecoderFrame ResultFrame(CallText& text);
 
 /// One decoded line of a call, if the frame's gate is open.
-template <class... Arguments>
-void GatedLine(const DecoderFrame& frame, std::string_view prefix,
-               const std::type_identity_t<LogFormat<Arguments...>>& format, const Arguments&... arguments)
+template <class Format, class... Arguments>
+void GatedLine(const DecoderFrame& frame, std::string_view prefix, Format format,
+               const Arguments&... arguments)
 {
     if (frame.IsOpen())
-        DecodeLine<Arguments...>(frame, prefix, format, arguments...);
+        DecodeLine(frame, prefix, format, arguments...);
 }
 
 // Prefixes of decoded lines.

@@ -43,12 +43,12 @@ TEST_F(Frame, ThePartsRunInTheirOrderAndTheirTextIsWrittenInTwoPhases)
         .arguments =
             [&](LogBuffer& text) {
                 parts += "arguments ";
-                LogAppend(text, "(arguments)");
+                LogAppend(text, "(arguments)"_fmt);
             },
         .before =
             [&](CallText& text) {
                 parts += "before ";
-                LogAppendLine(text.Buffer, "before");
+                LogAppendLine(text.Buffer, "before"_fmt);
             },
         .forward =
             [&](const CPduDll& target) {
@@ -60,7 +60,7 @@ TEST_F(Frame, ThePartsRunInTheirOrderAndTheirTextIsWrittenInTwoPhases)
         .after =
             [&](CallText& text, T_PDU_ERROR answer) {
                 parts += "after ";
-                LogAppendLine(text.Buffer, "after %u", answer);
+                LogAppendLine(text.Buffer, "after %u"_fmt, answer);
             },
         .finish =
             [&](CallText&) {
@@ -107,7 +107,7 @@ TEST_F(Frame, AResultOf14790BytesStillLetsTheExitLinesStampIn)
     LogCall({
         .name = "Call",
         .forward = [](const CPduDll&) { return PDU_STATUS_NOERROR; },
-        .after = [&](CallText& text, T_PDU_ERROR) { LogAppend(text.Buffer, "%s", result); },
+        .after = [&](CallText& text, T_PDU_ERROR) { LogAppend(text.Buffer, "%s"_fmt, result); },
     });
     EXPECT_EQ(Text(), "{stamp} + Call()\n" + result + "{stamp} \t\t\t\t...\n");
 }
@@ -118,7 +118,7 @@ TEST_F(Frame, AResultOf14791BytesIsFollowedByTheMarkerAndNoExitLine)
     LogCall({
         .name = "Call",
         .forward = [](const CPduDll&) { return PDU_STATUS_NOERROR; },
-        .after = [&](CallText& text, T_PDU_ERROR) { LogAppend(text.Buffer, "%s", result); },
+        .after = [&](CallText& text, T_PDU_ERROR) { LogAppend(text.Buffer, "%s"_fmt, result); },
     });
     EXPECT_EQ(Text(), "{stamp} + Call()\n" + result + "\t\t\t\t...\n");
 }
@@ -128,8 +128,8 @@ TEST_F(Frame, ArgumentsThatFillTheBufferLeaveTheExitLineAlone)
     const std::string argument(20000, 'a');
     LogCall({
         .name = "Call",
-        .arguments = [&](LogBuffer& text) { LogAppend(text, "(%s)", argument); },
-        .before = [](CallText& text) { LogAppendLine(text.Buffer, "dropped"); },
+        .arguments = [&](LogBuffer& text) { LogAppend(text, "(%s)"_fmt, argument); },
+        .before = [](CallText& text) { LogAppendLine(text.Buffer, "dropped"_fmt); },
         .forward = [](const CPduDll&) { return PDU_STATUS_NOERROR; },
     });
     const std::string text = Log();

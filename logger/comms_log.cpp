@@ -18,14 +18,15 @@ void LogCommsParameter(const DecoderFrame& frame, int direction, const LogParame
     const std::size_t indent = IndentIndex(direction, 0);
     switch (parameter.Type) {
     case NumberParameter:
-        return DecodeLine(frame, indent, "%-20s\t= 0x%08X", BoundedText(parameter.Name, NameSize),
+        return DecodeLine(frame, indent, "%-20s\t= 0x%08X"_fmt, BoundedText(parameter.Name, NameSize),
                           *static_cast<const UNUM32*>(parameter.Data));
     case BytesParameter: {
         const auto& bytes = *static_cast<const LogParameterBytes*>(parameter.Data);
-        return DumpBuffer(frame, direction, 0, TextOrNull(parameter.Name), bytes.Bytes, bytes.Length, bytes.Length);
+        return DumpBuffer(frame, direction, 0, TextOrNull(parameter.Name), bytes.Bytes, bytes.Length,
+                          bytes.Length);
     }
     default:
-        return DecodeLine(frame, indent, "Unhandled parameter - Type= 0x%04X", parameter.Type);
+        return DecodeLine(frame, indent, "Unhandled parameter - Type= 0x%04X"_fmt, parameter.Type);
     }
 }
 
@@ -39,8 +40,8 @@ UNUM32 CommsLogCallback(const CHAR8* text, UNUM8 direction, UNUM32 protocol, UNU
     CallText report;
     ReadFrameTime(report);
     LogStamp(report.Buffer, report.Time);
-    LogAppend(report.Buffer, "%s", NameOf(CommsProtocolLabels, protocol, "NULL"));
-    LogAppendLine(report.Buffer, "%s %s", direction ? " -> " : " <- ", text);
+    LogAppend(report.Buffer, "%s"_fmt, NameOf(CommsProtocolLabels, protocol, "NULL"));
+    LogAppendLine(report.Buffer, "%s %s"_fmt, direction ? " -> " : " <- ", text);
 
     // Fixed levels: what a report holds is shown whatever the settings say about calls.
     const DecoderFrame frame{2, 2, report.Buffer, report.Time};

@@ -76,9 +76,9 @@ void LogEventEntry(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCL
     ReadFrameTime(text);
     LogEntry(text, Name);
     if (Setting(NumericKey::LogFnCalls) >= 2)
-        LogAppend(text.Buffer, "(Type=0x%X, hMod=%s, hCLL=%s, pCLLTag=%8p, pAPITag=%8p, Handler = %8p)",
+        LogAppend(text.Buffer, "(Type=0x%X, hMod=%s, hCLL=%s, pCLLTag=%8p, pAPITag=%8p, Handler = %8p)"_fmt,
                   eventType, HandleText(hMod), HandleText(hCLL), pCLLTag, pAPITag, handler);
-    LogAppend(text.Buffer, "\n");
+    LogAppend(text.Buffer, "\n"_fmt);
     CommitEntry(text);
 }
 
@@ -88,7 +88,7 @@ void LogEventExit()
     if (IsLoaded())
         CloseCallOut(text, Name);
     LogStamp(text.Buffer, text.Time);
-    LogAppendLine(text.Buffer, "- %s", Name);
+    LogAppendLine(text.Buffer, "- %s"_fmt, Name);
     LogCommit(text.Buffer, ApiLogFile);
 }
 

@@ -29,13 +29,12 @@ const GivenBack TargetVersionGivenBack(TargetVersionText);
 constexpr std::size_t MostPathCharacters = 260;
 
 // A text of the log's statements about start-up: stamp, arrow, text.
-template <class... Arguments>
-void StartUpLine(LogBuffer& text, const FrameTime& time, std::type_identity_t<LogFormat<Arguments...>> format,
-                 const Arguments&... arguments)
+template <class Format, class... Arguments>
+void StartUpLine(LogBuffer& text, const FrameTime& time, Format format, const Arguments&... arguments)
 {
     LogStamp(text, time);
-    LogAppend(text, "%s", "   -->  ");
-    LogAppendLine<Arguments...>(text, format, arguments...);
+    LogAppend(text, "%s"_fmt, "   -->  ");
+    LogAppendLine(text, format, arguments...);
 }
 
 /// Folder of this library with its separator; empty if the module is not found.
@@ -64,26 +63,26 @@ bool GetLibPath(LogBuffer& text, const FrameTime& time, const CConfigData& confi
 {
     const std::uint32_t enabled = Setting(NumericKey::LogEnabled);
     if (enabled >= 2) {
-        StartUpLine(text, time, "Unsupported LogEnabled=%d setting", enabled);
+        StartUpLine(text, time, "Unsupported LogEnabled=%d setting"_fmt, enabled);
         return true;
     }
     std::string fileName;
     if (config.GetStringValue("PDUAPILibDll", fileName) != 0) {
         LogStamp(text, time);
-        LogAppendLine(text, "Logger 'PDUAPILibDll' not in config");
+        LogAppendLine(text, "Logger 'PDUAPILibDll' not in config"_fmt);
     }
     std::string folder;
     config.GetStringValue("InstalledPath", folder);
     if (folder == ".") {
         if (enabled != 0)
-            StartUpLine(text, time, "StandAlone installation");
+            StartUpLine(text, time, "StandAlone installation"_fmt);
         folder = OwnFolder();
         if (folder.empty())
             return false;
     }
     SetTargetLibraryPath(folder, fileName);
     if (enabled != 0)
-        StartUpLine(text, time, "LOADING: DLL = \"%s\"", CopyGuarded(TargetLibraryPath));
+        StartUpLine(text, time, "LOADING: DLL = \"%s\""_fmt, CopyGuarded(TargetLibraryPath));
     return true;
 }
 
@@ -98,8 +97,9 @@ bool ReadVersionText(const std::string& file, std::string& versionText)
         return false;
     }
     char text[40];
-    const FormatArgument numbers[] = {(*version)[0], (*version)[1], (*version)[2], (*version)[3]};
-    versionText.assign(text, FormatText(text, std::end(text), "R%02d.%03d.%04d.%04d", numbers));
+    const auto [major, minor, build, patch] = *version;
+    versionText.assign(
+        text, FormatText(text, std::end(text), "R%02d.%03d.%04d.%04d"_fmt, major, minor, build, patch));
     return true;
 }
 

@@ -30,7 +30,7 @@ void PutMilliseconds(char* stamp, unsigned milliseconds)
     PutTwoDigits(stamp + MillisecondsColumn + 1, milliseconds % 100);
 }
 
-void PutStamp(char* stamp, const platform::LocalTime& time, std::uint32_t thread)
+void ComposeStamp(char* stamp, const platform::LocalTime& time, std::uint32_t thread)
 {
     PutText(stamp, "{00:00:00.000 - 00000000} ");
     PutTwoDigits(stamp + 1, time.Hour);
@@ -46,20 +46,20 @@ FrameTime::FrameTime(std::uint16_t hour, std::uint16_t minute, std::uint16_t sec
                      std::uint16_t milliseconds)
     : isSet_(true)
 {
-    PutStamp(stamp_, {hour, minute, second, milliseconds}, platform::CurrentThreadId());
+    ComposeStamp(stamp_, {hour, minute, second, milliseconds}, platform::CurrentThreadId());
 }
 
 void FrameTime::Read()
 {
     platform::ThreadClock& clock = platform::ReadThreadClock();
-    static_assert(sizeof clock.Text >= StampLength);
+    static_assert(sizeof clock.Text == StampPlace);
     if (clock.Text[0] == 0 || clock.TextMilliseconds != clock.Local.Milliseconds) {
         if (clock.Text[0] == 0)
-            PutStamp(clock.Text, clock.Local, platform::CurrentThreadId());
+            ComposeStamp(clock.Text, clock.Local, platform::CurrentThreadId());
         PutMilliseconds(clock.Text, clock.Local.Milliseconds);
         clock.TextMilliseconds = clock.Local.Milliseconds;
     }
-    std::memcpy(stamp_, clock.Text, StampLength);
+    std::memcpy(stamp_, clock.Text, StampPlace);
     isSet_ = true;
 }
 
@@ -89,15 +89,6 @@ void LogStampThenJoined(LogBuffer& text, const FrameTime& time, std::string_view
 void LogIndented(LogBuffer& text, const FrameTime& time, std::string_view indent)
 {
     LogStamped(text, time, indent, {}, {});
-}
-
-ShortText UridText(UNUM32 identifier)
-{
-    if (identifier == PDU_ID_UNDEF)
-        return ShortText("<PDU_ID_UNDEF>");
-    ShortText result("");
-    result.length_ = static_cast<std::size_t>(PutDecimal(result.text_, identifier) - result.text_);
-    return result;
 }
 
 } // namespace marvane

@@ -1,12 +1,15 @@
 // The text of one phase of a call, and the statements that add to it.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
-#include <type_traits>
+#include <utility>
 
 #include "logger/log_format.h"
+#include "logger/put_directive.h"
 #include "logger/settings.h"
 #include "logger/text_copy.h"
 #include "platform/platform.h"
@@ -26,11 +29,19 @@ public:
     bool IsSet() const { return isSet_; }
     /// "{14:03:07.250 - 00001A2C} ".
     std::string_view Stamp() const { return {stamp_, StampLength}; }
+    /// Writes the stamp, and whatever up to a place of StampPlace characters. Returns its end.
+    char* PutStamp(char* out) const
+    {
+        std::memcpy(out, stamp_, StampPlace);
+        return out + StampLength;
+    }
+
+    static constexpr std::size_t StampLength = 26;
+    /// Of two registers: a copy that ends within one would have to wait for the writing of what it copies.
+    static constexpr std::size_t StampPlace = 32;
 
 private:
-    static constexpr std::size_t StampLength = 26;
-
-    char stamp_[StampLength] = {};
+    char stamp_[StampPlace] = {};
     bool isSet_ = false;
 };
 
@@ -60,6 +71,8 @@ public:
 
     /// True while a statement may still add text.
     bool HasRoom() const { return length_ + Reserve < Capacity; }
+    /// How much text can be added.
+    std::size_t Room() const { return Capacity - length_; }
 
     /// Adds one statement's text, cut at the capacity, and the marker when it reaches the reserve.
     /// The caller has tested HasRoom.
@@ -107,136 +120,68 @@ private:
 
 static_assert(LogBuffer::Capacity + LogBuffer::Marker.size() < LogBuffer::Size);
 
-/// A short text by value, for the argument list of a statement.
-class ShortText
-{
-public:
-    operator std::string_view() const { return {text_, length_}; }
-
-    static constexpr std::size_t Most = 24;
-    /// Copies the whole place of the text, whatever its length. Returns the end of the text.
-    char* PutTo(char* out) const
-    {
-        std::memcpy(out, text_, Most);
-        return out + length_;
-    }
-
-private:
-    explicit ShortText(std::string_view text) : length_(text.size())
-    {
-        CopyText(text_, text.data(), length_);
-    }
-
-    friend ShortText HandleText(UNUM32 handle);
-    friend ShortText UridText(UNUM32 identifier);
-    char text_[Most] = {};
-    std::size_t length_;
-};
-
-/// "<PDU_HANDLE_UNDEF>", or eight hexadecimal digits behind "0x".
-inline ShortText HandleText(UNUM32 handle)
-{
-    if (handle == PDU_HANDLE_UNDEF)
-        return ShortText("<PDU_HANDLE_UNDEF>");
-    ShortText result("0x");
-    PutHex(result.text_ + result.length_, handle, UpperCase);
-    result.length_ += 8;
-    return result;
-}
-
-/// "<PDU_ID_UNDEF>", or the response identifier in decimal.
-ShortText UridText(UNUM32 identifier);
-
 namespace log_buffer_detail {
 
-// Arguments whose text has a known limit. They are put where the statement stands, without a list of them.
-constexpr std::size_t MostDigits = 10;
-inline std::size_t Limit(std::uint32_t)
+template <class Format, std::size_t... Index, class... Shown>
+std::size_t Limit(std::index_sequence<Index...>, const Shown&... shown)
 {
-    return MostDigits;
-}
-inline std::size_t Limit(std::string_view text)
-{
-    return text.size();
-}
-inline std::size_t Limit(const ShortText&)
-{
-    return ShortText::Most;
+    return (Format::Text.size() + ... + put_directive::Limit<Format::Pieces[Index]>(shown));
 }
 
-inline char* PutPlain(char* out, std::uint32_t number)
+template <class Format, std::size_t... Index, class... Shown>
+char* Put(char* out, std::index_sequence<Index...>, const Shown&... shown)
 {
-    return PutDecimal(out, number);
-}
-inline char* PutPlain(char* out, std::string_view text)
-{
-    return PutText(out, text);
-}
-inline char* PutPlain(char* out, const ShortText& text)
-{
-    return text.PutTo(out);
+    ((out = put_directive::Put<Format::Pieces[Index]>(PutText(out, Format::LiteralAt(Index)), shown)), ...);
+    return PutText(out, Format::LiteralAt(sizeof...(Index)));
 }
 
-template <class T>
-inline constexpr bool HasLimit =
-    std::is_same_v<T, std::uint32_t> || std::is_same_v<T, std::string_view> || std::is_same_v<T, ShortText>;
-
-template <class... Arguments>
-bool PutPlainStatement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const LogFormat<Arguments...>& format,
-                       const Arguments&... arguments)
+/// Writes a statement straight to its place. False near the reserve: it may have to be cut.
+template <class Format, class... Shown>
+bool PutStatement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const Shown&... shown)
 {
-    char* out = text.Take((format.Text().size() + ... + Limit(arguments)) + 1);
+    constexpr std::index_sequence_for<Shown...> indices;
+    char* out = text.Take(Limit<Format>(indices, shown...) + 1);
     if (!out)
         return false;
-    const FormatPiece* piece = format.Pieces();
-    const char* literal = format.Text().data();
-    const auto put = [&](const auto& argument) {
-        out = PutPlain(out, std::string_view(literal, piece->Literal));
-        literal += piece->Literal + piece->Length;
-        ++piece;
-        out = PutPlain(out, argument);
-    };
-    (put(arguments), ...);
-    out = PutPlain(out, std::string_view(literal, static_cast<std::size_t>(format.Text().end() - literal)));
+    out = Put<Format>(out, indices, shown...);
     if (lineEnd == LogBuffer::LineEnd::Yes)
         *out++ = '\n';
     text.EndAt(out);
     return true;
 }
 
-template <class... Arguments>
-void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const LogFormat<Arguments...>& format,
-               const Arguments&... arguments)
+template <class Format, class... Arguments>
+void CutStatement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const Arguments&... arguments)
+{
+    const std::array<FormatArgument, sizeof...(Arguments)> list = {FormatArgument(arguments)...};
+    text.Append({Format::Text, Format::Pieces.data(), list.data(), list.size()}, lineEnd);
+}
+
+template <class Format, class... Arguments>
+void Statement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const Arguments&... arguments)
 {
     if (!LoggingActive() || !text.HasRoom())
         return;
-    if constexpr (sizeof...(Arguments) == 0)
-        return text.Append(format.Text(), lineEnd);
-    else {
-        if constexpr ((HasLimit<Arguments> && ...))
-            if (format.IsPlain() && PutPlainStatement(text, lineEnd, format, arguments...))
-                return;
-        const FormatArgument list[] = {FormatArgument(arguments)...};
-        text.Append({format.Text(), format.Pieces(), list, sizeof...(Arguments)}, lineEnd);
-    }
+    if (!PutStatement<Format>(text, lineEnd, put_directive::Shown(arguments, text.Room())...))
+        CutStatement<Format>(text, lineEnd, arguments...);
 }
 
 } // namespace log_buffer_detail
 
 /// One log statement: formats onto the end of the text if logging is active and there is room.
-template <class... Arguments>
-void LogAppend(LogBuffer& text, const std::type_identity_t<LogFormat<Arguments...>>& format,
-               const Arguments&... arguments)
+template <FormatLiteral Literal, class... Arguments>
+requires FormatOf<LogFormat<Literal>, Arguments...>
+void LogAppend(LogBuffer& text, LogFormat<Literal>, const Arguments&... arguments)
 {
-    log_buffer_detail::Statement<Arguments...>(text, LogBuffer::LineEnd::No, format, arguments...);
+    log_buffer_detail::Statement<LogFormat<Literal>>(text, LogBuffer::LineEnd::No, arguments...);
 }
 
 /// The same with a line end that belongs to the statement.
-template <class... Arguments>
-void LogAppendLine(LogBuffer& text, const std::type_identity_t<LogFormat<Arguments...>>& format,
-                   const Arguments&... arguments)
+template <FormatLiteral Literal, class... Arguments>
+requires FormatOf<LogFormat<Literal>, Arguments...>
+void LogAppendLine(LogBuffer& text, LogFormat<Literal>, const Arguments&... arguments)
 {
-    log_buffer_detail::Statement<Arguments...>(text, LogBuffer::LineEnd::Yes, format, arguments...);
+    log_buffer_detail::Statement<LogFormat<Literal>>(text, LogBuffer::LineEnd::Yes, arguments...);
 }
 
 /// One log statement that puts texts behind each other.
@@ -262,13 +207,12 @@ inline void LogStamped(LogBuffer& text, const FrameTime& time, std::string_view 
 {
     if (!LoggingActive())
         return;
-    const std::string_view stamp = time.Stamp();
-    const std::size_t length = stamp.size() + first.size() + second.size() + third.size();
+    const std::size_t length = FrameTime::StampPlace + first.size() + second.size() + third.size();
     char* const place = time.IsSet() ? text.Take(length) : nullptr;
     // Near the reserve the two are statements of their own.
     if (!place)
         return LogStampThenJoined(text, time, first, second, third);
-    PutText(PutText(PutText(PutText(place, stamp), first), second), third);
+    text.EndAt(PutText(PutText(PutText(time.PutStamp(place), first), second), third));
 }
 
 /// The stamp, and the indent of a decoded line.

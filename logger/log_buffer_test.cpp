@@ -27,7 +27,7 @@ protected:
     /// Fills the buffer with `count` characters in statements that leave it open.
     void Fill(std::size_t count, char filler = 'f')
     {
-        LogAppend(*buffer, "%s", std::string(count, filler));
+        LogAppend(*buffer, "%s"_fmt, std::string(count, filler));
         ASSERT_EQ(buffer->Text().size(), count);
     }
 
@@ -44,30 +44,30 @@ private:
 TEST_F(LogBufferTest, BeginsEmptyAndStatementsFollowEachOther)
 {
     EXPECT_EQ(Text(), "");
-    LogAppend(*buffer, "+ %s", "PDUConnect");
-    LogAppend(*buffer, "(hMod=%u)", 1u);
-    LogAppend(*buffer, "\n");
+    LogAppend(*buffer, "+ %s"_fmt, "PDUConnect");
+    LogAppend(*buffer, "(hMod=%u)"_fmt, 1u);
+    LogAppend(*buffer, "\n"_fmt);
     EXPECT_EQ(Text(), "+ PDUConnect(hMod=1)\n");
 }
 
 TEST_F(LogBufferTest, ALineEndingStatementBringsItsOwnLineBreak)
 {
-    LogAppendLine(*buffer, "one");
-    LogAppendLine(*buffer, "%s = %u", "two", 2u);
-    LogAppendLine(*buffer, "");
+    LogAppendLine(*buffer, "one"_fmt);
+    LogAppendLine(*buffer, "%s = %u"_fmt, "two", 2u);
+    LogAppendLine(*buffer, ""_fmt);
     EXPECT_EQ(Text(), "one\ntwo = 2\n\n");
 }
 
 TEST_F(LogBufferTest, NothingIsComposedWhileLoggingIsNotActive)
 {
-    LogAppend(*buffer, "kept");
+    LogAppend(*buffer, "kept"_fmt);
     SetSetting(NumericKey::LogEnabled, 0);
-    LogAppend(*buffer, "dropped");
-    LogAppendLine(*buffer, "%s", "dropped");
+    LogAppend(*buffer, "dropped"_fmt);
+    LogAppendLine(*buffer, "%s"_fmt, "dropped");
     LogStamp(*buffer, {1, 2, 3, 4});
     EXPECT_EQ(Text(), "kept");
     SetSetting(NumericKey::LogEnabled, 1);
-    LogAppend(*buffer, " again");
+    LogAppend(*buffer, " again"_fmt);
     EXPECT_EQ(Text(), "kept again");
 }
 
@@ -76,76 +76,76 @@ TEST_F(LogBufferTest, TheLastByteAboveTheReserveBringsNoMarker)
     // 14,991 less 14,790 leaves 201.
     Fill(14790);
     EXPECT_TRUE(buffer->HasRoom());
-    LogAppend(*buffer, "x");
+    LogAppend(*buffer, "x"_fmt);
     EXPECT_EQ(Text(), std::string(14790, 'f') + "x" + Marker);
 }
 
 TEST_F(LogBufferTest, TheStatementThatReachesTheReserveIsFollowedByTheMarker)
 {
-    LogAppend(*buffer, "%s", std::string(14791, 'f'));
+    LogAppend(*buffer, "%s"_fmt, std::string(14791, 'f'));
     EXPECT_EQ(Text(), std::string(14791, 'f') + Marker);
     EXPECT_FALSE(buffer->HasRoom());
 }
 
 TEST_F(LogBufferTest, BehindTheMarkerEveryStatementIsDroppedAndNoSecondMarkerComes)
 {
-    LogAppend(*buffer, "%s", std::string(14800, 'f'));
-    LogAppend(*buffer, "dropped");
-    LogAppendLine(*buffer, "dropped %u", 1u);
+    LogAppend(*buffer, "%s"_fmt, std::string(14800, 'f'));
+    LogAppend(*buffer, "dropped"_fmt);
+    LogAppendLine(*buffer, "dropped %u"_fmt, 1u);
     LogStamp(*buffer, {1, 2, 3, 4});
-    LogAppend(*buffer, "");
+    LogAppend(*buffer, ""_fmt);
     EXPECT_EQ(Text(), std::string(14800, 'f') + Marker);
 }
 
 TEST_F(LogBufferTest, ALongStatementMayUseTheReserve)
 {
     Fill(14700);
-    LogAppend(*buffer, "%s", std::string(250, 's'));
+    LogAppend(*buffer, "%s"_fmt, std::string(250, 's'));
     EXPECT_EQ(Text(), std::string(14700, 'f') + std::string(250, 's') + Marker);
 }
 
 TEST_F(LogBufferTest, ARoomBelowZeroIsNoLargeRoom)
 {
     // Text and marker are longer than the 14,991 from which the room is counted.
-    LogAppend(*buffer, "%s", std::string(14990, 'f'));
+    LogAppend(*buffer, "%s"_fmt, std::string(14990, 'f'));
     EXPECT_EQ(Text().size(), 14998u);
     EXPECT_FALSE(buffer->HasRoom());
-    LogAppend(*buffer, "dropped");
+    LogAppend(*buffer, "dropped"_fmt);
     EXPECT_EQ(Text(), std::string(14990, 'f') + Marker);
 }
 
 TEST_F(LogBufferTest, TheLineBreakCountsAsPartOfItsStatement)
 {
     Fill(14780);
-    LogAppendLine(*buffer, "%s", "0123456789");
+    LogAppendLine(*buffer, "%s"_fmt, "0123456789");
     EXPECT_EQ(Text(), std::string(14780, 'f') + "0123456789\n" + Marker);
 }
 
 TEST_F(LogBufferTest, ALineEndingStatementInTheReserveKeepsItsLineBreak)
 {
     Fill(14790);
-    LogAppendLine(*buffer, "%s", std::string(100, 's'));
+    LogAppendLine(*buffer, "%s"_fmt, std::string(100, 's'));
     EXPECT_EQ(Text(), std::string(14790, 'f') + std::string(100, 's') + "\n" + Marker);
 }
 
 TEST_F(LogBufferTest, AStatementLongerThanTheBufferIsCutInFrontOfTheMarker)
 {
-    LogAppend(*buffer, "<%s>", std::string(20000, 's'));
+    LogAppend(*buffer, "<%s>"_fmt, std::string(20000, 's'));
     EXPECT_EQ(Text(), std::string("<") + std::string(14990, 's') + Marker);
     buffer->Clear();
-    LogAppendLine(*buffer, "<%s>", std::string(20000, 's').c_str());
+    LogAppendLine(*buffer, "<%s>"_fmt, std::string(20000, 's').c_str());
     EXPECT_EQ(Text(), std::string("<") + std::string(14990, 's') + Marker);
     EXPECT_LT(Text().size(), LogBuffer::Size);
 }
 
 TEST_F(LogBufferTest, AClearedBufferIsEmptyAndTakesStatementsAndAMarkerAgain)
 {
-    LogAppend(*buffer, "%s", std::string(14800, 'f'));
+    LogAppend(*buffer, "%s"_fmt, std::string(14800, 'f'));
     buffer->Clear();
     EXPECT_EQ(Text(), "");
-    LogAppend(*buffer, "new");
+    LogAppend(*buffer, "new"_fmt);
     EXPECT_EQ(Text(), "new");
-    LogAppend(*buffer, "%s", std::string(14800, 'g'));
+    LogAppend(*buffer, "%s"_fmt, std::string(14800, 'g'));
     EXPECT_EQ(Text(), std::string("new") + std::string(14800, 'g') + Marker);
 }
 
@@ -167,22 +167,6 @@ TEST_F(LogBufferTest, LoggingIsActiveByEitherOfTwoSettingsAtExactlyOne)
             SetSetting(NumericKey::LogNewFileCfg, newFile);
             EXPECT_EQ(LoggingActive(), enabled == 1 || newFile == 1) << enabled << " " << newFile;
         }
-}
-
-TEST(HandleText, HasEightDigitsOrTheNameOfTheUndefinedHandle)
-{
-    EXPECT_EQ(std::string_view(HandleText(0)), "0x00000000");
-    EXPECT_EQ(std::string_view(HandleText(0x2A)), "0x0000002A");
-    EXPECT_EQ(std::string_view(HandleText(0xFFFFFFFE)), "0xFFFFFFFE");
-    EXPECT_EQ(std::string_view(HandleText(0xFFFFFFFF)), "<PDU_HANDLE_UNDEF>");
-}
-
-TEST(UridText, IsDecimalOrTheNameOfTheUndefinedIdentifier)
-{
-    EXPECT_EQ(std::string_view(UridText(0)), "0");
-    EXPECT_EQ(std::string_view(UridText(4294967293u)), "4294967293");
-    EXPECT_EQ(std::string_view(UridText(0xFFFFFFFE)), "<PDU_ID_UNDEF>");
-    EXPECT_EQ(std::string_view(UridText(0xFFFFFFFF)), "4294967295");
 }
 
 } // namespace

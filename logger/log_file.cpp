@@ -10,20 +10,28 @@ std::unique_ptr<LogFile> LogFile::Open(const std::string& path)
     return std::unique_ptr<LogFile>(file == platform::NoFile ? nullptr : new LogFile(file));
 }
 
+LogFile::LogFile(platform::File file)
+    : file_(file), size_(platform::FileSize(file)), pageRoom_(PageSize - size_ % PageSize)
+{
+}
+
 LogFile::~LogFile()
 {
     Flush();
     platform::CloseFile(file_);
 }
 
-void LogFile::WriteOut(std::string_view text)
+void LogFile::WriteOut(std::string_view text, std::size_t rest)
 {
     const std::string_view kept(buffer_.data(), length_);
-    const std::size_t grown = platform::SizeInFile(kept) + platform::SizeInFile(text);
-    platform::WriteToFile(file_, kept, text);
+    const std::string_view written = text.substr(0, text.size() - rest);
+    platform::WriteToFile(file_, kept, written);
+    const std::size_t grown = platform::SizeInFile(kept) + platform::SizeInFile(written);
     size_ += grown;
     sizeAge_ += grown;
-    length_ = 0;
+    pageRoom_ = PageSize - (PageSize - pageRoom_ + kept.size() + written.size()) % PageSize;
+    CopyText(buffer_.data(), text.data() + written.size(), rest);
+    length_ = rest;
 }
 
 std::uint64_t LogFile::FlushedSize()

@@ -12,8 +12,9 @@
 
 namespace marvane {
 
-/// Appends texts, each whole: the buffer is never written out in the middle of one. It holds what a stream
-/// of the standard library holds, so no more than that is lost when a process dies. Guarded by LogMutex.
+/// Appends texts. The buffer holds what a stream of the standard library holds, so no more than that is lost
+/// when a process dies, and is written out where a page of the file ends: a page written in two parts costs
+/// twice. Guarded by LogMutex.
 class LogFile
 {
 public:
@@ -25,13 +26,15 @@ public:
 
     void Write(std::string_view text, bool flush)
     {
-        if (flush || !Buffering || text.size() >= buffer_.size() - length_)
-            return WriteOut(text);
+        if (flush || !Buffering)
+            return WriteOut(text, 0);
+        if (text.size() >= pageRoom_ - length_)
+            return WriteOut(text, (text.size() - (pageRoom_ - length_)) % PageSize);
         CopyText(buffer_.data() + length_, text.data(), text.size());
         length_ += text.size();
     }
     /// Writes the buffer out.
-    void Flush() { WriteOut({}); }
+    void Flush() { WriteOut({}, 0); }
     /// Writes the buffer out and tells the size of the file. What others append meanwhile, as a process that
     /// began in the same second may, counts once this file has grown by as much as the buffer holds.
     std::uint64_t FlushedSize();
@@ -40,9 +43,12 @@ public:
     static void EndBuffering() { Buffering = false; }
 
 private:
-    explicit LogFile(platform::File file) : file_(file), size_(platform::FileSize(file)) {}
+    static constexpr std::size_t PageSize = 4096;
 
-    void WriteOut(std::string_view text);
+    explicit LogFile(platform::File file);
+
+    /// Writes out the buffer and a text but for its last `rest` characters, which are kept.
+    void WriteOut(std::string_view text, std::size_t rest);
 
     static bool Buffering;
 
@@ -50,7 +56,9 @@ private:
     std::uint64_t size_; ///< of what is in the file
     std::size_t sizeAge_ = 0;
     std::size_t length_ = 0;
-    std::array<char, 4096> buffer_;
+    /// From the end of the file to the end of its page; a line end counts as one character.
+    std::size_t pageRoom_;
+    std::array<char, PageSize> buffer_;
 };
 
 } // namespace marvane

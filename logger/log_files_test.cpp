@@ -152,7 +152,7 @@ TEST_F(LogStreamTest, LogFlushOneAloneBringsATextToTheDiscAtOnce)
 TEST_F(LogStreamTest, ACommitKeepsTheTextOfItsBuffer)
 {
     LogBuffer buffer;
-    LogAppend(buffer, "text");
+    LogAppend(buffer, "text"_fmt);
     LogCommit(buffer, ApiLogFile);
     LogCommit(buffer, ApiLogFile);
     EXPECT_EQ(buffer.Text(), "text");
@@ -162,7 +162,7 @@ TEST_F(LogStreamTest, ACommitKeepsTheTextOfItsBuffer)
 TEST_F(LogStreamTest, ACommitNeedsActiveLoggingAndAStream)
 {
     LogBuffer buffer;
-    LogAppend(buffer, "text");
+    LogAppend(buffer, "text"_fmt);
     LogCommit(buffer, CommsLogFile);
     SetSetting(NumericKey::LogEnabled, 0);
     LogCommit(buffer, ApiLogFile);

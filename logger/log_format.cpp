@@ -45,32 +45,22 @@ Output PutPadded(Output out, const FormatPiece& piece, const char* text, std::si
     return out.Fill(' ', padding).Put(text, length);
 }
 
-/// Length of a text up to its end or as far as it can be seen: it may have no end.
-std::size_t VisibleLength(Output out, const FormatPiece& piece, const char* text)
+template <class Value> Output PutValueText(Output out, const FormatPiece& piece, Value value)
 {
-    const std::size_t reach = std::max<std::size_t>(out.Room(), piece.Width);
-    const void* const end = std::memchr(text, 0, reach);
-    return end ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : reach;
+    char text[Value::Most];
+    return PutPadded(out, piece, text, static_cast<std::size_t>(value.PutTo(text) - text));
 }
 
 Output PutTextArgument(Output out, const FormatPiece& piece, const FormatArgument& argument)
 {
-    if (argument.Text == nullptr)
-        return argument.Length == 0 ? PutPadded(out, piece, "", 0) : PutPadded(out, piece, "(null)", 6);
-    const bool known = argument.Length != FormatArgument::UnknownLength;
-    return PutPadded(out, piece, argument.Text,
-                     known ? argument.Length : VisibleLength(out, piece, argument.Text));
-}
-
-std::uint32_t Narrowed(const FormatPiece& piece, std::uint64_t number)
-{
-    const auto word = static_cast<std::uint32_t>(number);
-    const bool isSigned = piece.Conversion == 'd';
-    if (piece.Halves == 1)
-        return isSigned ? static_cast<std::uint32_t>(static_cast<std::int16_t>(word)) : word & 0xFFFF;
-    if (piece.Halves == 2)
-        return isSigned ? static_cast<std::uint32_t>(static_cast<std::int8_t>(word)) : word & 0xFF;
-    return word;
+    if (argument.Length == FormatArgument::OfHandle)
+        return PutValueText(out, piece, HandleText(static_cast<UNUM32>(argument.Number)));
+    if (argument.Length == FormatArgument::OfUrid)
+        return PutValueText(out, piece, UridText(static_cast<UNUM32>(argument.Number)));
+    if (argument.Length != FormatArgument::UnknownLength)
+        return PutPadded(out, piece, argument.Text, argument.Length);
+    const std::string_view text = VisibleText(argument.Text, std::max<std::size_t>(out.Room(), piece.Width));
+    return PutPadded(out, piece, text.data(), text.size());
 }
 
 /// In front of the digits there is room for the sign.
@@ -145,6 +135,20 @@ Output PutArgument(Output out, const FormatPiece& piece, const FormatArgument& a
 
 } // namespace
 
+std::string_view VisibleText(const char* text, std::size_t room)
+{
+    if (!text)
+        return "(null)";
+    const void* const end = std::memchr(text, 0, room);
+    return {text, end ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : room};
+}
+
+char* PutNumber(char* out, const FormatPiece& piece, std::uint64_t number)
+{
+    constexpr std::size_t most = 256; // a width has no more
+    return PutArgument({out, out + most}, piece, static_cast<std::uint32_t>(number)).Position;
+}
+
 char* FormatText(char* out, char* end, const FormattedText& text)
 {
     Output output{out, end};
@@ -155,8 +159,7 @@ char* FormatText(char* out, char* end, const FormattedText& text)
         output = output.Put(position, piece->Literal);
         position += piece->Literal + piece->Length;
         // What most directives are.
-        if (piece->Conversion == 's' && piece->Width == 0 && argument->Text &&
-            argument->Length != FormatArgument::UnknownLength)
+        if (piece->Conversion == 's' && piece->Width == 0 && argument->Length <= FormatArgument::LongestText)
             output = output.Put(argument->Text, argument->Length);
         else
             output = PutArgument(output, *piece, *argument);

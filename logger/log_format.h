@@ -5,6 +5,7 @@
 // the API have); flags "-" and "0", and a width.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -12,12 +13,22 @@
 #include <string_view>
 #include <type_traits>
 
+#include "logger/value_text.h"
+
 namespace marvane {
 
-/// One argument of a format, widened; which member counts is fixed by the directive.
+/// One argument of a format, widened; which member counts is fixed by the directive, and for a text by its
+/// length.
 struct FormatArgument
 {
-    static constexpr std::size_t UnknownLength = static_cast<std::size_t>(-1);
+    /// In place of a length: a text up to its terminator, or a number that has a text.
+    enum : std::size_t
+    {
+        LongestText = static_cast<std::size_t>(-4),
+        OfUrid,
+        OfHandle,
+        UnknownLength
+    };
 
     union {
         std::uint64_t Number;
@@ -35,6 +46,8 @@ struct FormatArgument
     constexpr FormatArgument(const char* text) : Text(text), Length(UnknownLength) {}
     constexpr FormatArgument(std::string_view text) : Text(text.data()), Length(text.size()) {}
     FormatArgument(const std::string& text) : Text(text.data()), Length(text.size()) {}
+    constexpr FormatArgument(HandleText handle) : Number(handle.Value), Length(OfHandle) {}
+    constexpr FormatArgument(UridText identifier) : Number(identifier.Value), Length(OfUrid) {}
     template <class T>
     requires std::is_pointer_v<T> &&
         (!std::is_same_v<std::remove_cv_t<std::remove_pointer_t<T>>, char>)constexpr FormatArgument(T pointer)
@@ -69,6 +82,18 @@ struct FormatPiece
     std::uint8_t Halves = 0; ///< how many "h"
 };
 
+/// The 32 bits of a number that a directive shows.
+constexpr std::uint32_t Narrowed(const FormatPiece& piece, std::uint64_t number)
+{
+    const auto word = static_cast<std::uint32_t>(number);
+    const bool isSigned = piece.Conversion == 'd';
+    if (piece.Halves == 1)
+        return isSigned ? static_cast<std::uint32_t>(static_cast<std::int16_t>(word)) : word & 0xFFFF;
+    if (piece.Halves == 2)
+        return isSigned ? static_cast<std::uint32_t>(static_cast<std::int8_t>(word)) : word & 0xFF;
+    return word;
+}
+
 namespace format_check {
 
 enum class Kind
@@ -83,25 +108,21 @@ template <class T> consteval Kind KindOf()
     using Plain = std::remove_cvref_t<T>;
     if constexpr (std::is_integral_v<Plain>)
         return Kind::Number;
-    else if constexpr (std::is_convertible_v<Plain, std::string_view>)
+    else if constexpr (std::is_convertible_v<Plain, std::string_view> || ValueText<Plain>)
         return Kind::Text;
     else
         return Kind::Pointer;
 }
 
-// Not constexpr on purpose: reaching one of them while a format is checked stops the compilation.
-void UnknownDirective();
-void TooFewArguments();
-void TooManyArguments();
-void ArgumentDoesNotFitDirective();
-void LiteralTooLong();
-
-constexpr Kind WantedBy(char conversion)
+constexpr Kind KindWantedBy(char conversion)
 {
     return conversion == 's' ? Kind::Text : conversion == 'p' ? Kind::Pointer : Kind::Number;
 }
 
 } // namespace format_check
+
+// Not constexpr on purpose: reaching it while a format is taken apart stops the compilation.
+void UnknownDirective();
 
 /// The piece of the next directive of a format; without a directive its Conversion is 0 and its Literal is
 /// the whole of the rest, cut at what fits.
@@ -126,48 +147,77 @@ constexpr FormatPiece NextPiece(std::string_view rest)
     return piece;
 }
 
-/// A format literal that fits its arguments; anything else does not compile. It is taken apart by the
-/// compiler, so that nothing of it is left to search when a line is written.
-template <class... Arguments> class LogFormat
+/// How many directives a format has. Only for formats that are taken apart by the compiler.
+constexpr std::size_t CountDirectives(std::string_view format)
 {
-public:
-    template <std::size_t Size> consteval LogFormat(const char (&format)[Size]) : text_(format, Size - 1)
-    {
-        constexpr std::array<format_check::Kind, sizeof...(Arguments) + 1> kinds = {
-            format_check::KindOf<Arguments>()..., format_check::Kind::Number};
-        std::string_view rest = text_;
-        for (std::size_t i = 0;; ++i) {
-            const FormatPiece piece = NextPiece(rest);
-            if (piece.Conversion == 0) {
-                if (i != sizeof...(Arguments))
-                    format_check::TooManyArguments();
-                if (piece.Literal != rest.size())
-                    format_check::LiteralTooLong();
-                return;
-            }
-            if (std::string_view("scpduxX").find(piece.Conversion) == std::string_view::npos)
-                format_check::UnknownDirective();
-            if (i == sizeof...(Arguments))
-                format_check::TooFewArguments();
-            if (kinds[i] != format_check::WantedBy(piece.Conversion))
-                format_check::ArgumentDoesNotFitDirective();
-            pieces_[i] = piece;
-            const bool plain = piece.Conversion == 's' || piece.Conversion == 'u';
-            isPlain_ = isPlain_ && plain && piece.Width == 0 && piece.Flags == 0 && piece.Halves == 0;
+    std::size_t count = 0;
+    for (FormatPiece piece; (piece = NextPiece(format)).Conversion != 0; ++count) {
+        if (std::string_view("scpduxX").find(piece.Conversion) == std::string_view::npos)
+            UnknownDirective();
+        format.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
+    }
+    return count;
+}
+
+/// The characters of a string literal, as part of a type.
+template <std::size_t Size> struct FormatLiteral
+{
+    consteval FormatLiteral(const char (&text)[Size]) { std::copy_n(text, Size, Text); }
+    char Text[Size];
+};
+
+/// A format literal, taken apart by the compiler: nothing of it is left to search when a line is written.
+template <FormatLiteral Literal> struct LogFormat
+{
+    static constexpr std::string_view Text{Literal.Text, sizeof Literal.Text - 1};
+
+    /// Its directives in order.
+    static constexpr auto Pieces = [] {
+        constexpr std::size_t count = CountDirectives(Text);
+        std::array<FormatPiece, count> pieces;
+        std::string_view rest = Text;
+        for (FormatPiece& piece : pieces) {
+            piece = NextPiece(rest);
             rest.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
         }
-    }
-    constexpr std::string_view Text() const { return text_; }
-    const FormatPiece* Pieces() const { return pieces_.data(); }
-    /// True if it has only texts and unsigned numbers as they are.
-    constexpr bool IsPlain() const { return isPlain_; }
+        return pieces;
+    }();
 
-private:
-    // No gaps between the members: clang 14 to 16 misplace what stands behind one when they emit the constant.
-    std::string_view text_;
-    std::array<FormatPiece, sizeof...(Arguments)> pieces_ = {};
-    bool isPlain_ = true;
+    /// The characters in front of a directive; for the number of directives: those behind the last.
+    static constexpr std::string_view LiteralAt(std::size_t index)
+    {
+        std::size_t start = 0;
+        for (std::size_t i = 0; i < index; ++i)
+            start += static_cast<std::size_t>(Pieces[i].Literal + Pieces[i].Length);
+        return Text.substr(start, index < Pieces.size() ? Pieces[index].Literal : Text.size() - start);
+    }
 };
+
+/// "..."_fmt is a format of the log.
+template <FormatLiteral Literal> consteval LogFormat<Literal> operator""_fmt()
+{
+    return {};
+}
+
+namespace format_check {
+
+template <class... Arguments, std::size_t Count>
+consteval bool Fits(const std::array<FormatPiece, Count>& pieces)
+{
+    if (Count != sizeof...(Arguments))
+        return false;
+    constexpr std::array<Kind, sizeof...(Arguments) + 1> kinds = {KindOf<Arguments>()..., Kind::Number};
+    for (std::size_t i = 0; i < Count; ++i)
+        if (KindWantedBy(pieces[i].Conversion) != kinds[i])
+            return false;
+    return true;
+}
+
+} // namespace format_check
+
+/// True if a format has a directive of the right kind for each argument, and no others.
+template <class Format, class... Arguments>
+concept FormatOf = format_check::Fits<Arguments...>(Format::Pieces);
 
 /// A format that is taken apart already, with its arguments.
 struct FormattedText
@@ -178,16 +228,23 @@ struct FormattedText
     std::size_t Count; ///< of both
 };
 
+/// A text up to its terminator, or as much of it as `room` shows if that comes first: it may have none. Null
+/// shows as "(null)".
+std::string_view VisibleText(const char* text, std::size_t room);
+
+/// Writes the text of a number or character. Returns its end.
+char* PutNumber(char* out, const FormatPiece& piece, std::uint64_t number);
+
 /// Formats into [out, end), cutting what does not fit. Returns the end of the text; writes no terminator.
 /// A null text prints as "(null)".
 char* FormatText(char* out, char* end, const FormattedText& text);
 
-template <class... Arguments>
-char* FormatText(char* out, char* end, const std::type_identity_t<LogFormat<Arguments...>>& format,
-                 const Arguments&... arguments)
+template <FormatLiteral Literal, class... Arguments>
+requires FormatOf<LogFormat<Literal>, Arguments...>
+char* FormatText(char* out, char* end, LogFormat<Literal> format, const Arguments&... arguments)
 {
-    const FormatArgument list[] = {FormatArgument(arguments)...};
-    return FormatText(out, end, FormattedText{format.Text(), format.Pieces(), list, sizeof...(Arguments)});
+    const std::array<FormatArgument, sizeof...(Arguments)> list = {FormatArgument(arguments)...};
+    return FormatText(out, end, FormattedText{format.Text, format.Pieces.data(), list.data(), list.size()});
 }
 
 /// The same for a format that is known only now.

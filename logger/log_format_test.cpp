@@ -23,10 +23,10 @@ std::string FormattedList(std::string_view format, const std::vector<FormatArgum
     return {text.get(), static_cast<std::size_t>(end - text.get())};
 }
 
-template <class... Arguments>
-std::string Formatted(std::type_identity_t<LogFormat<Arguments...>> format, const Arguments&... arguments)
+template <class Format, class... Arguments>
+std::string Formatted(Format format, const Arguments&... arguments)
 {
-    return FormattedList(format.Text(), {FormatArgument(arguments)...});
+    return FormattedList(format.Text, {FormatArgument(arguments)...});
 }
 
 /// What the C library makes of the same.
@@ -113,8 +113,8 @@ TEST(LogFormat, NarrowNumbersComeOutAsTheCLibraryPrintsThem)
 
 TEST(LogFormat, ALongNumberHas32BitsWhateverTheSystemTakesItFor)
 {
-    EXPECT_EQ(Formatted("%lu %ld %08lX", 4294967295u, -1, 0xABCDEFu), "4294967295 -1 00ABCDEF");
-    EXPECT_EQ(Formatted("%lX", -2), "FFFFFFFE");
+    EXPECT_EQ(Formatted("%lu %ld %08lX"_fmt, 4294967295u, -1, 0xABCDEFu), "4294967295 -1 00ABCDEF");
+    EXPECT_EQ(Formatted("%lX"_fmt, -2), "FFFFFFFE");
 }
 
 TEST(LogFormat, TextsAndCharactersComeOutAsTheCLibraryPrintsThem)
@@ -139,11 +139,11 @@ TEST(LogFormat, TextsAndCharactersComeOutAsTheCLibraryPrintsThem)
 TEST(LogFormat, PointersComeOutAsTheSystemsOwnLibraryPrintsThem)
 {
     const auto at = [](std::uintptr_t address) { return reinterpret_cast<const void*>(address); };
-    EXPECT_EQ(Formatted("<%8p>", at(0x7F12AB34CD)), OnLinux ? "<0x7f12ab34cd>" : "<0000007F12AB34CD>");
-    EXPECT_EQ(Formatted("<%8p>", at(0x1F)), OnLinux ? "<    0x1f>" : "<000000000000001F>");
-    EXPECT_EQ(Formatted("<%-8p>", at(0x1F)), OnLinux ? "<0x1f    >" : "<000000000000001F>");
-    EXPECT_EQ(Formatted("<%8p>", at(0)), OnLinux ? "<   (nil)>" : "<0000000000000000>");
-    EXPECT_EQ(Formatted("<%p>", at(~std::uintptr_t{0})),
+    EXPECT_EQ(Formatted("<%8p>"_fmt, at(0x7F12AB34CD)), OnLinux ? "<0x7f12ab34cd>" : "<0000007F12AB34CD>");
+    EXPECT_EQ(Formatted("<%8p>"_fmt, at(0x1F)), OnLinux ? "<    0x1f>" : "<000000000000001F>");
+    EXPECT_EQ(Formatted("<%-8p>"_fmt, at(0x1F)), OnLinux ? "<0x1f    >" : "<000000000000001F>");
+    EXPECT_EQ(Formatted("<%8p>"_fmt, at(0)), OnLinux ? "<   (nil)>" : "<0000000000000000>");
+    EXPECT_EQ(Formatted("<%p>"_fmt, at(~std::uintptr_t{0})),
               OnLinux ? "<0xffffffffffffffff>" : "<FFFFFFFFFFFFFFFF>");
     Numbers numbers;
     for (int i = 0; i < 5000; ++i) {
@@ -165,40 +165,40 @@ TEST(LogFormat, PointersOfAnyTypeArePrintedAsAddresses)
 {
     int number = 0;
     const volatile int* const constant = &number;
-    const std::string expected = Formatted("%8p", static_cast<const void*>(&number));
-    EXPECT_EQ(Formatted("%8p", &number), expected);
-    EXPECT_EQ(Formatted("%8p", constant), expected);
-    EXPECT_EQ(Formatted("%8p", &SomeFunction),
-              Formatted("%8p", reinterpret_cast<const void*>(&SomeFunction)));
+    const std::string expected = Formatted("%8p"_fmt, static_cast<const void*>(&number));
+    EXPECT_EQ(Formatted("%8p"_fmt, &number), expected);
+    EXPECT_EQ(Formatted("%8p"_fmt, constant), expected);
+    EXPECT_EQ(Formatted("%8p"_fmt, &SomeFunction),
+              Formatted("%8p"_fmt, reinterpret_cast<const void*>(&SomeFunction)));
 }
 
 TEST(LogFormat, LiteralTextAndSeveralDirectivesStandInOrder)
 {
-    EXPECT_EQ(Formatted("nothing to fill in"), "nothing to fill in");
-    EXPECT_EQ(Formatted(""), "");
-    EXPECT_EQ(Formatted("%s%c=%u, %02X|%-5d|", "key", '?', 7u, 0xAu, -3), "key?=7, 0A|-3   |");
-    EXPECT_EQ(Formatted("- %s<%s (0x%04X)>\n", "PDUConnect", "PDU_ERR_FCT_FAILED", 1u),
+    EXPECT_EQ(Formatted("nothing to fill in"_fmt), "nothing to fill in");
+    EXPECT_EQ(Formatted(""_fmt), "");
+    EXPECT_EQ(Formatted("%s%c=%u, %02X|%-5d|"_fmt, "key", '?', 7u, 0xAu, -3), "key?=7, 0A|-3   |");
+    EXPECT_EQ(Formatted("- %s<%s (0x%04X)>\n"_fmt, "PDUConnect", "PDU_ERR_FCT_FAILED", 1u),
               "- PDUConnect<PDU_ERR_FCT_FAILED (0x0001)>\n");
 }
 
 TEST(LogFormat, ATextWithPercentSignsIsNeverAFormat)
 {
     const char* const text = "100 %s %n %d %% %";
-    EXPECT_EQ(Formatted("<%s>", text), "<100 %s %n %d %% %>");
-    EXPECT_EQ(Formatted("%s%u", std::string("%u%u"), 5u), "%u%u5");
+    EXPECT_EQ(Formatted("<%s>"_fmt, text), "<100 %s %n %d %% %>");
+    EXPECT_EQ(Formatted("%s%u"_fmt, std::string("%u%u"), 5u), "%u%u5");
 }
 
 TEST(LogFormat, ANullTextIsNamedAndAnEmptyOneIsNothing)
 {
-    EXPECT_EQ(Formatted("<%s>", static_cast<const char*>(nullptr)), "<(null)>");
-    EXPECT_EQ(Formatted("<%8s>", static_cast<const char*>(nullptr)), "<  (null)>");
-    EXPECT_EQ(Formatted("<%s|%3s>", std::string_view(), std::string_view()), "<|   >");
+    EXPECT_EQ(Formatted("<%s>"_fmt, static_cast<const char*>(nullptr)), "<(null)>");
+    EXPECT_EQ(Formatted("<%8s>"_fmt, static_cast<const char*>(nullptr)), "<  (null)>");
+    EXPECT_EQ(Formatted("<%s|%3s>"_fmt, std::string_view(), std::string_view()), "<|   >");
 }
 
 TEST(LogFormat, ATextOfKnownLengthNeedsNoTerminator)
 {
     const char letters[] = {'a', 'b', 'c', 'd'};
-    EXPECT_EQ(Formatted("<%-5s>", std::string_view(letters, 3)), "<abc  >");
+    EXPECT_EQ(Formatted("<%-5s>"_fmt, std::string_view(letters, 3)), "<abc  >");
 }
 
 TEST(LogFormat, WhatDoesNotFitTheRoomIsCutWhereTheCLibraryCutsIt)

@@ -16,7 +16,7 @@ void AppendNumericSettings(LogBuffer& text, const FrameTime& time)
         if (key.Key == NumericKey::LogEngineeringMode && value == 0)
             continue;
         LogStamp(text, time);
-        LogAppend(text, "Config setting: %-20s = %9u (0x%08X)\n", key.Name, value, value);
+        LogAppend(text, "Config setting: %-20s = %9u (0x%08X)\n"_fmt, key.Name, value, value);
     }
 }
 
@@ -24,7 +24,7 @@ void AppendStringSettings(LogBuffer& text, const FrameTime& time)
 {
     for (const StringKeyName& key : StringKeyNames) {
         LogStamp(text, time);
-        LogAppend(text, "Config setting: %-20s = '%s'\n", key.Name, StringSettings[key.Key]);
+        LogAppend(text, "Config setting: %-20s = '%s'\n"_fmt, key.Name, StringSettings[key.Key]);
     }
 }
 
@@ -34,10 +34,10 @@ void LogHeader(LogBuffer& text, const FrameTime& time)
 {
     LogMutexHold hold;
     LogStamp(text, time);
-    LogAppend(text, "########## D-PDU API LOGGER VERSION: %s ##########\n", LoggerVersionText);
+    LogAppend(text, "########## D-PDU API LOGGER VERSION: %s ##########\n"_fmt, LoggerVersionText);
     LogStamp(text, time);
-    LogAppend(text, "%s", "LogHeader");
-    LogAppend(text, "{Loaded=%d}\n", Loaded.load());
+    LogAppend(text, "%s"_fmt, "LogHeader");
+    LogAppend(text, "{Loaded=%d}\n"_fmt, Loaded.load());
     AppendNumericSettings(text, time);
     AppendStringSettings(text, time);
     if (!IsLoaded())
@@ -46,14 +46,14 @@ void LogHeader(LogBuffer& text, const FrameTime& time)
     if (Setting(NumericKey::LogEnabled) == 0)
         return;
     LogStamp(text, time);
-    LogAppend(text, "%s", "   <--  ");
-    LogAppendLine(text, "LOADED:  Version '%s' of '%s'", TargetVersionText, TargetLibraryPath);
+    LogAppend(text, "%s"_fmt, "   <--  ");
+    LogAppendLine(text, "LOADED:  Version '%s' of '%s'"_fmt, TargetVersionText, TargetLibraryPath);
 }
 
 void LogLogFileDir(LogBuffer& text, const FrameTime& time, const std::string& directory)
 {
     LogStamp(text, time);
-    LogAppend(text, "Config setting: %s=%s\n", "LogFileDir",
+    LogAppend(text, "Config setting: %s=%s\n"_fmt, "LogFileDir",
               directory.empty() ? "<NULL STRING>" : directory.c_str());
 }
 

@@ -58,11 +58,11 @@ void LogTargetVersion(CallText& text)
     if (Setting(NumericKey::LogEnabled) == 0)
         return;
     LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "%s", Incoming);
+    LogAppend(text.Buffer, "%s"_fmt, Incoming);
     if (read)
-        LogAppendLine(text.Buffer, "LOADED:  Version '%s' of '%s'", CopyGuarded(TargetVersionText), path);
+        LogAppendLine(text.Buffer, "LOADED:  Version '%s' of '%s'"_fmt, CopyGuarded(TargetVersionText), path);
     else
-        LogAppendLine(text.Buffer, "LOADING:  Failed to load - '%s'", path);
+        LogAppendLine(text.Buffer, "LOADING:  Failed to load - '%s'"_fmt, path);
 }
 
 // These lines ask LogEnabled where those of the calls ask LogFnCalls.
@@ -77,7 +77,8 @@ void LoadTarget(CallText& text, const CConfigData& config)
         LogTargetVersion(text);
     else {
         LogStamp(text.Buffer, text.Time);
-        LogAppend(text.Buffer, "\tERROR: Couldn't find library path (%s)", CopyGuarded(TargetLibraryPath));
+        LogAppend(text.Buffer, "\tERROR: Couldn't find library path (%s)"_fmt,
+                  CopyGuarded(TargetLibraryPath));
     }
     CommitEntry(text);
     std::string failure;
@@ -89,11 +90,11 @@ void LoadTarget(CallText& text, const CConfigData& config)
     CloseCallOut(text, "LOGGER_Initialise");
     const DecoderFrame results = StartUpFrame(text, NumericKey::LogFnDecodeRsps);
     if (!failure.empty())
-        GatedLine(results, Incoming, "LOAD FAILURE: %s", failure);
+        GatedLine(results, Incoming, "LOAD FAILURE: %s"_fmt, failure);
     if (const CPduDll* target = TargetLibrary())
-        GatedLine(results, Incoming, "DLL Loaded @ %8p", target);
+        GatedLine(results, Incoming, "DLL Loaded @ %8p"_fmt, target);
     else
-        GatedLine(results, Incoming, "DLL Load *FAILED*");
+        GatedLine(results, Incoming, "DLL Load *FAILED*"_fmt);
 }
 
 void LogResult(CallText& text, const char* name, T_PDU_ERROR result)
@@ -107,11 +108,11 @@ void LogResult(CallText& text, const char* name, T_PDU_ERROR result)
 
 void UnloadTarget(CallText& text)
 {
-    GatedLine(StartUpFrame(text, NumericKey::LogFnDecodeArgs), Outgoing, "Deleting DLL");
+    GatedLine(StartUpFrame(text, NumericKey::LogFnDecodeArgs), Outgoing, "Deleting DLL"_fmt);
     CommitEntry(text);
     UnloadTargetLibrary();
     CloseCallOut(text, "LOGGER_Uninitialise");
-    GatedLine(StartUpFrame(text, NumericKey::LogFnDecodeRsps), Incoming, "DLL Deleted");
+    GatedLine(StartUpFrame(text, NumericKey::LogFnDecodeRsps), Incoming, "DLL Deleted"_fmt);
 }
 
 } // namespace
@@ -129,7 +130,7 @@ int LOGGER_Initialise()
     CallText text;
     ReadFrameTime(text);
     LogStamp(text.Buffer, text.Time);
-    LogAppendLine(text.Buffer, "########## INITIALISE ##########");
+    LogAppendLine(text.Buffer, "########## INITIALISE ##########"_fmt);
     LogHeader(text.Buffer, text.Time);
 
     if (!IsLoaded()) {
@@ -153,8 +154,8 @@ int LOGGER_Uninitialise()
         if (LoggingActive() && Setting(NumericKey::LogEnabled) != 0) {
             LogEntry(text, "LOGGER_Uninitialise");
             if (Setting(NumericKey::LogFnCalls) >= 2)
-                LogAppend(text.Buffer, "{Loaded=%d}", Loaded.load());
-            LogAppend(text.Buffer, "\n");
+                LogAppend(text.Buffer, "{Loaded=%d}"_fmt, Loaded.load());
+            LogAppend(text.Buffer, "\n"_fmt);
         }
         if (TargetLibrary())
             UnloadTarget(text);

@@ -13,7 +13,7 @@ void BeginFileLine(CallText& text, std::string_view name)
 {
     text.Buffer.Clear();
     LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "# %s", name);
+    LogAppend(text.Buffer, "# %s"_fmt, name);
 }
 
 } // namespace
@@ -22,13 +22,13 @@ void ChangeLogFile(CallText& text, std::string_view name)
 {
     LogMutexHold hold;
     BeginFileLine(text, name);
-    LogAppendLine(text.Buffer, " - Changing log file");
+    LogAppendLine(text.Buffer, " - Changing log file"_fmt);
     LogCommit(text.Buffer, ApiLogFile);
     CloseLogFiles();
 
     OpenLogFile(LogDirectory);
     BeginFileLine(text, name);
-    LogAppendLine(text.Buffer, " - Continuation file");
+    LogAppendLine(text.Buffer, " - Continuation file"_fmt);
     LogHeader(text.Buffer, text.Time);
     LogCommit(text.Buffer, ApiLogFile);
 }

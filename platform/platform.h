@@ -65,8 +65,9 @@ std::uint32_t CurrentThreadId();
 
 inline constexpr std::size_t PointerTextSize = 24;
 
-/// Writes a pointer as the system's C library prints "%p", without a terminator; returns the length.
-std::size_t PointerText(const void* pointer, char (&out)[PointerTextSize]);
+/// Writes a pointer as the system's C library prints "%p", without a terminator, into a place of
+/// PointerTextSize; returns the length.
+std::size_t PointerText(const void* pointer, char* out);
 
 /// Value of an environment variable, none if it is not set.
 std::optional<std::string> EnvironmentVariable(const char* name);

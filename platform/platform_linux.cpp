@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <bit>
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
@@ -99,19 +100,16 @@ std::uint32_t CurrentThreadId()
     return IdOf(ClockOfThread());
 }
 
-std::size_t PointerText(const void* pointer, char (&out)[PointerTextSize])
+std::size_t PointerText(const void* pointer, char* out)
 {
-    if (!pointer) {
-        std::memcpy(out, "(nil)", 5);
-        return 5;
-    }
-    char* first = std::end(out);
-    for (auto value = reinterpret_cast<std::uintptr_t>(pointer); value != 0; value >>= 4)
-        *--first = "0123456789abcdef"[value & 15];
-    *--first = 'x';
-    *--first = '0';
-    const auto length = static_cast<std::size_t>(std::end(out) - first);
-    std::memmove(out, first, length);
+    if (!pointer)
+        return std::string_view("(nil)").copy(out, PointerTextSize);
+    auto value = reinterpret_cast<std::uintptr_t>(pointer);
+    const std::size_t length = 2 + static_cast<std::size_t>(std::bit_width(value) + 3) / 4;
+    out[0] = '0';
+    out[1] = 'x';
+    for (std::size_t i = length; i-- > 2; value >>= 4)
+        out[i] = "0123456789abcdef"[value & 15];
     return length;
 }
 
@@ -289,7 +287,10 @@ struct RecursiveMutex
 constinit RecursiveMutex FirstMutex;
 constinit std::atomic<bool> FirstMutexTaken = false;
 
-constexpr int Spins = 100;
+// Between the looks of a waiting thread at the mutex. They grow, since each look takes the word from the
+// cache of its owner, who has more use for it; together they last some 50 microseconds.
+constexpr int FirstPauses = 16;
+constexpr int LastPauses = 1024;
 
 bool Take(RecursiveMutex& mutex)
 {
@@ -316,8 +317,9 @@ timespec FromNow(int milliseconds)
 {
     const timespec end = FromNow(std::max(milliseconds, 0));
     const timespec* const until = milliseconds < 0 ? nullptr : &end;
-    for (int i = 0; i < Spins; ++i) {
-        __builtin_ia32_pause();
+    for (int pauses = FirstPauses; pauses <= LastPauses; pauses *= 2) {
+        for (int i = 0; i < pauses; ++i)
+            __builtin_ia32_pause();
         if (mutex.State.load(std::memory_order_relaxed) == RecursiveMutex::Free && Take(mutex))
             return true;
     }

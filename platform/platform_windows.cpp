@@ -96,7 +96,7 @@ std::uint32_t CurrentThreadId()
     return GetCurrentThreadId();
 }
 
-std::size_t PointerText(const void* pointer, char (&out)[PointerTextSize])
+std::size_t PointerText(const void* pointer, char* out)
 {
     constexpr std::size_t digits = sizeof pointer * 2;
     auto value = reinterpret_cast<std::uintptr_t>(pointer);

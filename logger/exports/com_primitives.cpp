@@ -29,7 +29,7 @@ T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, U
             [&](LogBuffer& text) {
                 LogAppend(text,
                           "(hMod=%s, hCLL=%s, CoPType=%s (0x%04X), \n\t\t\t\tCoPDataSize=%u, pCoPData=%8p, "
-                          "pCoPCtrlData=%8p, pCoPTag=%8p, phCoP=%8p)",
+                          "pCoPCtrlData=%8p, pCoPTag=%8p, phCoP=%8p)"_fmt,
                           HandleText(hMod), HandleText(hCLL), NameOf(CoPTypeNames, CoPType, "<UNKNOWN>"),
                           CoPType, CoPDataSize, pCoPData, pCoPCtrlData, pCoPTag, phCoP);
             },
@@ -44,7 +44,7 @@ T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, U
                 // Shown after a failure too; read only to be shown.
                 const DecoderFrame results = ResultFrame(text);
                 if (phCoP && results.IsOpen())
-                    DecodeLine(results, Incoming, "hCoP          \t= %s", HandleText(*phCoP));
+                    DecodeLine(results, Incoming, "hCoP          \t= %s"_fmt, HandleText(*phCoP));
             },
     });
 }
@@ -55,7 +55,7 @@ T_PDU_ERROR PDUCancelComPrimitive(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP)
         .name = "PDUCancelComPrimitive",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, hCoP=%s)", HandleText(hMod), HandleText(hCLL),
+                LogAppend(text, "(hMod=%s, hCLL=%s, hCoP=%s)"_fmt, HandleText(hMod), HandleText(hCLL),
                           HandleText(hCoP));
             },
         .forward = [&](const CPduDll& target) { return target.PDUCancelComPrimitive(hMod, hCLL, hCoP); },

@@ -9,7 +9,7 @@ T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_I
         .name = "PDUGetComParam",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, ParamID=%s (%u), pParamItem=%8p)", HandleText(hMod),
+                LogAppend(text, "(hMod=%s, hCLL=%s, ParamID=%s (%u), pParamItem=%8p)"_fmt, HandleText(hMod),
                           HandleText(hCLL),
                           ObjectName(ObjectNameMap::ComParamNames, ParamID, "[NOT YET READ]"), ParamID,
                           pParamItem);
@@ -17,7 +17,7 @@ T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_I
         .before =
             [&](CallText& text) {
                 if (!pParamItem)
-                    GatedLine(ArgumentFrame(text), Outgoing, "WARNING - pParamItem write-back\t= <NULL>");
+                    GatedLine(ArgumentFrame(text), Outgoing, "WARNING - pParamItem write-back\t= <NULL>"_fmt);
             },
         .forward =
             [&](const CPduDll& target) { return target.PDUGetComParam(hMod, hCLL, ParamID, pParamItem); },
@@ -35,7 +35,7 @@ T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem)
         .name = "PDUSetComParam",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, pParamItem=%8p)", HandleText(hMod), HandleText(hCLL),
+                LogAppend(text, "(hMod=%s, hCLL=%s, pParamItem=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
                           pParamItem);
             },
         .before =
@@ -43,7 +43,7 @@ T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem)
                 if (pParamItem)
                     DecodeComParam(ArgumentFrame(text), pParamItem, DirectionIn, 0);
                 else
-                    GatedLine(ArgumentFrame(text), Outgoing, "WARNING - pParamItem\t= <NULL>");
+                    GatedLine(ArgumentFrame(text), Outgoing, "WARNING - pParamItem\t= <NULL>"_fmt);
             },
         .forward = [&](const CPduDll& target) { return target.PDUSetComParam(hMod, hCLL, pParamItem); },
     });
@@ -56,7 +56,7 @@ T_PDU_ERROR PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
         .name = "PDUGetUniqueRespIdTable",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)", HandleText(hMod),
+                LogAppend(text, "(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod),
                           HandleText(hCLL), pUniqueRespIdTable);
             },
         .forward =
@@ -78,7 +78,7 @@ T_PDU_ERROR PDUSetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
         .name = "PDUSetUniqueRespIdTable",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)", HandleText(hMod),
+                LogAppend(text, "(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod),
                           HandleText(hCLL), pUniqueRespIdTable);
             },
         .before =

@@ -12,9 +12,9 @@ void DecodeFetchedEvent(CallText& text, const PDU_EVENT_ITEM* item)
     if (!results.IsOpen())
         return;
     if (!item)
-        return DecodeLine(results, Incoming, "*ppEventItem\t= <NULL>");
+        return DecodeLine(results, Incoming, "*ppEventItem\t= <NULL>"_fmt);
     DecodeLine(results, Incoming,
-               "*ppEventItem (%8p) type= %s (0x%04X), hCoP=%s, Timestamp = %u, pCoPTag = %8p", item,
+               "*ppEventItem (%8p) type= %s (0x%04X), hCoP=%s, Timestamp = %u, pCoPTag = %8p"_fmt, item,
                NameOf(ItemTypeNames, item->ItemType, "<NULL>"), item->ItemType, HandleText(item->hCop),
                item->Timestamp, item->pCoPTag);
     DecodeEventItem(results, item->ItemType, item->pData);
@@ -28,7 +28,7 @@ T_PDU_ERROR PDUGetEventItem(UNUM32 hMod, UNUM32 hCLL, PDU_EVENT_ITEM** ppEventIt
         .name = "PDUGetEventItem",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, ppEventItem=%8p)", HandleText(hMod), HandleText(hCLL),
+                LogAppend(text, "(hMod=%s, hCLL=%s, ppEventItem=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
                           ppEventItem);
             },
         .forward = [&](const CPduDll& target) { return target.PDUGetEventItem(hMod, hCLL, ppEventItem); },
@@ -44,7 +44,7 @@ T_PDU_ERROR PDUDestroyItem(void* pItem)
 {
     return LogCall({
         .name = "PDUDestroyItem",
-        .arguments = [&](LogBuffer& text) { LogAppend(text, "(pItem=%8p)", pItem); },
+        .arguments = [&](LogBuffer& text) { LogAppend(text, "(pItem=%8p)"_fmt, pItem); },
         .forward = [&](const CPduDll& target) { return target.PDUDestroyItem(pItem); },
     });
 }
@@ -55,7 +55,7 @@ T_PDU_ERROR PDURegisterEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC Event
         .name = "PDURegisterEventCallback",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, EventCallbackFunction=%8p)", HandleText(hMod),
+                LogAppend(text, "(hMod=%s, hCLL=%s, EventCallbackFunction=%8p)"_fmt, HandleText(hMod),
                           HandleText(hCLL), EventCallbackFunction);
             },
         .before = [&](CallText&) { RememberEventCallback(hMod, hCLL, EventCallbackFunction); },

@@ -11,7 +11,7 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
         .arguments =
             [&](LogBuffer& text) {
                 LogAppend(text,
-                          "(hMod=%s, hCLL=%s, IoCtlCommandId=%u (%s), pInputData=%8p, ppOutputData=%8p)",
+                          "(hMod=%s, hCLL=%s, IoCtlCommandId=%u (%s), pInputData=%8p, ppOutputData=%8p)"_fmt,
                           HandleText(hMod), HandleText(hCLL), IoCtlCommandId,
                           ObjectName(ObjectNameMap::IoCtlNames, IoCtlCommandId, "[NOT YET READ]"), pInputData,
                           ppOutputData);
@@ -22,10 +22,10 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
                 if (pInputData)
                     DecodeItem(arguments, "pInputData", pInputData, DirectionIn);
                 else
-                    GatedLine(arguments, Outgoing, "pInputData\t= <NULL>");
+                    GatedLine(arguments, Outgoing, "pInputData\t= <NULL>"_fmt);
                 // No gate by level here, nor for the pointer that comes back: both show at every level.
                 if (ppOutputData)
-                    DecodeLine(arguments, Outgoing, "*ppOutputData\t= %8p", *ppOutputData);
+                    DecodeLine(arguments, Outgoing, "*ppOutputData\t= %8p"_fmt, *ppOutputData);
             },
         .forward =
             [&](const CPduDll& target) {
@@ -37,8 +37,8 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
                     return;
                 const DecoderFrame results = ResultFrame(text);
                 if (!*ppOutputData)
-                    return GatedLine(results, Incoming, "*ppOutputData\t= <NULL>");
-                DecodeLine(results, Incoming, "pOutputData\t= %8p", *ppOutputData);
+                    return GatedLine(results, Incoming, "*ppOutputData\t= <NULL>"_fmt);
+                DecodeLine(results, Incoming, "pOutputData\t= %8p"_fmt, *ppOutputData);
                 DecodeItem(results, "pOutputData", *ppOutputData, DirectionOut);
             },
     });

@@ -25,8 +25,8 @@ void CloseLog(CallText& text)
     if (Setting(NumericKey::LogFnCalls) >= 2) {
         text.Buffer.Clear();
         LogStamp(text.Buffer, text.Time);
-        LogAppend(text.Buffer, "%s", "# PDUDestruct");
-        LogAppendLine(text.Buffer, " - Close this log file");
+        LogAppend(text.Buffer, "%s"_fmt, "# PDUDestruct");
+        LogAppendLine(text.Buffer, " - Close this log file"_fmt);
         LogCommit(text.Buffer, ApiLogFile);
     }
     CloseLogFiles();
@@ -41,7 +41,7 @@ T_PDU_ERROR PDUConstruct(CHAR8* OptionStr, void* pAPITag)
         .name = "PDUConstruct",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(OptionStr= \"%s\", pAPITag= %8p)", TextOrNull(OptionStr), pAPITag);
+                LogAppend(text, "(OptionStr= \"%s\", pAPITag= %8p)"_fmt, TextOrNull(OptionStr), pAPITag);
             },
         .forward = [&](const CPduDll& target) { return target.PDUConstruct(OptionStr, pAPITag); },
         .after =

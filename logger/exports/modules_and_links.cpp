@@ -9,7 +9,7 @@ T_PDU_ERROR PDUModuleConnect(UNUM32 hMod)
 {
     return LogCall({
         .name = "PDUModuleConnect",
-        .arguments = [&](LogBuffer& text) { LogAppend(text, "(hMod=%s)", HandleText(hMod)); },
+        .arguments = [&](LogBuffer& text) { LogAppend(text, "(hMod=%s)"_fmt, HandleText(hMod)); },
         .forward = [&](const CPduDll& target) { return target.PDUModuleConnect(hMod); },
     });
 }
@@ -18,7 +18,7 @@ T_PDU_ERROR PDUModuleDisconnect(UNUM32 hMod)
 {
     return LogCall({
         .name = "PDUModuleDisconnect",
-        .arguments = [&](LogBuffer& text) { LogAppend(text, "(hMod=%s)", HandleText(hMod)); },
+        .arguments = [&](LogBuffer& text) { LogAppend(text, "(hMod=%s)"_fmt, HandleText(hMod)); },
         .forward = [&](const CPduDll& target) { return target.PDUModuleDisconnect(hMod); },
         .finish =
             [](CallText& text) {
@@ -40,7 +40,7 @@ T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 
             [&](LogBuffer& text) {
                 LogAppend(
                     text,
-                    "(hMod=%s, pRscData=%8p, resourceId=%s (%u), pCLLTag=%8p, phCLL=%8p, pCLLCreateFlag=%8p)",
+                    "(hMod=%s, pRscData=%8p, resourceId=%s (%u), pCLLTag=%8p, phCLL=%8p, pCLLCreateFlag=%8p)"_fmt,
                     HandleText(hMod), pRscData,
                     ObjectName(ObjectNameMap::ResourceNames, resourceId, "<UNKNOWN>"), resourceId, pCLLTag,
                     phCLL, pCLLCreateFlag);
@@ -52,7 +52,7 @@ T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 
                 DecodeFlagData(arguments, pCLLCreateFlag, "pCLLCreateFlag", DirectionIn, 0,
                                CllCreateFlagNames);
                 if (!phCLL)
-                    GatedLine(arguments, Outgoing, "WARNING - phCLL write-back\t= <NULL>");
+                    GatedLine(arguments, Outgoing, "WARNING - phCLL write-back\t= <NULL>"_fmt);
             },
         .forward =
             [&](const CPduDll& target) {
@@ -62,7 +62,7 @@ T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 
         .after =
             [&](CallText& text, T_PDU_ERROR status) {
                 if (phCLL && status == PDU_STATUS_NOERROR)
-                    GatedLine(ResultFrame(text), Incoming, "phCLL = %u", *phCLL);
+                    GatedLine(ResultFrame(text), Incoming, "phCLL = %u"_fmt, *phCLL);
             },
     });
 }
@@ -73,7 +73,7 @@ T_PDU_ERROR PDUDestroyComLogicalLink(UNUM32 hMod, UNUM32 hCLL)
         .name = "PDUDestroyComLogicalLink",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s)", HandleText(hMod), HandleText(hCLL));
+                LogAppend(text, "(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL));
             },
         .forward = [&](const CPduDll& target) { return target.PDUDestroyComLogicalLink(hMod, hCLL); },
     });
@@ -85,7 +85,7 @@ T_PDU_ERROR PDUConnect(UNUM32 hMod, UNUM32 hCLL)
         .name = "PDUConnect",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s)", HandleText(hMod), HandleText(hCLL));
+                LogAppend(text, "(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL));
             },
         .forward = [&](const CPduDll& target) { return target.PDUConnect(hMod, hCLL); },
     });
@@ -97,7 +97,7 @@ T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL)
         .name = "PDUDisconnect",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s)", HandleText(hMod), HandleText(hCLL));
+                LogAppend(text, "(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL));
             },
         .forward = [&](const CPduDll& target) { return target.PDUDisconnect(hMod, hCLL); },
     });
@@ -109,7 +109,7 @@ T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
         .name = "PDULockResource",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, LockMask=%u)", HandleText(hMod), HandleText(hCLL),
+                LogAppend(text, "(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL),
                           LockMask);
             },
         .forward = [&](const CPduDll& target) { return target.PDULockResource(hMod, hCLL, LockMask); },
@@ -122,7 +122,7 @@ T_PDU_ERROR PDUUnlockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
         .name = "PDUUnlockResource",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, LockMask=%u)", HandleText(hMod), HandleText(hCLL),
+                LogAppend(text, "(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL),
                           LockMask);
             },
         .forward = [&](const CPduDll& target) { return target.PDUUnlockResource(hMod, hCLL, LockMask); },

@@ -27,12 +27,12 @@ void DecodeResourceStatus(const DecoderFrame& frame, std::string_view prefix, co
     ForEachEntry(frame, item.pResourceStatusData, item.NumEntries,
                  [&](UNUM32 i, const PDU_RSC_STATUS_DATA* entry) {
                      if (!entry)
-                         return DecodeLine(frame, prefix, "[%u] Entry         \t= <NULL>", i);
-                     DecodeLine(frame, prefix, "[%u] hMod          \t= %s", i, HandleText(entry->hMod));
-                     DecodeLine(frame, prefix, "[%u] ResourceId    \t= %s (%u)", i,
+                         return DecodeLine(frame, prefix, "[%u] Entry         \t= <NULL>"_fmt, i);
+                     DecodeLine(frame, prefix, "[%u] hMod          \t= %s"_fmt, i, HandleText(entry->hMod));
+                     DecodeLine(frame, prefix, "[%u] ResourceId    \t= %s (%u)"_fmt, i,
                                 ObjectName(ObjectNameMap::ResourceNames, entry->ResourceId, "<UNKNOWN>"),
                                 entry->ResourceId);
-                     DecodeLine(frame, prefix, "[%u] ResourceStatus\t= 0x%x", i, entry->ResourceStatus);
+                     DecodeLine(frame, prefix, "[%u] ResourceStatus\t= 0x%x"_fmt, i, entry->ResourceStatus);
                  });
 }
 
@@ -42,15 +42,15 @@ void DecodeResourceIds(CallText& text, PDU_RSC_ID_ITEM** list)
     const DecoderFrame contents = ContentsFrame(text);
     if (!results.IsOpen() && !contents.IsOpen())
         return;
-    GatedLine(results, Incoming, "pResourceIdList\t= %8p", list);
+    GatedLine(results, Incoming, "pResourceIdList\t= %8p"_fmt, list);
     const PDU_RSC_ID_ITEM* const item = *list;
     if (!item)
         return;
-    GatedLine(results, IncomingNested, "ItemType      \t= %s (0x%04X)",
+    GatedLine(results, IncomingNested, "ItemType      \t= %s (0x%04X)"_fmt,
               NameOf(ItemTypeNames, item->ItemType, "<NULL>"), item->ItemType);
-    GatedLine(results, IncomingNested, "NumModules    \t= %u", item->NumModules);
+    GatedLine(results, IncomingNested, "NumModules    \t= %u"_fmt, item->NumModules);
     const auto show = [&](UNUM32 i, const PDU_RSC_ID_ITEM_DATA* entry) {
-        GatedLine(results, IncomingNested, "pRsrcIdLst->pResourceIdDataArray[%02u]", i);
+        GatedLine(results, IncomingNested, "pRsrcIdLst->pResourceIdDataArray[%02u]"_fmt, i);
         DecodeRscIdList(contents, entry, "pResourceIdData", DirectionOut);
     };
     ForEachEntry(results, item->pResourceIdDataArray, item->NumModules, show);
@@ -62,16 +62,16 @@ void DecodeConflicts(CallText& text, PDU_RSC_CONFLICT_ITEM** list)
     const DecoderFrame contents = ContentsFrame(text);
     if (!results.IsOpen() && !contents.IsOpen())
         return;
-    GatedLine(results, Incoming, "pOutputConflictList\t=%8p", list);
+    GatedLine(results, Incoming, "pOutputConflictList\t=%8p"_fmt, list);
     const PDU_RSC_CONFLICT_ITEM* const item = *list;
-    GatedLine(results, IncomingNested, "pConflictList  \t= %8p", item);
+    GatedLine(results, IncomingNested, "pConflictList  \t= %8p"_fmt, item);
     if (!item)
         return;
-    GatedLine(results, IndentTable[6], "ItemType  \t= %s (0x%04X)",
+    GatedLine(results, IndentTable[6], "ItemType  \t= %s (0x%04X)"_fmt,
               NameOf(ItemTypeNames, item->ItemType, "<NULL>"), item->ItemType);
-    GatedLine(results, IndentTable[6], "NumEntries\t= %u", item->NumEntries);
+    GatedLine(results, IndentTable[6], "NumEntries\t= %u"_fmt, item->NumEntries);
     const auto show = [&](UNUM32 i, const PDU_RSC_CONFLICT_DATA* entry) {
-        GatedLine(results, IndentTable[7], "pRsrcIdLst->pCnflctLst[%02u] @ %8p", i, entry);
+        GatedLine(results, IndentTable[7], "pRsrcIdLst->pCnflctLst[%02u] @ %8p"_fmt, i, entry);
         DecodeRscConflictList(contents, entry);
     };
     ForEachEntry(results, item->pRscConflictData, item->NumEntries, show);
@@ -85,7 +85,7 @@ T_PDU_ERROR PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname, UNUM32* 
         .name = "PDUGetObjectId",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(pduObjectType=%s (0x%04X), pShortname=\"%s\", pPduObjectId=%8p)",
+                LogAppend(text, "(pduObjectType=%s (0x%04X), pShortname=\"%s\", pPduObjectId=%8p)"_fmt,
                           NameOf(ObjectTypeNames, pduObjectType, "<NULL>"), pduObjectType,
                           TextOrNull(pShortname), pPduObjectId);
             },
@@ -99,7 +99,7 @@ T_PDU_ERROR PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname, UNUM32* 
                     return;
                 const DecoderFrame results = ResultFrame(text);
                 if (results.IsOpen())
-                    DecodeLine(results, Incoming, "pPduObjectId  \t= %u", *pPduObjectId);
+                    DecodeLine(results, Incoming, "pPduObjectId  \t= %u"_fmt, *pPduObjectId);
                 // Learned whatever is being logged: the names are wanted later.
                 if (status == PDU_STATUS_NOERROR && pShortname)
                     RecordObjectName(pduObjectType, *pPduObjectId, pShortname);
@@ -111,14 +111,14 @@ T_PDU_ERROR PDUGetModuleIds(PDU_MODULE_ITEM** pModuleItem)
 {
     return LogCall({
         .name = "PDUGetModuleIds",
-        .arguments = [&](LogBuffer& text) { LogAppend(text, "(pModuleItem=%8p)", pModuleItem); },
+        .arguments = [&](LogBuffer& text) { LogAppend(text, "(pModuleItem=%8p)"_fmt, pModuleItem); },
         .forward = [&](const CPduDll& target) { return target.PDUGetModuleIds(pModuleItem); },
         .after =
             [&](CallText& text, T_PDU_ERROR status) {
                 if (!pModuleItem)
-                    GatedLine(ArgumentFrame(text), Outgoing, "pModuleItem\t= <NULL>");
+                    GatedLine(ArgumentFrame(text), Outgoing, "pModuleItem\t= <NULL>"_fmt);
                 else if (!*pModuleItem)
-                    GatedLine(ResultFrame(text), Incoming, "*pModuleItem\t= <NULL>");
+                    GatedLine(ResultFrame(text), Incoming, "*pModuleItem\t= <NULL>"_fmt);
                 else if (status == PDU_STATUS_NOERROR)
                     DecodeModuleIdList(ResultFrame(text), *pModuleItem);
             },
@@ -131,7 +131,7 @@ T_PDU_ERROR PDUGetResourceIds(UNUM32 hMod, PDU_RSC_DATA* pResourceIdData, PDU_RS
         .name = "PDUGetResourceIds",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, pResourceIdData=%8p, pResourceIdList=%8p)", HandleText(hMod),
+                LogAppend(text, "(hMod=%s, pResourceIdData=%8p, pResourceIdList=%8p)"_fmt, HandleText(hMod),
                           pResourceIdData, pResourceIdList);
             },
         .before =
@@ -152,13 +152,13 @@ T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus)
 {
     return LogCall({
         .name = "PDUGetResourceStatus",
-        .arguments = [&](LogBuffer& text) { LogAppend(text, "(pResourceStatus=%8p)", pResourceStatus); },
+        .arguments = [&](LogBuffer& text) { LogAppend(text, "(pResourceStatus=%8p)"_fmt, pResourceStatus); },
         .before =
             [&](CallText& text) {
                 if (!pResourceStatus)
                     return;
                 const DecoderFrame arguments = ArgumentFrame(text);
-                GatedLine(arguments, Outgoing, "pResourceStatus->ItemType=%u, NumEntries=%u",
+                GatedLine(arguments, Outgoing, "pResourceStatus->ItemType=%u, NumEntries=%u"_fmt,
                           pResourceStatus->ItemType, pResourceStatus->NumEntries);
                 DecodeResourceStatus(arguments, OutgoingNested, *pResourceStatus);
             },
@@ -168,7 +168,7 @@ T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus)
                 if (!pResourceStatus || status != PDU_STATUS_NOERROR)
                     return;
                 const DecoderFrame results = ResultFrame(text);
-                GatedLine(results, Incoming, "pResourceStatus->NumEntries  = %u",
+                GatedLine(results, Incoming, "pResourceStatus->NumEntries  = %u"_fmt,
                           pResourceStatus->NumEntries);
                 DecodeResourceStatus(results, IncomingNested, *pResourceStatus);
             },
@@ -182,8 +182,8 @@ T_PDU_ERROR PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInpu
         .name = "PDUGetConflictingResources",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(resourceId=%u, pInputModuleList=%8p, pOutputConflictList=%8p)", resourceId,
-                          pInputModuleList, pOutputConflictList);
+                LogAppend(text, "(resourceId=%u, pInputModuleList=%8p, pOutputConflictList=%8p)"_fmt,
+                          resourceId, pInputModuleList, pOutputConflictList);
             },
         .before =
             [&](CallText& text) {
@@ -192,7 +192,7 @@ T_PDU_ERROR PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInpu
                 const DecoderFrame arguments = ArgumentFrame(text);
                 if (!arguments.IsOpen())
                     return;
-                DecodeLine(arguments, Outgoing, "pInputModuleList->ItemType=%u, NumEntries=%u",
+                DecodeLine(arguments, Outgoing, "pInputModuleList->ItemType=%u, NumEntries=%u"_fmt,
                            pInputModuleList->ItemType, pInputModuleList->NumEntries);
                 ForEachEntry(arguments, pInputModuleList->pModuleData, pInputModuleList->NumEntries,
                              [&](UNUM32, const PDU_MODULE_DATA* entry) {

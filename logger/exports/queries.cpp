@@ -7,26 +7,26 @@ namespace {
 
 void VersionLine(const DecoderFrame& frame, const char* label, UNUM32 version)
 {
-    DecodeLine(frame, Incoming, "%-25s\t= %03u.%03u.%03u", label, version >> 24, version >> 16 & 0xFF,
+    DecodeLine(frame, Incoming, "%-25s\t= %03u.%03u.%03u"_fmt, label, version >> 24, version >> 16 & 0xFF,
                version >> 8 & 0xFF);
 }
 
 void DateLine(const DecoderFrame& frame, const char* label, UNUM32 date)
 {
-    DecodeLine(frame, Incoming, "%-25s\t= %02u/%02u/%04u (week %u)", label, date >> 8 & 0xFF,
+    DecodeLine(frame, Incoming, "%-25s\t= %02u/%02u/%04u (week %u)"_fmt, label, date >> 8 & 0xFF,
                date >> 16 & 0xFF, (date >> 24) + 1970, date & 0xFF);
 }
 
 void NumberLine(const DecoderFrame& frame, const char* label, UNUM32 number)
 {
-    DecodeLine(frame, Incoming, "%-25s\t= %u", label, number);
+    DecodeLine(frame, Incoming, "%-25s\t= %u"_fmt, label, number);
 }
 
 // A text may fill its whole array, without a terminator.
 template <std::size_t Size>
 void TextLine(const DecoderFrame& frame, const char* label, const CHAR8 (&text)[Size])
 {
-    DecodeLine(frame, Incoming, "%-25s\t= \"%s\"", label, BoundedText(text, Size));
+    DecodeLine(frame, Incoming, "%-25s\t= \"%s\""_fmt, label, BoundedText(text, Size));
 }
 
 void DecodeVersionData(const DecoderFrame& frame, const PDU_VERSION_DATA& data)
@@ -56,9 +56,9 @@ void WrittenBackLine(const DecoderFrame& frame, const char* label, const char* n
     if (!frame.IsOpen())
         return;
     if (value)
-        DecodeLine(frame, Incoming, "%s\t= %u", label, *value);
+        DecodeLine(frame, Incoming, "%s\t= %u"_fmt, label, *value);
     else
-        DecodeLine(frame, Incoming, "%s was NULL", name);
+        DecodeLine(frame, Incoming, "%s was NULL"_fmt, name);
 }
 
 } // namespace
@@ -69,7 +69,7 @@ T_PDU_ERROR PDUGetVersion(UNUM32 hMod, PDU_VERSION_DATA* pVersionData)
         .name = "PDUGetVersion",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, pVersionData=%8p)", HandleText(hMod), pVersionData);
+                LogAppend(text, "(hMod=%s, pVersionData=%8p)"_fmt, HandleText(hMod), pVersionData);
             },
         .forward = [&](const CPduDll& target) { return target.PDUGetVersion(hMod, pVersionData); },
         .after =
@@ -88,7 +88,7 @@ T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pS
         .arguments =
             [&](LogBuffer& text) {
                 LogAppend(text,
-                          "(hMod=%s, hCLL=%s, hCoP=%s, pStatusCode=%8p, pTimestamp=%8p, pExtraInfo=%8p)",
+                          "(hMod=%s, hCLL=%s, hCoP=%s, pStatusCode=%8p, pTimestamp=%8p, pExtraInfo=%8p)"_fmt,
                           HandleText(hMod), HandleText(hCLL), HandleText(hCoP), pStatusCode, pTimestamp,
                           pExtraInfo);
             },
@@ -102,7 +102,7 @@ T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pS
                 if (status != PDU_STATUS_NOERROR || !results.IsOpen())
                     return;
                 // No test for null: success without a status code is a fault of the target library.
-                GatedLine(results, Incoming, "pStatusCode\t= %s (0x%04X)",
+                GatedLine(results, Incoming, "pStatusCode\t= %s (0x%04X)"_fmt,
                           NameOf(StatusCodeNames, *pStatusCode, "<NULL>"), *pStatusCode);
                 WrittenBackLine(results, "pTimestamp", "pTimestamp", pTimestamp);
                 WrittenBackLine(results, "pExtraInfo", "pExtraInfo", pExtraInfo);
@@ -119,7 +119,7 @@ T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode,
             [&](LogBuffer& text) {
                 LogAppend(
                     text,
-                    "(hMod=%s, hCLL=%s, pErrorCode=%8p, phCoP=%8p, pTimestamp=%8p, pExtraErrorInfo=%8p)",
+                    "(hMod=%s, hCLL=%s, pErrorCode=%8p, phCoP=%8p, pTimestamp=%8p, pExtraErrorInfo=%8p)"_fmt,
                     HandleText(hMod), HandleText(hCLL), pErrorCode, phCoP, pTimestamp, pExtraErrorInfo);
             },
         .forward =
@@ -132,7 +132,7 @@ T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode,
                 if (status != PDU_STATUS_NOERROR || !results.IsOpen())
                     return;
                 // Named from the table of call results; and no test for null, as in PDUGetStatus.
-                GatedLine(results, Incoming, "pErrorCode= %s (0x%04X)",
+                GatedLine(results, Incoming, "pErrorCode= %s (0x%04X)"_fmt,
                           NameOf(ErrorCodeNames, *pErrorCode, "<UNKNOWN>"), *pErrorCode);
                 WrittenBackLine(results, "phCoP          ", "phCoP", phCoP);
                 WrittenBackLine(results, "pTimestamp     ", "pTimestamp", pTimestamp);
@@ -147,7 +147,7 @@ T_PDU_ERROR PDUGetTimestamp(UNUM32 hMod, UNUM32* pTimestamp)
         .name = "PDUGetTimestamp",
         .arguments =
             [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, pTimestamp=%8p)", HandleText(hMod), pTimestamp);
+                LogAppend(text, "(hMod=%s, pTimestamp=%8p)"_fmt, HandleText(hMod), pTimestamp);
             },
         .forward = [&](const CPduDll& target) { return target.PDUGetTimestamp(hMod, pTimestamp); },
         .after =

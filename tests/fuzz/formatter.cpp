@@ -1,9 +1,10 @@
-// The formatter against the C library's snprintf: directives and arguments that come from the bytes.
+// The formatter against the C library's snprintf: directives and arguments that come from the bytes. And the
+// statements that are written where they stand against the formatter.
 #include <algorithm>
 #include <cinttypes>
 #include <vector>
 
-#include "logger/log_format.h"
+#include "logger/log_buffer.h"
 #include "tests/fuzz/fuzz_target.h"
 
 using namespace marvane;
@@ -52,11 +53,62 @@ Piece MakePiece(RecordSource& source)
     return {directive, FormatArgument(number), Printed(plain, number)};
 }
 
+template <class Format, class... Arguments>
+void CheckStatement(RecordSource& source, Format format, const Arguments&... arguments)
+{
+    static LogBuffer direct;
+    static LogBuffer formatted;
+    const std::string filler(source.Coin() ? source.Take<UNUM16>() % LogBuffer::Capacity : 0, 'x');
+    for (LogBuffer* const buffer : {&direct, &formatted}) {
+        buffer->Clear();
+        buffer->Append(filler);
+    }
+    const auto lineEnd = source.Coin() ? LogBuffer::LineEnd::Yes : LogBuffer::LineEnd::No;
+    log_buffer_detail::Statement<Format>(direct, lineEnd, arguments...);
+    if (formatted.HasRoom())
+        log_buffer_detail::CutStatement<Format>(formatted, lineEnd, arguments...);
+    Require(direct.Text() == formatted.Text(), "a statement is what the formatter makes of it", format.Text);
+}
+
+void CheckStatements(RecordSource& source)
+{
+    SetSetting(NumericKey::LogEnabled, 1);
+    const CHAR8* const text = source.Text();
+    const auto number = source.Take<UNUM32>();
+    const auto asSigned = static_cast<SNUM32>(number);
+    const auto* const pointer = reinterpret_cast<const void*>(std::uintptr_t{number} << source.Below(33));
+    switch (source.Below(8)) {
+    case 0:
+        return CheckStatement(source, "(%s, %s, %u)"_fmt, HandleText(number), UridText(number), number);
+    case 1:
+        return CheckStatement(source, "%-30s (id=%3u): %10d\t(0x%02X)"_fmt, text, number, asSigned, number);
+    case 2:
+        return CheckStatement(source, "%14s: %8p, %p, %c"_fmt, text, pointer, pointer,
+                              static_cast<char>(number));
+    case 3:
+        return CheckStatement(source, "%s%s"_fmt, text, text);
+    case 4:
+        return CheckStatement(source, "%d.%02u.%03u.%04u"_fmt, asSigned, number, number, number);
+    case 5:
+        return CheckStatement(source, "0x%X 0x%04X 0x%08X"_fmt, number, asSigned, number);
+    case 6:
+        return CheckStatement(source, "%hhu %hhd %hu %hd %02hhX"_fmt, number, asSigned, number, asSigned,
+                              number);
+    default:
+        return CheckStatement(source,
+                              "nothing to fill in, and a line that is longer than two registers are"_fmt);
+    }
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     RecordSource source(data, size);
+    if (source.Coin()) {
+        CheckStatements(source);
+        return 0;
+    }
     std::string format;
     std::string expected;
     std::vector<FormatArgument> arguments;

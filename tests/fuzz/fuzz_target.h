@@ -48,7 +48,7 @@ public:
             RecordObjectName(PDU_OBJT_PROTOCOL + source.Below(7), source.Below(8), "A name");
         const std::string filler(source.Below(4) == 0 ? source.Take<UNUM16>() % LogBuffer::Size : 0, 'x');
         if (!filler.empty())
-            DecodeLine(frame_, "", "%s", filler);
+            DecodeLine(frame_, "", "%s"_fmt, filler);
     }
     const DecoderFrame& Frame() const { return frame_; }
 

@@ -194,7 +194,7 @@ template <FormatLiteral Literal> struct LogFormat
 };
 
 /// "..."_fmt is a format of the log.
-template <FormatLiteral Literal> consteval LogFormat<Literal> operator""_fmt()
+template <FormatLiteral Literal> constexpr LogFormat<Literal> operator""_fmt()
 {
     return {};
 }

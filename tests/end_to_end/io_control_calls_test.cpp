@@ -13,7 +13,7 @@ protected:
     {
         Fake().Answer = [this](const FakeCall& call) {
             if (call.Arguments[4])
-                Pointed<PDU_DATA_ITEM*>(call, 4) = returned_;
+                At<PDU_DATA_ITEM*>(call.Arguments[4]) = returned_;
             return status_;
         };
     }

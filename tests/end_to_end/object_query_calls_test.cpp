@@ -16,7 +16,7 @@ protected:
                     T_PDU_ERROR status = PDU_STATUS_NOERROR)
     {
         Fake().Answer = [id, status](const FakeCall& call) {
-            Pointed<UNUM32>(call, 2) = id;
+            At<UNUM32>(call.Arguments[2]) = id;
             return status;
         };
         std::string asked = name;
@@ -74,7 +74,7 @@ protected:
 TEST_F(ObjectIdCall, TheIdThatCameBackIsShown)
 {
     Fake().Answer = [](const FakeCall& call) {
-        Pointed<UNUM32>(call, 2) = 7;
+        At<UNUM32>(call.Arguments[2]) = 7;
         return PDU_STATUS_NOERROR;
     };
     EXPECT_EQ(
@@ -210,7 +210,7 @@ TEST_F(ObjectIdCall, AnotherIdUnderTheSameNameIsLearnedToo)
 TEST_F(ObjectIdCall, TheNameIsACopyOfTheApplicationsText)
 {
     Fake().Answer = [](const FakeCall& call) {
-        Pointed<UNUM32>(call, 2) = 7;
+        At<UNUM32>(call.Arguments[2]) = 7;
         return PDU_STATUS_NOERROR;
     };
     Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name_, &id_);
@@ -319,7 +319,7 @@ TEST_F(ObjectIdCall, ManyThreadsLearnAndShowNamesAtOnce)
     // Ids 0 to 199 are asked for by all threads, each of which shows what it has just learned.
     Fake().Answer = [](const FakeCall& call) {
         if (std::string(call.Function) == "PDUGetObjectId")
-            Pointed<UNUM32>(call, 2) = static_cast<UNUM32>(std::stoul(&Pointed<CHAR8>(call, 1)));
+            At<UNUM32>(call.Arguments[2]) = static_cast<UNUM32>(std::stoul(&At<CHAR8>(call.Arguments[1])));
         return PDU_STATUS_NOERROR;
     };
     std::vector<std::thread> threads;
@@ -358,7 +358,7 @@ protected:
     {
         Fake().Answer = [this](const FakeCall& call) {
             if (call.Arguments[0])
-                Pointed<PDU_MODULE_ITEM*>(call, 0) = returned_;
+                At<PDU_MODULE_ITEM*>(call.Arguments[0]) = returned_;
             return status_;
         };
     }

@@ -31,7 +31,7 @@ protected:
 TEST_F(ResourceStatusCall, TheEntriesAreShownAsFilledInAndAsTheyCameBack)
 {
     Fake().Answer = [](const FakeCall& call) {
-        auto& item = Pointed<PDU_RSC_STATUS_ITEM>(call, 0);
+        auto& item = At<PDU_RSC_STATUS_ITEM>(call.Arguments[0]);
         item.pResourceStatusData[0].ResourceStatus = 0x1F;
         item.pResourceStatusData[1] = {2, 401, 3};
         return PDU_STATUS_NOERROR;
@@ -122,7 +122,7 @@ protected:
     {
         Fake().Answer = [this](const FakeCall& call) {
             if (call.Arguments[2])
-                Pointed<PDU_RSC_ID_ITEM*>(call, 2) = returned_;
+                At<PDU_RSC_ID_ITEM*>(call.Arguments[2]) = returned_;
             return status_;
         };
     }
@@ -350,7 +350,7 @@ protected:
     {
         Fake().Answer = [this](const FakeCall& call) {
             if (call.Arguments[2])
-                Pointed<PDU_RSC_CONFLICT_ITEM*>(call, 2) = returned_;
+                At<PDU_RSC_CONFLICT_ITEM*>(call.Arguments[2]) = returned_;
             return status_;
         };
     }

@@ -67,7 +67,7 @@ TEST_F(VersionCall, FourteenLinesShowWhatCameBack)
 {
     version_ = {};
     Fake().Answer = [](const FakeCall& call) {
-        Pointed<PDU_VERSION_DATA>(call, 1) = KnownVersion();
+        At<PDU_VERSION_DATA>(call.Arguments[1]) = KnownVersion();
         return PDU_STATUS_NOERROR;
     };
     EXPECT_EQ(Logged([&] { EXPECT_EQ(Api().PDUGetVersion(1, &version_), PDU_STATUS_NOERROR); }),
@@ -185,9 +185,9 @@ protected:
 TEST_F(StatusCall, ThreeLinesShowWhatCameBack)
 {
     Fake().Answer = [](const FakeCall& call) {
-        Pointed<T_PDU_STATUS>(call, 3) = PDU_CLLST_COMM_STARTED;
-        Pointed<UNUM32>(call, 4) = 1234567;
-        Pointed<UNUM32>(call, 5) = 89;
+        At<T_PDU_STATUS>(call.Arguments[3]) = PDU_CLLST_COMM_STARTED;
+        At<UNUM32>(call.Arguments[4]) = 1234567;
+        At<UNUM32>(call.Arguments[5]) = 89;
         return PDU_STATUS_NOERROR;
     };
     EXPECT_EQ(Logged([&] { Api().PDUGetStatus(1, 2, 3, &status_, &time_, &extra_); }),
@@ -341,10 +341,10 @@ protected:
 TEST_F(LastErrorCall, FourLinesShowWhatCameBack)
 {
     Fake().Answer = [](const FakeCall& call) {
-        Pointed<T_PDU_ERR_EVT>(call, 2) = PDU_ERR_TLS_CIPHER_NOT_SUPPORTED;
-        Pointed<UNUM32>(call, 3) = 1;
-        Pointed<UNUM32>(call, 4) = 22;
-        Pointed<UNUM32>(call, 5) = 4294967295u;
+        At<T_PDU_ERR_EVT>(call.Arguments[2]) = PDU_ERR_TLS_CIPHER_NOT_SUPPORTED;
+        At<UNUM32>(call.Arguments[3]) = 1;
+        At<UNUM32>(call.Arguments[4]) = 22;
+        At<UNUM32>(call.Arguments[5]) = 4294967295u;
         return PDU_STATUS_NOERROR;
     };
     EXPECT_EQ(Lines(&hCoP_, &time_, &extra_),
@@ -463,7 +463,7 @@ protected:
 TEST_F(TimestampCall, TheTimeThatCameBackIsShown)
 {
     Fake().Answer = [](const FakeCall& call) {
-        Pointed<UNUM32>(call, 1) = 4294967295u;
+        At<UNUM32>(call.Arguments[1]) = 4294967295u;
         return PDU_STATUS_NOERROR;
     };
     EXPECT_EQ(Logged([&] { EXPECT_EQ(Api().PDUGetTimestamp(1, &time_), PDU_STATUS_NOERROR); }),

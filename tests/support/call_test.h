@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/forwarded.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {
@@ -24,24 +25,6 @@ struct LoggedCall
     std::array<std::string, 3> ArgumentsAtCallsOne = {}; ///< decoded although LogFnCalls is 1
     bool DecodesUnderLogEnabledOnly = false;             ///< its arguments, that is
 };
-
-/// A raw argument as the target sees a pointer.
-inline std::uint64_t Raw(const void* pointer)
-{
-    return reinterpret_cast<std::uintptr_t>(pointer);
-}
-
-/// What a raw argument points at.
-template <class Pointed> Pointed& At(std::uint64_t argument)
-{
-    return *reinterpret_cast<Pointed*>(static_cast<std::uintptr_t>(argument));
-}
-
-/// An address that faults whoever follows it.
-template <class Pointed> Pointed* Unreadable()
-{
-    return reinterpret_cast<Pointed*>(std::uintptr_t{0x10});
-}
 
 /// One session, started by the test and as often as it likes.
 class CallTest : public ::testing::Test
@@ -85,13 +68,9 @@ protected:
         session.Fake().Answer = nullptr;
     }
 
-    /// Expects one call forwarded, with these arguments, since the last look.
     void ExpectSeen(const std::string& name, const std::vector<std::uint64_t>& arguments)
     {
-        const auto seen = session.Fake().TakeCalls();
-        ASSERT_EQ(seen.size(), 1u);
-        EXPECT_EQ(seen[0].Function, name);
-        EXPECT_EQ(seen[0].Arguments, arguments);
+        ExpectForwarded(session.Fake(), name, arguments);
     }
 
     /// Makes each call under every combination of LogFnCalls, LogFnDecodeArgs and LogFnDecodeRsps with

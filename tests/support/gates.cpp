@@ -79,7 +79,7 @@ void ExpectAtAllGates(Session& session, const std::function<void()>& call, const
 void Learn(Session& session, T_PDU_OBJT type, const std::string& name, UNUM32 id)
 {
     auto answer = std::exchange(session.Fake().Answer, [id](const FakeCall& call) {
-        Pointed<UNUM32>(call, 2) = id;
+        At<UNUM32>(call.Arguments[2]) = id;
         return PDU_STATUS_NOERROR;
     });
     std::string asked = name;

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/forwarded.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {
@@ -50,18 +51,6 @@ void ExpectAtAllGates(Session& session, const std::function<void()>& call,
                       const std::function<std::string(const Gates&)>& expected);
 void ExpectAtAllGates(Session& session, const std::function<void()>& call, const CallText& text);
 
-/// What an argument of a call to the target points at.
-template <class Value> Value& Pointed(const FakeCall& call, std::size_t index)
-{
-    return *reinterpret_cast<Value*>(static_cast<std::uintptr_t>(call.Arguments[index]));
-}
-
-/// A pointer's value as the target sees it.
-inline std::uint64_t Raw(const void* pointer)
-{
-    return reinterpret_cast<std::uintptr_t>(pointer);
-}
-
 /// Has the application ask for an object by name, and the target know it. What the target answers otherwise
 /// stays for the next call.
 void Learn(Session& session, T_PDU_OBJT type, const std::string& name, UNUM32 id);
@@ -88,13 +77,9 @@ protected:
         Reconfigure(session_, {{"LogFnDecodeArgs", "1"}, {"LogFnDecodeRsps", "1"}, {"LogCallOuts", "1"}});
     }
 
-    /// Expects that the target saw one call, with these arguments.
     void ExpectSeen(const std::string& function, const std::vector<std::uint64_t>& arguments)
     {
-        const std::vector<SeenCall> seen = Fake().TakeCalls();
-        ASSERT_EQ(seen.size(), 1u);
-        EXPECT_EQ(seen[0].Function, function);
-        EXPECT_EQ(seen[0].Arguments, arguments);
+        ExpectForwarded(Fake(), function, arguments);
     }
 
     Session session_;

@@ -10,7 +10,8 @@ class ComParamTest : public testing::Decoding
 protected:
     static std::string Value(T_PDU_PT type, const void* data, int direction = 0, int level = 1, UNUM32 id = 7)
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeParamValue(frame, id, type, data, direction, level); });
+        return Decoded(
+            [&](const DecoderFrame& frame) { DecodeParamValue(frame, id, type, data, direction, level); });
     }
 };
 
@@ -27,29 +28,32 @@ TEST_F(ComParamTest, AnItemIsALineAndItsValueOneLevelDeeper)
     UNUM32 value = 500000;
     PDU_PARAM_ITEM item = {0xDEAD, 7, PDU_PT_UNUM32, PDU_PC_BUSTYPE, &value};
     RecordObjectName(PDU_OBJT_COMPARAM, 7, "CP_Baudrate");
-    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 1, 0); }),
-              "   <--  ComParam (" + testing::PointerText(&item) +
-                  ") Id = CP_Baudrate (id=7), DataType = PDU_PT_UNUM32 (0x0105), Class = PDU_PC_BUSTYPE (0x0005)\n"
-                  "    <<< CP_Baudrate                    (id=  7): =\t(u32)    500000\t(0x0007A120)\n");
+    EXPECT_EQ(
+        Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 1, 0); }),
+        "   <--  ComParam (" + testing::PointerText(&item) +
+            ") Id = CP_Baudrate (id=7), DataType = PDU_PT_UNUM32 (0x0105), Class = PDU_PC_BUSTYPE (0x0005)\n"
+            "    <<< CP_Baudrate                    (id=  7): =\t(u32)    500000\t(0x0007A120)\n");
 }
 
 TEST_F(ComParamTest, UnknownTypesAndClassesAreNamedSo)
 {
     UNUM32 value = 1;
     PDU_PARAM_ITEM item = {PDU_IT_PARAM, 12345, 0x10A, 8, &value};
-    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 0, 0); }),
-              "   -->  ComParam (" + testing::PointerText(&item) +
-                  ") Id = [NOT YET READ] (id=12345), DataType = <UNKNOWN> (0x010A), Class = <UNKNOWN> (0x0008)\n"
-                  "    >>> [NOT YET READ] (id=12345): \tunknown type= <UNKNOWN> (266)\n");
+    EXPECT_EQ(
+        Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 0, 0); }),
+        "   -->  ComParam (" + testing::PointerText(&item) +
+            ") Id = [NOT YET READ] (id=12345), DataType = <UNKNOWN> (0x010A), Class = <UNKNOWN> (0x0008)\n"
+            "    >>> [NOT YET READ] (id=12345): \tunknown type= <UNKNOWN> (266)\n");
 }
 
 TEST_F(ComParamTest, ANullValueIsReportedOneLevelDeeper)
 {
     PDU_PARAM_ITEM item = {PDU_IT_PARAM, 7, PDU_PT_UNUM8, PDU_PC_TIMING, nullptr};
-    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 0, 0); }),
-              "   -->  ComParam (" + testing::PointerText(&item) +
-                  ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_TIMING (0x0001)\n"
-                  "    >>> pDataVal\t= <NULL>\n");
+    EXPECT_EQ(
+        Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 0, 0); }),
+        "   -->  ComParam (" + testing::PointerText(&item) +
+            ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_TIMING (0x0001)\n"
+            "    >>> pDataVal\t= <NULL>\n");
 }
 
 TEST_F(ComParamTest, NumbersOfAllTypes)
@@ -82,9 +86,10 @@ TEST_F(ComParamTest, AByteFieldStandsAtTheLevelOfItsValue)
 {
     UNUM8 bytes[] = {0x3E, 0x80};
     const PDU_PARAM_BYTEFIELD_DATA field = {10, 2, bytes};
-    EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field),
-              "    >>> [NOT YET READ] (id=7): MaxLen\t= 10, ActLen\t= 2\n"
-              "    >>> pDataArray     |00000000 <3E 80>                                            >.              |\n");
+    EXPECT_EQ(
+        Value(PDU_PT_BYTEFIELD, &field),
+        "    >>> [NOT YET READ] (id=7): MaxLen\t= 10, ActLen\t= 2\n"
+        "    >>> pDataArray     |00000000 <3E 80>                                            >.              |\n");
 }
 
 TEST_F(ComParamTest, AnEmptyByteFieldHasNoListing)
@@ -98,17 +103,19 @@ TEST_F(ComParamTest, AnEmptyByteFieldHasNoListing)
 TEST_F(ComParamTest, AByteFieldWithoutItsArrayIsReported)
 {
     const PDU_PARAM_BYTEFIELD_DATA field = {1, 3, nullptr};
-    EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field, 1, 2), "\t\t <--  [NOT YET READ] (id=7): MaxLen\t= 1, ActLen\t= 3\n"
-                                                     "\t\t <--      pDataArray: Address \t= <NULL>\n");
+    EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field, 1, 2),
+              "\t\t <--  [NOT YET READ] (id=7): MaxLen\t= 1, ActLen\t= 3\n"
+              "\t\t <--      pDataArray: Address \t= <NULL>\n");
 }
 
 TEST_F(ComParamTest, ALongFieldStandsOneLevelDeeperAndCountsFourBytesEach)
 {
     UNUM32 longs[] = {0x7E0, 0x7E8};
     const PDU_PARAM_LONGFIELD_DATA field = {4, 2, longs};
-    EXPECT_EQ(Value(PDU_PT_LONGFIELD, &field, 1, 1),
-              "\t\t <--  Id = [NOT YET READ] (id=7): MaxLen\t= 4, ActLen\t= 2\n"
-              "\t\t <--  pDataArray     |00000000 <E0 07 00 00 E8 07 00 00>                          ........        |\n");
+    EXPECT_EQ(
+        Value(PDU_PT_LONGFIELD, &field, 1, 1),
+        "\t\t <--  Id = [NOT YET READ] (id=7): MaxLen\t= 4, ActLen\t= 2\n"
+        "\t\t <--  pDataArray     |00000000 <E0 07 00 00 E8 07 00 00>                          ........        |\n");
 }
 
 TEST_F(ComParamTest, NullFieldsHaveTheirOwnWords)
@@ -161,8 +168,8 @@ TEST_F(ComParamTest, OnTheWayBackTheTextOfATimingSetStandsBehindTheMarkersText)
 {
     const auto setText = [](UNUM8 set, int level) {
         PDU_PARAM_STRUCT_ACCESS_TIMING timing = {0, 0, 0, 0, 0, set};
-        const std::string text = Decoded(
-            [&](const DecoderFrame& frame) { DecodeAccessTiming(frame, 1, level, &timing); });
+        const std::string text =
+            Decoded([&](const DecoderFrame& frame) { DecodeAccessTiming(frame, 1, level, &timing); });
         return text.substr(text.find("TimingSet\t= ") + 12);
     };
     EXPECT_EQ(setText(1, 2), "1\n\t\t\t\t...\nDEFAULT ECU TIMING SET ON TPI 1 FROM TESTER\n");
@@ -176,9 +183,10 @@ TEST_F(ComParamTest, AnUnknownStructTypeHasThreeLines)
 {
     UNUM32 nothing = 0;
     const PDU_PARAM_STRUCTFIELD_DATA field = {3, 4, 5, &nothing};
-    EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field), "\t\t -->  Id = [NOT YET READ] (id=7): ComParamStructType\t= 3\n"
-                                                 "\t\t -->  MaxEntries\t= 4\n"
-                                                 "\t\t -->  ActEntries\t= 5\n");
+    EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field),
+              "\t\t -->  Id = [NOT YET READ] (id=7): ComParamStructType\t= 3\n"
+              "\t\t -->  MaxEntries\t= 4\n"
+              "\t\t -->  ActEntries\t= 5\n");
 }
 
 TEST_F(ComParamTest, AFieldLargerThanTheBufferEndsWithTheMarker)
@@ -196,7 +204,9 @@ TEST_F(ComParamTest, EachDecoderHasItsGates)
     ExpectThreeGates([](const DecoderFrame& frame) { DecodeStructField(frame, 0, 0, 1, nullptr); });
     ExpectThreeGates([](const DecoderFrame& frame) { DecodeSessionTiming(frame, 0, 0, nullptr); });
     ExpectThreeGates([](const DecoderFrame& frame) { DecodeAccessTiming(frame, 0, 0, nullptr); });
-    const auto value = [](const DecoderFrame& frame) { DecodeParamValue(frame, 1, PDU_PT_UNUM8, nullptr, 0, 0); };
+    const auto value = [](const DecoderFrame& frame) {
+        DecodeParamValue(frame, 1, PDU_PT_UNUM8, nullptr, 0, 0);
+    };
     EXPECT_EQ(Decoded(value, 0, 0), "   -->  pDataVal\t= <NULL>\n");
     SetSetting(NumericKey::LogEnabled, 0);
     EXPECT_EQ(Decoded(value), "");

@@ -12,7 +12,8 @@ protected:
                               const char* label = "label")
     {
         return Decoded([&](const DecoderFrame& frame) {
-            DumpBuffer(frame, direction, level, label, bytes.data(), static_cast<UNUM32>(bytes.size()), limit);
+            DumpBuffer(frame, direction, level, label, bytes.data(), static_cast<UNUM32>(bytes.size()),
+                       limit);
         });
     }
 
@@ -29,7 +30,9 @@ protected:
 TEST_F(DumpBufferTest, OneByteStandsInItsColumns)
 {
     const std::string line = Dumped({0x41}, 1);
-    EXPECT_EQ(line, "   -->  label          |00000000 <41>                                               A               |\n");
+    EXPECT_EQ(
+        line,
+        "   -->  label          |00000000 <41>                                               A               |\n");
     EXPECT_EQ(line.size(), 102u);
     EXPECT_EQ(line[36], '>');
     EXPECT_EQ(line[84], 'A');
@@ -38,35 +41,41 @@ TEST_F(DumpBufferTest, OneByteStandsInItsColumns)
 
 TEST_F(DumpBufferTest, SixteenBytesFillALine)
 {
-    EXPECT_EQ(Dumped(Count(16), 99),
-              "   -->  label          |00000000 <00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F>  ................|\n");
+    EXPECT_EQ(
+        Dumped(Count(16), 99),
+        "   -->  label          |00000000 <00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F>  ................|\n");
 }
 
 TEST_F(DumpBufferTest, SeventeenBytesTakeASecondLineOfOneCell)
 {
-    EXPECT_EQ(Dumped(Count(17), 17, 1, 1),
-              "    <<< label          |00000000 <00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F>  ................|\n"
-              "    <<< label          |00000010 <10>                                               .               |\n");
+    EXPECT_EQ(
+        Dumped(Count(17), 17, 1, 1),
+        "    <<< label          |00000000 <00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F>  ................|\n"
+        "    <<< label          |00000010 <10>                                               .               |\n");
 }
 
 TEST_F(DumpBufferTest, ALimitOf16CutsBehindTheBarInPlaceOfTheLineBreak)
 {
-    EXPECT_EQ(Dumped(std::vector<UNUM8>(40, 0x30), 16),
-              "   -->  label          |00000000 <30 30 30 30 30 30 30 30 30 30 30 30 30 30 30 30>  0000000000000000|( ...)|\n");
+    EXPECT_EQ(
+        Dumped(std::vector<UNUM8>(40, 0x30), 16),
+        "   -->  label          |00000000 <30 30 30 30 30 30 30 30 30 30 30 30 30 30 30 30>  0000000000000000|( ...)|\n");
 }
 
 TEST_F(DumpBufferTest, AShortCutLineHasItsMarkOneColumnBehindTheText)
 {
     const std::string line = Dumped(std::vector<UNUM8>(40, 0x30), 3);
-    EXPECT_EQ(line, "   -->  label          |00000000 <30 30 30>                                         000 ( ...)|\n");
+    EXPECT_EQ(
+        line,
+        "   -->  label          |00000000 <30 30 30>                                         000 ( ...)|\n");
     EXPECT_EQ(line[88], '(');
 }
 
 TEST_F(DumpBufferTest, ACutOfFifteenBytesOverwritesTheBar)
 {
     const std::string line = Dumped(std::vector<UNUM8>(40, 0x30), 15);
-    EXPECT_EQ(line,
-              "   -->  label          |00000000 <30 30 30 30 30 30 30 30 30 30 30 30 30 30 30>     000000000000000 ( ...)|\n");
+    EXPECT_EQ(
+        line,
+        "   -->  label          |00000000 <30 30 30 30 30 30 30 30 30 30 30 30 30 30 30>     000000000000000 ( ...)|\n");
     EXPECT_EQ(line[100], '(');
 }
 
@@ -82,14 +91,16 @@ TEST_F(DumpBufferTest, ALimitOfZeroListsNothingWithoutAWord)
 
 TEST_F(DumpBufferTest, OnlyPrintableBytesShowAsText)
 {
-    EXPECT_EQ(Dumped({0x1F, 0x20, 0x7E, 0x7F, 0x80, 0xFF}, 99),
-              "   -->  label          |00000000 <1F 20 7E 7F 80 FF>                                . ~...          |\n");
+    EXPECT_EQ(
+        Dumped({0x1F, 0x20, 0x7E, 0x7F, 0x80, 0xFF}, 99),
+        "   -->  label          |00000000 <1F 20 7E 7F 80 FF>                                . ~...          |\n");
 }
 
 TEST_F(DumpBufferTest, ALongLabelIsCutInTheListingAndWholeInTheReports)
 {
-    EXPECT_EQ(Dumped({0x41}, 1, 0, 0, "pByteArrayArray"),
-              "   -->  pByteArrayArra |00000000 <41>                                               A               |\n");
+    EXPECT_EQ(
+        Dumped({0x41}, 1, 0, 0, "pByteArrayArray"),
+        "   -->  pByteArrayArra |00000000 <41>                                               A               |\n");
     EXPECT_EQ(Dumped({}, 0, 0, 0, "pByteArrayArray"),
               "   -->  pByteArrayArray: Size\t= <ZERO>\n   -->  pByteArrayArray: Address \t= <NULL>\n");
 }
@@ -111,8 +122,7 @@ TEST_F(DumpBufferTest, ReportsNeedLevelOneAndListingsLevelTwo)
     const auto report = [](const DecoderFrame& frame) { DumpBuffer(frame, 0, 0, "label", nullptr, 5, 5); };
     const auto list = [&](const DecoderFrame& frame) { DumpBuffer(frame, 0, 0, "label", &byte, 1, 1); };
     for (UNUM32 calls = 0; calls <= 3; ++calls)
-        for (UNUM32 level = 0; level <= 3; ++level)
-        {
+        for (UNUM32 level = 0; level <= 3; ++level) {
             EXPECT_EQ(Decoded(report, calls, level) != "", calls >= 1 && level >= 1) << calls << level;
             EXPECT_EQ(Decoded(list, calls, level) != "", calls >= 2 && level >= 2) << calls << level;
         }
@@ -123,9 +133,10 @@ TEST_F(DumpBufferTest, ReportsNeedLevelOneAndListingsLevelTwo)
 
 TEST_F(DumpBufferTest, EachDirectionAndLevelHasItsIndent)
 {
-    const std::string rest = "label          |00000000 <41>                                               A               |\n";
-    const char* indents[] = {"   -->  ", "    >>> ", "\t\t -->  ", "\t\t  >>> ",
-                             "   <--  ", "    <<< ", "\t\t <--  ", "\t\t  <<< ", "\t\t\t\t...\n"};
+    const std::string rest =
+        "label          |00000000 <41>                                               A               |\n";
+    const char* indents[] = {"   -->  ", "    >>> ",   "\t\t -->  ", "\t\t  >>> ",   "   <--  ",
+                             "    <<< ", "\t\t <--  ", "\t\t  <<< ", "\t\t\t\t...\n"};
     for (int index = 0; index < 9; ++index)
         EXPECT_EQ(Dumped({0x41}, 1, index < 4 ? 0 : 1, index < 4 ? index : index - 4), indents[index] + rest);
 }

@@ -8,8 +8,8 @@ namespace {
 class EventItem : public testing::Decoding
 {
 protected:
-    static std::string Flags(const PDU_FLAG_DATA* flags, const char* label = "flags", int direction = 0, int level = 0,
-                             const BitNames& names = TxFlagNames)
+    static std::string Flags(const PDU_FLAG_DATA* flags, const char* label = "flags", int direction = 0,
+                             int level = 0, const BitNames& names = TxFlagNames)
     {
         return Decoded(
             [&](const DecoderFrame& frame) { DecodeFlagData(frame, flags, label, direction, level, names); });
@@ -38,26 +38,29 @@ TEST_F(EventItem, ANamedBitHasALineTwoLevelsBelowTheLabels)
 {
     UNUM8 byte = 0x20;
     const PDU_FLAG_DATA flags = {1, &byte};
-    EXPECT_EQ(Flags(&flags),
-              "    >>> flags          |00000000 <20>                                                               |\n"
-              "\t\t -->  [00] 0x20 = ENABLE_EXTRA_INFO\n");
+    EXPECT_EQ(
+        Flags(&flags),
+        "    >>> flags          |00000000 <20>                                                               |\n"
+        "\t\t -->  [00] 0x20 = ENABLE_EXTRA_INFO\n");
 }
 
 TEST_F(EventItem, ABitWithoutANameHasNoLine)
 {
     UNUM8 byte = 0x01;
     const PDU_FLAG_DATA flags = {1, &byte};
-    EXPECT_EQ(Flags(&flags),
-              "    >>> flags          |00000000 <01>                                               .               |\n");
+    EXPECT_EQ(
+        Flags(&flags),
+        "    >>> flags          |00000000 <01>                                               .               |\n");
 }
 
 TEST_F(EventItem, BytesBehindTheFourthHaveNoBitLines)
 {
     UNUM8 bytes[] = {0, 0, 0, 0x80, 0xFF, 0xFF};
     const PDU_FLAG_DATA flags = {6, bytes};
-    EXPECT_EQ(Flags(&flags),
-              "    >>> flags          |00000000 <00 00 00 80 FF FF>                                ......          |\n"
-              "\t\t -->  [03] 0x80 = ISO15765_FRAME_PAD\n");
+    EXPECT_EQ(
+        Flags(&flags),
+        "    >>> flags          |00000000 <00 00 00 80 FF FF>                                ......          |\n"
+        "\t\t -->  [03] 0x80 = ISO15765_FRAME_PAD\n");
 }
 
 TEST_F(EventItem, EachTableNamesItsBits)
@@ -74,7 +77,8 @@ TEST_F(EventItem, EachTableNamesItsBits)
                                   "\t\t -->  [02] 0x02 = WAIT_P3_MIN_ONLY\n"
                                   "\t\t -->  [03] 0x40 = ISO15765_ADDR_TYPE\n"
                                   "\t\t -->  [03] 0x80 = ISO15765_FRAME_PAD\n");
-    EXPECT_EQ(named(CllCreateFlagNames), "\t\t -->  [00] 0x40 = ChecksumMode\n\t\t -->  [00] 0x80 = RawMode\n");
+    EXPECT_EQ(named(CllCreateFlagNames),
+              "\t\t -->  [00] 0x40 = ChecksumMode\n\t\t -->  [00] 0x80 = RawMode\n");
     EXPECT_EQ(named(RxFlagNames), "\t\t -->  [00] 0x80 = REMOTE_FRAME\n"
                                   "\t\t -->  [01] 0x01 = SW_CAN_HV_RX\n"
                                   "\t\t -->  [01] 0x02 = ECU_TIMING_CHANGE\n"
@@ -99,21 +103,22 @@ TEST_F(EventItem, AWholeResult)
     UNUM8 payload[] = {0x62, 0xF1, 0x90};
     PDU_EXTRA_INFO extra = {2, 0, header, nullptr};
     const PDU_RESULT_DATA result = {{4, rx}, 7, 1, {1, stamps}, 11, 22, &extra, 3, payload};
-    EXPECT_EQ(Event(PDU_IT_RESULT, &result),
-              "\t\t <--  pResult->RxFla |00000000 <00 00 00 40>                                      ...@            |\n"
-              "\t\t  <<< [03] 0x40 = CAN_SEGMENTATION\n"
-              "    <<< UniqueRespIdentifier\t= 7\n"
-              "    <<< AcceptanceId        \t= 1\n"
-              "\t\t <--  pResult->Times |00000000 <80>                                               .               |\n"
-              "\t\t  <<< [00] 0x80 = TxMsgDoneTimestampIndicator\n"
-              "    <<< TxMsgDoneTimestamp  \t= 11\n"
-              "    <<< StartMsgTimestamp   \t= 22\n"
-              "    <<< pExtraInfo            \t= " +
-                  testing::PointerText(&extra) +
-                  "\n    <<< pHeaderBytes   |00000000 <07 E8>                                            ..              |\n"
-                  "    <<< Footer bytes    \t= 0\n"
-                  "    <<< DataSize\t\t= 3\n"
-                  "    <<< pDataBytes     |00000000 <62 F1 90>                                         b..             |\n");
+    EXPECT_EQ(
+        Event(PDU_IT_RESULT, &result),
+        "\t\t <--  pResult->RxFla |00000000 <00 00 00 40>                                      ...@            |\n"
+        "\t\t  <<< [03] 0x40 = CAN_SEGMENTATION\n"
+        "    <<< UniqueRespIdentifier\t= 7\n"
+        "    <<< AcceptanceId        \t= 1\n"
+        "\t\t <--  pResult->Times |00000000 <80>                                               .               |\n"
+        "\t\t  <<< [00] 0x80 = TxMsgDoneTimestampIndicator\n"
+        "    <<< TxMsgDoneTimestamp  \t= 11\n"
+        "    <<< StartMsgTimestamp   \t= 22\n"
+        "    <<< pExtraInfo            \t= " +
+            testing::PointerText(&extra) +
+            "\n    <<< pHeaderBytes   |00000000 <07 E8>                                            ..              |\n"
+            "    <<< Footer bytes    \t= 0\n"
+            "    <<< DataSize\t\t= 3\n"
+            "    <<< pDataBytes     |00000000 <62 F1 90>                                         b..             |\n");
 }
 
 /// The lines of a result behind its two times.
@@ -132,15 +137,18 @@ TEST_F(EventItem, HeaderAndFooterInTheirNullForms)
     const std::string end = "    <<< DataSize\t\t= 0\n"
                             "    <<<     pDataBytes: Size\t= <ZERO>\n"
                             "    <<<     pDataBytes: Address \t= <NULL>\n";
-    EXPECT_EQ(Tail(Event(PDU_IT_RESULT, &result)), address + "    <<< Num Header bytes\t= 0\n"
-                                                             "    <<<   pFooterBytes: Address \t= <NULL>\n" +
+    EXPECT_EQ(Tail(Event(PDU_IT_RESULT, &result)), address +
+                                                       "    <<< Num Header bytes\t= 0\n"
+                                                       "    <<<   pFooterBytes: Address \t= <NULL>\n" +
                                                        end);
     UNUM8 footer[] = {0x55};
     extra = {3, 1, nullptr, footer};
-    EXPECT_EQ(Tail(Event(PDU_IT_RESULT, &result)),
-              address + "    <<< pResult->pExtraInfo->pHeaderBytes\t= <NULL> (size=3)\n"
-                        "    <<< pFooterBytes   |00000000 <55>                                               U               |\n" +
-                  end);
+    EXPECT_EQ(
+        Tail(Event(PDU_IT_RESULT, &result)),
+        address +
+            "    <<< pResult->pExtraInfo->pHeaderBytes\t= <NULL> (size=3)\n"
+            "    <<< pFooterBytes   |00000000 <55>                                               U               |\n" +
+            end);
 }
 
 TEST_F(EventItem, AResultWithoutDataSaysSo)
@@ -165,9 +173,10 @@ TEST_F(EventItem, LogMaxPduBuffLimitsThePayload)
     result.NumDataBytes = 40;
     result.pDataBytes = payload.data();
     SetSetting(NumericKey::LogMaxPduBuff, 16);
-    EXPECT_EQ(Tail(Event(PDU_IT_RESULT, &result)),
-              "    <<< DataSize\t\t= 40\n"
-              "    <<< pDataBytes     |00000000 <30 30 30 30 30 30 30 30 30 30 30 30 30 30 30 30>  0000000000000000|( ...)|\n");
+    EXPECT_EQ(
+        Tail(Event(PDU_IT_RESULT, &result)),
+        "    <<< DataSize\t\t= 40\n"
+        "    <<< pDataBytes     |00000000 <30 30 30 30 30 30 30 30 30 30 30 30 30 30 30 30>  0000000000000000|( ...)|\n");
     SetSetting(NumericKey::LogMaxPduBuff, 0);
     EXPECT_EQ(Tail(Event(PDU_IT_RESULT, &result)), "    <<< DataSize\t\t= 40\n");
 }
@@ -176,7 +185,8 @@ TEST_F(EventItem, TheUndefinedIdentifierIsNamedAndItsNeighbourIsNot)
 {
     PDU_RESULT_DATA result = {};
     result.UniqueRespIdentifier = 0xFFFFFFFE;
-    EXPECT_NE(Event(PDU_IT_RESULT, &result).find("UniqueRespIdentifier\t= <PDU_ID_UNDEF>\n"), std::string::npos);
+    EXPECT_NE(Event(PDU_IT_RESULT, &result).find("UniqueRespIdentifier\t= <PDU_ID_UNDEF>\n"),
+              std::string::npos);
     result.UniqueRespIdentifier = 0xFFFFFFFD;
     EXPECT_NE(Event(PDU_IT_RESULT, &result).find("UniqueRespIdentifier\t= 4294967293\n"), std::string::npos);
 }
@@ -192,11 +202,14 @@ TEST_F(EventItem, StatusesKnownAndUnknown)
 TEST_F(EventItem, ErrorsKnownAndUnknown)
 {
     PDU_ERROR_DATA error = {PDU_ERR_EVT_RSC_LOCKED, 5};
-    EXPECT_EQ(Event(PDU_IT_ERROR, &error), "    <<< ErrorCode = PDU_ERR_EVT_RSC_LOCKED (0x0109), ExtraErrorData = 5\n");
+    EXPECT_EQ(Event(PDU_IT_ERROR, &error),
+              "    <<< ErrorCode = PDU_ERR_EVT_RSC_LOCKED (0x0109), ExtraErrorData = 5\n");
     error = {0, 0};
-    EXPECT_EQ(Event(PDU_IT_ERROR, &error), "    <<< ErrorCode = PDU_ERR_EVT_NOERROR (0x0000), ExtraErrorData = 0\n");
+    EXPECT_EQ(Event(PDU_IT_ERROR, &error),
+              "    <<< ErrorCode = PDU_ERR_EVT_NOERROR (0x0000), ExtraErrorData = 0\n");
     error = {0x10A, 6};
-    EXPECT_EQ(Event(PDU_IT_ERROR, &error), "    <<< ErrorCode = <UNKNOWN ERROR> (0x010A), ExtraErrorData = 6\n");
+    EXPECT_EQ(Event(PDU_IT_ERROR, &error),
+              "    <<< ErrorCode = <UNKNOWN ERROR> (0x010A), ExtraErrorData = 6\n");
 }
 
 TEST_F(EventItem, InformationKnownAndUnknown)
@@ -228,7 +241,8 @@ TEST_F(EventItem, APayloadLargerThanTheBufferEndsWithTheMarker)
 TEST_F(EventItem, BothDecodersHaveTheirGates)
 {
     ExpectThreeGates([](const DecoderFrame& frame) { DecodeEventItem(frame, PDU_IT_RESULT, nullptr); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeFlagData(frame, nullptr, "label", 0, 0, TxFlagNames); });
+    ExpectThreeGates(
+        [](const DecoderFrame& frame) { DecodeFlagData(frame, nullptr, "label", 0, 0, TxFlagNames); });
 }
 
 } // namespace

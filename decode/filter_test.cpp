@@ -10,7 +10,8 @@ class Filter : public testing::Decoding
 protected:
     static std::string List(const PDU_IO_FILTER_LIST* list, int direction = 0, UNUM32 level = 2)
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeFilterList(frame, direction, list); }, 2, level);
+        return Decoded([&](const DecoderFrame& frame) { DecodeFilterList(frame, direction, list); }, 2,
+                       level);
     }
 };
 
@@ -24,14 +25,15 @@ TEST_F(Filter, AnEmptyListShowsItsAddress)
 {
     PDU_IO_FILTER_DATA filter = {};
     const PDU_IO_FILTER_LIST list = {0, &filter};
-    EXPECT_EQ(List(&list), "    >>> ->NumFilterEntries \t= 0\n    >>> ->pFilterData \t@ " + testing::PointerText(&filter) +
-                               "\n");
+    EXPECT_EQ(List(&list), "    >>> ->NumFilterEntries \t= 0\n    >>> ->pFilterData \t@ " +
+                               testing::PointerText(&filter) + "\n");
 }
 
 TEST_F(Filter, EntriesWithoutAnArrayAreReported)
 {
     const PDU_IO_FILTER_LIST list = {2, nullptr};
-    EXPECT_EQ(List(&list), "    >>> ->NumFilterEntries \t= 2\n    >>> Entries but pFltLst->pFilterData\t= <NULL>\n");
+    EXPECT_EQ(List(&list),
+              "    >>> ->NumFilterEntries \t= 2\n    >>> Entries but pFltLst->pFilterData\t= <NULL>\n");
 }
 
 TEST_F(Filter, MaskAndPatternAreListedUnderTheEntry)
@@ -39,14 +41,15 @@ TEST_F(Filter, MaskAndPatternAreListedUnderTheEntry)
     PDU_IO_FILTER_DATA filters[] = {{PDU_FLT_PASS_UUDT, 1, 4, {0xFF, 0xFF, 0xFF, 0xFF}, {0, 0, 7, 0xE8}},
                                     {3, 2, 1, {0x0F}, {0x41}}};
     const PDU_IO_FILTER_LIST list = {2, filters};
-    EXPECT_EQ(List(&list),
-              "    >>> ->NumFilterEntries \t= 2\n"
-              "\t\t -->  FilterEntry[00] Type=PDU_FLT_PASS_UUDT (17), Number=1, FilterSize=4\n"
-              "\t\t  >>> pMaskMsg       |00000000 <FF FF FF FF>                                      ....            |\n"
-              "\t\t  >>> pPatternMsg    |00000000 <00 00 07 E8>                                      ....            |\n"
-              "\t\t -->  FilterEntry[01] Type=<UNKNOWN> (3), Number=2, FilterSize=1\n"
-              "\t\t  >>> pMaskMsg       |00000000 <0F>                                               .               |\n"
-              "\t\t  >>> pPatternMsg    |00000000 <41>                                               A               |\n");
+    EXPECT_EQ(
+        List(&list),
+        "    >>> ->NumFilterEntries \t= 2\n"
+        "\t\t -->  FilterEntry[00] Type=PDU_FLT_PASS_UUDT (17), Number=1, FilterSize=4\n"
+        "\t\t  >>> pMaskMsg       |00000000 <FF FF FF FF>                                      ....            |\n"
+        "\t\t  >>> pPatternMsg    |00000000 <00 00 07 E8>                                      ....            |\n"
+        "\t\t -->  FilterEntry[01] Type=<UNKNOWN> (3), Number=2, FilterSize=1\n"
+        "\t\t  >>> pMaskMsg       |00000000 <0F>                                               .               |\n"
+        "\t\t  >>> pPatternMsg    |00000000 <41>                                               A               |\n");
     EXPECT_TRUE(List(&list, 1).starts_with("    <<< ->NumFilterEntries \t= 2\n\t\t <--  FilterEntry[00]"));
     EXPECT_NE(List(&list, 1).find("\n\t\t  <<< pMaskMsg       |"), std::string::npos);
 }
@@ -65,19 +68,21 @@ TEST_F(Filter, ASizeBeyondTheRecordListsTwelveBytesAndTheMarkOfACut)
 {
     PDU_IO_FILTER_DATA filter = {PDU_FLT_PASS, 1, 13, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, {}};
     const PDU_IO_FILTER_LIST list = {1, &filter};
-    EXPECT_EQ(List(&list),
-              "    >>> ->NumFilterEntries \t= 1\n"
-              "\t\t -->  FilterEntry[00] Type=PDU_FLT_PASS (1), Number=1, FilterSize=13\n"
-              "\t\t  >>> pMaskMsg       |00000000 <01 02 03 04 05 06 07 08 09 0A 0B 0C>              ............ ( ...)|\n"
-              "\t\t  >>> pPatternMsg    |00000000 <00 00 00 00 00 00 00 00 00 00 00 00>              ............ ( ...)|\n");
+    EXPECT_EQ(
+        List(&list),
+        "    >>> ->NumFilterEntries \t= 1\n"
+        "\t\t -->  FilterEntry[00] Type=PDU_FLT_PASS (1), Number=1, FilterSize=13\n"
+        "\t\t  >>> pMaskMsg       |00000000 <01 02 03 04 05 06 07 08 09 0A 0B 0C>              ............ ( ...)|\n"
+        "\t\t  >>> pPatternMsg    |00000000 <00 00 00 00 00 00 00 00 00 00 00 00>              ............ ( ...)|\n");
 }
 
 TEST_F(Filter, LevelOneShowsEntriesWithoutBytes)
 {
     PDU_IO_FILTER_DATA filter = {PDU_FLT_BLOCK_UUDT, 1, 4, {}, {}};
     const PDU_IO_FILTER_LIST list = {1, &filter};
-    EXPECT_EQ(List(&list, 0, 1), "    >>> ->NumFilterEntries \t= 1\n"
-                                 "\t\t -->  FilterEntry[00] Type=PDU_FLT_BLOCK_UUDT (18), Number=1, FilterSize=4\n");
+    EXPECT_EQ(List(&list, 0, 1),
+              "    >>> ->NumFilterEntries \t= 1\n"
+              "\t\t -->  FilterEntry[00] Type=PDU_FLT_BLOCK_UUDT (18), Number=1, FilterSize=4\n");
 }
 
 TEST_F(Filter, AListLargerThanTheBufferEndsWithTheMarker)

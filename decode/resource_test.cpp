@@ -12,7 +12,8 @@ protected:
     {
         return Decoded([&](const DecoderFrame& frame) { DecodeRscData(frame, data, label); });
     }
-    static std::string Ids(const PDU_RSC_ID_ITEM_DATA* entry, const char* label = "RsrcItem", int direction = 1)
+    static std::string Ids(const PDU_RSC_ID_ITEM_DATA* entry, const char* label = "RsrcItem",
+                           int direction = 1)
     {
         return Decoded([&](const DecoderFrame& frame) { DecodeRscIdList(frame, entry, label, direction); });
     }
@@ -36,11 +37,12 @@ TEST_F(Resource, NamesAreUnknownUntilTheApplicationAsked)
 {
     PDU_PIN_DATA pins[] = {{6, 300}, {14, 301}, {1, 302}};
     const PDU_RSC_DATA data = {200, 100, 3, pins};
-    EXPECT_EQ(Data(&data), "   -->  pRscData       : BusTypeId = <UNKNOWN> (200), ProtocolId = <UNKNOWN> (100), "
-                           "NumPinData = 3\n"
-                           "    >>> pDLCPinData[0]:\tNum =  6, Type = <UNKNOWN> (300)\n"
-                           "    >>> pDLCPinData[1]:\tNum = 14, Type = <UNKNOWN> (301)\n"
-                           "    >>> pDLCPinData[2]:\tNum =  1, Type = <UNKNOWN> (302)\n");
+    EXPECT_EQ(Data(&data),
+              "   -->  pRscData       : BusTypeId = <UNKNOWN> (200), ProtocolId = <UNKNOWN> (100), "
+              "NumPinData = 3\n"
+              "    >>> pDLCPinData[0]:\tNum =  6, Type = <UNKNOWN> (300)\n"
+              "    >>> pDLCPinData[1]:\tNum = 14, Type = <UNKNOWN> (301)\n"
+              "    >>> pDLCPinData[2]:\tNum =  1, Type = <UNKNOWN> (302)\n");
     RecordObjectName(PDU_OBJT_BUSTYPE, 200, "CAN");
     RecordObjectName(PDU_OBJT_PROTOCOL, 100, "UDS");
     RecordObjectName(PDU_OBJT_PINTYPE, 300, "HI");
@@ -53,20 +55,24 @@ TEST_F(Resource, NamesAreUnknownUntilTheApplicationAsked)
 
 TEST_F(Resource, MissingPinsAreReportedAndWarnedOfIfCounted)
 {
-    const std::string head = "   -->  pRscData       : BusTypeId = <UNKNOWN> (1), ProtocolId = <UNKNOWN> (2), NumPinData = ";
+    const std::string head =
+        "   -->  pRscData       : BusTypeId = <UNKNOWN> (1), ProtocolId = <UNKNOWN> (2), NumPinData = ";
     const PDU_RSC_DATA none = {1, 2, 0, nullptr};
     EXPECT_EQ(Data(&none), head + "0\n    >>> RsrcName: pRscData\t= <NULL>\n");
     const PDU_RSC_DATA counted = {1, 2, 4, nullptr};
-    EXPECT_EQ(Data(&counted), head + "4\n"
-                                     "    >>> RsrcName: pRscData\t= <NULL>\n"
-                                     "    >>> *** WARNING - pRscData: NumPinData = 4 BUT pDLCPinData: <NULL> ***\n");
+    EXPECT_EQ(Data(&counted),
+              head + "4\n"
+                     "    >>> RsrcName: pRscData\t= <NULL>\n"
+                     "    >>> *** WARNING - pRscData: NumPinData = 4 BUT pDLCPinData: <NULL> ***\n");
 }
 
 TEST_F(Resource, PinsWithoutACountAreNotListed)
 {
     PDU_PIN_DATA pin = {6, 300};
     const PDU_RSC_DATA data = {1, 2, 0, &pin};
-    EXPECT_EQ(Data(&data), "   -->  pRscData       : BusTypeId = <UNKNOWN> (1), ProtocolId = <UNKNOWN> (2), NumPinData = 0\n");
+    EXPECT_EQ(
+        Data(&data),
+        "   -->  pRscData       : BusTypeId = <UNKNOWN> (1), ProtocolId = <UNKNOWN> (2), NumPinData = 0\n");
 }
 
 TEST_F(Resource, IdsStandTwoLevelsDeep)
@@ -86,12 +92,13 @@ TEST_F(Resource, MissingIdsAreWarnedOfInTheWordsOfPins)
 {
     const PDU_RSC_ID_ITEM_DATA none = {PDU_HANDLE_UNDEF, 0, nullptr};
     const std::string null = testing::PointerText(nullptr);
-    EXPECT_EQ(Ids(&none), "\t\t <--  RsrcItem:\thMod = <PDU_HANDLE_UNDEF>, NumIds = 0, pResourceIdArray = " + null +
-                              "\n\t\t  <<< pResourceId[RsrcItem]\t= <NULL>\n");
+    EXPECT_EQ(Ids(&none), "\t\t <--  RsrcItem:\thMod = <PDU_HANDLE_UNDEF>, NumIds = 0, pResourceIdArray = " +
+                              null + "\n\t\t  <<< pResourceId[RsrcItem]\t= <NULL>\n");
     const PDU_RSC_ID_ITEM_DATA counted = {2, 5, nullptr};
-    EXPECT_EQ(Ids(&counted), "\t\t <--  RsrcItem:\thMod = 0x00000002, NumIds = 5, pResourceIdArray = " + null +
-                                 "\n\t\t  <<< pResourceId[RsrcItem]\t= <NULL>\n"
-                                 "\t\t  <<< *** WARNING - RsrcItem: NumIds = 5 BUT pDLCPinData= <NULL> ***\n");
+    EXPECT_EQ(Ids(&counted),
+              "\t\t <--  RsrcItem:\thMod = 0x00000002, NumIds = 5, pResourceIdArray = " + null +
+                  "\n\t\t  <<< pResourceId[RsrcItem]\t= <NULL>\n"
+                  "\t\t  <<< *** WARNING - RsrcItem: NumIds = 5 BUT pDLCPinData= <NULL> ***\n");
 }
 
 TEST_F(Resource, AConflictStandsAtTheDeepestOutgoingArrow)
@@ -124,7 +131,8 @@ TEST_F(Resource, AModulesTextsMayBeNull)
 
 TEST_F(Resource, AListOfModulesWithAWrongTypePrintsWarningAndBoth)
 {
-    PDU_MODULE_DATA modules[] = {{1, 1, nullptr, nullptr, PDU_MODST_AVAIL}, {2, 2, nullptr, nullptr, PDU_MODST_AVAIL}};
+    PDU_MODULE_DATA modules[] = {{1, 1, nullptr, nullptr, PDU_MODST_AVAIL},
+                                 {2, 2, nullptr, nullptr, PDU_MODST_AVAIL}};
     const PDU_MODULE_ITEM item = {9, 2, modules};
     const std::string texts = "    <<< pVendorModuleName    \t= \"<NULL STRING>\"\n"
                               "    <<< pVendorAdditionalInfo\t= \"<NULL STRING>\"\n"

@@ -59,16 +59,17 @@ TEST_F(ResponseTable, ParametersStandOneLevelDeeper)
                                {PDU_IT_PARAM, 2, PDU_PT_UNUM8, PDU_PC_COM, nullptr}};
     PDU_ECU_UNIQUE_RESP_DATA entry = {7, 2, params};
     const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
-    EXPECT_EQ(Table(&table, 1),
-              "   <--  [   1 of    1] - URID = 7, Num params = 2\n"
-              "    <<< ComParam (" +
-                  testing::PointerText(&params[0]) +
-                  ") Id = [NOT YET READ] (id=1), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM (0x0003)\n"
-                  "\t\t <--  [NOT YET READ]                 (id=  1): =\t(u 8)         3\t(0x03)\n"
-                  "    <<< ComParam (" +
-                  testing::PointerText(&params[1]) +
-                  ") Id = [NOT YET READ] (id=2), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM (0x0003)\n"
-                  "\t\t <--  pDataVal\t= <NULL>\n");
+    EXPECT_EQ(
+        Table(&table, 1),
+        "   <--  [   1 of    1] - URID = 7, Num params = 2\n"
+        "    <<< ComParam (" +
+            testing::PointerText(&params[0]) +
+            ") Id = [NOT YET READ] (id=1), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM (0x0003)\n"
+            "\t\t <--  [NOT YET READ]                 (id=  1): =\t(u 8)         3\t(0x03)\n"
+            "    <<< ComParam (" +
+            testing::PointerText(&params[1]) +
+            ") Id = [NOT YET READ] (id=2), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM (0x0003)\n"
+            "\t\t <--  pDataVal\t= <NULL>\n");
 }
 
 TEST_F(ResponseTable, ANullParameterArrayShowsItsFirstItemAsNull)
@@ -93,14 +94,15 @@ TEST_F(ResponseTable, BehindAnItemTableParametersAndValuesStandAtLevelsOneToThre
         const std::size_t at = text.find(indent + "[   1 of");
         return at == std::string::npos ? text : text.substr(at);
     };
-    const std::string param1 = "ComParam (" + testing::PointerText(&param) +
-                               ") Id = [NOT YET READ] (id=1), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM "
-                               "(0x0003)\n";
+    const std::string param1 =
+        "ComParam (" + testing::PointerText(&param) +
+        ") Id = [NOT YET READ] (id=1), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM "
+        "(0x0003)\n";
     const std::string number = "[NOT YET READ]                 (id=  1): =\t(u 8)         3\t(0x03)\n";
-    EXPECT_EQ(behindItem(0, "    >>> "),
-              "    >>> [   1 of    1] - URID = 7, Num params = 1\n\t\t -->  " + param1 + "\t\t  >>> " + number);
-    EXPECT_EQ(behindItem(1, "    <<< "),
-              "    <<< [   1 of    1] - URID = 7, Num params = 1\n\t\t <--  " + param1 + "\t\t  <<< " + number);
+    EXPECT_EQ(behindItem(0, "    >>> "), "    >>> [   1 of    1] - URID = 7, Num params = 1\n\t\t -->  " +
+                                             param1 + "\t\t  >>> " + number);
+    EXPECT_EQ(behindItem(1, "    <<< "), "    <<< [   1 of    1] - URID = 7, Num params = 1\n\t\t <--  " +
+                                             param1 + "\t\t  <<< " + number);
 }
 
 TEST_F(ResponseTable, BehindAnItemAStructFieldRunsIntoTheNeighbouringIndents)

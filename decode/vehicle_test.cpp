@@ -35,10 +35,10 @@ TEST_F(Vehicle, ANullRequestIsReported)
 TEST_F(Vehicle, CombinationModesHaveTheirNames)
 {
     const char* names[] = {"Entity", "VIN", "GroupID", "Collection", "<UNKNOWN>"};
-    for (UNUM32 mode = 0; mode < 5; ++mode)
-    {
+    for (UNUM32 mode = 0; mode < 5; ++mode) {
         const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {1, nullptr, mode, 500, 0, nullptr};
-        EXPECT_EQ(Request(&item), "   -->  CombinationMode=" + std::string(names[mode]) + " (" + std::to_string(mode) +
+        EXPECT_EQ(Request(&item), "   -->  CombinationMode=" + std::string(names[mode]) + " (" +
+                                      std::to_string(mode) +
                                       "), PreselectionMode=1, PreselectionValue='<NULL STRING>', "
                                       "VehicleDiscoveryTime=500, NumDestAddrs=0\n");
     }
@@ -64,7 +64,8 @@ TEST_F(Vehicle, AddressesOfBothKindsAndTheirFaults)
 {
     UNUM8 ipv4[] = {0xC0, 0xA8, 0x00, 0x01};
     UNUM8 ipv6[] = {0xFE, 0x80, 0, 0, 0, 0, 0, 0, 0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC, 0xDE, 0xF0};
-    PDU_IP_ADDR_INFO addresses[] = {{4, ipv4}, {6, ipv6}, {5, ipv4}, {4, nullptr}, {6, nullptr}, {5, nullptr}};
+    PDU_IP_ADDR_INFO addresses[] = {{4, ipv4},    {6, ipv6},    {5, ipv4},
+                                    {4, nullptr}, {6, nullptr}, {5, nullptr}};
     const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {0, nullptr, 1, 2, 6, addresses};
     EXPECT_EQ(Request(&item),
               "   -->  CombinationMode=VIN (1), PreselectionMode=0, PreselectionValue='<NULL STRING>', "

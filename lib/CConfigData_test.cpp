@@ -30,7 +30,8 @@ protected:
     /// Reads one line between the tags.
     void ReadLine(const std::string& line) { Read(Opening + line + "\n" + Closing); }
 
-    static std::string Warning(const std::string& message, const std::string& function = "ProcessConfigurationElement")
+    static std::string Warning(const std::string& message,
+                               const std::string& function = "ProcessConfigurationElement")
     {
         return "WARN|class CConfigData|CConfigData::" + function + "|" + message + "\n";
     }
@@ -46,8 +47,10 @@ protected:
 
 TEST_F(ConfigData, ReadsTextsAndNumbersIntoTwoDictionaries)
 {
-    Read(std::string(Opening) + "<Attribute Name=\"A\" Type=\"String\" Value=\"text\"/>\n" +
-         "\t<Attribute Value=\"12\" Type=\"UNUM32\" Name=\"B\">\n<Attribute Name=\"A\" Type=\"UNUM32\" Value=\"3\"\n" + Closing);
+    Read(
+        std::string(Opening) + "<Attribute Name=\"A\" Type=\"String\" Value=\"text\"/>\n" +
+        "\t<Attribute Value=\"12\" Type=\"UNUM32\" Name=\"B\">\n<Attribute Name=\"A\" Type=\"UNUM32\" Value=\"3\"\n" +
+        Closing);
     EXPECT_THAT(config.Texts(), ElementsAre(Pair("A", "text")));
     EXPECT_THAT(config.Numbers(), ElementsAre(Pair("A", 3u), Pair("B", 12u)));
     EXPECT_EQ(log.Records(), "");
@@ -55,7 +58,8 @@ TEST_F(ConfigData, ReadsTextsAndNumbersIntoTwoDictionaries)
 
 TEST_F(ConfigData, ALaterAttributeReplacesAnEarlierOne)
 {
-    ReadLine("<Attribute Name=\"A\" Type=\"String\" Value=\"1\"/>\n<Attribute Name=\"A\" Type=\"String\" Value=\"2\"/>");
+    ReadLine(
+        "<Attribute Name=\"A\" Type=\"String\" Value=\"1\"/>\n<Attribute Name=\"A\" Type=\"String\" Value=\"2\"/>");
     EXPECT_THAT(config.Texts(), ElementsAre(Pair("A", "2")));
 }
 
@@ -81,7 +85,8 @@ TEST_F(ConfigData, ATrailingBlankRefusesTheOpeningTag)
 
 TEST_F(ConfigData, TheOpeningTagOnLineOneIsTakenForTheHeader)
 {
-    Read("<D_PDU_API_CFG>\n<D_PDU_API_CFG>\n<Attribute Name=\"A\" Type=\"UNUM32\" Value=\"1\"/>\n" + std::string(Closing));
+    Read("<D_PDU_API_CFG>\n<D_PDU_API_CFG>\n<Attribute Name=\"A\" Type=\"UNUM32\" Value=\"1\"/>\n" +
+         std::string(Closing));
     EXPECT_THAT(config.Numbers(), ElementsAre(Pair("A", 1u)));
     Read("<D_PDU_API_CFG>\n<Attribute Name=\"B\" Type=\"UNUM32\" Value=\"1\"/>\n" + std::string(Closing));
     EXPECT_THAT(config.Numbers(), ElementsAre(Pair("A", 1u)));
@@ -129,7 +134,8 @@ TEST_F(ConfigData, AHeaderOf1000CharactersIsNoHeader)
 TEST_F(ConfigData, ACarriageReturnIsNoPartOfTheLine)
 {
     const std::string start = "<Attribute Name=\"A\" Type=\"String\" Value=\"x\"/>";
-    Read("<?xml?>\r\n<D_PDU_API_CFG>\r\n" + start + std::string(999 - start.size(), 'x') + "\r\n</D_PDU_API_CFG>\r\n");
+    Read("<?xml?>\r\n<D_PDU_API_CFG>\r\n" + start + std::string(999 - start.size(), 'x') +
+         "\r\n</D_PDU_API_CFG>\r\n");
     EXPECT_THAT(config.Texts(), ElementsAre(Pair("A", "x")));
     EXPECT_EQ(log.Records(), "");
 }
@@ -231,7 +237,8 @@ TEST_F(ConfigData, ReferencesAreExpandedAtEachLookup)
 TEST_F(ConfigData, AFileThatCanNotBeOpenedIsNamed)
 {
     config.ProcessConfigurationElements(log.Folder() / "none.xml");
-    EXPECT_EQ(log.Records(), ReadingWarning("Could not open configuration file: " + (log.Folder() / "none.xml")));
+    EXPECT_EQ(log.Records(),
+              ReadingWarning("Could not open configuration file: " + (log.Folder() / "none.xml")));
 }
 
 TEST(ConfigName, IsTheVariableAsItStands)
@@ -239,8 +246,9 @@ TEST(ConfigName, IsTheVariableAsItStands)
     const DiagnosticLog log(4);
     const testing::EnvironmentValue variable("PDU_CFG_FILE", "%TEMP%/no/such file");
     EXPECT_EQ(CConfigData::GetConfigQualifiedName(), "%TEMP%/no/such file");
-    EXPECT_EQ(log.Records(),
-              "DEBUG|lib/CConfigData|ConfigData::GetConfigQualifiedName|QualifiedName = %TEMP%/no/such file\n");
+    EXPECT_EQ(
+        log.Records(),
+        "DEBUG|lib/CConfigData|ConfigData::GetConfigQualifiedName|QualifiedName = %TEMP%/no/such file\n");
 }
 
 TEST(ConfigName, LiesBesideTheLibraryIfTheVariableIsEmpty)
@@ -257,10 +265,11 @@ TEST_F(ConfigData, EveryStepIsToldAtLevelDebug)
 {
     const DiagnosticLog detailed(4);
     ReadLine("<Attribute Name=\"A\" Type=\"UNUM32\" Value=\"-1\"/>");
-    EXPECT_EQ(detailed.Records(),
-              "DEBUG|class CConfigData|CConfigData::ProcessConfigurationElement|pElement: <Attribute Name=\"A\" "
-              "Type=\"UNUM32\" Value=\"-1\"/>\n"
-              "DEBUG|class CConfigData|CConfigData::ProcessConfigurationElement|A = 4294967295\n");
+    EXPECT_EQ(
+        detailed.Records(),
+        "DEBUG|class CConfigData|CConfigData::ProcessConfigurationElement|pElement: <Attribute Name=\"A\" "
+        "Type=\"UNUM32\" Value=\"-1\"/>\n"
+        "DEBUG|class CConfigData|CConfigData::ProcessConfigurationElement|A = 4294967295\n");
 }
 
 } // namespace

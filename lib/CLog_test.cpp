@@ -44,7 +44,8 @@ TEST(DiagnosticRecord, AppearsOnlyUpToTheLevelOfItsSubsystem)
     auto levels = Levels(1);
     levels[static_cast<std::size_t>(Subsystem::APP)] = 4;
     // In place, since Windows cuts no file that is mapped.
-    std::fstream(log.LevelFile(), std::ios::in | std::ios::out | std::ios::binary) << testing::LevelBytes(levels);
+    std::fstream(log.LevelFile(), std::ios::in | std::ios::out | std::ios::binary)
+        << testing::LevelBytes(levels);
     Report(DebugLevel::Notice);
     Report(DebugLevel::Debug, Subsystem::APP);
     Report(DebugLevel::Debug1, Subsystem::APP);
@@ -131,7 +132,8 @@ TEST(LevelFile, ThatCanNotBeMadeIsToldOnTheErrorStreamAndTheRecordHasNoTime)
     const std::string text = ::testing::internal::GetCapturedStderr();
     EXPECT_TRUE(text.starts_with("CLog failed to initialise - ")) << text;
     char thread[40];
-    std::snprintf(thread, sizeof thread, "\n%5x:lib/CLog:", static_cast<unsigned>(platform::CurrentThreadId()));
+    std::snprintf(thread, sizeof thread,
+                  "\n%5x:lib/CLog:", static_cast<unsigned>(platform::CurrentThreadId()));
     EXPECT_NE(text.find(thread), std::string::npos) << text;
     EXPECT_TRUE(text.ends_with(":Test::Function:message 255\n")) << text;
 }
@@ -144,13 +146,15 @@ std::string InitRecords(std::int32_t level)
     testing::WriteFileBytes(log.LevelFile(), testing::LevelBytes(Levels(level)));
     ::testing::internal::CaptureStderr();
     CLog::EnsureLevelTable();
-    return DiagnosticLog::Stripped(::testing::internal::GetCapturedStderr() + testing::FileText(log.InitLog()));
+    return DiagnosticLog::Stripped(::testing::internal::GetCapturedStderr() +
+                                   testing::FileText(log.InitLog()));
 }
 
 TEST(InitLog, ItsTwoRecordsNeedLevelsTwoAndThree)
 {
-    const std::string notice = "NOTICE|lib/CLog|CLog::SetInitLogFile|Failed to re-direct startup to init log file: "
-                               "d-pdu-api_All_x64_init.log\n";
+    const std::string notice =
+        "NOTICE|lib/CLog|CLog::SetInitLogFile|Failed to re-direct startup to init log file: "
+        "d-pdu-api_All_x64_init.log\n";
     const std::string info =
         "INFO|lib/CLog|CLog::SetInitLogFile|Directed to init log file: d-pdu-api_All_x64_init.log\n";
     EXPECT_EQ(InitRecords(1), "");
@@ -199,11 +203,13 @@ TEST(Pipe, NoneReturnsToTheInitLogAppending)
     const DiagnosticLog log(3);
     testing::WriteFileBytes(log.InitLog(), "kept\n");
     std::FILE* const former = CLog::SetPipe(nullptr);
-    EXPECT_EQ(log.Records(), "INFO|lib/CLog|CLog::SetPipe|Returning to initial log file\n"
-                             "NOTICE|lib/CLog|CLog::SetInitLogFile|Failed to re-direct startup to init log file: "
-                             "d-pdu-api_All_x64_init.log\n");
-    EXPECT_EQ(DiagnosticLog::Stripped(testing::FileText(log.InitLog())),
-              "kept\nINFO|lib/CLog|CLog::SetInitLogFile|Directed to init log file: d-pdu-api_All_x64_init.log\n");
+    EXPECT_EQ(log.Records(),
+              "INFO|lib/CLog|CLog::SetPipe|Returning to initial log file\n"
+              "NOTICE|lib/CLog|CLog::SetInitLogFile|Failed to re-direct startup to init log file: "
+              "d-pdu-api_All_x64_init.log\n");
+    EXPECT_EQ(
+        DiagnosticLog::Stripped(testing::FileText(log.InitLog())),
+        "kept\nINFO|lib/CLog|CLog::SetInitLogFile|Directed to init log file: d-pdu-api_All_x64_init.log\n");
     std::fclose(former);
 }
 

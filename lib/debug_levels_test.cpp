@@ -17,7 +17,8 @@ protected:
     {
         std::string text = "<?xml?>\n<D_PDU_API_CFG>\n";
         for (const auto& [key, value] : keys)
-            text += "<Attribute Name=\"" + std::string(key) + "\" Type=\"String\" Value=\"" + value + "\"/>\n";
+            text +=
+                "<Attribute Name=\"" + std::string(key) + "\" Type=\"String\" Value=\"" + value + "\"/>\n";
         testing::WriteFileBytes(log.Folder() / "config.xml", text + "</D_PDU_API_CFG>\n");
         config.ProcessConfigurationElements(log.Folder() / "config.xml");
         config.ProcessLogLevels();

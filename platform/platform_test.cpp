@@ -21,8 +21,7 @@ const bool OnLinux = platform::PathSeparator == '/';
 TEST(LocalTime, AgreesWithTheCalendar)
 {
     // The second may change between the two readings; then they are made again.
-    for (;;)
-    {
+    for (;;) {
         const std::tm before = platform::LocalCalendarTime();
         const platform::LocalTime time = platform::ReadLocalTime();
         const std::tm after = platform::LocalCalendarTime();
@@ -91,8 +90,7 @@ TEST(Environment, TheFolderForSettingsHasStandIns)
 
 TEST(Loading, GivesAReasonForWhatIsNotThere)
 {
-    for (const std::string& path : {std::string(), BuildFolder() + "none.so", BuildFolder()})
-    {
+    for (const std::string& path : {std::string(), BuildFolder() + "none.so", BuildFolder()}) {
         const platform::LoadedLibrary library = platform::LoadTargetLibrary(path);
         EXPECT_EQ(library.Handle, nullptr) << path;
         EXPECT_FALSE(library.Error.empty()) << path;
@@ -101,7 +99,8 @@ TEST(Loading, GivesAReasonForWhatIsNotThere)
 
 TEST(Loading, FindsFunctionsByTheirExactNames)
 {
-    const platform::LoadedLibrary library = platform::LoadTargetLibrary(BuildFolder() + LibraryName("fake_target"));
+    const platform::LoadedLibrary library =
+        platform::LoadTargetLibrary(BuildFolder() + LibraryName("fake_target"));
     ASSERT_NE(library.Handle, nullptr) << library.Error;
     EXPECT_NE(platform::FindFunction(library.Handle, "PDUConnect"), nullptr);
     EXPECT_EQ(platform::FindFunction(library.Handle, "PDUconnect"), nullptr);
@@ -124,8 +123,8 @@ TEST(Version, OfAFileCutAnywhereIsMissingOrTheSame)
     const std::string whole = testing::FileBytes(BuildFolder() + LibraryName("fake_target"));
     const auto version = platform::ProductVersion(BuildFolder() + LibraryName("fake_target"));
     const TemporaryFolder folder;
-    for (std::size_t length = 0; length < whole.size(); length += std::max<std::size_t>(1, whole.size() / 50))
-    {
+    for (std::size_t length = 0; length < whole.size();
+         length += std::max<std::size_t>(1, whole.size() / 50)) {
         testing::WriteFileBytes(folder / "cut.so", whole.substr(0, length));
         const auto cut = platform::ProductVersion(folder / "cut.so");
         EXPECT_TRUE(!cut || cut == version) << length;
@@ -163,7 +162,8 @@ TEST(Files, FoldersAreMadeOnceAndInChains)
     EXPECT_TRUE(platform::MakeDirectory(folder / "a"));
     EXPECT_TRUE(platform::PathExists(folder / "a"));
     EXPECT_FALSE(platform::MakeDirectory(folder / (std::string("b") + platform::PathSeparator + "c")));
-    platform::MakeDirectoryChain(folder / (std::string("b") + platform::PathSeparator + "c") + platform::PathSeparator);
+    platform::MakeDirectoryChain(folder / (std::string("b") + platform::PathSeparator + "c") +
+                                 platform::PathSeparator);
     EXPECT_TRUE(std::filesystem::is_directory(folder.Path() / "b" / "c"));
 }
 
@@ -175,8 +175,7 @@ TEST(Files, TheRootOfAnAbsolutePathExistsWhereThereIsOne)
 TEST(Files, ALogIsAppendedToAndReadMeanwhile)
 {
     const TemporaryFolder folder;
-    for (int i = 0; i < 2; ++i)
-    {
+    for (int i = 0; i < 2; ++i) {
         const platform::File file = platform::OpenLogFile(folder / "log");
         ASSERT_NE(file, platform::NoFile);
         platform::WriteToFile(file, "li", "ne\n");
@@ -209,7 +208,9 @@ TEST(Files, ATemporaryFileFollowsNoSymbolicLinkAndIsItsOwnersAlone)
 TEST(Pointers, PrintAsTheSystemsLibraryPrintsThem)
 {
     char text[platform::PointerTextSize];
-    const auto print = [&](const void* pointer) { return std::string(text, platform::PointerText(pointer, text)); };
+    const auto print = [&](const void* pointer) {
+        return std::string(text, platform::PointerText(pointer, text));
+    };
     const void* const some = reinterpret_cast<const void*>(0x12AB34CD5EF0);
     EXPECT_EQ(print(some), OnLinux ? "0x12ab34cd5ef0" : "000012AB34CD5EF0");
     EXPECT_EQ(print(nullptr), OnLinux ? "(nil)" : "0000000000000000");

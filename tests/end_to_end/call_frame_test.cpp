@@ -128,7 +128,7 @@ TEST(CallFrame, AResultThatOutgrowsTheBufferEndsWithTheMarkerAndHasNoExitLine)
     PDU_EVENT_ITEM* item = nullptr;
     const std::string text = session.Logged([&] { session.Api().PDUGetEventItem(1, 2, &item); });
     EXPECT_EQ(item, &event);
-        EXPECT_EQ(text.find("\t\t\t\t...\n"), text.size() - 8);
+    EXPECT_EQ(text.find("\t\t\t\t...\n"), text.size() - 8);
     EXPECT_EQ(text.find("- PDUGetEventItem<"), std::string::npos);
 }
 
@@ -138,7 +138,8 @@ TEST(CallFrame, AnArgumentLongerThanTheBufferIsCutAndTheCallGoesOn)
     std::string option(20000, 'o');
     session.Api().PDUConstruct(option.data(), nullptr);
     const std::string text = WithoutStamps(session.Log());
-    EXPECT_NE(text.find("ooo\t\t\t\t...\n{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n"), std::string::npos);
+    EXPECT_NE(text.find("ooo\t\t\t\t...\n{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n"),
+              std::string::npos);
     EXPECT_LT(text.find("+ PDUConstruct(OptionStr= \"ooo"), text.size());
 }
 
@@ -167,8 +168,7 @@ TEST(CallFrame, AThreadThatIsBlockedInTheTargetDoesNotStopAnother)
     bool inside = false;
     bool release = false;
     session.Fake().Answer = [&](const FakeCall& call) {
-        if (std::string(call.Function) == "PDUConnect")
-        {
+        if (std::string(call.Function) == "PDUConnect") {
             std::unique_lock hold(mutex);
             inside = true;
             changed.notify_all();
@@ -209,10 +209,10 @@ TEST(CallFrame, ManyThreadsTearNoLineAndLoseNone)
     session.Api().PDUDestruct();
     const std::string text = WithoutStamps(session.Log());
     for (UNUM32 thread = 0; thread < threads; ++thread)
-        for (UNUM32 i = 0; i < calls; ++i)
-        {
+        for (UNUM32 i = 0; i < calls; ++i) {
             char line[100];
-            std::snprintf(line, sizeof line, "\n{stamp} + PDULockResource(hMod=0x%08X, hCLL=0x%08X, LockMask=1)\n",
+            std::snprintf(line, sizeof line,
+                          "\n{stamp} + PDULockResource(hMod=0x%08X, hCLL=0x%08X, LockMask=1)\n",
                           static_cast<unsigned>(thread), static_cast<unsigned>(i));
             ASSERT_NE(text.find(line), std::string::npos) << line;
         }

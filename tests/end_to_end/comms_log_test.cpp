@@ -24,7 +24,8 @@ protected:
         session->Construct();
         for (const SeenCall& call : session->Fake().TakeCalls())
             if (call.Function == "PDU_MS_SetLogCallback")
-                callback = reinterpret_cast<PDU_MS_LOG_CALLBACK>(static_cast<std::uintptr_t>(call.Arguments[0]));
+                callback =
+                    reinterpret_cast<PDU_MS_LOG_CALLBACK>(static_cast<std::uintptr_t>(call.Arguments[0]));
         ASSERT_NE(callback, nullptr);
     }
 
@@ -133,7 +134,8 @@ TEST_F(CommsLog, AFileOfItsOwnTakesTheReports)
 
 TEST_F(CommsLog, AReportForAFileThatCouldNotBeOpenedIsDropped)
 {
-    // The sole API file is reused. There is no comms file to reuse, so the folder's path is tried in its place.
+    // The sole API file is reused. There is no comms file to reuse, so the folder's path is tried in its
+    // place.
     session = std::make_unique<Session>(Changes{{"LogDoIPComms", "1"}, {"LogCommsFile", "1"}});
     std::filesystem::create_directories(session->LogFolder());
     WriteFileBytes(session->LogFolder() / "D-PDU_API_Logger_05-03-2020_10-11-12.LGR", "");

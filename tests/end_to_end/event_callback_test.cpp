@@ -148,8 +148,8 @@ TEST_F(EventCallback, TheEntryLineNamesTheFunctionThatIsCalled)
     Register(1, 2, LinkCallback);
     EXPECT_EQ(session->Logged([&] { Signal(1, 2); }),
               "{stamp} + PDUCallbackTrap(Type=0x801, hMod=0x00000001, hCLL=0x00000002, pCLLTag=" +
-                  PointerText(nullptr) + ", pAPITag=" + PointerText(nullptr) + ", Handler = " +
-                  PointerText(reinterpret_cast<const void*>(&LinkCallback)) +
+                  PointerText(nullptr) + ", pAPITag=" + PointerText(nullptr) +
+                  ", Handler = " + PointerText(reinterpret_cast<const void*>(&LinkCallback)) +
                   ")\n"
                   "{stamp}     <PDUCallbackTrap\n"
                   "{stamp} - PDUCallbackTrap\n");
@@ -159,14 +159,16 @@ TEST_F(EventCallback, WithLogFnCallsOneTheEntryLineHasNoArguments)
 {
     Begin({{"LogCbCalls", "1"}, {"LogFnCalls", "1"}});
     Register(1, 2, LinkCallback);
-    EXPECT_EQ(session->Logged([&] { Signal(1, 2); }), "{stamp} + PDUCallbackTrap\n{stamp} - PDUCallbackTrap\n");
+    EXPECT_EQ(session->Logged([&] { Signal(1, 2); }),
+              "{stamp} + PDUCallbackTrap\n{stamp} - PDUCallbackTrap\n");
 }
 
 TEST_F(EventCallback, WithLogFnCallsZeroTheEventIsLoggedStill)
 {
     Begin({{"LogCbCalls", "1"}, {"LogFnCalls", "0"}});
     Register(1, 2, LinkCallback);
-    EXPECT_EQ(session->Logged([&] { Signal(1, 2); }), "{stamp} + PDUCallbackTrap\n{stamp} - PDUCallbackTrap\n");
+    EXPECT_EQ(session->Logged([&] { Signal(1, 2); }),
+              "{stamp} + PDUCallbackTrap\n{stamp} - PDUCallbackTrap\n");
 }
 
 TEST_F(EventCallback, AnEventForWhichNobodyRegisteredLeavesNoTrace)
@@ -215,8 +217,8 @@ TEST_F(EventCallback, TheTwoKeysThatShareItsStorageShowTheDefaultCallbackInACont
     std::snprintf(expected, sizeof expected,
                   "{stamp} Config setting: DoIPTlsRecordSizeLimit = %9u (0x%08X)\n"
                   "{stamp} Config setting: LogTlsSessionKey     = %9u (0x%08X)\n",
-                  static_cast<unsigned>(address), static_cast<unsigned>(address), static_cast<unsigned>(address >> 32),
-                  static_cast<unsigned>(address >> 32));
+                  static_cast<unsigned>(address), static_cast<unsigned>(address),
+                  static_cast<unsigned>(address >> 32), static_cast<unsigned>(address >> 32));
     EXPECT_NE(WithoutStamps(session->Log()).find(expected), std::string::npos) << expected;
 }
 
@@ -243,7 +245,8 @@ TEST_F(EventCallback, AnEventDoesNotChangeAFileThatHasOutgrownItsLimit)
 {
     Begin({{"LogCbCalls", "1"}, {"LogFnCalls", "1"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "9"}});
     Register(1, 2, LinkCallback);
-    EXPECT_EQ(session->Logged([&] { Signal(1, 2); }), "{stamp} + PDUCallbackTrap\n{stamp} - PDUCallbackTrap\n");
+    EXPECT_EQ(session->Logged([&] { Signal(1, 2); }),
+              "{stamp} + PDUCallbackTrap\n{stamp} - PDUCallbackTrap\n");
 }
 
 } // namespace

@@ -50,7 +50,9 @@ const std::vector<Forwarded>& Table27()
     static const std::vector<Forwarded> table = {
         {"PDUModuleConnect", [](const CPduDll& api) { return api.PDUModuleConnect(0x81); }, {0x81}},
         {"PDUModuleDisconnect", [](const CPduDll& api) { return api.PDUModuleDisconnect(0x82); }, {0x82}},
-        {"PDUGetTimestamp", [](const CPduDll& api) { return api.PDUGetTimestamp(0x83, Place); }, {0x83, At(Place)}},
+        {"PDUGetTimestamp",
+         [](const CPduDll& api) { return api.PDUGetTimestamp(0x83, Place); },
+         {0x83, At(Place)}},
         {"PDUIoCtl",
          [](const CPduDll& api) { return api.PDUIoCtl(0x84, 0x85, 0x86, &Input, &OutputPlace); },
          {0x84, 0x85, 0x86, At(&Input), At(&OutputPlace)}},
@@ -61,21 +63,30 @@ const std::vector<Forwarded>& Table27()
          [](const CPduDll& api) { return api.PDUGetStatus(1, 2, 3, &Place[0], &Place[1], &Place[2]); },
          {1, 2, 3, At(&Place[0]), At(&Place[1]), At(&Place[2])}},
         {"PDUGetLastError",
-         [](const CPduDll& api) { return api.PDUGetLastError(4, 5, &Place[0], &Place[1], &Place[2], &Place[3]); },
+         [](const CPduDll& api) {
+             return api.PDUGetLastError(4, 5, &Place[0], &Place[1], &Place[2], &Place[3]);
+         },
          {4, 5, At(&Place[0]), At(&Place[1]), At(&Place[2]), At(&Place[3])}},
         {"PDUGetResourceStatus",
          [](const CPduDll& api) { return api.PDUGetResourceStatus(&ResourceStatus); },
          {At(&ResourceStatus)}},
         {"PDUCreateComLogicalLink",
          [](const CPduDll& api) {
-             return api.PDUCreateComLogicalLink(6, &Resource, 7, Opaque<void>(0x123456789A), &Place[3], &Flags);
+             return api.PDUCreateComLogicalLink(6, &Resource, 7, Opaque<void>(0x123456789A), &Place[3],
+                                                &Flags);
          },
          {6, At(&Resource), 7, 0x123456789A, At(&Place[3]), At(&Flags)}},
-        {"PDUDestroyComLogicalLink", [](const CPduDll& api) { return api.PDUDestroyComLogicalLink(8, 9); }, {8, 9}},
+        {"PDUDestroyComLogicalLink",
+         [](const CPduDll& api) { return api.PDUDestroyComLogicalLink(8, 9); },
+         {8, 9}},
         {"PDUConnect", [](const CPduDll& api) { return api.PDUConnect(10, 0xFFFFFFFF); }, {10, 0xFFFFFFFF}},
-        {"PDUDisconnect", [](const CPduDll& api) { return api.PDUDisconnect(0xFFFFFFFF, 11); }, {0xFFFFFFFF, 11}},
+        {"PDUDisconnect",
+         [](const CPduDll& api) { return api.PDUDisconnect(0xFFFFFFFF, 11); },
+         {0xFFFFFFFF, 11}},
         {"PDULockResource", [](const CPduDll& api) { return api.PDULockResource(12, 13, 14); }, {12, 13, 14}},
-        {"PDUUnlockResource", [](const CPduDll& api) { return api.PDUUnlockResource(15, 16, 17); }, {15, 16, 17}},
+        {"PDUUnlockResource",
+         [](const CPduDll& api) { return api.PDUUnlockResource(15, 16, 17); },
+         {15, 16, 17}},
         {"PDUGetComParam",
          [](const CPduDll& api) { return api.PDUGetComParam(18, 19, 20, &ParamPlace); },
          {18, 19, 20, At(&ParamPlace)}},
@@ -84,10 +95,13 @@ const std::vector<Forwarded>& Table27()
          {21, 22, At(&Param)}},
         {"PDUStartComPrimitive",
          [](const CPduDll& api) {
-             return api.PDUStartComPrimitive(23, 24, PDU_COPT_SENDRECV, 3, Data, &Control, Opaque<void>(0xABCDEF), Place);
+             return api.PDUStartComPrimitive(23, 24, PDU_COPT_SENDRECV, 3, Data, &Control,
+                                             Opaque<void>(0xABCDEF), Place);
          },
          {23, 24, PDU_COPT_SENDRECV, 3, At(Data), At(&Control), 0xABCDEF, At(Place)}},
-        {"PDUCancelComPrimitive", [](const CPduDll& api) { return api.PDUCancelComPrimitive(25, 26, 27); }, {25, 26, 27}},
+        {"PDUCancelComPrimitive",
+         [](const CPduDll& api) { return api.PDUCancelComPrimitive(25, 26, 27); },
+         {25, 26, 27}},
         {"PDUGetEventItem",
          [](const CPduDll& api) { return api.PDUGetEventItem(28, 29, &EventPlace); },
          {28, 29, At(&EventPlace)}},
@@ -124,7 +138,9 @@ const std::vector<Forwarded>& NullTable()
 {
     static const std::vector<Forwarded> table = {
         {"PDUGetTimestamp", [](const CPduDll& api) { return api.PDUGetTimestamp(1, nullptr); }, {1, 0}},
-        {"PDUIoCtl", [](const CPduDll& api) { return api.PDUIoCtl(1, 2, 3, nullptr, nullptr); }, {1, 2, 3, 0, 0}},
+        {"PDUIoCtl",
+         [](const CPduDll& api) { return api.PDUIoCtl(1, 2, 3, nullptr, nullptr); },
+         {1, 2, 3, 0, 0}},
         {"PDUGetVersion", [](const CPduDll& api) { return api.PDUGetVersion(1, nullptr); }, {1, 0}},
         {"PDUGetStatus",
          [](const CPduDll& api) { return api.PDUGetStatus(1, 2, 3, &Place[0], nullptr, nullptr); },
@@ -134,12 +150,18 @@ const std::vector<Forwarded>& NullTable()
          {1, 2, At(&Place[0]), 0, 0, 0}},
         {"PDUGetResourceStatus", [](const CPduDll& api) { return api.PDUGetResourceStatus(nullptr); }, {0}},
         {"PDUCreateComLogicalLink",
-         [](const CPduDll& api) { return api.PDUCreateComLogicalLink(1, nullptr, 2, nullptr, nullptr, nullptr); },
+         [](const CPduDll& api) {
+             return api.PDUCreateComLogicalLink(1, nullptr, 2, nullptr, nullptr, nullptr);
+         },
          {1, 0, 2, 0, 0, 0}},
-        {"PDUGetComParam", [](const CPduDll& api) { return api.PDUGetComParam(1, 2, 3, nullptr); }, {1, 2, 3, 0}},
+        {"PDUGetComParam",
+         [](const CPduDll& api) { return api.PDUGetComParam(1, 2, 3, nullptr); },
+         {1, 2, 3, 0}},
         {"PDUSetComParam", [](const CPduDll& api) { return api.PDUSetComParam(1, 2, nullptr); }, {1, 2, 0}},
         {"PDUStartComPrimitive",
-         [](const CPduDll& api) { return api.PDUStartComPrimitive(1, 2, 3, 4, nullptr, nullptr, nullptr, nullptr); },
+         [](const CPduDll& api) {
+             return api.PDUStartComPrimitive(1, 2, 3, 4, nullptr, nullptr, nullptr, nullptr);
+         },
          {1, 2, 3, 4, 0, 0, 0, 0}},
         {"PDUGetEventItem", [](const CPduDll& api) { return api.PDUGetEventItem(1, 2, nullptr); }, {1, 2, 0}},
         {"PDUDestroyItem", [](const CPduDll& api) { return api.PDUDestroyItem(nullptr); }, {0}},
@@ -171,8 +193,7 @@ void ExpectForwarded(Session& session, const std::vector<Forwarded>& table, T_PD
     session.Construct();
     session.Fake().TakeCalls();
     session.Fake().Answer = [status](const FakeCall&) { return status; };
-    for (const Forwarded& call : table)
-    {
+    for (const Forwarded& call : table) {
         EXPECT_EQ(call.Call(session.Api()), status) << call.Function;
         const auto seen = session.Fake().TakeCalls();
         ASSERT_EQ(seen.size(), 1u) << call.Function;
@@ -216,7 +237,8 @@ TEST(Forwarding, NullForEveryPointerPassesWithAFailure)
     ExpectForwarded(session, NullTable(), PDU_ERR_INVALID_PARAMETERS);
     session.Fake().Answer = [](const FakeCall&) { return PDU_ERR_INVALID_PARAMETERS; };
     EXPECT_EQ(session.Api().PDUGetStatus(1, 2, 3, nullptr, nullptr, nullptr), PDU_ERR_INVALID_PARAMETERS);
-    EXPECT_EQ(session.Api().PDUGetLastError(1, 2, nullptr, nullptr, nullptr, nullptr), PDU_ERR_INVALID_PARAMETERS);
+    EXPECT_EQ(session.Api().PDUGetLastError(1, 2, nullptr, nullptr, nullptr, nullptr),
+              PDU_ERR_INVALID_PARAMETERS);
 }
 
 TEST(Forwarding, WithoutATargetEveryCallIsNotConstructedAndTouchesNothing)
@@ -233,7 +255,8 @@ TEST(Forwarding, WithoutATargetEveryCallIsNotConstructedAndTouchesNothing)
 TEST(Forwarding, ATargetThatThrowsIsHeardByTheApplication)
 {
     if (platform::PathSeparator != '/')
-        GTEST_SKIP() << "each of these Windows binaries has a runtime of its own, which exceptions do not cross";
+        GTEST_SKIP()
+            << "each of these Windows binaries has a runtime of its own, which exceptions do not cross";
     Session session;
     session.Construct();
     session.Fake().Answer = [](const FakeCall&) -> T_PDU_ERROR { throw std::string("from the target"); };

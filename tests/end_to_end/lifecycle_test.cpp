@@ -26,8 +26,9 @@ TEST(Lifecycle, ANullOptionStringIsNamedAndForwarded)
     Session session;
     int tag = 0;
     session.Api().PDUConstruct(nullptr, &tag);
-    EXPECT_NE(WithoutStamps(session.Log()).find("{stamp} + PDUConstruct(OptionStr= \"<NULL STRING>\", pAPITag= " +
-                                                PointerText(&tag) + ")\n"),
+    EXPECT_NE(WithoutStamps(session.Log())
+                  .find("{stamp} + PDUConstruct(OptionStr= \"<NULL STRING>\", pAPITag= " + PointerText(&tag) +
+                        ")\n"),
               std::string::npos);
     const auto calls = session.Fake().TakeCalls();
     ASSERT_FALSE(calls.empty());
@@ -47,7 +48,8 @@ TEST(Lifecycle, AFailedConstructSetsNoCommsCallbackAndKeepsTheLoggerUp)
     session.Fake().Answer = [](const FakeCall&) { return PDU_ERR_FCT_FAILED; };
     EXPECT_EQ(session.Construct(), PDU_ERR_FCT_FAILED);
     EXPECT_EQ(session.Fake().TakeNames(), "PDUConstruct");
-    EXPECT_TRUE(WithoutStamps(session.Log()).ends_with("{stamp} - PDUConstruct<PDU_ERR_FCT_FAILED (0x0001)>\n"));
+    EXPECT_TRUE(
+        WithoutStamps(session.Log()).ends_with("{stamp} - PDUConstruct<PDU_ERR_FCT_FAILED (0x0001)>\n"));
     session.Fake().Answer = nullptr;
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
     EXPECT_EQ(session.LogNames().size(), 1u);
@@ -124,14 +126,14 @@ TEST(Lifecycle, ANewConstructAfterDestructLooksTheFunctionsUpAnewAndLogsAgain)
     session.Fake().TakeCalls();
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
     EXPECT_EQ(session.Fake().TakeNames(), "PDUConstruct PDU_MS_SetLogCallback");
-    EXPECT_TRUE(WithoutStamps(session.Log()).ends_with("{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n"));
+    EXPECT_TRUE(
+        WithoutStamps(session.Log()).ends_with("{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n"));
 }
 
 TEST(Lifecycle, HundredSessionsLeaveNothingBehind)
 {
     Session session({{"LogFileMaxNum", "0"}, {"LogFnCalls", "1"}});
-    for (int i = 0; i < 100; ++i)
-    {
+    for (int i = 0; i < 100; ++i) {
         ASSERT_EQ(session.Construct(), PDU_STATUS_NOERROR);
         ASSERT_EQ(session.Api().PDUDestruct(), PDU_STATUS_NOERROR);
     }

@@ -15,7 +15,8 @@ void MakeLogs(const Session& session, std::initializer_list<const char*> days)
 {
     std::filesystem::create_directories(session.LogFolder());
     for (const char* day : days)
-        WriteFileBytes(session.LogFolder() / ("D-PDU_API_Logger_" + std::string(day) + "-03-2020_10-11-12.LGR"), day);
+        WriteFileBytes(
+            session.LogFolder() / ("D-PDU_API_Logger_" + std::string(day) + "-03-2020_10-11-12.LGR"), day);
 }
 
 std::string Days(const Session& session)
@@ -32,7 +33,8 @@ TEST(LogFiles, ANameIsTheStampOfItsSecond)
     Session session;
     session.Construct();
     ASSERT_EQ(session.LogNames().size(), 1u);
-    const std::regex form("D-PDU_API_Logger_[0-3][0-9]-[01][0-9]-20[0-9][0-9]_[0-2][0-9]-[0-5][0-9]-[0-5][0-9]\\.LGR");
+    const std::regex form(
+        "D-PDU_API_Logger_[0-3][0-9]-[01][0-9]-20[0-9][0-9]_[0-2][0-9]-[0-5][0-9]-[0-5][0-9]\\.LGR");
     EXPECT_TRUE(std::regex_match(session.LogNames()[0], form)) << session.LogNames()[0];
 }
 
@@ -66,7 +68,8 @@ std::vector<std::string> CommsNamesAfterStart(const char* logCommsFile, const ch
                        {"LogDoIPComms", logDoIPComms}});
     std::filesystem::create_directories(session.LogFolder());
     for (const char* day : {"01", "02", "03"})
-        WriteFileBytes(session.LogFolder() / ("D-PDU_API_Comms_" + std::string(day) + "-03-2020_10-11-12.LGR"), "");
+        WriteFileBytes(
+            session.LogFolder() / ("D-PDU_API_Comms_" + std::string(day) + "-03-2020_10-11-12.LGR"), "");
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
     EXPECT_EQ(session.LogNames().size(), 1u);
     return session.LogNames("D-PDU_API_Comms_");
@@ -314,7 +317,8 @@ TEST(Header, LogEngineeringModeHasALineOnlyWhenItIsNotZero)
 
 TEST(Header, WithLogEnabledZeroAContinuationHeaderStopsBehindTheFolder)
 {
-    Session session({{"LogEnabled", "0"}, {"LogNewFileCfg", "1"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "5"}});
+    Session session(
+        {{"LogEnabled", "0"}, {"LogNewFileCfg", "1"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "5"}});
     session.Construct();
     const std::string text = session.Logged([&] { session.Api().PDUModuleConnect(1); });
     EXPECT_TRUE(text.ends_with("Config setting: LogFileDir=" + session.LogFolder().string() + "\n")) << text;
@@ -325,8 +329,8 @@ TEST(Header, LongValuesBringTheMarkerOnceAndDropTheRest)
     Session session;
     std::string text = "<?xml?>\n<D_PDU_API_CFG>\n";
     for (const StringKeyName& key : StringKeyNames)
-        text += "<Attribute Name=\"" + std::string(key.Name) + "\" Type=\"String\" Value=\"" + std::string(800, 'v') +
-                "\"/>\n";
+        text += "<Attribute Name=\"" + std::string(key.Name) + "\" Type=\"String\" Value=\"" +
+                std::string(800, 'v') + "\"/>\n";
     text += "<Attribute Name=\"LogEnabled\" Type=\"UNUM32\" Value=\"1\"/>\n"
             "<Attribute Name=\"LogFlush\" Type=\"UNUM32\" Value=\"1\"/>\n"
             "<Attribute Name=\"LogFileDir\" Type=\"String\" Value=\"" +

@@ -176,8 +176,8 @@ TEST(Rotation, AtTheShutdownTheClosingLineGoesToTheNewFile)
                                  "{stamp} # LOGGER_Uninitialise - Continuation file\n"
                                  "{stamp} ########## D-PDU API LOGGER VERSION: "))
         << text;
-    EXPECT_TRUE(text.ends_with("{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" + session.TargetPath() +
-                               LibraryName("fake_target") +
+    EXPECT_TRUE(text.ends_with("{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
+                               session.TargetPath() + LibraryName("fake_target") +
                                "'\n"
                                "{stamp} # PDUDestruct - Close this log file\n"))
         << text;

@@ -21,9 +21,10 @@ TEST(StartUp, AMissingConfigurationIsToldInTheDiagnosticLogAndNoOtherIsTried)
     Session session;
     const EnvironmentValue elsewhere("PDU_CFG_FILE", session.Folder() / "none.xml");
     EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
-    EXPECT_EQ(DiagnosticLog::Stripped(session.Diagnostics()),
-              "WARN|class CConfigData|CConfigData::ProcessConfigurationElements|Could not open configuration file: " +
-                  (session.Folder() / "none.xml") + "\n");
+    EXPECT_EQ(
+        DiagnosticLog::Stripped(session.Diagnostics()),
+        "WARN|class CConfigData|CConfigData::ProcessConfigurationElements|Could not open configuration file: " +
+            (session.Folder() / "none.xml") + "\n");
     EXPECT_EQ(session.Fake().TakeNames(), "");
     EXPECT_FALSE(std::filesystem::exists(session.LogFolder()));
 }
@@ -95,14 +96,16 @@ TEST(StartUp, ASecondConstructGivesASecondHeaderInTheSameFile)
                                  "{stamp} ########## D-PDU API LOGGER VERSION: R01.000.0000.0000 ##########\n"
                                  "{stamp} LogHeader{Loaded=1}\n"));
     EXPECT_EQ(text.find("LOADING: DLL"), std::string::npos);
-    EXPECT_EQ(session.Fake().TakeNames(), "PDUConstruct PDU_MS_SetLogCallback PDUConstruct PDU_MS_SetLogCallback");
+    EXPECT_EQ(session.Fake().TakeNames(),
+              "PDUConstruct PDU_MS_SetLogCallback PDUConstruct PDU_MS_SetLogCallback");
 }
 
 TEST(StartUp, ASecondConstructTakesNewSettingsButNoNewFolderOrTarget)
 {
     Session session;
     session.Construct();
-    session.Configure({{"LogFnCalls", "1"}, {"LogFileDir", session.Folder() / "other"}, {"PDUAPILibDll", "none"}});
+    session.Configure(
+        {{"LogFnCalls", "1"}, {"LogFileDir", session.Folder() / "other"}, {"PDUAPILibDll", "none"}});
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
     EXPECT_EQ(session.Logged([&] { session.Api().PDUModuleConnect(1); }),
               "{stamp} + PDUModuleConnect\n{stamp} - PDUModuleConnect<PDU_STATUS_NOERROR (0x0000)>\n");
@@ -116,7 +119,8 @@ TEST(StartUp, AnAbsentTextKeepsItsFormerValueAndAnAbsentNumberItsDefault)
     session.Configure({});
     const std::string text = session.Logged([&] { session.Construct(); });
     EXPECT_NE(text.find("Config setting: ShortName            = 'first'\n"), std::string::npos);
-    EXPECT_NE(text.find("Config setting: LogMaxPduBuff        =        32 (0x00000020)\n"), std::string::npos);
+    EXPECT_NE(text.find("Config setting: LogMaxPduBuff        =        32 (0x00000020)\n"),
+              std::string::npos);
 }
 
 TEST(StartUp, ADroppedLogFlushIsZeroInTheNextHeader)
@@ -129,7 +133,8 @@ TEST(StartUp, ADroppedLogFlushIsZeroInTheNextHeader)
         session.Construct();
         session.Api().PDUDestruct();
     });
-    EXPECT_NE(text.find("Config setting: LogFlush             =         0 (0x00000000)\n"), std::string::npos);
+    EXPECT_NE(text.find("Config setting: LogFlush             =         0 (0x00000000)\n"),
+              std::string::npos);
 }
 
 TEST(StartUp, AZeroInTheFileIsNotTheDefault)
@@ -160,9 +165,8 @@ TEST(StartUp, ANumberDeclaredAsTextTakesItsDefault)
     Session session;
     std::string text = FileBytes(session.ConfigurationPath());
     const std::string close = "</D_PDU_API_CFG>\n";
-    text.insert(text.size() - close.size(),
-                "<Attribute Name=\"LogCallOuts\" Type=\"String\" Value=\"1\"/>\n"
-                "<Attribute Name=\"ShortName\" Type=\"UNUM32\" Value=\"9\"/>\n");
+    text.insert(text.size() - close.size(), "<Attribute Name=\"LogCallOuts\" Type=\"String\" Value=\"1\"/>\n"
+                                            "<Attribute Name=\"ShortName\" Type=\"UNUM32\" Value=\"9\"/>\n");
     session.ConfigureText(text);
     session.Construct();
     EXPECT_NE(session.Log().find("Config setting: LogCallOuts          =         0 (0x00000000)\n"),
@@ -183,7 +187,8 @@ TEST(StartUp, EnvironmentReferencesInTextsAreExpanded)
     const EnvironmentValue variable("MARVANE_TEST_NAME", "expanded");
     Session session({{"ShortName", "<%MARVANE_TEST_NAME%> %NO_SUCH_VARIABLE_HERE%"}});
     session.Construct();
-    EXPECT_NE(session.Log().find("ShortName            = '<expanded> %NO_SUCH_VARIABLE_HERE%'\n"), std::string::npos);
+    EXPECT_NE(session.Log().find("ShortName            = '<expanded> %NO_SUCH_VARIABLE_HERE%'\n"),
+              std::string::npos);
 }
 
 TEST(StartUp, ADebugLevelKeyWritesTheStartUpsRecords)
@@ -192,7 +197,8 @@ TEST(StartUp, ADebugLevelKeyWritesTheStartUpsRecords)
     session.Construct();
     const std::string text = session.Diagnostics();
     EXPECT_NE(text.find(":class CConfigData:"), std::string::npos) << text;
-    EXPECT_NE(text.find(":CConfigData::ProcessLogLevels:Switched to config file log levls\n"), std::string::npos);
+    EXPECT_NE(text.find(":CConfigData::ProcessLogLevels:Switched to config file log levls\n"),
+              std::string::npos);
     EXPECT_NE(text.find(":logger/logger:"), std::string::npos);
     EXPECT_NE(text.find(":TrimLogFiles:FileName=D-PDU_API_Logger\n"), std::string::npos);
 }

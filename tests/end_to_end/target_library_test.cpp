@@ -29,7 +29,8 @@ TEST(TargetLibraryDeathTest, ACallToAMissingFunctionFaults)
 
 TEST(TargetLibrary, ADependencyBesideTheTargetIsFound)
 {
-    const std::string name = platform::PathSeparator == '/' ? "fake_target_dependent.so" : "fake_target_dependent.dll";
+    const std::string name =
+        platform::PathSeparator == '/' ? "fake_target_dependent.so" : "fake_target_dependent.dll";
     const std::string folder = BuildFolder() + "dependent" + platform::PathSeparator;
     Session session({{"InstalledPath", folder}, {"PDUAPILibDll", name}}, "target_of_another_folder");
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
@@ -78,8 +79,9 @@ TEST(TargetLibrary, AFailedLoadShowsPathAndReasonUnderItsNarrowGate)
     const std::string text = session.Logged([&] { session.Construct(); });
     const std::string path = BuildFolder() + LibraryName("no_such_library");
     EXPECT_NE(text.find("{stamp}    -->  Unsupported LogEnabled=2 setting\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("{stamp}    <--  LOAD FAILURE: Unable to load " + path + "\n\t\t\t\t\tDescription:- "),
-              std::string::npos)
+    EXPECT_NE(
+        text.find("{stamp}    <--  LOAD FAILURE: Unable to load " + path + "\n\t\t\t\t\tDescription:- "),
+        std::string::npos)
         << text;
     EXPECT_NE(text.find("{stamp}    <--  DLL Load *FAILED*\n"
                         "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"),
@@ -117,17 +119,18 @@ TEST(TargetLibrary, LoadingAndUnloadingAreToldUnderTheirNarrowGate)
     const std::string start = session.Logged([&] { EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR); });
     const std::size_t at = start.find("{stamp}    -->  Unsupported LogEnabled=2 setting\n");
     ASSERT_NE(at, std::string::npos) << start;
-    EXPECT_EQ(std::regex_replace(start.substr(at), std::regex("Loaded @ +[0-9A-Fa-fx]+\n"), "Loaded @ pointer\n"),
-              "{stamp}    -->  Unsupported LogEnabled=2 setting\n"
-              "{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
-                  BuildFolder() + LibraryName("fake_target") +
-                  "'\n"
-                  "{stamp}    <--  DLL Loaded @ pointer\n"
-                  "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"
-                  "{stamp} + PDUConstruct(OptionStr= \"<NULL STRING>\", pAPITag= " +
-                  PointerText(nullptr) +
-                  ")\n"
-                  "{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n");
+    EXPECT_EQ(
+        std::regex_replace(start.substr(at), std::regex("Loaded @ +[0-9A-Fa-fx]+\n"), "Loaded @ pointer\n"),
+        "{stamp}    -->  Unsupported LogEnabled=2 setting\n"
+        "{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
+            BuildFolder() + LibraryName("fake_target") +
+            "'\n"
+            "{stamp}    <--  DLL Loaded @ pointer\n"
+            "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"
+            "{stamp} + PDUConstruct(OptionStr= \"<NULL STRING>\", pAPITag= " +
+            PointerText(nullptr) +
+            ")\n"
+            "{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n");
     EXPECT_EQ(session.Logged([&] { session.Api().PDUDestruct(); }),
               "{stamp} + PDUDestruct()\n"
               "{stamp} - PDUDestruct<PDU_STATUS_NOERROR (0x0000)>\n"
@@ -204,7 +207,8 @@ TEST(LibraryPath, ADotWithASeparatorIsARelativePrefixAndNotTheStandAloneForm)
     Session session({{"InstalledPath", prefix}, {"PDUAPILibDll", "no_such_library"}});
     EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
     EXPECT_EQ(HeaderOf(session).find("StandAlone installation"), std::string::npos);
-    EXPECT_NE(HeaderOf(session).find("LOADING: DLL = \"" + prefix + "no_such_library\"\n"), std::string::npos);
+    EXPECT_NE(HeaderOf(session).find("LOADING: DLL = \"" + prefix + "no_such_library\"\n"),
+              std::string::npos);
 }
 
 TEST(LibraryPath, ALongPrefixIsCutAndLeavesNoRoomForTheName)
@@ -212,7 +216,8 @@ TEST(LibraryPath, ALongPrefixIsCutAndLeavesNoRoomForTheName)
     const std::string prefix(300, 'p');
     Session session({{"InstalledPath", prefix}});
     EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
-    EXPECT_NE(HeaderOf(session).find("LOADING: DLL = \"" + prefix.substr(0, 260) + "\"\n"), std::string::npos);
+    EXPECT_NE(HeaderOf(session).find("LOADING: DLL = \"" + prefix.substr(0, 260) + "\"\n"),
+              std::string::npos);
 }
 
 TEST(LibraryPath, AnAbsentFileNameIsReportedAndTheFolderAloneIsTried)
@@ -236,8 +241,8 @@ TEST(LibraryVersion, TheProductVersionOfTheTargetIsShown)
 {
     Session session;
     session.Construct();
-    EXPECT_NE(HeaderOf(session).find("{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" + BuildFolder() +
-                                     LibraryName("fake_target") + "'\n"),
+    EXPECT_NE(HeaderOf(session).find("{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
+                                     BuildFolder() + LibraryName("fake_target") + "'\n"),
               std::string::npos)
         << HeaderOf(session);
 }
@@ -264,10 +269,11 @@ TEST(LibraryVersion, TheLoggersOwnVersionStandsInTheFirstHeader)
 {
     Session session;
     session.Construct();
-    EXPECT_TRUE(HeaderOf(session).starts_with("{stamp} ########## INITIALISE ##########\n"
-                                              "{stamp} ########## D-PDU API LOGGER VERSION: R01.000.0000.0000 "
-                                              "##########\n"
-                                              "{stamp} LogHeader{Loaded=0}\n"))
+    EXPECT_TRUE(
+        HeaderOf(session).starts_with("{stamp} ########## INITIALISE ##########\n"
+                                      "{stamp} ########## D-PDU API LOGGER VERSION: R01.000.0000.0000 "
+                                      "##########\n"
+                                      "{stamp} LogHeader{Loaded=0}\n"))
         << HeaderOf(session);
 }
 
@@ -280,8 +286,9 @@ TEST(LibraryVersion, OneThatWasNotReadWhileNothingWasLoggedStaysUnread)
     session.Construct();
     session.Api().PDUModuleDisconnect(1);
     const std::string text = HeaderOf(session);
-    EXPECT_TRUE(text.starts_with("{stamp} # PDUModuleDisconnect - Continuation file\n"
-                                 "{stamp} ########## D-PDU API LOGGER VERSION: R01.000.0000.0000 ##########\n"))
+    EXPECT_TRUE(
+        text.starts_with("{stamp} # PDUModuleDisconnect - Continuation file\n"
+                         "{stamp} ########## D-PDU API LOGGER VERSION: R01.000.0000.0000 ##########\n"))
         << text;
     EXPECT_TRUE(text.ends_with("{stamp}    <--  LOADED:  Version '<UNREAD>' of '" + BuildFolder() +
                                LibraryName("fake_target") + "'\n"))

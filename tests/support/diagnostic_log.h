@@ -1,4 +1,5 @@
-// The diagnostic log of a unit test: its files in a folder of the test's own, its records without what varies.
+// The diagnostic log of a unit test: its files in a folder of the test's own, its records without what
+// varies.
 #pragma once
 
 #include <array>

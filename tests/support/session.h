@@ -1,5 +1,5 @@
-// A session of a test with the logger library: configuration, logs, the library loaded as an application loads
-// it, and the fake target behind it.
+// A session of a test with the logger library: configuration, logs, the library loaded as an application
+// loads it, and the fake target behind it.
 #pragma once
 
 #include <atomic>
@@ -71,8 +71,8 @@ using Changes = std::initializer_list<Settings::value_type>;
 class Session
 {
 public:
-    /// `changes` are laid over LogEnabled 1, LogFnCalls 2, LogFlush 1 and the paths of the fake target and the
-    /// log folder. A value of "-" leaves the key out.
+    /// `changes` are laid over LogEnabled 1, LogFnCalls 2, LogFlush 1 and the paths of the fake target and
+    /// the log folder. A value of "-" leaves the key out.
     explicit Session(Changes changes = {}, const std::string& target = "fake_target");
     ~Session();
     Session(const Session&) = delete;

@@ -1,4 +1,5 @@
-// Built in variants by definitions: FAKE_LACKS_LOG_CALLBACK, FAKE_LACKS_LOCK, FAKE_CALLS_ITSELF, FAKE_NEEDS_OTHER.
+// Built in variants by definitions: FAKE_LACKS_LOG_CALLBACK, FAKE_LACKS_LOCK, FAKE_CALLS_ITSELF,
+// FAKE_NEEDS_OTHER.
 #include "tests/target/fake_target.h"
 
 #include <type_traits>
@@ -54,12 +55,14 @@ T_PDU_ERROR PDUGetVersion(UNUM32 hMod, PDU_VERSION_DATA* version)
     return Answer("PDUGetVersion", hMod, version);
 }
 
-T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* status, UNUM32* time, UNUM32* extra)
+T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* status, UNUM32* time,
+                         UNUM32* extra)
 {
     return Answer("PDUGetStatus", hMod, hCLL, hCoP, status, time, extra);
 }
 
-T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* code, UNUM32* hCoP, UNUM32* time, UNUM32* extra)
+T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* code, UNUM32* hCoP, UNUM32* time,
+                            UNUM32* extra)
 {
     return Answer("PDUGetLastError", hMod, hCLL, code, hCoP, time, extra);
 }
@@ -158,7 +161,8 @@ T_PDU_ERROR PDUGetResourceIds(UNUM32 hMod, PDU_RSC_DATA* data, PDU_RSC_ID_ITEM**
     return Answer("PDUGetResourceIds", hMod, data, list);
 }
 
-T_PDU_ERROR PDUGetConflictingResources(UNUM32 resource, PDU_MODULE_ITEM* modules, PDU_RSC_CONFLICT_ITEM** conflicts)
+T_PDU_ERROR PDUGetConflictingResources(UNUM32 resource, PDU_MODULE_ITEM* modules,
+                                       PDU_RSC_CONFLICT_ITEM** conflicts)
 {
     return Answer("PDUGetConflictingResources", resource, modules, conflicts);
 }

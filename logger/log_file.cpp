@@ -29,7 +29,8 @@ void LogFile::WriteOut(std::string_view text, std::size_t rest)
     const std::size_t grown = platform::SizeInFile(kept) + platform::SizeInFile(written);
     size_ += grown;
     sizeAge_ += grown;
-    pageRoom_ = PageSize - (PageSize - pageRoom_ + kept.size() + written.size()) % PageSize;
+    pageRoom_ =
+        shared_ ? PageSize : PageSize - (PageSize - pageRoom_ + kept.size() + written.size()) % PageSize;
     CopyText(buffer_.data(), text.data() + written.size(), rest);
     length_ = rest;
 }

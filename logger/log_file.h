@@ -14,7 +14,7 @@ namespace marvane {
 
 /// Appends texts. The buffer holds what a stream of the standard library holds, so no more than that is lost
 /// when a process dies, and is written out where a page of the file ends: a page written in two parts costs
-/// twice. Guarded by LogMutex.
+/// twice. A file that another process is known to write to gets whole texts. Guarded by LogMutex.
 class LogFile
 {
 public:
@@ -29,7 +29,7 @@ public:
         if (flush || !Buffering)
             return WriteOut(text, 0);
         if (text.size() >= pageRoom_ - length_)
-            return WriteOut(text, (text.size() - (pageRoom_ - length_)) % PageSize);
+            return WriteOut(text, shared_ ? 0 : (text.size() - (pageRoom_ - length_)) % PageSize);
         CopyText(buffer_.data() + length_, text.data(), text.size());
         length_ += text.size();
     }
@@ -38,6 +38,13 @@ public:
     /// Writes the buffer out and tells the size of the file. What others append meanwhile, as a process that
     /// began in the same second may, counts once this file has grown by as much as the buffer holds.
     std::uint64_t FlushedSize();
+
+    /// Writes the buffer out, for a process that forks: from now on there are two that write.
+    void Share()
+    {
+        Flush();
+        shared_ = true;
+    }
 
     /// From now on no file keeps anything back: nobody will come by to write it out.
     static void EndBuffering() { Buffering = false; }
@@ -56,8 +63,10 @@ private:
     std::uint64_t size_; ///< of what is in the file
     std::size_t sizeAge_ = 0;
     std::size_t length_ = 0;
-    /// From the end of the file to the end of its page; a line end counts as one character.
+    /// From the end of the file to the end of its page, while there is but one that writes. A line end counts
+    /// as one character.
     std::size_t pageRoom_;
+    bool shared_ = false;
     std::array<char, PageSize> buffer_;
 };
 

@@ -76,6 +76,26 @@ TEST_F(LogFileTest, AFileThatIsContinuedHasItsPagesWhereTheyWere)
     EXPECT_EQ(OnDisc(), text.substr(0, Page));
 }
 
+TEST_F(LogFileTest, AFileThatIsSharedGetsWholeTexts)
+{
+    const std::string text = Letters(2 * Page);
+    const auto file = LogFile::Open(path);
+    file->Write(std::string_view(text).substr(0, 100), false);
+    file->Share();
+    EXPECT_EQ(OnDisc(), text.substr(0, 100));
+    std::size_t written = 100;
+    for (std::size_t at = 100; at < text.size(); at += 300) {
+        const std::string_view piece = std::string_view(text).substr(at, 300);
+        file->Write(piece, false);
+        if (OnDisc().size() != written) {
+            written = at + piece.size();
+            ASSERT_EQ(OnDisc(), text.substr(0, written));
+        }
+    }
+    EXPECT_GT(written, Page);
+    EXPECT_LT(written, text.size());
+}
+
 TEST_F(LogFileTest, WhatIsInTheBufferIsWrittenWhenTheFileIsClosed)
 {
     const std::string text = Letters(Page + 17);

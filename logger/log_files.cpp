@@ -39,6 +39,13 @@ std::string FileEnding()
     return {text, length};
 }
 
+template <class Action> void ForEachOpenFile(Action action)
+{
+    for (const LogStream* stream : {&ApiLogFile, &CommsLogFile})
+        if (LogFile* const file = *stream)
+            action(*file);
+}
+
 /// Writes out what is left when this library goes, closed properly or not.
 struct WriteOutAtEnd
 {
@@ -46,11 +53,23 @@ struct WriteOutAtEnd
     {
         LogMutexHold hold;
         LogFile::EndBuffering();
-        for (const LogStream* stream : {&ApiLogFile, &CommsLogFile})
-            if (LogFile* const file = *stream)
-                file->Flush();
+        ForEachOpenFile([](LogFile& file) { file.Flush(); });
     }
 } const AtEnd;
+
+void PrepareForFork()
+{
+    LogMutex.Lock();
+    ForEachOpenFile([](LogFile& file) { file.Share(); });
+}
+
+void LeaveFork()
+{
+    LogMutex.Unlock();
+}
+
+// A forked child writes no text a second time that its parent logged, and does not find the log locked.
+const bool ForksSeen = (platform::CallAtFork(PrepareForFork, LeaveFork), true);
 
 } // namespace
 

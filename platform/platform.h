@@ -181,6 +181,10 @@ private:
     int descriptor_ = -1;
 };
 
+/// Has functions called by a thread that is about to fork its process, and by it and its copy in the child
+/// behind that. Where there is no fork: nothing.
+void CallAtFork(void (*before)(), void (*behind)());
+
 /// True where other threads of the process still run while its end destroys static objects.
 extern const bool ThreadsRunWhileProcessEnds;
 

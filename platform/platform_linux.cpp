@@ -56,6 +56,11 @@ std::FILE* OpenStream(const std::string& path, const char* mode, int flags, mode
 
 } // namespace
 
+void CallAtFork(void (*before)(), void (*behind)())
+{
+    pthread_atfork(before, behind, behind);
+}
+
 void SetThreadClock(ThreadClock& clock, std::int64_t second, unsigned milliseconds)
 {
     if (second != clock.Second) {

@@ -96,6 +96,8 @@ std::uint32_t CurrentThreadId()
     return GetCurrentThreadId();
 }
 
+void CallAtFork(void (*)(), void (*)()) {}
+
 std::size_t PointerText(const void* pointer, char* out)
 {
     constexpr std::size_t digits = sizeof pointer * 2;

@@ -163,6 +163,61 @@ TEST(FaultProcess, EndingWithoutDestructAndWithoutFlushLosesNoLine)
     EXPECT_EQ(log.Exits.at("PDULockResource"), 100u);
 }
 
+TEST(FaultProcess, AForkedChildLogsItsOwnCallsAndNoneOfItsParentsTwice)
+{
+    if (!ChildRole().empty()) {
+        static Session* const session = new Session({{"LogFlush", "0"}});
+        session->Construct();
+        session->Fake().Discard();
+        session->Api().PDULockResource(1, 2, 3);
+        EXPECT_EQ(RunForked([] { session->Api().PDUConnect(1, 2); }), 0);
+        session->Api().PDUUnlockResource(1, 2, 3);
+        return;
+    }
+    if (platform::PathSeparator != '/')
+        GTEST_SKIP() << "this system does not fork";
+    const TemporaryFolder folder;
+    ChildProcess child("forking", folder);
+    EXPECT_EQ(child.Wait(), 0) << child.Output();
+    const std::string log = WithoutStamps(LogInOrder(LogFolderOfChild(folder)));
+    EXPECT_EQ(log.substr(log.find("+ PDULock")),
+              "+ PDULockResource(hMod=0x00000001, hCLL=0x00000002, LockMask=3)\n"
+              "{stamp} - PDULockResource<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} + PDUConnect(hMod=0x00000001, hCLL=0x00000002)\n"
+              "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n"
+              "{stamp} + PDUUnlockResource(hMod=0x00000001, hCLL=0x00000002, LockMask=3)\n"
+              "{stamp} - PDUUnlockResource<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST(FaultProcess, ForkedWhileOtherThreadsLogACopyFindsTheLogFree)
+{
+    if (!ChildRole().empty()) {
+        static Session* const session = new Session({{"LogFlush", "0"}});
+        session->Construct();
+        session->Fake().Discard();
+        std::atomic<bool> done = false;
+        std::thread other([&] {
+            for (UNUM32 i = 0; !done; ++i)
+                session->Api().PDULockResource(1, i, 3);
+        });
+        for (int i = 0; i < 20; ++i)
+            EXPECT_EQ(RunForked([] { session->Api().PDUConnect(1, 2); }), 0);
+        done = true;
+        other.join();
+        return;
+    }
+    if (platform::PathSeparator != '/')
+        GTEST_SKIP() << "this system does not fork";
+    const TemporaryFolder folder;
+    ChildProcess child("forking", folder);
+    EXPECT_EQ(child.Wait(), 0) << child.Output();
+    const LogSummary log = Summarise(LogInOrder(LogFolderOfChild(folder)));
+    EXPECT_EQ(WrongLines(log), "");
+    EXPECT_EQ(log.Entries.at("PDUConnect"), 20u);
+    EXPECT_EQ(log.Exits.at("PDUConnect"), 20u);
+    EXPECT_EQ(log.Entries.at("PDULockResource"), log.Exits.at("PDULockResource"));
+}
+
 /// Makes calls and expects what the target answers.
 void ExpectUnchangedCalls(Session& session, UNUM32 count)
 {

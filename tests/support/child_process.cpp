@@ -94,6 +94,27 @@ void End(std::intptr_t process)
 
 } // namespace
 
+#ifdef _WIN32
+
+int RunForked(const std::function<void()>&)
+{
+    return -1;
+}
+
+#else
+
+int RunForked(const std::function<void()>& action)
+{
+    const pid_t process = fork();
+    if (process == 0) {
+        action();
+        std::exit(0);
+    }
+    return WaitFor(process);
+}
+
+#endif
+
 std::string ChildRole()
 {
     return platform::EnvironmentVariable(RoleVariable).value_or("");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "tests/support/temporary_folder.h"
@@ -33,5 +34,9 @@ private:
     std::string output_;
     std::intptr_t process_ = 0; ///< id or handle; 0 once waited for
 };
+
+/// Forks this process, has the child perform an action and end as processes do, and waits for that: its exit
+/// status, or -1 where the system has no fork.
+int RunForked(const std::function<void()>& action);
 
 } // namespace marvane::testing

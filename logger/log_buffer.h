@@ -1,14 +1,12 @@
 // The text of one phase of a call, and the statements that add to it.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <utility>
 
-#include "logger/log_format.h"
 #include "logger/put_directive.h"
 #include "logger/settings.h"
 #include "logger/text_copy.h"
@@ -122,28 +120,15 @@ static_assert(LogBuffer::Capacity + LogBuffer::Marker.size() < LogBuffer::Size);
 
 namespace log_buffer_detail {
 
-template <class Format, std::size_t... Index, class... Shown>
-std::size_t Limit(std::index_sequence<Index...>, const Shown&... shown)
-{
-    return (Format::Text.size() + ... + put_directive::Limit<Format::Pieces[Index]>(shown));
-}
-
-template <class Format, std::size_t... Index, class... Shown>
-char* Put(char* out, std::index_sequence<Index...>, const Shown&... shown)
-{
-    ((out = put_directive::Put<Format::Pieces[Index]>(PutText(out, Format::LiteralAt(Index)), shown)), ...);
-    return PutText(out, Format::LiteralAt(sizeof...(Index)));
-}
-
 /// Writes a statement straight to its place. False near the reserve: it may have to be cut.
 template <class Format, class... Shown>
 bool PutStatement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const Shown&... shown)
 {
     constexpr std::index_sequence_for<Shown...> indices;
-    char* out = text.Take(Limit<Format>(indices, shown...) + 1);
+    char* out = text.Take(put_directive::LimitOfAll<Format>(indices, shown...) + 1);
     if (!out)
         return false;
-    out = Put<Format>(out, indices, shown...);
+    out = put_directive::PutAll<Format>(out, indices, shown...);
     if (lineEnd == LogBuffer::LineEnd::Yes)
         *out++ = '\n';
     text.EndAt(out);
@@ -153,7 +138,7 @@ bool PutStatement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const Shown&... s
 template <class Format, class... Arguments>
 void CutStatement(LogBuffer& text, LogBuffer::LineEnd lineEnd, const Arguments&... arguments)
 {
-    const std::array<FormatArgument, sizeof...(Arguments)> list = {FormatArgument(arguments)...};
+    const put_directive::List<Arguments...> list = {FormatArgument(arguments)...};
     text.Append({Format::Text, Format::Pieces.data(), list.data(), list.size()}, lineEnd);
 }
 

@@ -239,14 +239,6 @@ char* PutNumber(char* out, const FormatPiece& piece, std::uint64_t number);
 /// A null text prints as "(null)".
 char* FormatText(char* out, char* end, const FormattedText& text);
 
-template <FormatLiteral Literal, class... Arguments>
-requires FormatOf<LogFormat<Literal>, Arguments...>
-char* FormatText(char* out, char* end, LogFormat<Literal> format, const Arguments&... arguments)
-{
-    const std::array<FormatArgument, sizeof...(Arguments)> list = {FormatArgument(arguments)...};
-    return FormatText(out, end, FormattedText{format.Text, format.Pieces.data(), list.data(), list.size()});
-}
-
 /// The same for a format that is known only now.
 char* FormatText(char* out, char* end, std::string_view format, const FormatArgument* arguments);
 

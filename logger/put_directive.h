@@ -1,19 +1,22 @@
-// One directive of a statement, written where the format is known: no list of arguments, and no look at the
-// format when the line is written.
+// Texts written where their format is known: directive by directive, without a list of arguments, and without
+// a look at the format when the text is written.
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "logger/log_format.h"
 #include "logger/text_copy.h"
 #include "platform/platform.h"
 
+// The pieces that a statement is made of.
 namespace marvane::put_directive {
 
 /// Most characters of a number without a width: ten digits and a sign.
@@ -39,7 +42,7 @@ requires(!std::is_convertible_v<Value, std::string_view>) Value Shown(Value valu
     return value;
 }
 
-/// How many characters a directive writes at most; up to eight behind them may be overwritten.
+/// How many characters a directive writes at most, what it overwrites behind its text included.
 template <FormatPiece Piece, class Argument> std::size_t Limit(const Argument& argument)
 {
     constexpr std::size_t width = Piece.Width;
@@ -97,4 +100,42 @@ template <FormatPiece Piece, class Argument> char* Put(char* out, const Argument
         return PutNumber<Piece>(out, FormatArgument(argument).Number);
 }
 
+template <class Format, std::size_t... Index, class... Shown>
+std::size_t LimitOfAll(std::index_sequence<Index...>, const Shown&... shown)
+{
+    return (Format::Text.size() + ... + Limit<Format::Pieces[Index]>(shown));
+}
+
+template <class Format, std::size_t... Index, class... Shown>
+char* PutAll(char* out, std::index_sequence<Index...>, const Shown&... shown)
+{
+    ((out = Put<Format::Pieces[Index]>(PutText(out, Format::LiteralAt(Index)), shown)), ...);
+    return PutText(out, Format::LiteralAt(sizeof...(Index)));
+}
+
+template <class... Arguments> using List = std::array<FormatArgument, sizeof...(Arguments)>;
+
 } // namespace marvane::put_directive
+
+namespace marvane {
+
+/// Formats into [out, end), cutting what does not fit. Returns the end of the text; writes no terminator, but
+/// may leave something behind the text.
+template <FormatLiteral Literal, class... Arguments>
+requires FormatOf<LogFormat<Literal>, Arguments...>
+char* FormatText(char* out, char* end, LogFormat<Literal> format, const Arguments&... arguments)
+{
+    using Format = LogFormat<Literal>;
+    constexpr std::index_sequence_for<Arguments...> indices;
+    const auto room = static_cast<std::size_t>(end - out);
+    const auto put = [&](const auto&... shown) {
+        const bool fits = put_directive::LimitOfAll<Format>(indices, shown...) <= room;
+        return fits ? put_directive::PutAll<Format>(out, indices, shown...) : nullptr;
+    };
+    if (char* const reached = put(put_directive::Shown(arguments, room)...))
+        return reached;
+    const put_directive::List<Arguments...> list = {FormatArgument(arguments)...};
+    return FormatText(out, end, FormattedText{format.Text, format.Pieces.data(), list.data(), list.size()});
+}
+
+} // namespace marvane

@@ -20,11 +20,17 @@ protected:
 
     template <class Format, class... Arguments> void Check(Format format, const Arguments&... arguments)
     {
-        char expected[500];
-        const char* const end = FormatText(expected, std::end(expected), format, arguments...);
+        char place[500];
+        const auto text = [&](const char* end) {
+            return std::string(place, static_cast<std::size_t>(end - place));
+        };
+        const put_directive::List<Arguments...> list = {FormatArgument(arguments)...};
+        const std::string expected = text(FormatText(place, std::end(place), Format::Text, list.data()));
         buffer->Clear();
         LogAppend(*buffer, format, arguments...);
-        ASSERT_EQ(buffer->Text(), std::string_view(expected, static_cast<std::size_t>(end - expected)));
+        ASSERT_EQ(buffer->Text(), expected);
+        ASSERT_EQ(text(FormatText(place, std::end(place), format, arguments...)), expected);
+        ASSERT_EQ(text(FormatText(place, place + 5, format, arguments...)), expected.substr(0, 5));
     }
 
     const std::unique_ptr<LogBuffer> buffer = std::make_unique<LogBuffer>();

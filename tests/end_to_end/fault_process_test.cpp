@@ -195,14 +195,12 @@ TEST(FaultProcess, ForkedWhileOtherThreadsLogACopyFindsTheLogFree)
         static Session* const session = new Session({{"LogFlush", "0"}});
         session->Construct();
         session->Fake().Discard();
-        std::atomic<bool> done = false;
-        std::thread other([&] {
-            for (UNUM32 i = 0; !done; ++i)
+        std::thread other([] {
+            for (UNUM32 i = 0; i < 100000; ++i)
                 session->Api().PDULockResource(1, i, 3);
         });
         for (int i = 0; i < 20; ++i)
             EXPECT_EQ(RunForked([] { session->Api().PDUConnect(1, 2); }), 0);
-        done = true;
         other.join();
         return;
     }
@@ -215,7 +213,8 @@ TEST(FaultProcess, ForkedWhileOtherThreadsLogACopyFindsTheLogFree)
     EXPECT_EQ(WrongLines(log), "");
     EXPECT_EQ(log.Entries.at("PDUConnect"), 20u);
     EXPECT_EQ(log.Exits.at("PDUConnect"), 20u);
-    EXPECT_EQ(log.Entries.at("PDULockResource"), log.Exits.at("PDULockResource"));
+    EXPECT_EQ(log.Entries.at("PDULockResource"), 100000u);
+    EXPECT_EQ(log.Exits.at("PDULockResource"), 100000u);
 }
 
 /// Makes calls and expects what the target answers.

@@ -195,13 +195,17 @@ TEST(FaultProcess, ForkedWhileOtherThreadsLogACopyFindsTheLogFree)
         static Session* const session = new Session({{"LogFlush", "0"}});
         session->Construct();
         session->Fake().Discard();
-        std::thread other([] {
+        static std::atomic<bool> done = false;
+        // Nobody's to wait for, since the copies do not have it.
+        std::thread([] {
             for (UNUM32 i = 0; i < 100000; ++i)
                 session->Api().PDULockResource(1, i, 3);
-        });
+            done = true;
+        }).detach();
         for (int i = 0; i < 20; ++i)
             EXPECT_EQ(RunForked([] { session->Api().PDUConnect(1, 2); }), 0);
-        other.join();
+        while (!done)
+            std::this_thread::yield();
         return;
     }
     if (platform::PathSeparator != '/')

@@ -34,11 +34,10 @@ void TrimLogFiles(const std::string& baseName, std::string& soleFile)
     const std::string folder = directory + platform::PathSeparator;
     Diagnose(Trimming(DebugLevel::Debug), "SearchPath=", directory);
     // The stamp begins with the day, so the order is that of the text and not that of age.
-    std::set<std::string> names;
-    for (std::string& name : platform::FindFiles(folder + baseName + StampPattern))
-        names.insert(std::move(name));
-    if (names.empty())
+    const auto found = platform::FindFiles(folder + baseName + StampPattern);
+    if (!found)
         return;
+    std::set<std::string> names(found->begin(), found->end());
 
     // Wraps round to 0 for the largest number, which erases every file.
     const std::uint32_t most = Setting(NumericKey::LogFileMaxNum) + 1;
@@ -49,7 +48,8 @@ void TrimLogFiles(const std::string& baseName, std::string& soleFile)
         platform::RemoveFile(path);
         names.erase(names.begin());
     }
-    if (Setting(NumericKey::LogFileMaxNum) == 0) {
+    // Folders alone may match.
+    if (Setting(NumericKey::LogFileMaxNum) == 0 && !names.empty()) {
         soleFile = *names.begin();
         Diagnose(Trimming(DebugLevel::Debug), "SoleFile=", soleFile);
     }

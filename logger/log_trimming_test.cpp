@@ -76,6 +76,15 @@ TEST_F(TrimLogFilesTest, WithLogFileMaxNumZeroTheThirdOfThreeIsHandedBack)
                                  Record("DEBUG", "SoleFile=" + Name("09")));
 }
 
+TEST_F(TrimLogFilesTest, AFolderWhoseNameFitsIsFoundButNotCounted)
+{
+    std::filesystem::create_directory(Path(Name("05")));
+    TrimLogFiles("D-PDU_API_Logger", sole);
+    EXPECT_EQ(sole, "");
+    EXPECT_EQ(log.Records(), Beginning() + Record("DEBUG", "NumFiles=0, Max=1"));
+    EXPECT_TRUE(std::filesystem::is_directory(Path(Name("05"))));
+}
+
 TEST_F(TrimLogFilesTest, TheLargestLimitWrapsRoundAndErasesAll)
 {
     SetSetting(NumericKey::LogFileMaxNum, 0xFFFFFFFF);

@@ -119,9 +119,9 @@ bool MakeDirectory(const std::string& path);
 /// Makes a folder with all that lead to it; the result is not told.
 void MakeDirectoryChain(const std::string& path);
 
-/// Names, without folder, of the files (not folders) that match a path whose last part may hold "?" for
-/// any one character.
-std::vector<std::string> FindFiles(const std::string& pattern);
+/// Names, without folder, of the files (not folders) that match a path whose last part may hold "?" for any
+/// one character. None if nothing matches, not even a folder.
+std::optional<std::vector<std::string>> FindFiles(const std::string& pattern);
 
 /// Removes a file; the result is not told.
 void RemoveFile(const std::string& path);

@@ -136,23 +136,26 @@ void MakeDirectoryChain(const std::string& path)
     MakeDirectory(path);
 }
 
-std::vector<std::string> FindFiles(const std::string& pattern)
+std::optional<std::vector<std::string>> FindFiles(const std::string& pattern)
 {
     const std::size_t slash = pattern.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : pattern.substr(0, slash + 1);
     const std::string name = pattern.substr(slash + 1);
-    std::vector<std::string> found;
     DIR* const directory = opendir(folder.c_str());
     if (!directory)
-        return found;
+        return std::nullopt;
+    bool matched = false;
+    std::vector<std::string> files;
     while (const dirent* entry = readdir(directory)) {
+        if (fnmatch(name.c_str(), entry->d_name, FNM_NOESCAPE | FNM_PERIOD) != 0)
+            continue;
+        matched = true;
         struct stat status;
-        if (fnmatch(name.c_str(), entry->d_name, FNM_NOESCAPE | FNM_PERIOD) == 0 &&
-            fstatat(dirfd(directory), entry->d_name, &status, 0) == 0 && !S_ISDIR(status.st_mode))
-            found.emplace_back(entry->d_name);
+        if (fstatat(dirfd(directory), entry->d_name, &status, 0) == 0 && !S_ISDIR(status.st_mode))
+            files.emplace_back(entry->d_name);
     }
     closedir(directory);
-    return found;
+    return matched ? std::optional(std::move(files)) : std::nullopt;
 }
 
 void RemoveFile(const std::string& path)

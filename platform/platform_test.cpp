@@ -148,10 +148,13 @@ TEST(Files, AreFoundByPatternAndFoldersAreNot)
     for (const char* name : {"log_ab.txt", "log_cd.txt", "log_abc.txt", "log_ab.doc"})
         testing::WriteFileBytes(folder / name, "");
     std::filesystem::create_directory(folder / "log_ef.txt");
-    std::vector<std::string> found = platform::FindFiles(folder / "log_\?\?.txt");
-    std::sort(found.begin(), found.end());
-    EXPECT_EQ(found, (std::vector<std::string>{"log_ab.txt", "log_cd.txt"}));
-    EXPECT_TRUE(platform::FindFiles(folder / "none" + platform::PathSeparator + "\?").empty());
+    auto found = platform::FindFiles(folder / "log_\?\?.txt");
+    ASSERT_TRUE(found);
+    std::sort(found->begin(), found->end());
+    EXPECT_EQ(*found, (std::vector<std::string>{"log_ab.txt", "log_cd.txt"}));
+    EXPECT_EQ(platform::FindFiles(folder / "log_e\?.txt"), std::vector<std::string>());
+    EXPECT_EQ(platform::FindFiles(folder / "log_x\?.txt"), std::nullopt);
+    EXPECT_EQ(platform::FindFiles(folder / "none" + platform::PathSeparator + "\?"), std::nullopt);
 }
 
 TEST(Files, FoldersAreMadeOnceAndInChains)

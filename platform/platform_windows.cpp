@@ -201,19 +201,19 @@ void MakeDirectoryChain(const std::string& path)
     SHCreateDirectoryExA(nullptr, path.c_str(), nullptr);
 }
 
-std::vector<std::string> FindFiles(const std::string& pattern)
+std::optional<std::vector<std::string>> FindFiles(const std::string& pattern)
 {
-    std::vector<std::string> found;
     WIN32_FIND_DATAA entry;
     const HANDLE search = FindFirstFileA(pattern.c_str(), &entry);
     if (search == INVALID_HANDLE_VALUE)
-        return found;
+        return std::nullopt;
+    std::vector<std::string> files;
     do
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
-            found.emplace_back(entry.cFileName);
+            files.emplace_back(entry.cFileName);
     while (FindNextFileA(search, &entry));
     FindClose(search);
-    return found;
+    return files;
 }
 
 void RemoveFile(const std::string& path)

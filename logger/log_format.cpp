@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstring>
 #include <iterator>
+#include <span>
 
 #include "logger/text_copy.h"
 #include "platform/platform.h"
@@ -154,30 +155,12 @@ char* FormatText(char* out, char* end, const FormattedText& text)
     Output output{out, end};
     const char* position = text.Format.data();
     const FormatArgument* argument = text.Arguments;
-    for (const FormatPiece *piece = text.Pieces, *last = piece + text.Count; piece != last;
-         ++piece, ++argument) {
-        output = output.Put(position, piece->Literal);
-        position += piece->Literal + piece->Length;
-        // What most directives are.
-        if (piece->Conversion == 's' && piece->Width == 0 && argument->Length <= FormatArgument::LongestText)
-            output = output.Put(argument->Text, argument->Length);
-        else
-            output = PutArgument(output, *piece, *argument);
+    for (const FormatPiece& piece : std::span(text.Pieces, text.Count)) {
+        output = output.Put(position, piece.Literal);
+        position += piece.Literal + piece.Length;
+        output = PutArgument(output, piece, *argument++);
     }
     return output.Put(position, static_cast<std::size_t>(text.Format.end() - position)).Position;
-}
-
-char* FormatText(char* out, char* end, std::string_view format, const FormatArgument* arguments)
-{
-    Output output{out, end};
-    while (!format.empty()) {
-        const FormatPiece piece = NextPiece(format);
-        output = output.Put(format.data(), piece.Literal);
-        format.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
-        if (piece.Conversion != 0)
-            output = PutArgument(output, piece, *arguments++);
-    }
-    return output.Position;
 }
 
 } // namespace marvane

@@ -24,8 +24,7 @@ struct FormatArgument
     /// In place of a length: a text up to its terminator, or a number that has a text.
     enum : std::size_t
     {
-        LongestText = static_cast<std::size_t>(-4),
-        OfUrid,
+        OfUrid = static_cast<std::size_t>(-3),
         OfHandle,
         UnknownLength
     };
@@ -238,8 +237,5 @@ char* PutNumber(char* out, const FormatPiece& piece, std::uint64_t number);
 /// Formats into [out, end), cutting what does not fit. Returns the end of the text; writes no terminator.
 /// A null text prints as "(null)".
 char* FormatText(char* out, char* end, const FormattedText& text);
-
-/// The same for a format that is known only now.
-char* FormatText(char* out, char* end, std::string_view format, const FormatArgument* arguments);
 
 } // namespace marvane

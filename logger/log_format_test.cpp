@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/platform.h"
+#include "tests/support/run_time_format.h"
 
 namespace marvane {
 namespace {
@@ -19,7 +20,7 @@ std::string FormattedList(std::string_view format, const std::vector<FormatArgum
 {
     // On the heap, so that a sanitizer sees a byte written behind the room.
     const auto text = std::make_unique<char[]>(room);
-    const char* const end = FormatText(text.get(), text.get() + room, format, arguments.data());
+    const char* const end = testing::FormatAtRunTime(text.get(), text.get() + room, format, arguments.data());
     return {text.get(), static_cast<std::size_t>(end - text.get())};
 }
 

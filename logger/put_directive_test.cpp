@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "logger/log_buffer.h"
+#include "tests/support/run_time_format.h"
 
 namespace marvane {
 namespace {
@@ -25,7 +26,8 @@ protected:
             return std::string(place, static_cast<std::size_t>(end - place));
         };
         const put_directive::List<Arguments...> list = {FormatArgument(arguments)...};
-        const std::string expected = text(FormatText(place, std::end(place), Format::Text, list.data()));
+        const std::string expected =
+            text(testing::FormatAtRunTime(place, std::end(place), Format::Text, list.data()));
         buffer->Clear();
         LogAppend(*buffer, format, arguments...);
         ASSERT_EQ(buffer->Text(), expected);

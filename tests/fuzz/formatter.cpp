@@ -6,6 +6,7 @@
 
 #include "logger/log_buffer.h"
 #include "tests/fuzz/fuzz_target.h"
+#include "tests/support/run_time_format.h"
 
 using namespace marvane;
 using namespace marvane::testing;
@@ -122,7 +123,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     // Exactly the room of a cut text, so that a byte too many is seen.
     const std::size_t room = source.Coin() ? source.Take<UNUM16>() % (expected.size() + 1) : expected.size();
     auto* const out = reinterpret_cast<char*>(source.Bytes(room));
-    const char* const end = FormatText(out, out + room, format, arguments.data());
+    const char* const end = FormatAtRunTime(out, out + room, format, arguments.data());
     Require(std::string_view(out, static_cast<std::size_t>(end - out)) == expected.substr(0, room),
             "the formatter prints what snprintf prints", format);
     return 0;

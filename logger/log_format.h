@@ -149,13 +149,14 @@ constexpr FormatPiece NextPiece(std::string_view rest)
 /// How many directives a format has. Only for formats that are taken apart by the compiler.
 constexpr std::size_t CountDirectives(std::string_view format)
 {
-    std::size_t count = 0;
-    for (FormatPiece piece; (piece = NextPiece(format)).Conversion != 0; ++count) {
+    for (std::size_t count = 0;; ++count) {
+        const FormatPiece piece = NextPiece(format);
+        if (piece.Conversion == 0)
+            return count;
         if (std::string_view("scpduxX").find(piece.Conversion) == std::string_view::npos)
             UnknownDirective();
         format.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
     }
-    return count;
 }
 
 /// The characters of a string literal, as part of a type.
@@ -175,9 +176,10 @@ template <FormatLiteral Literal> struct LogFormat
         constexpr std::size_t count = CountDirectives(Text);
         std::array<FormatPiece, count> pieces;
         std::string_view rest = Text;
-        for (FormatPiece& piece : pieces) {
-            piece = NextPiece(rest);
+        for (FormatPiece& place : pieces) {
+            const FormatPiece piece = NextPiece(rest);
             rest.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
+            place = piece;
         }
         return pieces;
     }();

@@ -23,15 +23,21 @@ LogFile::~LogFile()
 
 void LogFile::WriteOut(std::string_view text, std::size_t rest)
 {
+    std::string_view written = text.substr(0, text.size() - rest);
+    if (length_ != 0 && written.size() <= buffer_.size() - length_) {
+        // One piece is written faster than two.
+        CopyText(buffer_.data() + length_, written.data(), written.size());
+        length_ += written.size();
+        written = {};
+    }
     const std::string_view kept(buffer_.data(), length_);
-    const std::string_view written = text.substr(0, text.size() - rest);
     platform::WriteToFile(file_, kept, written);
     const std::size_t grown = platform::SizeInFile(kept) + platform::SizeInFile(written);
     size_ += grown;
     sizeAge_ += grown;
     pageRoom_ =
         shared_ ? PageSize : PageSize - (PageSize - pageRoom_ + kept.size() + written.size()) % PageSize;
-    CopyText(buffer_.data(), text.data() + written.size(), rest);
+    CopyText(buffer_.data(), text.data() + text.size() - rest, rest);
     length_ = rest;
 }
 

@@ -173,8 +173,9 @@ void WriteToFile(File file, std::string_view first, std::string_view second)
     while (!first.empty() || !second.empty()) {
         const iovec parts[] = {{const_cast<char*>(first.data()), first.size()},
                                {const_cast<char*>(second.data()), second.size()}};
-        const ssize_t written = first.empty() ? write(file, second.data(), second.size())
-                                              : writev(file, parts, second.empty() ? 1 : 2);
+        const iovec& sole = first.empty() ? parts[1] : parts[0];
+        const ssize_t written = first.empty() || second.empty() ? write(file, sole.iov_base, sole.iov_len)
+                                                                : writev(file, parts, 2);
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0)

@@ -189,6 +189,20 @@ TEST(FaultProcess, AForkedChildLogsItsOwnCallsAndNoneOfItsParentsTwice)
               "{stamp} - PDUUnlockResource<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
+TEST(FaultProcess, ForkedBehindTheUnloadingOfTheLibraryItIsNotMissed)
+{
+    if (!ChildRole().empty()) {
+        Session().Construct();
+        EXPECT_EQ(RunForked([] {}), 0);
+        return;
+    }
+    if (platform::PathSeparator != '/')
+        GTEST_SKIP() << "this system does not fork";
+    const TemporaryFolder folder;
+    ChildProcess child("forking", folder);
+    EXPECT_EQ(child.Wait(), 0) << child.Output();
+}
+
 TEST(FaultProcess, ForkedWhileOtherThreadsLogACopyFindsTheLogFree)
 {
     if (!ChildRole().empty()) {

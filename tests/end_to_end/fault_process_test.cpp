@@ -13,6 +13,8 @@
 namespace marvane::testing {
 namespace {
 
+const bool Forks = platform::PathSeparator == '/';
+
 std::atomic<UNUM32> Rounds[3];
 
 /// Starts a thread that goes on until the process ends.
@@ -58,13 +60,19 @@ void LeaveThreadsBehind(Changes changes)
     AwaitRounds();
 }
 
+/// Runs the child of a test, whose part comes to a good end.
+void ExpectGoodEnd(const TemporaryFolder& folder)
+{
+    ChildProcess child("alone", folder);
+    EXPECT_EQ(child.Wait(), 0) << child.Output();
+}
+
 TEST(FaultProcess, MayEndWhileThreadsStillCallAndEventsStillCome)
 {
     if (!ChildRole().empty())
         return LeaveThreadsBehind({{"LogCbCalls", "1"}});
     const TemporaryFolder folder;
-    ChildProcess child("leaving", folder);
-    EXPECT_EQ(child.Wait(), 0) << child.Output();
+    ExpectGoodEnd(folder);
 }
 
 TEST(FaultProcess, MayEndWhileTheLogFileChangesAtEveryCall)
@@ -75,8 +83,7 @@ TEST(FaultProcess, MayEndWhileTheLogFileChangesAtEveryCall)
                                    {"LogFileMaxNum", "2"},
                                    {"ShortName", std::string(60, 'n')}});
     const TemporaryFolder folder;
-    ChildProcess child("leaving", folder);
-    EXPECT_EQ(child.Wait(), 0) << child.Output();
+    ExpectGoodEnd(folder);
 }
 
 /// Logs calls without end, and writes into a journal beside the log which ones have returned.
@@ -122,6 +129,13 @@ void ExpectNothingLostWhenKilled(const TemporaryFolder& folder, std::uintmax_t c
     EXPECT_GE(log.Entries.at("PDULockResource"), log.Exits.at("PDULockResource"));
 }
 
+/// Expects so many calls of a function, each with its entry and its exit line.
+void ExpectCalls(const LogSummary& log, const std::string& function, std::size_t count)
+{
+    EXPECT_EQ(log.Entries.at(function), count);
+    EXPECT_EQ(log.Exits.at(function), count);
+}
+
 class FaultKilled : public ::testing::TestWithParam<int>
 {
 };
@@ -155,12 +169,10 @@ TEST(FaultProcess, EndingWithoutDestructAndWithoutFlushLosesNoLine)
         return;
     }
     const TemporaryFolder folder;
-    ChildProcess child("ending", folder);
-    EXPECT_EQ(child.Wait(), 0) << child.Output();
+    ExpectGoodEnd(folder);
     const LogSummary log = Summarise(LogInOrder(LogFolderOfChild(folder)));
     EXPECT_EQ(WrongLines(log), "");
-    EXPECT_EQ(log.Entries.at("PDULockResource"), 100u);
-    EXPECT_EQ(log.Exits.at("PDULockResource"), 100u);
+    ExpectCalls(log, "PDULockResource", 100u);
 }
 
 TEST(FaultProcess, AForkedChildLogsItsOwnCallsAndNoneOfItsParentsTwice)
@@ -174,11 +186,10 @@ TEST(FaultProcess, AForkedChildLogsItsOwnCallsAndNoneOfItsParentsTwice)
         session->Api().PDUUnlockResource(1, 2, 3);
         return;
     }
-    if (platform::PathSeparator != '/')
+    if (!Forks)
         GTEST_SKIP() << "this system does not fork";
     const TemporaryFolder folder;
-    ChildProcess child("forking", folder);
-    EXPECT_EQ(child.Wait(), 0) << child.Output();
+    ExpectGoodEnd(folder);
     const std::string log = WithoutStamps(LogInOrder(LogFolderOfChild(folder)));
     EXPECT_EQ(log.substr(log.find("+ PDULock")),
               "+ PDULockResource(hMod=0x00000001, hCLL=0x00000002, LockMask=3)\n"
@@ -196,11 +207,10 @@ TEST(FaultProcess, ForkedBehindTheUnloadingOfTheLibraryItIsNotMissed)
         EXPECT_EQ(RunForked([] {}), 0);
         return;
     }
-    if (platform::PathSeparator != '/')
+    if (!Forks)
         GTEST_SKIP() << "this system does not fork";
     const TemporaryFolder folder;
-    ChildProcess child("forking", folder);
-    EXPECT_EQ(child.Wait(), 0) << child.Output();
+    ExpectGoodEnd(folder);
 }
 
 TEST(FaultProcess, ForkedWhileOtherThreadsLogACopyFindsTheLogFree)
@@ -222,17 +232,14 @@ TEST(FaultProcess, ForkedWhileOtherThreadsLogACopyFindsTheLogFree)
             std::this_thread::yield();
         return;
     }
-    if (platform::PathSeparator != '/')
+    if (!Forks)
         GTEST_SKIP() << "this system does not fork";
     const TemporaryFolder folder;
-    ChildProcess child("forking", folder);
-    EXPECT_EQ(child.Wait(), 0) << child.Output();
+    ExpectGoodEnd(folder);
     const LogSummary log = Summarise(LogInOrder(LogFolderOfChild(folder)));
     EXPECT_EQ(WrongLines(log), "");
-    EXPECT_EQ(log.Entries.at("PDUConnect"), 20u);
-    EXPECT_EQ(log.Exits.at("PDUConnect"), 20u);
-    EXPECT_EQ(log.Entries.at("PDULockResource"), 100000u);
-    EXPECT_EQ(log.Exits.at("PDULockResource"), 100000u);
+    ExpectCalls(log, "PDUConnect", 20u);
+    ExpectCalls(log, "PDULockResource", 100000u);
 }
 
 /// Makes calls and expects what the target answers.

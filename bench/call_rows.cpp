@@ -6,7 +6,7 @@
 #include "bench/rows.h"
 #include "bench/session.h"
 #include "bench/writers.h"
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 
 namespace marvane::bench {
 

@@ -7,7 +7,7 @@
 
 #include "bench/dump_ways.h"
 #include "bench/rows.h"
-#include "decode/decode.h"
+#include "logger/decode/decode.h"
 
 namespace marvane::bench {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "bench/target.h"
-#include "logger/target_library.h"
+#include "logger/target/target_library.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::bench {

@@ -1,7 +1,7 @@
 // The target library of the benchmark: all functions, and each does next to nothing.
 #pragma once
 
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 
 extern "C" {
 /// What the logger library registered.

@@ -8,7 +8,7 @@
 #include <spdlog/spdlog.h>
 #endif
 
-#include "lib/CMutexWindows.h"
+#include "logger/diagnostics/CMutexWindows.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::bench {

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 
 namespace diag {
 

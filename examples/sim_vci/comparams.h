@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 #include "examples/sim_vci/items.h"
 
 namespace sim {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 
 namespace sim {
 

@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 
 namespace sim {
 

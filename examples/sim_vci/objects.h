@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 
 namespace sim {
 

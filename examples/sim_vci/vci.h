@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 #include "examples/sim_vci/comparams.h"
 #include "examples/sim_vci/ecu.h"
 #include "examples/sim_vci/items.h"

@@ -1,6 +1,6 @@
 // ComPrimitives: what the application sends, and what it expects to hear back.
-#include "logger/call_frame.h"
-#include "logger/settings.h"
+#include "logger/call/call_frame.h"
+#include "logger/state/settings.h"
 
 using namespace marvane;
 

@@ -1,5 +1,5 @@
 // ComParams and the table of unique response identifiers.
-#include "logger/call_frame.h"
+#include "logger/call/call_frame.h"
 
 using namespace marvane;
 

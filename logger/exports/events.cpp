@@ -1,6 +1,6 @@
 // Events: fetching them, giving items back, and registering who is told of them.
-#include "logger/call_frame.h"
-#include "logger/event_callback.h"
+#include "logger/call/call_frame.h"
+#include "logger/call/event_callback.h"
 
 using namespace marvane;
 

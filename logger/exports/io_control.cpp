@@ -1,5 +1,5 @@
 // Commands to modules and links, with generic items on both sides.
-#include "logger/call_frame.h"
+#include "logger/call/call_frame.h"
 
 using namespace marvane;
 

@@ -1,10 +1,10 @@
 // PDUConstruct and PDUDestruct: the two calls that start and end the logger itself.
-#include "lib/CMutexWindows.h"
-#include "logger/call_frame.h"
-#include "logger/comms_log.h"
-#include "logger/log_files.h"
-#include "logger/logger.h"
-#include "logger/settings.h"
+#include "logger/diagnostics/CMutexWindows.h"
+#include "logger/call/call_frame.h"
+#include "logger/call/comms_log.h"
+#include "logger/log/log_files.h"
+#include "logger/call/start_stop.h"
+#include "logger/state/settings.h"
 
 using namespace marvane;
 

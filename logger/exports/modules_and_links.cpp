@@ -1,7 +1,7 @@
 // Modules and links: the calls that open and close the way to a vehicle.
-#include "logger/call_frame.h"
-#include "logger/rotation.h"
-#include "logger/settings.h"
+#include "logger/call/call_frame.h"
+#include "logger/log/rotation.h"
+#include "logger/state/settings.h"
 
 using namespace marvane;
 

@@ -1,6 +1,6 @@
 // Objects, modules and resources: what exists, and what it is called.
-#include "logger/call_frame.h"
-#include "logger/settings.h"
+#include "logger/call/call_frame.h"
+#include "logger/state/settings.h"
 
 using namespace marvane;
 

@@ -1,5 +1,5 @@
 // Version, status and time: what the target library says of itself, a module, a link or a ComPrimitive.
-#include "logger/call_frame.h"
+#include "logger/call/call_frame.h"
 
 using namespace marvane;
 

@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "lib/CConfigData.h"
-#include "logger/settings.h"
+#include "logger/state/CConfigData.h"
+#include "logger/state/settings.h"
 #include "tests/support/diagnostic_log.h"
 #include "tests/support/sample_configuration.h"
 

@@ -1,8 +1,8 @@
 // The comms reports of a target library, with parameters of every type.
 #include <filesystem>
 
-#include "logger/comms_log.h"
-#include "logger/log_files.h"
+#include "logger/call/comms_log.h"
+#include "logger/log/log_files.h"
 #include "tests/fuzz/fuzz_target.h"
 
 using namespace marvane;

@@ -1,7 +1,7 @@
 // The configuration reader on whole files: nothing comes out that did not stand in one line of the file.
 #include <algorithm>
 
-#include "lib/CConfigData.h"
+#include "logger/state/CConfigData.h"
 #include "tests/fuzz/fuzz_target.h"
 
 using namespace marvane;

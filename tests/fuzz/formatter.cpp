@@ -4,7 +4,7 @@
 #include <cinttypes>
 #include <vector>
 
-#include "logger/log_buffer.h"
+#include "logger/log/log_buffer.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/support/run_time_format.h"
 

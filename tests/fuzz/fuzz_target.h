@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "decode/decode.h"
+#include "logger/decode/decode.h"
 #include "tests/fuzz/log_text.h"
 #include "tests/fuzz/record_source.h"
 #include "tests/support/temporary_folder.h"

@@ -1,5 +1,5 @@
 // The level file, whatever it holds: which records are wanted, and what becomes of the file.
-#include "lib/CLog.h"
+#include "logger/diagnostics/CLog.h"
 #include "tests/fuzz/fuzz_target.h"
 
 using namespace marvane;

@@ -1,6 +1,6 @@
 #include "tests/fuzz/log_text.h"
 
-#include "logger/log_buffer.h"
+#include "logger/log/log_buffer.h"
 
 namespace marvane::testing {
 

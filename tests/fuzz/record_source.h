@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "decode/name_tables.h"
-#include "decode/pdu_api.h"
+#include "pdu/code_names.h"
+#include "pdu/pdu_api.h"
 
 namespace marvane::testing {
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "decode/decode.h"
+#include "logger/decode/decode.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {

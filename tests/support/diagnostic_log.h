@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "lib/CLog.h"
+#include "logger/diagnostics/CLog.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::testing {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "decode/decode.h"
+#include "logger/decode/decode.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::testing {

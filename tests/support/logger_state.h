@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "logger/library_path.h"
-#include "logger/log_files.h"
-#include "logger/settings.h"
+#include "logger/target/library_path.h"
+#include "logger/log/log_files.h"
+#include "logger/state/settings.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::testing {

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "logger/log_format.h"
+#include "text/format.h"
 
 namespace marvane::testing {
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "logger/settings.h"
-#include "logger/target_library.h"
+#include "logger/state/settings.h"
+#include "logger/target/target_library.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/target/fake_target.h"
 

@@ -1,5 +1,5 @@
 // A library that one of the fake targets needs, and that lies beside it and nowhere else.
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 
 extern "C" {
 PDU_API UNUM32 PDUFakeDependency();

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "decode/pdu_api.h"
+#include "pdu/pdu_api.h"
 
 /// One call as it arrived: name and raw arguments in order.
 struct FakeCall

@@ -1,0 +1,87 @@
+// The frame of a call: arguments out, forward, results back. Every exported function is one use of it.
+#pragma once
+
+#include "logger/base/function_ref.h"
+#include "logger/decode/decode.h"
+#include "logger/log/log_buffer.h"
+#include "logger/target/target_library.h"
+#include "pdu/pdu_api.h"
+
+namespace marvane {
+
+/// What one call has to say: the text of its present phase, and the time that this phase's lines carry.
+struct CallText
+{
+    LogBuffer Buffer;
+    FrameTime Time = {};
+};
+
+/// What is particular to an exported function, in the order in which the parts run. Parts left out do
+/// nothing. The form and its parts live as long as the call.
+struct CallForm
+{
+    std::string_view name;
+    /// The argument text, if LogFnCalls is 2 or more. Without it: "()".
+    FunctionRef<void(LogBuffer&)> arguments = {};
+    /// Decoded arguments, outside the gate of the entry line; runs with logging off too.
+    FunctionRef<void(CallText&)> before = {};
+    /// The call into the target library. No lock is held.
+    FunctionRef<T_PDU_ERROR(const CPduDll&)> forward = {};
+    /// Decoded results and what is learned from them, ahead of the exit line; runs with logging off too.
+    FunctionRef<void(CallText&, T_PDU_ERROR)> after = {};
+    /// In place of the rotation check.
+    FunctionRef<void(CallText&)> finish = {};
+};
+
+/// Logs a call, forwards it and returns the target library's status, or PDU_ERR_PDUAPI_NOT_CONSTRUCTED if
+/// there is no target library. Exceptions of the target library pass through.
+T_PDU_ERROR LogWholeCall(const CallForm& call);
+
+/// The same. With logging off, a call without hooks is its forward and nothing else; where this is inlined,
+/// the compiler sees that and builds no form.
+inline T_PDU_ERROR LogCall(const CallForm& call)
+{
+    const bool hasHooks = call.before || call.after || call.finish;
+    if (!hasHooks && !LoggingActive() && Setting(NumericKey::LogFileMaxSize) == 0)
+        if (const CPduDll* const target = TargetLibrary())
+            return call.forward(*target);
+    // A copy, so that the form itself need not stand in memory on the short way.
+    return LogWholeCall(CallForm(call));
+}
+
+/// Levels and text for the decoders of arguments and of results.
+DecoderFrame ArgumentFrame(CallText& text);
+DecoderFrame ResultFrame(CallText& text);
+
+/// One decoded line of a call, if the frame's gate is open.
+template <class Format, class... Arguments>
+void GatedLine(const DecoderFrame& frame, std::string_view prefix, Format format,
+               const Arguments&... arguments)
+{
+    if (frame.IsOpen())
+        DecodeLine(frame, prefix, format, arguments...);
+}
+
+// Prefixes of decoded lines.
+inline constexpr std::string_view Outgoing = IndentTable[0];
+inline constexpr std::string_view OutgoingNested = IndentTable[1];
+inline constexpr std::string_view Incoming = IndentTable[4];
+inline constexpr std::string_view IncomingNested = IndentTable[5];
+
+// The phases, for the functions that put them together in an order of their own.
+
+/// Reads the clock for a new phase. Without logging nobody would see it, and it is not read.
+void ReadFrameTime(CallText& text);
+
+/// "+ name", without its line end.
+void LogEntry(CallText& text, std::string_view name);
+/// "- name<status (number)>".
+void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status);
+/// The line for a call that found no target library, written at once.
+void LogNotLoaded(CallText& text, std::string_view name);
+/// Writes what was composed before the call-out.
+void CommitEntry(CallText& text);
+/// Begins the phase after a call-out: empty text, new time, and the closing line if LogCallOuts is 1.
+void CloseCallOut(CallText& text, std::string_view name);
+
+} // namespace marvane

@@ -1,0 +1,224 @@
+#include "logger/diagnostics/CLog.h"
+
+#include <chrono>
+#include <iomanip>
+#include <string>
+
+#include "logger/base/lasting.h"
+#include "logger/diagnostics/CMutexWindows.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+namespace {
+
+// Guarded by LogMutex. Made without running code, since LogMutex itself reports here when it is made.
+constinit std::FILE* DiagnosticFile = nullptr;
+// The init log, while no caller of SetPipe has been handed it: whoever replaces it then closes it.
+constinit std::FILE* OwnedInitLog = nullptr;
+constinit const volatile std::int32_t* ActiveLevelTable = nullptr;
+constinit bool LevelsFromConfig = false;
+
+/// The shared level file; a function's static, so that it exists whenever it is first asked for.
+platform::SharedWords& LevelFile()
+{
+    constinit static Lasting<platform::SharedWords> place;
+    static platform::SharedWords& file = *new (&place.Held) platform::SharedWords;
+    return file;
+}
+
+/// The table goes when the library ends; a thread that still has something to report gets a new one.
+struct LevelTableEnd
+{
+    LevelTableEnd() { MakeLogMutex(); }
+    ~LevelTableEnd() { CLog::ReleaseLevelTable(); }
+};
+
+const LevelTableEnd levelTableEnd;
+
+DiagnosticSource FromCLog(DebugLevel level, const char* function, std::uint32_t line = __builtin_LINE())
+{
+    return {level, Subsystem::GENERAL, "lib/CLog", function, line};
+}
+
+/// Level of a subsystem in the table in force. Without a table, or with one that can't be read, errors and
+/// warnings are written.
+std::int32_t ActiveLevel(Subsystem subsystem)
+{
+    const auto index = static_cast<std::size_t>(subsystem);
+    if (ActiveLevelTable && LevelsFromConfig)
+        return ActiveLevelTable[index];
+    std::int32_t level = 0;
+    return ActiveLevelTable && LevelFile().Read(index, level) ? level
+                                                              : static_cast<std::int32_t>(DebugLevel::Warn);
+}
+
+void InsertTime(std::ostream& record)
+{
+    using namespace std::chrono;
+    const auto now = duration_cast<microseconds>(system_clock::now().time_since_epoch()).count();
+    const std::tm calendar = platform::UtcCalendarTime(static_cast<std::time_t>(now / 1000000));
+    record << std::put_time(&calendar, "%H:%M:%S.") << std::setw(6) << std::setfill('0') << now % 1000000;
+}
+
+std::string UserFolder()
+{
+    const char separator = platform::PathSeparator;
+    return std::string("%APPDATA%") + separator + "Kestrix" + separator + "PDUAPI" + separator;
+}
+
+std::string InTemporaryFolder(const char* name)
+{
+    return platform::ExpandEnvironment(std::string("%TEMP%") + platform::PathSeparator + name);
+}
+
+} // namespace
+
+CLog::CLog() = default;
+
+CLog::~CLog()
+{
+    RecordStream << '\n';
+    const std::string record = RecordStream.str();
+    std::FILE* const output = DiagnosticFile ? DiagnosticFile : stderr;
+    std::fputs(record.c_str(), output);
+    std::fflush(output);
+}
+
+std::ostringstream& CLog::Get(DebugLevel level)
+{
+    if (!ActiveLevelTable) {
+        if (LevelsFromConfig || !Initialise())
+            return RecordStream;
+        SetInitLogFile(true);
+    }
+    InsertTime(RecordStream);
+    RecordStream << LevelLabel(static_cast<std::int32_t>(level));
+    return RecordStream;
+}
+
+bool CLog::Wanted(DebugLevel level, Subsystem subsystem)
+{
+    LogMutexHold hold;
+    if (!ActiveLevelTable)
+        EnsureLevelTable();
+    return ActiveLevel(subsystem) >= static_cast<std::int32_t>(level);
+}
+
+bool CLog::EnsureLevelTable()
+{
+    LogMutexHold hold;
+    const bool exists = LevelsFromConfig ? ActiveLevelTable != nullptr : Initialise();
+    if (exists)
+        SetInitLogFile(true);
+    return exists;
+}
+
+bool CLog::Initialise()
+{
+    LogMutexHold hold;
+    const std::string folder = platform::ExpandEnvironment(UserFolder());
+    platform::MakeDirectoryChain(folder);
+    std::string error;
+    LevelFile().Open(folder + "DEBUG.CFG", SubsystemCount, static_cast<std::int32_t>(DebugLevel::Warn),
+                     error);
+    if (!error.empty())
+        std::fprintf(stderr, "CLog failed to initialise - %s\n", error.c_str());
+    ActiveLevelTable = LevelFile().Words();
+    return ActiveLevelTable != nullptr;
+}
+
+void CLog::ReleaseLevelTable()
+{
+    LogMutexHold hold;
+    if (LevelsFromConfig)
+        return;
+    ActiveLevelTable = nullptr;
+    LevelFile().Close();
+}
+
+void CLog::UseConfiguredLevels(const std::int32_t* table)
+{
+    LogMutexHold hold;
+    if (table)
+        ReleaseLevelTable();
+    LevelsFromConfig = table != nullptr;
+    ActiveLevelTable = table;
+}
+
+void CLog::SetInitLogFile(bool truncate)
+{
+    LogMutexHold hold;
+    const char* name = "d-pdu-api_All_x64_init.log";
+    std::string path = InTemporaryFolder(name);
+    if (!path.empty())
+        // Written where all went well, its words notwithstanding: those who look for it know it.
+        Diagnose(FromCLog(DebugLevel::Notice, "CLog::SetInitLogFile"),
+                 "Failed to re-direct startup to init log file: ", name);
+    else {
+        name = "d-pdu-api_init.log";
+        path = InTemporaryFolder(name);
+    }
+    DiagnosticFile = platform::OpenTemporaryStream(path, truncate ? "w" : "a");
+    if (OwnedInitLog)
+        std::fclose(OwnedInitLog);
+    OwnedInitLog = DiagnosticFile;
+    Diagnose(FromCLog(DebugLevel::Info, "CLog::SetInitLogFile"), "Directed to init log file: ", name);
+}
+
+std::FILE* CLog::SetPipe(std::FILE* stream)
+{
+    LogMutexHold hold;
+    std::FILE* const previous = DiagnosticFile;
+    if (previous == OwnedInitLog)
+        OwnedInitLog = nullptr;
+    if (stream) {
+        if (previous && previous != stream)
+            Diagnose(FromCLog(DebugLevel::Info, "CLog::SetPipe"), "Leaving initial log file");
+        DiagnosticFile = stream;
+        return previous;
+    }
+    if (previous)
+        Diagnose(FromCLog(DebugLevel::Info, "CLog::SetPipe"), "Returning to initial log file");
+    SetInitLogFile(false);
+    return previous;
+}
+
+void CLog::Shutdown()
+{
+    LogMutexHold hold;
+    ReleaseLevelTable();
+    if (!DiagnosticFile)
+        return;
+    Diagnose(FromCLog(DebugLevel::Info, "CLog::Shutdown"), "Closing log file");
+    if (DiagnosticFile && DiagnosticFile != stderr)
+        std::fclose(DiagnosticFile);
+    DiagnosticFile = nullptr;
+    OwnedInitLog = nullptr;
+}
+
+namespace clog_detail {
+
+Hold::Hold()
+{
+    LogMutex.Lock();
+}
+
+Hold::~Hold()
+{
+    LogMutex.Unlock();
+}
+
+std::ostream& Begin(CLog& log, const DiagnosticSource& source)
+{
+    if (!DiagnosticFile)
+        DiagnosticFile = stderr;
+    std::ostringstream& record = log.Get(source.Level);
+    record << std::hex << std::setw(5) << std::setfill(' ') << platform::CurrentThreadId() << ':'
+           << source.File << ':' << std::dec << source.Line << ':' << source.Function << ':';
+    return record;
+}
+
+} // namespace clog_detail
+
+} // namespace marvane

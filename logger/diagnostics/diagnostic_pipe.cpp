@@ -1,0 +1,51 @@
+#include "logger/diagnostics/diagnostic_pipe.h"
+
+#include <cstdio>
+#include <string>
+
+#include "logger/diagnostics/CLog.h"
+#include "logger/diagnostics/CMutexWindows.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+namespace {
+
+// Guarded by LogMutex.
+std::FILE* DiagnosticPipeFile = nullptr;
+
+// The standard error stream, which the diagnostic log falls back to, belongs to the application.
+void CloseOwned(std::FILE* stream)
+{
+    if (stream && stream != stderr)
+        std::fclose(stream);
+}
+
+} // namespace
+
+void OpenDiagnosticPipe()
+{
+    const std::string path =
+        platform::ExpandEnvironment(std::string("%TEMP%") + platform::PathSeparator + "d-pdu-api-logger.log");
+    LogMutexHold hold;
+    std::FILE* const former = DiagnosticPipeFile;
+    DiagnosticPipeFile = platform::OpenTemporaryStream(path, "w");
+    std::FILE* const replaced = DiagnosticPipeFile ? CLog::SetPipe(DiagnosticPipeFile) : nullptr;
+    CloseOwned(replaced);
+    if (former != replaced)
+        CloseOwned(former);
+}
+
+void CloseDiagnosticPipe()
+{
+    LogMutexHold hold;
+    if (!DiagnosticPipeFile)
+        return;
+    std::FILE* const replaced = CLog::SetPipe(nullptr);
+    CloseOwned(replaced);
+    if (replaced != DiagnosticPipeFile)
+        CloseOwned(DiagnosticPipeFile);
+    DiagnosticPipeFile = nullptr;
+}
+
+} // namespace marvane

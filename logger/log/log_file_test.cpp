@@ -1,0 +1,116 @@
+#include "logger/log/log_file.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/temporary_folder.h"
+
+namespace marvane {
+namespace {
+
+constexpr std::size_t Page = 4096;
+
+/// Letters in a run that shows where a piece is missing.
+std::string Letters(std::size_t count)
+{
+    std::string text(count, ' ');
+    for (std::size_t i = 0; i < count; ++i)
+        text[i] = static_cast<char>('a' + i % 23);
+    return text;
+}
+
+class LogFileTest : public ::testing::Test
+{
+protected:
+    std::string OnDisc() const { return testing::FileText(path); }
+
+    const testing::TemporaryFolder folder;
+    const std::string path = folder / "log";
+};
+
+TEST_F(LogFileTest, TextsAreWrittenOutWhereAPageOfTheFileEnds)
+{
+    const std::string text = Letters(3 * Page);
+    const auto file = LogFile::Open(path);
+    for (std::size_t at = 0; at < text.size(); at += 96) {
+        file->Write(std::string_view(text).substr(at, 96), false);
+        const std::size_t written = std::min(at + 96, text.size());
+        ASSERT_EQ(OnDisc(), text.substr(0, written / Page * Page)) << at;
+    }
+    EXPECT_EQ(OnDisc(), text);
+}
+
+TEST_F(LogFileTest, ATextOfSeveralPagesLeavesItsEndInTheBuffer)
+{
+    const std::string text = Letters(3 * Page + 500);
+    const auto file = LogFile::Open(path);
+    file->Write(std::string_view(text).substr(0, 100), false);
+    file->Write(std::string_view(text).substr(100), false);
+    EXPECT_EQ(OnDisc(), text.substr(0, 3 * Page));
+    file->Flush();
+    EXPECT_EQ(OnDisc(), text);
+}
+
+TEST_F(LogFileTest, AFlushedTextIsWholeAndThePagesStayWhereTheyAre)
+{
+    const std::string text = Letters(2 * Page);
+    const auto file = LogFile::Open(path);
+    file->Write(std::string_view(text).substr(0, 1000), false);
+    file->Write(std::string_view(text).substr(1000, 1000), true);
+    EXPECT_EQ(OnDisc(), text.substr(0, 2000));
+    file->Write(std::string_view(text).substr(2000, Page - 2001), false);
+    EXPECT_EQ(OnDisc(), text.substr(0, 2000));
+    file->Write(std::string_view(text).substr(Page - 1, 2), false);
+    EXPECT_EQ(OnDisc(), text.substr(0, Page));
+    EXPECT_EQ(file->FlushedSize(), Page + 1);
+    EXPECT_EQ(OnDisc(), text.substr(0, Page + 1));
+}
+
+TEST_F(LogFileTest, AFileThatIsContinuedHasItsPagesWhereTheyWere)
+{
+    const std::string text = Letters(2 * Page);
+    testing::WriteFileBytes(path, text.substr(0, 1234));
+    const auto file = LogFile::Open(path);
+    file->Write(std::string_view(text).substr(1234, Page - 1235), false);
+    EXPECT_EQ(OnDisc(), text.substr(0, 1234));
+    file->Write(std::string_view(text).substr(Page - 1, 500), false);
+    EXPECT_EQ(OnDisc(), text.substr(0, Page));
+}
+
+TEST_F(LogFileTest, AFileThatIsSharedGetsWholeTexts)
+{
+    const std::string text = Letters(2 * Page);
+    const auto file = LogFile::Open(path);
+    file->Write(std::string_view(text).substr(0, 100), false);
+    file->Share();
+    EXPECT_EQ(OnDisc(), text.substr(0, 100));
+    std::size_t written = 100;
+    for (std::size_t at = 100; at < text.size(); at += 300) {
+        const std::string_view piece = std::string_view(text).substr(at, 300);
+        file->Write(piece, false);
+        if (OnDisc().size() != written) {
+            written = at + piece.size();
+            ASSERT_EQ(OnDisc(), text.substr(0, written));
+        }
+    }
+    EXPECT_GT(written, Page);
+    EXPECT_LT(written, text.size());
+}
+
+TEST_F(LogFileTest, WhatIsInTheBufferIsWrittenWhenTheFileIsClosed)
+{
+    const std::string text = Letters(Page + 17);
+    LogFile::Open(path)->Write(text, false);
+    EXPECT_EQ(OnDisc(), text);
+}
+
+TEST_F(LogFileTest, TheSizeCountsLineEndsAsTheSystemWritesThem)
+{
+    const auto file = LogFile::Open(path);
+    for (int i = 0; i < 1000; ++i)
+        file->Write("a line\n", false);
+    const std::uint64_t size = file->FlushedSize();
+    EXPECT_EQ(size, std::filesystem::file_size(path));
+}
+
+} // namespace
+} // namespace marvane

@@ -1,0 +1,160 @@
+#include "logger/log/log_files.h"
+
+#include "logger/base/lasting.h"
+#include "logger/diagnostics/CMutexWindows.h"
+#include "logger/log/log_trimming.h"
+#include "logger/state/given_back.h"
+#include "logger/state/settings.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+LogStream ApiLogFile = nullptr;
+LogStream CommsLogFile = nullptr;
+
+namespace {
+
+constinit Lasting<std::string> DirectoryPlace;
+
+} // namespace
+
+std::string& LogDirectory = *new (&DirectoryPlace.Held) std::string;
+
+namespace {
+
+const GivenBack DirectoryGivenBack(LogDirectory);
+
+constexpr const char* ApiBaseName = "D-PDU_API_Logger";
+constexpr const char* CommsBaseName = "D-PDU_API_Comms";
+
+// The folder is made once in a process: one that is deleted later is not made again.
+std::atomic<bool> LogDirectoryReady = false;
+
+/// What stands behind the base name of a new file.
+std::string FileEnding()
+{
+    const std::tm now = platform::LocalCalendarTime();
+    char text[40];
+    const std::size_t length = std::strftime(text, sizeof text, "_%d-%m-%Y_%H-%M-%S.LGR", &now);
+    return {text, length};
+}
+
+template <class Action> void ForEachOpenFile(Action action)
+{
+    for (const LogStream* stream : {&ApiLogFile, &CommsLogFile})
+        if (LogFile* const file = *stream)
+            action(*file);
+}
+
+/// Writes out what is left when this library goes, closed properly or not.
+struct WriteOutAtEnd
+{
+    ~WriteOutAtEnd()
+    {
+        LogMutexHold hold;
+        LogFile::EndBuffering();
+        ForEachOpenFile([](LogFile& file) { file.Flush(); });
+    }
+} const AtEnd;
+
+void PrepareForFork()
+{
+    LogMutex.Lock();
+    ForEachOpenFile([](LogFile& file) { file.Share(); });
+}
+
+void LeaveFork()
+{
+    LogMutex.Unlock();
+}
+
+// A forked child writes no text a second time that its parent logged, and does not find the log locked.
+const bool ForksSeen = (platform::CallAtFork(PrepareForFork, LeaveFork), true);
+
+} // namespace
+
+bool MakeLogDirectory(const std::string& directory)
+{
+    const std::string path = directory.substr(0, 255);
+    bool made = true;
+    for (std::size_t start = 0; start < path.size();) {
+        std::size_t end = path.find(platform::PathSeparator, start);
+        if (end == std::string::npos)
+            end = path.size();
+        const std::string prefix = path.substr(0, end);
+        if (!platform::PathExists(prefix) && !platform::MakeDirectory(prefix))
+            made = false;
+        start = end + 1;
+    }
+    return made;
+}
+
+LogPaths ComposeLogPaths(const std::string& directory, bool withComms)
+{
+    std::string soleApi;
+    std::string soleComms;
+    TrimLogFiles(ApiBaseName, soleApi);
+    if (withComms)
+        TrimLogFiles(CommsBaseName, soleComms);
+
+    const std::string folder = directory + platform::PathSeparator;
+    if (!soleApi.empty())
+        return {folder + soleApi, withComms ? folder + soleComms : std::string()};
+    const std::string ending = FileEnding();
+    // No separator in front of the comms name: without one at the folder's end the file lies beside the
+    // folder. Readers of the logs rely on where it is.
+    return {folder + ApiBaseName + ending, withComms ? directory + CommsBaseName + ending : std::string()};
+}
+
+int OpenLogFile(const std::string& directory)
+{
+    if (!LogDirectoryReady) {
+        if (!MakeLogDirectory(directory))
+            return 1;
+        LogDirectoryReady = true;
+    }
+    const bool withComms = (Setting(NumericKey::LogCommsFile) & 1) != 0;
+    const LogPaths paths = ComposeLogPaths(directory, withComms);
+
+    LogMutexHold hold;
+    CloseLogFiles();
+    ApiLogFile = LogFile::Open(paths.Api).release();
+    int result = ApiLogFile ? 0 : 1;
+    if (!withComms || Setting(NumericKey::LogDoIPComms) == 0) {
+        CommsLogFile = ApiLogFile.load();
+        return result;
+    }
+    CommsLogFile = LogFile::Open(paths.Comms).release();
+    return CommsLogFile ? 0 : result;
+}
+
+void CloseLogFiles()
+{
+    LogMutexHold hold;
+    LogFile* const api = ApiLogFile.exchange(nullptr);
+    LogFile* const comms = CommsLogFile.exchange(nullptr);
+    if (comms != api)
+        delete comms;
+    delete api;
+}
+
+std::uint32_t GetLogFileSize()
+{
+    if (!ApiLogFile.load(std::memory_order_relaxed))
+        return 0;
+    LogMutexHold hold;
+    LogFile* const file = ApiLogFile;
+    return file ? static_cast<std::uint32_t>(file->FlushedSize()) : 0;
+}
+
+void WriteToLog(const LogStream& stream, std::string_view text)
+{
+    const bool flush = Setting(NumericKey::LogFlush) == 1;
+    if (text.empty() && !flush)
+        return;
+    LogMutexHold hold;
+    if (LogFile* const file = stream.load(std::memory_order_relaxed))
+        file->Write(text, flush);
+}
+
+} // namespace marvane

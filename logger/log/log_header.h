@@ -1,0 +1,17 @@
+// The header of a log file: which version wrote it, and under which settings.
+#pragma once
+
+#include <string>
+
+#include "logger/log/log_buffer.h"
+
+namespace marvane {
+
+/// Appends the header's lines to the buffer; writes nothing. Before the logger is up the header ends behind
+/// the settings.
+void LogHeader(LogBuffer& text, const FrameTime& time);
+
+/// Appends the line that shows the folder of the log files.
+void LogLogFileDir(LogBuffer& text, const FrameTime& time, const std::string& directory);
+
+} // namespace marvane

@@ -1,0 +1,100 @@
+// The settings store: what the configuration file said, or the defaults, for the whole process.
+// Numbers are read by any thread at each test; texts belong to whoever holds LogMutex.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "pdu/pdu_api.h"
+
+namespace marvane {
+
+/// Numbers of the numeric keys. There is no key 23.
+enum class NumericKey : std::uint8_t
+{
+    LogEnabled = 0,
+    LogFileMaxSize = 1,
+    LogFileMaxNum = 2,
+    LogFlush = 3,
+    LogFnCalls = 4,
+    LogFnDecodeArgs = 5,
+    LogFnDecodeRsps = 6,
+    LogCbCalls = 7,
+    LogCallOuts = 8,
+    LogDoIPComms = 9,
+    LogCommsFile = 10,
+    LogMaxPduBuff = 11,
+    LogNewFileCfg = 12,
+    LogEngineeringMode = 13,
+    AppendLog = 14,
+    CustomerDoIPSupport = 15,
+    CustomerNRCHandling = 16,
+    CustomerAPIHandling = 17,
+    CustomerCLLEvtQTO = 18,
+    CustomerPDUStartCommReconRet = 19,
+    CustomerPDUConnectReconRet = 20,
+    DoIPReconnectDefTO = 21,
+    DoIPFilterNetworks = 22,
+    DoIPTlsRecordSizeLimit = 24,
+    LogTlsSessionKey = 25,
+};
+
+struct NumericKeyName
+{
+    NumericKey Key;
+    const char* Name;
+    std::uint32_t Default;
+};
+
+/// Every numeric key in ascending number: the order of the filling and of the header.
+extern const std::array<NumericKeyName, 25> NumericKeyNames;
+
+struct StringKeyName
+{
+    std::uint8_t Key;
+    const char* Name;
+};
+
+/// Every text key in ascending number. There is no key 28.
+extern const std::array<StringKeyName, 30> StringKeyNames;
+
+/// The keys 24 and 25 share their storage with the event callback for the whole API: 24 is its low half,
+/// 25 its high half. So each start of the logger overwrites the callback, and a header that is written
+/// later shows the callback's address under these two keys.
+extern std::atomic<std::uint64_t> DefaultEventCallback;
+
+extern std::array<std::atomic<std::uint32_t>, 24> NumericSettings;
+
+/// Guarded by LogMutex. A text that a later configuration lacks keeps its former value.
+using StringValues = std::array<std::string, 31>;
+extern StringValues& StringSettings;
+
+/// The value of a numeric setting now.
+std::uint32_t SharedSetting(NumericKey key);
+inline std::uint32_t Setting(NumericKey key)
+{
+    const auto index = static_cast<std::size_t>(key);
+    if (index < NumericSettings.size())
+        return NumericSettings[index].load(std::memory_order_relaxed);
+    return SharedSetting(key);
+}
+
+void SetSetting(NumericKey key, std::uint32_t value);
+
+/// True while anything is logged at all. Every log statement tests it.
+inline bool LoggingActive()
+{
+    return Setting(NumericKey::LogEnabled) == 1 || Setting(NumericKey::LogNewFileCfg) == 1;
+}
+
+/// 1 from a good start of the logger to the end of PDUDestruct.
+extern std::atomic<std::uint8_t> Loaded;
+inline bool IsLoaded()
+{
+    return Loaded.load(std::memory_order_acquire) != 0;
+}
+
+} // namespace marvane

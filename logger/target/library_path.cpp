@@ -1,0 +1,106 @@
+#include "logger/target/library_path.h"
+
+#include "logger/base/lasting.h"
+#include "logger/diagnostics/CMutexWindows.h"
+#include "logger/state/given_back.h"
+#include "logger/state/settings.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+namespace {
+
+constinit Lasting<std::string> PathPlace;
+constinit Lasting<std::string> LoggerVersionPlace;
+constinit Lasting<std::string> TargetVersionPlace;
+
+} // namespace
+
+std::string& TargetLibraryPath = *new (&PathPlace.Held) std::string;
+std::string& LoggerVersionText = *new (&LoggerVersionPlace.Held) std::string("<UNREAD>");
+std::string& TargetVersionText = *new (&TargetVersionPlace.Held) std::string("<UNREAD>");
+
+namespace {
+
+const GivenBack PathGivenBack(TargetLibraryPath);
+const GivenBack LoggerVersionGivenBack(LoggerVersionText);
+const GivenBack TargetVersionGivenBack(TargetVersionText);
+
+constexpr std::size_t MostPathCharacters = 260;
+
+// A text of the log's statements about start-up: stamp, arrow, text.
+template <class Format, class... Arguments>
+void StartUpLine(LogBuffer& text, const FrameTime& time, Format format, const Arguments&... arguments)
+{
+    LogStamp(text, time);
+    LogAppend(text, "%s"_fmt, "   -->  ");
+    LogAppendLine(text, format, arguments...);
+}
+
+/// Folder of this library with its separator; empty if the module is not found.
+std::string OwnFolder()
+{
+    const platform::ModulePath own = platform::OwnModulePath(MostPathCharacters);
+    if (own.ModuleError != 0) {
+        Diagnose({DebugLevel::Error, Subsystem::APP, "logger/logger", "GetLibPath"},
+                 "GetModuleHandle Error=", own.ModuleError);
+        return {};
+    }
+    return own.Path.substr(0, own.Path.rfind(platform::PathSeparator) + 1);
+}
+
+void SetTargetLibraryPath(const std::string& folder, const std::string& fileName)
+{
+    std::string path = folder.substr(0, MostPathCharacters);
+    path += fileName.substr(0, MostPathCharacters - path.size());
+    LogMutexHold hold;
+    TargetLibraryPath = path;
+}
+
+} // namespace
+
+bool GetLibPath(LogBuffer& text, const FrameTime& time, const CConfigData& config)
+{
+    const std::uint32_t enabled = Setting(NumericKey::LogEnabled);
+    if (enabled >= 2) {
+        StartUpLine(text, time, "Unsupported LogEnabled=%d setting"_fmt, enabled);
+        return true;
+    }
+    std::string fileName;
+    if (config.GetStringValue("PDUAPILibDll", fileName) != 0) {
+        LogStamp(text, time);
+        LogAppendLine(text, "Logger 'PDUAPILibDll' not in config"_fmt);
+    }
+    std::string folder;
+    config.GetStringValue("InstalledPath", folder);
+    if (folder == ".") {
+        if (enabled != 0)
+            StartUpLine(text, time, "StandAlone installation"_fmt);
+        folder = OwnFolder();
+        if (folder.empty())
+            return false;
+    }
+    SetTargetLibraryPath(folder, fileName);
+    if (enabled != 0)
+        StartUpLine(text, time, "LOADING: DLL = \"%s\""_fmt, CopyGuarded(TargetLibraryPath));
+    return true;
+}
+
+bool ReadVersionText(const std::string& file, std::string& versionText)
+{
+    if (!LoggingActive())
+        return false;
+    const auto version = platform::ProductVersion(file);
+    LogMutexHold hold;
+    if (!version) {
+        versionText.replace(0, 8, "<UNKNOWN");
+        return false;
+    }
+    char text[40];
+    const auto [major, minor, build, patch] = *version;
+    versionText.assign(
+        text, FormatText(text, std::end(text), "R%02d.%03d.%04d.%04d"_fmt, major, minor, build, patch));
+    return true;
+}
+
+} // namespace marvane

@@ -1,0 +1,94 @@
+#include "logger/target/target_library.h"
+
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+#include "logger/diagnostics/CMutexWindows.h"
+#include "logger/target/library_path.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+std::atomic<const CPduDll*> LoadedFunctions = nullptr;
+
+namespace {
+
+struct TargetFunction
+{
+    const char* Name;
+    std::size_t Offset;
+};
+
+constexpr std::array<TargetFunction, 30> PduFunctionTable = {{
+    {"PDUModuleConnect", offsetof(CPduDll, PDUModuleConnect)},
+    {"PDUModuleDisconnect", offsetof(CPduDll, PDUModuleDisconnect)},
+    {"PDUGetTimestamp", offsetof(CPduDll, PDUGetTimestamp)},
+    {"PDUIoCtl", offsetof(CPduDll, PDUIoCtl)},
+    {"PDUGetVersion", offsetof(CPduDll, PDUGetVersion)},
+    {"PDUGetStatus", offsetof(CPduDll, PDUGetStatus)},
+    {"PDUGetLastError", offsetof(CPduDll, PDUGetLastError)},
+    {"PDUGetResourceStatus", offsetof(CPduDll, PDUGetResourceStatus)},
+    {"PDUCreateComLogicalLink", offsetof(CPduDll, PDUCreateComLogicalLink)},
+    {"PDUDestroyComLogicalLink", offsetof(CPduDll, PDUDestroyComLogicalLink)},
+    {"PDUConnect", offsetof(CPduDll, PDUConnect)},
+    {"PDUDisconnect", offsetof(CPduDll, PDUDisconnect)},
+    {"PDULockResource", offsetof(CPduDll, PDULockResource)},
+    {"PDUUnlockResource", offsetof(CPduDll, PDUUnlockResource)},
+    {"PDUGetComParam", offsetof(CPduDll, PDUGetComParam)},
+    {"PDUSetComParam", offsetof(CPduDll, PDUSetComParam)},
+    {"PDUStartComPrimitive", offsetof(CPduDll, PDUStartComPrimitive)},
+    {"PDUCancelComPrimitive", offsetof(CPduDll, PDUCancelComPrimitive)},
+    {"PDUGetEventItem", offsetof(CPduDll, PDUGetEventItem)},
+    {"PDUDestroyItem", offsetof(CPduDll, PDUDestroyItem)},
+    {"PDURegisterEventCallback", offsetof(CPduDll, PDURegisterEventCallback)},
+    {"PDUGetObjectId", offsetof(CPduDll, PDUGetObjectId)},
+    {"PDUGetModuleIds", offsetof(CPduDll, PDUGetModuleIds)},
+    {"PDUGetResourceIds", offsetof(CPduDll, PDUGetResourceIds)},
+    {"PDUGetConflictingResources", offsetof(CPduDll, PDUGetConflictingResources)},
+    {"PDUGetUniqueRespIdTable", offsetof(CPduDll, PDUGetUniqueRespIdTable)},
+    {"PDUSetUniqueRespIdTable", offsetof(CPduDll, PDUSetUniqueRespIdTable)},
+    {"PDU_MS_SetLogCallback", offsetof(CPduDll, PDU_MS_SetLogCallback)},
+    {"PDUConstruct", offsetof(CPduDll, PDUConstruct)},
+    {"PDUDestruct", offsetof(CPduDll, PDUDestruct)},
+}};
+
+static_assert(sizeof(CPduDll) == PduFunctionTable.size() * sizeof(void*));
+
+std::atomic<platform::Library> TargetLibraryHandle = nullptr;
+
+} // namespace
+
+CPduDll::CPduDll(platform::Library library)
+{
+    for (const TargetFunction& function : PduFunctionTable) {
+        void* const address = platform::FindFunction(library, function.Name);
+        std::memcpy(reinterpret_cast<char*>(this) + function.Offset, &address, sizeof address);
+    }
+}
+
+void LoadTargetLibrary()
+{
+    const std::string path = CopyGuarded(TargetLibraryPath);
+    const platform::LoadedLibrary library = platform::LoadTargetLibrary(path);
+    if (!library.Handle)
+        throw std::runtime_error("Unable to load " + path + "\n\t\t\t\t\tDescription:- " + library.Error);
+    auto functions = std::make_unique<CPduDll>(library.Handle);
+    const CPduDll* none = nullptr;
+    if (!LoadedFunctions.compare_exchange_strong(none, functions.get(), std::memory_order_acq_rel)) {
+        // Another thread was first; its instance stays.
+        platform::UnloadLibrary(library.Handle);
+        return;
+    }
+    static_cast<void>(functions.release()); // The instance owns it now.
+    TargetLibraryHandle = library.Handle;
+}
+
+void UnloadTargetLibrary()
+{
+    if (const platform::Library library = TargetLibraryHandle.exchange(nullptr))
+        platform::UnloadLibrary(library);
+    delete LoadedFunctions.exchange(nullptr);
+}
+
+} // namespace marvane

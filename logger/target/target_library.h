@@ -1,0 +1,68 @@
+// The real D-PDU API implementation: loading it, and the table of its functions.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <string>
+
+#include "pdu/pdu_api.h"
+#include "platform/platform.h"
+
+namespace marvane {
+
+/// The functions of the target library, one member for each slot, in the order of the slots. A function that
+/// the library lacks stays null; only PDU_MS_SetLogCallback is ever tested for that.
+struct CPduDll
+{
+    decltype(&::PDUModuleConnect) PDUModuleConnect = nullptr;
+    decltype(&::PDUModuleDisconnect) PDUModuleDisconnect = nullptr;
+    decltype(&::PDUGetTimestamp) PDUGetTimestamp = nullptr;
+    decltype(&::PDUIoCtl) PDUIoCtl = nullptr;
+    decltype(&::PDUGetVersion) PDUGetVersion = nullptr;
+    decltype(&::PDUGetStatus) PDUGetStatus = nullptr;
+    decltype(&::PDUGetLastError) PDUGetLastError = nullptr;
+    decltype(&::PDUGetResourceStatus) PDUGetResourceStatus = nullptr;
+    decltype(&::PDUCreateComLogicalLink) PDUCreateComLogicalLink = nullptr;
+    decltype(&::PDUDestroyComLogicalLink) PDUDestroyComLogicalLink = nullptr;
+    decltype(&::PDUConnect) PDUConnect = nullptr;
+    decltype(&::PDUDisconnect) PDUDisconnect = nullptr;
+    decltype(&::PDULockResource) PDULockResource = nullptr;
+    decltype(&::PDUUnlockResource) PDUUnlockResource = nullptr;
+    decltype(&::PDUGetComParam) PDUGetComParam = nullptr;
+    decltype(&::PDUSetComParam) PDUSetComParam = nullptr;
+    decltype(&::PDUStartComPrimitive) PDUStartComPrimitive = nullptr;
+    decltype(&::PDUCancelComPrimitive) PDUCancelComPrimitive = nullptr;
+    decltype(&::PDUGetEventItem) PDUGetEventItem = nullptr;
+    decltype(&::PDUDestroyItem) PDUDestroyItem = nullptr;
+    decltype(&::PDURegisterEventCallback) PDURegisterEventCallback = nullptr;
+    decltype(&::PDUGetObjectId) PDUGetObjectId = nullptr;
+    decltype(&::PDUGetModuleIds) PDUGetModuleIds = nullptr;
+    decltype(&::PDUGetResourceIds) PDUGetResourceIds = nullptr;
+    decltype(&::PDUGetConflictingResources) PDUGetConflictingResources = nullptr;
+    decltype(&::PDUGetUniqueRespIdTable) PDUGetUniqueRespIdTable = nullptr;
+    decltype(&::PDUSetUniqueRespIdTable) PDUSetUniqueRespIdTable = nullptr;
+    PDU_MS_SetLogCallback_t PDU_MS_SetLogCallback = nullptr;
+    decltype(&::PDUConstruct) PDUConstruct = nullptr;
+    decltype(&::PDUDestruct) PDUDestruct = nullptr;
+
+    /// Looks the functions of a loaded library up.
+    explicit CPduDll(platform::Library library);
+};
+
+extern std::atomic<const CPduDll*> LoadedFunctions;
+
+/// The functions in force, or null while no target library is loaded. Any thread may ask.
+inline const CPduDll* TargetLibrary()
+{
+    return LoadedFunctions.load(std::memory_order_acquire);
+}
+
+/// Loads the library at TargetLibraryPath and puts its functions in force. Throws std::runtime_error with the
+/// path and the system's text if it can't be loaded.
+void LoadTargetLibrary();
+
+/// Unloads the target library; its functions are gone when this returns.
+void UnloadTargetLibrary();
+
+} // namespace marvane

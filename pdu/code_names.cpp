@@ -1,0 +1,239 @@
+#include "pdu/code_names.h"
+
+#include <algorithm>
+
+namespace marvane {
+
+namespace {
+
+template <std::size_t Rows> consteval bool IsSorted(const NameEntry (&table)[Rows])
+{
+    for (std::size_t i = 1; i < Rows; ++i)
+        if (table[i - 1].Code >= table[i].Code)
+            return false;
+    return true;
+}
+
+constexpr NameEntry ErrorCodeRows[] = {
+    {PDU_STATUS_NOERROR, "PDU_STATUS_NOERROR"},
+    {PDU_ERR_FCT_FAILED, "PDU_ERR_FCT_FAILED"},
+    {PDU_ERR_RESERVED_1, "PDU_ERR_RESERVED_1"},
+    {PDU_ERR_COMM_PC_TO_VCI_FAILED, "PDU_ERR_COMM_PC_TO_VCI_FAILED"},
+    {PDU_ERR_PDUAPI_NOT_CONSTRUCTED, "PDU_ERR_PDUAPI_NOT_CONSTRUCTED"},
+    {PDU_ERR_SHARING_VIOLATION, "PDU_ERR_SHARING_VIOLATION"},
+    {PDU_ERR_RESOURCE_BUSY, "PDU_ERR_RESOURCE_BUSY"},
+    {PDU_ERR_RESOURCE_TABLE_CHANGED, "PDU_ERR_RESOURCE_TABLE_CHANGED"},
+    {PDU_ERR_RESOURCE_ERROR, "PDU_ERR_RESOURCE_ERROR"},
+    {PDU_ERR_CLL_NOT_CONNECTED, "PDU_ERR_CLL_NOT_CONNECTED"},
+    {PDU_ERR_CLL_NOT_STARTED, "PDU_ERR_CLL_NOT_STARTED"},
+    {PDU_ERR_INVALID_PARAMETERS, "PDU_ERR_INVALID_PARAMETERS"},
+    {PDU_ERR_INVALID_HANDLE, "PDU_ERR_INVALID_HANDLE"},
+    {PDU_ERR_VALUE_NOT_SUPPORTED, "PDU_ERR_VALUE_NOT_SUPPORTED"},
+    {PDU_ERR_ID_NOT_SUPPORTED, "PDU_ERR_ID_NOT_SUPPORTED"},
+    {PDU_ERR_COMPARAM_NOT_SUPPORTED, "PDU_ERR_COMPARAM_NOT_SUPPORTED"},
+    {PDU_ERR_COMPARAM_LOCKED, "PDU_ERR_COMPARAM_LOCKED"},
+    {PDU_ERR_TX_QUEUE_FULL, "PDU_ERR_TX_QUEUE_FULL"},
+    {PDU_ERR_EVENT_QUEUE_EMPTY, "PDU_ERR_EVENT_QUEUE_EMPTY"},
+    {PDU_ERR_VOLTAGE_NOT_SUPPORTED, "PDU_ERR_VOLTAGE_NOT_SUPPORTED"},
+    {PDU_ERR_MUX_RSC_NOT_SUPPORTED, "PDU_ERR_MUX_RSC_NOT_SUPPORTED"},
+    {PDU_ERR_CABLE_UNKNOWN, "PDU_ERR_CABLE_UNKNOWN"},
+    {PDU_ERR_NO_CABLE_DETECTED, "PDU_ERR_NO_CABLE_DETECTED"},
+    {PDU_ERR_CLL_CONNECTED, "PDU_ERR_CLL_CONNECTED"},
+    {PDU_ERR_TEMPPARAM_NOT_ALLOWED, "PDU_ERR_TEMPPARAM_NOT_ALLOWED"},
+    {PDU_ERR_RSC_LOCKED, "PDU_ERR_RSC_LOCKED"},
+    {PDU_ERR_RSC_LOCKED_BY_OTHER_CLL, "PDU_ERR_RSC_LOCKED_BY_OTHER_CLL"},
+    {PDU_ERR_RSC_NOT_LOCKED, "PDU_ERR_RSC_NOT_LOCKED"},
+    {PDU_ERR_MODULE_NOT_CONNECTED, "PDU_ERR_MODULE_NOT_CONNECTED"},
+    {PDU_ERR_API_SW_OUT_OF_DATE, "PDU_ERR_API_SW_OUT_OF_DATE"},
+    {PDU_ERR_MODULE_FW_OUT_OF_DATE, "PDU_ERR_MODULE_FW_OUT_OF_DATE"},
+    {PDU_ERR_PIN_NOT_CONNECTED, "PDU_ERR_PIN_NOT_CONNECTED"},
+    {PDU_ERR_IP_PROTOCOL_NOT_SUPPORTED, "PDU_ERR_IP_PROTOCOL_NOT_SUPPORTED"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_FAILED, "PDU_ERR_DOIP_ROUTING_ACTIVATION_FAILED"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_AUTHENTICATION_FAILED,
+     "PDU_ERR_DOIP_ROUTING_ACTIVATION_AUTHENTICATION_FAILED"},
+    {PDU_ERR_DOIP_AMBIGUOUS_LOGICAL_ADDRESS, "PDU_ERR_DOIP_AMBIGUOUS_LOGICAL_ADDRESS"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_INVALID_SOURCE_ADDRESS,
+     "PDU_ERR_DOIP_ROUTING_ACTIVATION_INVALID_SOURCE_ADDRESS"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_NO_DATA_SOCKET_AVAILABLE,
+     "PDU_ERR_DOIP_ROUTING_ACTIVATION_NO_DATA_SOCKET_AVAILABLE"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_SOURCE_ADDRESS_CHANGED,
+     "PDU_ERR_DOIP_ROUTING_ACTIVATION_SOURCE_ADDRESS_CHANGED"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_SOURCE_ADDRESS_IN_USE,
+     "PDU_ERR_DOIP_ROUTING_ACTIVATION_SOURCE_ADDRESS_IN_USE"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_CONFIRMATION_REJECTED,
+     "PDU_ERR_DOIP_ROUTING_ACTIVATION_CONFIRMATION_REJECTED"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_TYPE_UNSUPPORTED, "PDU_ERR_DOIP_ROUTING_ACTIVATION_TYPE_UNSUPPORTED"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_RESPONSE_CODE_UNKNOWN,
+     "PDU_ERR_DOIP_ROUTING_ACTIVATION_RESPONSE_CODE_UNKNOWN"},
+    {PDU_ERR_DOIP_ROUTING_ACTIVATION_RESPONSE_TIMEOUT, "PDU_ERR_DOIP_ROUTING_ACTIVATION_RESPONSE_TIMEOUT"},
+    {PDU_ERR_DOIP_RESPONSE_TIMEOUT, "PDU_ERR_DOIP_RESPONSE_TIMEOUT"},
+    {PDU_ERR_TLS_REQUIRED, "PDU_ERR_TLS_REQUIRED"},
+    {PDU_ERR_TLS_CONF_INCOMPLETE, "PDU_ERR_TLS_CONF_INCOMPLETE"},
+    {PDU_ERR_TLS_VERSION_AGREEMENT_FAILED, "PDU_ERR_TLS_VERSION_AGREEMENT_FAILED"},
+    {PDU_ERR_TLS_CIPHER_AGREEMENT_FAILED, "PDU_ERR_TLS_CIPHER_AGREEMENT_FAILED"},
+    {PDU_ERR_TLS_CERT_VERIFY_FAILED, "PDU_ERR_TLS_CERT_VERIFY_FAILED"},
+    {PDU_ERR_TLS_VERSION_NOT_SUPPORTED, "PDU_ERR_TLS_VERSION_NOT_SUPPORTED"},
+    {PDU_ERR_TLS_CIPHER_NOT_SUPPORTED, "PDU_ERR_TLS_CIPHER_NOT_SUPPORTED"},
+};
+static_assert(IsSorted(ErrorCodeRows) && std::size(ErrorCodeRows) == 52);
+
+constexpr NameEntry StatusCodeRows[] = {
+    {PDU_COPST_IDLE, "PDU_COPST_IDLE"},           {PDU_COPST_EXECUTING, "PDU_COPST_EXECUTING"},
+    {PDU_COPST_FINISHED, "PDU_COPST_FINISHED"},   {PDU_COPST_CANCELLED, "PDU_COPST_CANCELLED"},
+    {PDU_COPST_WAITING, "PDU_COPST_WAITING"},     {PDU_CLLST_OFFLINE, "PDU_CLLST_OFFLINE"},
+    {PDU_CLLST_ONLINE, "PDU_CLLST_ONLINE"},       {PDU_CLLST_COMM_STARTED, "PDU_CLLST_COMM_STARTED"},
+    {PDU_MODST_READY, "PDU_MODST_READY"},         {PDU_MODST_NOT_READY, "PDU_MODST_NOT_READY"},
+    {PDU_MODST_NOT_AVAIL, "PDU_MODST_NOT_AVAIL"}, {PDU_MODST_AVAIL, "PDU_MODST_AVAIL"},
+};
+static_assert(IsSorted(StatusCodeRows) && std::size(StatusCodeRows) == 12);
+
+constexpr NameEntry FilterTypeRows[] = {
+    {PDU_FLT_PASS, "PDU_FLT_PASS"},
+    {PDU_FLT_BLOCK, "PDU_FLT_BLOCK"},
+    {PDU_FLT_PASS_UUDT, "PDU_FLT_PASS_UUDT"},
+    {PDU_FLT_BLOCK_UUDT, "PDU_FLT_BLOCK_UUDT"},
+};
+static_assert(IsSorted(FilterTypeRows) && std::size(FilterTypeRows) == 4);
+
+constexpr NameEntry InfoCodeRows[] = {
+    {PDU_INFO_MODULE_LIST_CHG, "PDU_INFO_MODULE_LIST_CHG"},
+    {PDU_INFO_RSC_LOCK_CHG, "PDU_INFO_RSC_LOCK_CHG"},
+    {PDU_INFO_PHYS_COMPARAM_CHG, "PDU_INFO_PHYS_COMPARAM_CHG"},
+};
+static_assert(IsSorted(InfoCodeRows) && std::size(InfoCodeRows) == 3);
+
+constexpr NameEntry EventErrorRows[] = {
+    {PDU_ERR_EVT_NOERROR, "PDU_ERR_EVT_NOERROR"},
+    {PDU_ERR_EVT_FRAME_STRUCT, "PDU_ERR_EVT_FRAME_STRUCT"},
+    {PDU_ERR_EVT_TX_ERROR, "PDU_ERR_EVT_TX_ERROR"},
+    {PDU_ERR_EVT_TESTER_PRESENT_ERROR, "PDU_ERR_EVT_TESTER_PRESENT_ERROR"},
+    {PDU_ERR_EVT_RX_TIMEOUT, "PDU_ERR_EVT_RX_TIMEOUT"},
+    {PDU_ERR_EVT_RX_ERROR, "PDU_ERR_EVT_RX_ERROR"},
+    {PDU_ERR_EVT_PROT_ERR, "PDU_ERR_EVT_PROT_ERR"},
+    {PDU_ERR_EVT_LOST_COMM_TO_VCI, "PDU_ERR_EVT_LOST_COMM_TO_VCI"},
+    {PDU_ERR_EVT_VCI_HARDWARE_FAULT, "PDU_ERR_EVT_VCI_HARDWARE_FAULT"},
+    {PDU_ERR_EVT_INIT_ERROR, "PDU_ERR_EVT_INIT_ERROR"},
+    {PDU_ERR_EVT_RSC_LOCKED, "PDU_ERR_EVT_RSC_LOCKED"},
+};
+static_assert(IsSorted(EventErrorRows) && std::size(EventErrorRows) == 11);
+
+constexpr NameEntry CoPTypeRows[] = {
+    {PDU_COPT_STARTCOMM, "PDU_COPT_STARTCOMM"},
+    {PDU_COPT_STOPCOMM, "PDU_COPT_STOPCOMM"},
+    {PDU_COPT_UPDATEPARAM, "PDU_COPT_UPDATEPARAM"},
+    {PDU_COPT_SENDRECV, "PDU_COPT_SENDRECV"},
+    {PDU_COPT_DELAY, "PDU_COPT_DELAY"},
+    {PDU_COPT_RESTORE_PARAM, "PDU_COPT_RESTORE_PARAM"},
+};
+static_assert(IsSorted(CoPTypeRows) && std::size(CoPTypeRows) == 6);
+
+constexpr NameEntry ObjectTypeRows[] = {
+    {PDU_OBJT_PROTOCOL, "PDU_OBJT_PROTOCOL"}, {PDU_OBJT_BUSTYPE, "PDU_OBJT_BUSTYPE"},
+    {PDU_OBJT_IO_CTRL, "PDU_OBJT_IO_CTRL"},   {PDU_OBJT_COMPARAM, "PDU_OBJT_COMPARAM"},
+    {PDU_OBJT_PINTYPE, "PDU_OBJT_PINTYPE"},   {PDU_OBJT_RESOURCE, "PDU_OBJT_RESOURCE"},
+};
+static_assert(IsSorted(ObjectTypeRows) && std::size(ObjectTypeRows) == 6);
+
+constexpr NameEntry ComParamClassRows[] = {
+    {PDU_PC_TIMING, "PDU_PC_TIMING"},
+    {PDU_PC_INIT, "PDU_PC_INIT"},
+    {PDU_PC_COM, "PDU_PC_COM"},
+    {PDU_PC_ERRHDL, "PDU_PC_ERRHDL"},
+    {PDU_PC_BUSTYPE, "PDU_PC_BUSTYPE"},
+    {PDU_PC_UNIQUE_ID, "PDU_PC_UNIQUE_ID"},
+    {PDU_PC_TESTER_PRESENT, "PDU_PC_TESTER_PRESENT"},
+};
+static_assert(IsSorted(ComParamClassRows) && std::size(ComParamClassRows) == 7);
+
+constexpr NameEntry ComParamTypeRows[] = {
+    {PDU_PT_UNUM8, "PDU_PT_UNUM8"},         {PDU_PT_SNUM8, "PDU_PT_SNUM8"},
+    {PDU_PT_UNUM16, "PDU_PT_UNUM16"},       {PDU_PT_SNUM16, "PDU_PT_SNUM16"},
+    {PDU_PT_UNUM32, "PDU_PT_UNUM32"},       {PDU_PT_SNUM32, "PDU_PT_SNUM32"},
+    {PDU_PT_BYTEFIELD, "PDU_PT_BYTEFIELD"}, {PDU_PT_STRUCTFIELD, "PDU_PT_STRUCTFIELD"},
+    {PDU_PT_LONGFIELD, "PDU_PT_LONGFIELD"},
+};
+static_assert(IsSorted(ComParamTypeRows) && std::size(ComParamTypeRows) == 9);
+
+constexpr NameEntry ItemTypeRows[] = {
+    {PDU_IT_IO_UNUM32, "PDU_IT_IO_UNUM32"},
+    {PDU_IT_IO_PROG_VOLTAGE, "PDU_IT_IO_PROG_VOLTAGE"},
+    {PDU_IT_IO_BYTEARRAY, "PDU_IT_IO_BYTEARRAY"},
+    {PDU_IT_IO_FILTER, "PDU_IT_IO_FILTER"},
+    {PDU_IT_IO_EVENT_QUEUE_PROPERTY, "PDU_IT_IO_EVENT_QUEUE_PROPERTY"},
+    {PDU_IT_RSC_STATUS, "PDU_IT_RSC_STATUS"},
+    {PDU_IT_PARAM, "PDU_IT_PARAM"},
+    {PDU_IT_RESULT, "PDU_IT_RESULT"},
+    {PDU_IT_STATUS, "PDU_IT_STATUS"},
+    {PDU_IT_ERROR, "PDU_IT_ERROR"},
+    {PDU_IT_INFO, "PDU_IT_INFO"},
+    {PDU_IT_RSC_ID, "PDU_IT_RSC_ID"},
+    {PDU_IT_RSC_CONFLICT, "PDU_IT_RSC_CONFLICT"},
+    {PDU_IT_MODULE_ID, "PDU_IT_MODULE_ID"},
+    {PDU_IT_UNIQUE_RESP_ID_TABLE, "PDU_IT_UNIQUE_RESP_ID_TABLE"},
+    {PDU_IT_IO_VEHICLE_ID_REQUEST, "PDU_IT_IO_VEHICLE_ID_REQUEST"},
+    {PDU_IT_IO_ETH_SWITCH_STATE, "PDU_IT_IO_ETH_SWITCH_STATE"},
+    {PDU_IT_IO_ENTITY_ADDRESS, "PDU_IT_IO_ENTITY_ADDRESS"},
+    {PDU_IT_IO_ENTITY_STATUS, "PDU_IT_IO_ENTITY_STATUS"},
+};
+static_assert(IsSorted(ItemTypeRows) && std::size(ItemTypeRows) == 19);
+
+constexpr NameEntry EventTypeRows[] = {
+    {PDU_EVT_DATA_AVAILABLE, "PDU_EVT_DATA_AVAILABLE"},
+    {PDU_EVT_DATA_LOST, "PDU_EVT_DATA_LOST"},
+};
+static_assert(IsSorted(EventTypeRows) && std::size(EventTypeRows) == 2);
+
+constexpr NameEntry CombinationModeRows[] = {
+    {0, "Entity"},
+    {1, "VIN"},
+    {2, "GroupID"},
+    {3, "Collection"},
+};
+static_assert(IsSorted(CombinationModeRows));
+
+constexpr NameEntry TimingSetRows[] = {
+    {1, "DEFAULT ECU TIMING SET ON TPI 1 FROM TESTER"},
+    {2, "OVERRIDE TIMING VALUES FOR ECU (FOR TPI 2 RESPONSE)"},
+    {3, "OVERRIDE TIMING VALUES SET BY TESTER (FOR TPI 3)"},
+    {4, "NORMAL TIMING VALUES FOR ECU AFTER INIT"},
+    {255, "EXTENDED TIMING VALUES - USED AFTER INIT IF SET IN KEY BYTES"},
+};
+static_assert(IsSorted(TimingSetRows));
+
+// 258 has the text of 257: readers know it by that.
+constexpr NameEntry CommsProtocolRows[] = {
+    {256, "[DoIP]"},
+    {257, "[DoIP (Option 1)]"},
+    {258, "[DoIP (Option 1)]"},
+};
+static_assert(IsSorted(CommsProtocolRows));
+
+} // namespace
+
+constinit const NameTable ErrorCodeNames = ErrorCodeRows;
+constinit const NameTable StatusCodeNames = StatusCodeRows;
+constinit const NameTable FilterTypeNames = FilterTypeRows;
+constinit const NameTable InfoCodeNames = InfoCodeRows;
+constinit const NameTable EventErrorNames = EventErrorRows;
+constinit const NameTable CoPTypeNames = CoPTypeRows;
+constinit const NameTable ObjectTypeNames = ObjectTypeRows;
+constinit const NameTable ComParamClassNames = ComParamClassRows;
+constinit const NameTable ComParamTypeNames = ComParamTypeRows;
+constinit const NameTable ItemTypeNames = ItemTypeRows;
+constinit const NameTable EventTypeNames = EventTypeRows;
+constinit const NameTable CombinationModeNames = CombinationModeRows;
+constinit const NameTable TimingSetNames = TimingSetRows;
+constinit const NameTable CommsProtocolLabels = CommsProtocolRows;
+
+std::string_view NameOf(NameTable table, UNUM32 code, std::string_view notFound)
+{
+    const auto row = std::ranges::lower_bound(table, code, {}, &NameEntry::Code);
+    return row != table.end() && row->Code == code ? row->Name : notFound;
+}
+
+std::string_view StatusText(T_PDU_ERROR status)
+{
+    return NameOf(ErrorCodeNames, status, "<UNKNOWN ERROR>");
+}
+
+} // namespace marvane

@@ -1,0 +1,74 @@
+// Names of the API's numbers: fixed tables, the bit names of flag bytes, and the short names of objects
+// that the application asked for.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "pdu/pdu_api.h"
+
+namespace marvane {
+
+struct NameEntry
+{
+    UNUM32 Code;
+    std::string_view Name;
+};
+
+/// A table sorted by code.
+using NameTable = std::span<const NameEntry>;
+
+extern const NameTable ErrorCodeNames;
+extern const NameTable StatusCodeNames;
+extern const NameTable FilterTypeNames;
+extern const NameTable InfoCodeNames;
+extern const NameTable EventErrorNames;
+extern const NameTable CoPTypeNames;
+extern const NameTable ObjectTypeNames;
+extern const NameTable ComParamClassNames;
+extern const NameTable ComParamTypeNames;
+extern const NameTable ItemTypeNames;
+extern const NameTable CombinationModeNames;
+extern const NameTable EventTypeNames;
+extern const NameTable TimingSetNames;
+/// Labels of the protocols of comms reports.
+extern const NameTable CommsProtocolLabels;
+
+/// Name of a code, or the text that the call site has for a missing one.
+std::string_view NameOf(NameTable table, UNUM32 code, std::string_view notFound);
+
+/// Name of a function's result, "<UNKNOWN ERROR>" if it has none.
+std::string_view StatusText(T_PDU_ERROR status);
+
+/// Names of the 32 bits of four flag bytes, by bit number; an unused bit has an empty name.
+using BitNames = std::array<std::string_view, 32>;
+extern const BitNames TxFlagNames;
+extern const BitNames CllCreateFlagNames;
+extern const BitNames RxFlagNames;
+extern const BitNames TimestampFlagNames;
+
+/// The maps from object id to short name, one for each object type and one for all others.
+enum class ObjectNameMap : std::uint8_t
+{
+    ProtocolNames,
+    BusTypeNames,
+    IoCtlNames,
+    ComParamNames,
+    PinTypeNames,
+    ResourceNames,
+    OtherObjectNames
+};
+
+/// Short name of an object, or the text that the call site has for an unknown one. Safe on any thread, and
+/// the text stays valid until the library is unloaded.
+std::string_view ObjectName(ObjectNameMap map, UNUM32 id, std::string_view notFound);
+
+/// Remembers a copy of an object's short name in the map of its type. The first name of an id stays.
+void RecordObjectName(T_PDU_OBJT objectType, UNUM32 id, std::string_view shortName);
+
+/// Empties all maps.
+void ClearObjectNames();
+
+} // namespace marvane

@@ -1,5 +1,4 @@
-// Names of the API's numbers: fixed tables, the bit names of flag bytes, and the short names of objects
-// that the application asked for.
+// Names of the API's numbers: fixed tables, and the names of the bits of flag bytes.
 #pragma once
 
 #include <array>
@@ -48,27 +47,5 @@ extern const BitNames TxFlagNames;
 extern const BitNames CllCreateFlagNames;
 extern const BitNames RxFlagNames;
 extern const BitNames TimestampFlagNames;
-
-/// The maps from object id to short name, one for each object type and one for all others.
-enum class ObjectNameMap : std::uint8_t
-{
-    ProtocolNames,
-    BusTypeNames,
-    IoCtlNames,
-    ComParamNames,
-    PinTypeNames,
-    ResourceNames,
-    OtherObjectNames
-};
-
-/// Short name of an object, or the text that the call site has for an unknown one. Safe on any thread, and
-/// the text stays valid until the library is unloaded.
-std::string_view ObjectName(ObjectNameMap map, UNUM32 id, std::string_view notFound);
-
-/// Remembers a copy of an object's short name in the map of its type. The first name of an id stays.
-void RecordObjectName(T_PDU_OBJT objectType, UNUM32 id, std::string_view shortName);
-
-/// Empties all maps.
-void ClearObjectNames();
 
 } // namespace marvane

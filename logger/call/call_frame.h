@@ -9,13 +9,6 @@
 
 namespace marvane {
 
-/// What one call has to say: the text of its present phase, and the time that this phase's lines carry.
-struct CallText
-{
-    LogBuffer Buffer;
-    FrameTime Time = {};
-};
-
 /// What is particular to an exported function, in the order in which the parts run. Parts left out do
 /// nothing. The form and its parts live as long as the call.
 struct CallForm

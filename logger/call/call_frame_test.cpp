@@ -1,6 +1,7 @@
 // The frame with hand-made parts: their order, and the situations that no session brings about.
 #include "logger/call/call_frame.h"
 
+#include "logger/state/process_texts.h"
 #include "tests/support/logger_state.h"
 #include "tests/support/session.h"
 

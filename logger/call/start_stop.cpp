@@ -1,4 +1,5 @@
 #include "logger/call/start_stop.h"
+#include "logger/decode/object_names.h"
 
 #include <cstdio>
 #include <stdexcept>
@@ -12,6 +13,7 @@
 #include "logger/log/log_header.h"
 #include "logger/log/rotation.h"
 #include "logger/state/CConfigData.h"
+#include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
 #include "logger/target/library_path.h"
 #include "logger/target/target_library.h"

@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "logger/decode/decode.h"
+#include "logger/decode/object_names.h"
 
 namespace marvane {
 

@@ -1,5 +1,6 @@
 #include <vector>
 
+#include "logger/decode/object_names.h"
 #include "tests/support/decoded_text.h"
 
 namespace marvane {

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "logger/decode/decode.h"
+#include "logger/decode/object_names.h"
 
 namespace marvane {
 

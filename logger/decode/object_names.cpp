@@ -1,8 +1,10 @@
+#include "logger/decode/object_names.h"
+
+#include <array>
 #include <atomic>
 #include <string>
 
 #include "logger/base/grow_only_map.h"
-#include "pdu/code_names.h"
 
 namespace marvane {
 

@@ -2,6 +2,7 @@
 #include <thread>
 #include <vector>
 
+#include "logger/decode/object_names.h"
 #include "tests/support/decoded_text.h"
 
 namespace marvane {

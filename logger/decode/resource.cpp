@@ -1,4 +1,5 @@
 #include "logger/decode/decode.h"
+#include "logger/decode/object_names.h"
 
 namespace marvane {
 

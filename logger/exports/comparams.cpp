@@ -1,5 +1,6 @@
 // ComParams and the table of unique response identifiers.
 #include "logger/call/call_frame.h"
+#include "logger/decode/object_names.h"
 
 using namespace marvane;
 

@@ -1,5 +1,6 @@
 // Commands to modules and links, with generic items on both sides.
 #include "logger/call/call_frame.h"
+#include "logger/decode/object_names.h"
 
 using namespace marvane;
 

@@ -1,5 +1,6 @@
 // Modules and links: the calls that open and close the way to a vehicle.
 #include "logger/call/call_frame.h"
+#include "logger/decode/object_names.h"
 #include "logger/log/rotation.h"
 #include "logger/state/settings.h"
 

@@ -1,5 +1,6 @@
 // Objects, modules and resources: what exists, and what it is called.
 #include "logger/call/call_frame.h"
+#include "logger/decode/object_names.h"
 #include "logger/state/settings.h"
 
 using namespace marvane;

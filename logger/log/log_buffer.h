@@ -118,6 +118,13 @@ private:
 
 static_assert(LogBuffer::Capacity + LogBuffer::Marker.size() < LogBuffer::Size);
 
+/// What one call has to say: the text of its present phase, and the time that this phase's lines carry.
+struct CallText
+{
+    LogBuffer Buffer;
+    FrameTime Time = {};
+};
+
 namespace log_buffer_detail {
 
 /// Writes a statement straight to its place. False near the reserve: it may have to be cut.

@@ -1,9 +1,8 @@
 #include "logger/log/log_files.h"
 
-#include "logger/base/lasting.h"
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/log/log_trimming.h"
-#include "logger/state/given_back.h"
+#include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
 #include "platform/platform.h"
 
@@ -13,16 +12,6 @@ LogStream ApiLogFile = nullptr;
 LogStream CommsLogFile = nullptr;
 
 namespace {
-
-constinit Lasting<std::string> DirectoryPlace;
-
-} // namespace
-
-std::string& LogDirectory = *new (&DirectoryPlace.Held) std::string;
-
-namespace {
-
-const GivenBack DirectoryGivenBack(LogDirectory);
 
 constexpr const char* ApiBaseName = "D-PDU_API_Logger";
 constexpr const char* CommsBaseName = "D-PDU_API_Comms";

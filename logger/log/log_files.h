@@ -19,9 +19,6 @@ extern LogStream ApiLogFile;
 /// Where comms records go: ApiLogFile's own stream, or a file beside it.
 extern LogStream CommsLogFile;
 
-/// Folder of the log files, at most 260 characters; kept for reopening. Guarded by LogMutex.
-extern std::string& LogDirectory;
-
 /// Makes a folder with all that lead to it. False if one of them can't be made; those behind it are tried all
 /// the same. An empty name counts as made.
 bool MakeLogDirectory(const std::string& directory);

@@ -1,9 +1,8 @@
 #include "logger/log/log_header.h"
 
 #include "logger/diagnostics/CMutexWindows.h"
-#include "logger/log/log_files.h"
+#include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
-#include "logger/target/library_path.h"
 
 namespace marvane {
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "logger/state/process_texts.h"
 #include "tests/support/logger_state.h"
 #include "tests/support/session.h"
 

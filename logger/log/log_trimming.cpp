@@ -6,6 +6,7 @@
 #include "logger/diagnostics/CLog.h"
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/log/log_files.h"
+#include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
 #include "platform/platform.h"
 

@@ -3,6 +3,7 @@
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/log/log_files.h"
 #include "logger/log/log_header.h"
+#include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
 
 namespace marvane {

@@ -1,7 +1,9 @@
 // The change of the log file when it has outgrown its limit.
 #pragma once
 
-#include "logger/call/call_frame.h"
+#include <string_view>
+
+#include "logger/log/log_buffer.h"
 #include "logger/log/log_files.h"
 #include "logger/state/settings.h"
 

@@ -1,30 +1,13 @@
 #include "logger/target/library_path.h"
 
-#include "logger/base/lasting.h"
 #include "logger/diagnostics/CMutexWindows.h"
-#include "logger/state/given_back.h"
+#include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
 #include "platform/platform.h"
 
 namespace marvane {
 
 namespace {
-
-constinit Lasting<std::string> PathPlace;
-constinit Lasting<std::string> LoggerVersionPlace;
-constinit Lasting<std::string> TargetVersionPlace;
-
-} // namespace
-
-std::string& TargetLibraryPath = *new (&PathPlace.Held) std::string;
-std::string& LoggerVersionText = *new (&LoggerVersionPlace.Held) std::string("<UNREAD>");
-std::string& TargetVersionText = *new (&TargetVersionPlace.Held) std::string("<UNREAD>");
-
-namespace {
-
-const GivenBack PathGivenBack(TargetLibraryPath);
-const GivenBack LoggerVersionGivenBack(LoggerVersionText);
-const GivenBack TargetVersionGivenBack(TargetVersionText);
 
 constexpr std::size_t MostPathCharacters = 260;
 

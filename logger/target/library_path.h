@@ -1,5 +1,4 @@
-// Where the target library lies, and the versions of this library and of that one. The texts are guarded by
-// LogMutex; only the start of the logger writes them.
+// Works out where the target library is, and reads the version of a library.
 #pragma once
 
 #include <string>
@@ -8,13 +7,6 @@
 #include "logger/state/CConfigData.h"
 
 namespace marvane {
-
-/// Full path of the target library, at most 260 characters; kept from one start to the next.
-extern std::string& TargetLibraryPath;
-
-/// "R%02d.%03d.%04d.%04d" of the product version, or what stands for a version that was not read.
-extern std::string& LoggerVersionText;
-extern std::string& TargetVersionText;
 
 /// Works TargetLibraryPath out from the configuration and logs it. False if the folder of this library is
 /// needed and not known.

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "logger/diagnostics/CMutexWindows.h"
-#include "logger/target/library_path.h"
+#include "logger/state/process_texts.h"
 #include "platform/platform.h"
 
 namespace marvane {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "logger/decode/decode.h"
+#include "logger/decode/object_names.h"
 #include "tests/fuzz/log_text.h"
 #include "tests/fuzz/record_source.h"
 #include "tests/support/temporary_folder.h"

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "logger/decode/decode.h"
+#include "logger/decode/object_names.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {

@@ -5,9 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include "logger/target/library_path.h"
 #include "logger/log/log_files.h"
+#include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
+#include "logger/target/library_path.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::testing {

@@ -1,0 +1,123 @@
+// Who includes whom: each folder only those that its row names.
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A folder and the folders it may include, itself apart. A folder without a row is an error.
+const std::map<std::string, std::set<std::string>> MayInclude = {
+    {"pdu", {}},
+    {"platform", {}},
+    {"config", {}},
+    {"text", {"pdu", "platform"}},
+    {"line", {"pdu", "text"}},
+    {"logger", {"pdu", "platform", "config", "text", "line"}},
+    {"tool", {"pdu", "platform", "config", "text", "line"}},
+    {"examples", {"pdu"}},
+};
+
+/// The folders of the proxy; each may include those named before it.
+const std::vector<std::string> LoggerFloors = {"base",   "diagnostics", "state", "log",
+                                               "decode", "target",      "call",  "exports"};
+
+struct Include
+{
+    fs::path From;
+    fs::path To;
+    std::string Text() const { return From.generic_string() + " includes " + To.generic_string(); }
+};
+
+std::vector<Include> IncludesOf(const fs::path& root, const fs::path& file)
+{
+    static const std::regex quoted("^\\s*#\\s*include\\s*\"([^\"]+)\".*");
+    std::vector<Include> includes;
+    std::ifstream stream(file);
+    std::smatch match;
+    for (std::string line; std::getline(stream, line);)
+        if (std::regex_match(line, match, quoted))
+            includes.push_back({fs::relative(file, root), match[1].str()});
+    return includes;
+}
+
+std::string PartOf(const fs::path& path, std::size_t index)
+{
+    auto part = path.begin();
+    for (; index > 0 && part != path.end(); --index)
+        ++part;
+    return part == path.end() ? std::string() : part->string();
+}
+
+std::size_t FloorOf(const fs::path& path)
+{
+    const auto found = std::find(LoggerFloors.begin(), LoggerFloors.end(), PartOf(path, 1));
+    return static_cast<std::size_t>(found - LoggerFloors.begin());
+}
+
+bool IsAllowed(const Include& include)
+{
+    const std::string from = PartOf(include.From, 0);
+    const std::string to = PartOf(include.To, 0);
+    if (from != to)
+        return MayInclude.at(from).contains(to);
+    if (from != "logger")
+        return true;
+    return FloorOf(include.From) < LoggerFloors.size() && FloorOf(include.To) <= FloorOf(include.From);
+}
+
+bool IsSource(const fs::path& file)
+{
+    const bool isTest = file.stem().string().ends_with("_test");
+    return !isTest && (file.extension() == ".h" || file.extension() == ".cpp");
+}
+
+/// Every include of a quoted name below the folders of the table; unit tests, which may also use the test
+/// kit, are left out.
+std::vector<Include> AllIncludes(const fs::path& root)
+{
+    std::vector<Include> all;
+    for (const auto& [folder, allowed] : MayInclude) {
+        if (!fs::exists(root / folder))
+            continue;
+        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root / folder))
+            if (entry.is_regular_file() && IsSource(entry.path()))
+                for (const Include& include : IncludesOf(root, entry.path()))
+                    all.push_back(include);
+    }
+    return all;
+}
+
+TEST(Includes, GoOnlyToTheFoldersOfTheTable)
+{
+    const std::vector<Include> all = AllIncludes(MARVANE_SOURCE_DIR);
+    EXPECT_GT(all.size(), 100u) << "the sources were not found";
+    for (const Include& include : all)
+        EXPECT_TRUE(IsAllowed(include)) << include.Text();
+}
+
+TEST(Includes, AnArrowUpIsRefused)
+{
+    EXPECT_FALSE(IsAllowed({"text/format.h", "logger/log/log_buffer.h"}));
+    EXPECT_FALSE(IsAllowed({"logger/log/rotation.h", "logger/call/call_frame.h"}));
+    EXPECT_FALSE(IsAllowed({"tool/main.cpp", "logger/state/settings.h"}));
+    EXPECT_FALSE(IsAllowed({"pdu/code_names.h", "platform/platform.h"}));
+    EXPECT_FALSE(IsAllowed({"logger/astray.h", "logger/base/lasting.h"}));
+    EXPECT_TRUE(IsAllowed({"logger/call/call_frame.h", "logger/log/rotation.h"}));
+    EXPECT_TRUE(IsAllowed({"logger/log/log_file.h", "logger/log/log_buffer.h"}));
+}
+
+TEST(Includes, NameWholePathsFromTheRoot)
+{
+    for (const Include& include : AllIncludes(MARVANE_SOURCE_DIR))
+        EXPECT_TRUE(fs::exists(fs::path(MARVANE_SOURCE_DIR) / include.To)) << include.Text();
+}
+
+} // namespace

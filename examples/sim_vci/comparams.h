@@ -5,8 +5,8 @@
 #include <variant>
 #include <vector>
 
-#include "pdu/pdu_api.h"
 #include "examples/sim_vci/items.h"
+#include "pdu/pdu_api.h"
 
 namespace sim {
 

@@ -13,10 +13,10 @@
 #include <utility>
 #include <vector>
 
-#include "pdu/pdu_api.h"
 #include "examples/sim_vci/comparams.h"
 #include "examples/sim_vci/ecu.h"
 #include "examples/sim_vci/items.h"
+#include "pdu/pdu_api.h"
 
 namespace sim {
 

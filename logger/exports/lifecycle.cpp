@@ -1,9 +1,9 @@
 // PDUConstruct and PDUDestruct: the two calls that start and end the logger itself.
-#include "logger/diagnostics/CMutexWindows.h"
 #include "logger/call/call_frame.h"
 #include "logger/call/comms_log.h"
-#include "logger/log/log_files.h"
 #include "logger/call/start_stop.h"
+#include "logger/diagnostics/CMutexWindows.h"
+#include "logger/log/log_files.h"
 #include "logger/state/settings.h"
 
 using namespace marvane;

@@ -13,6 +13,10 @@ native_packages="g++ cmake ninja-build googletest"
 windows_packages="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64"
 fuzz_packages="clang libclang-rt-14-dev"
 
+# The clang-format that decides; CONTRIBUTING.md names it too.
+format_version=14
+format_packages="clang-format-$format_version"
+
 # install_packages NAME...: installs those of the packages that are missing. Fails if that is not possible.
 install_packages() {
     missing=""

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "config/paths.h"
 #include "logger/call/call_frame.h"
 #include "logger/diagnostics/CLog.h"
 #include "logger/diagnostics/CMutexWindows.h"
@@ -41,10 +42,10 @@ void FillSettings(const CConfigData& config)
 /// Finds the log folder and opens the log file if anything is to be logged. Returns 0 on success, else 1.
 int OpenLog(CallText& text, const CConfigData& config)
 {
-    std::string configured;
-    if (config.GetStringValue("LogFileDir", configured) != 0)
+    const auto configured = config.Texts().find(LogFileDirKey.Name);
+    if (configured == config.Texts().end())
         return 1;
-    const std::string directory = platform::ExpandEnvironment(configured).substr(0, 256);
+    const std::string directory = LogFolder(configured->second, platform::ExpandEnvironment);
     LogLogFileDir(text.Buffer, text.Time, directory);
     {
         LogMutexHold hold;

@@ -61,12 +61,6 @@ void InsertTime(std::ostream& record)
     record << std::put_time(&calendar, "%H:%M:%S.") << std::setw(6) << std::setfill('0') << now % 1000000;
 }
 
-std::string UserFolder()
-{
-    const char separator = platform::PathSeparator;
-    return std::string("%APPDATA%") + separator + "Kestrix" + separator + "PDUAPI" + separator;
-}
-
 std::string InTemporaryFolder(const char* name)
 {
     return platform::ExpandEnvironment(std::string("%TEMP%") + platform::PathSeparator + name);
@@ -117,10 +111,10 @@ bool CLog::EnsureLevelTable()
 bool CLog::Initialise()
 {
     LogMutexHold hold;
-    const std::string folder = platform::ExpandEnvironment(UserFolder());
+    const std::string folder = platform::ExpandEnvironment(LevelFileFolder(platform::PathSeparator));
     platform::MakeDirectoryChain(folder);
     std::string error;
-    LevelFile().Open(folder + "DEBUG.CFG", SubsystemCount, static_cast<std::int32_t>(DebugLevel::Warn),
+    LevelFile().Open(folder + LevelFileName, SubsystemCount, static_cast<std::int32_t>(DebugLevel::Warn),
                      error);
     if (!error.empty())
         std::fprintf(stderr, "CLog failed to initialise - %s\n", error.c_str());

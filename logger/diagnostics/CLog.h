@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <sstream>
 
-#include "logger/diagnostics/debug_levels.h"
+#include "config/debug_levels.h"
 
 namespace marvane {
 

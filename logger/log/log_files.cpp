@@ -1,5 +1,6 @@
 #include "logger/log/log_files.h"
 
+#include "config/paths.h"
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/log/log_trimming.h"
 #include "logger/state/process_texts.h"
@@ -64,17 +65,10 @@ const bool ForksSeen = (platform::CallAtFork(PrepareForFork, LeaveFork), true);
 
 bool MakeLogDirectory(const std::string& directory)
 {
-    const std::string path = directory.substr(0, 255);
     bool made = true;
-    for (std::size_t start = 0; start < path.size();) {
-        std::size_t end = path.find(platform::PathSeparator, start);
-        if (end == std::string::npos)
-            end = path.size();
-        const std::string prefix = path.substr(0, end);
-        if (!platform::PathExists(prefix) && !platform::MakeDirectory(prefix))
+    for (const std::string& folder : FoldersToMake(directory, platform::PathSeparator))
+        if (!platform::PathExists(folder) && !platform::MakeDirectory(folder))
             made = false;
-        start = end + 1;
-    }
     return made;
 }
 

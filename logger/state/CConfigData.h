@@ -9,8 +9,8 @@
 
 namespace marvane {
 
-/// Reads one configuration file. A line scanner of XML-looking text, not an XML parser: what it accepts
-/// are the substring searches of ProcessConfigurationElement. Lives for one start of the logger.
+/// Reads one configuration file by the rules of config/ and reports each step to the diagnostic log. Lives
+/// for one start of the logger.
 class CConfigData
 {
 public:

@@ -1,7 +1,7 @@
 // The debug levels that the configuration puts in effect for a start of the logger.
 #include <string>
 
-#include "logger/diagnostics/debug_levels.h"
+#include "config/debug_levels.h"
 #include "logger/state/CConfigData.h"
 
 namespace marvane {

@@ -8,58 +8,10 @@
 #include <cstdint>
 #include <string>
 
+#include "config/keys.h"
 #include "pdu/pdu_api.h"
 
 namespace marvane {
-
-/// Numbers of the numeric keys. There is no key 23.
-enum class NumericKey : std::uint8_t
-{
-    LogEnabled = 0,
-    LogFileMaxSize = 1,
-    LogFileMaxNum = 2,
-    LogFlush = 3,
-    LogFnCalls = 4,
-    LogFnDecodeArgs = 5,
-    LogFnDecodeRsps = 6,
-    LogCbCalls = 7,
-    LogCallOuts = 8,
-    LogDoIPComms = 9,
-    LogCommsFile = 10,
-    LogMaxPduBuff = 11,
-    LogNewFileCfg = 12,
-    LogEngineeringMode = 13,
-    AppendLog = 14,
-    CustomerDoIPSupport = 15,
-    CustomerNRCHandling = 16,
-    CustomerAPIHandling = 17,
-    CustomerCLLEvtQTO = 18,
-    CustomerPDUStartCommReconRet = 19,
-    CustomerPDUConnectReconRet = 20,
-    DoIPReconnectDefTO = 21,
-    DoIPFilterNetworks = 22,
-    DoIPTlsRecordSizeLimit = 24,
-    LogTlsSessionKey = 25,
-};
-
-struct NumericKeyName
-{
-    NumericKey Key;
-    const char* Name;
-    std::uint32_t Default;
-};
-
-/// Every numeric key in ascending number: the order of the filling and of the header.
-extern const std::array<NumericKeyName, 25> NumericKeyNames;
-
-struct StringKeyName
-{
-    std::uint8_t Key;
-    const char* Name;
-};
-
-/// Every text key in ascending number. There is no key 28.
-extern const std::array<StringKeyName, 30> StringKeyNames;
 
 /// The keys 24 and 25 share their storage with the event callback for the whole API: 24 is its low half,
 /// 25 its high half. So each start of the logger overwrites the callback, and a header that is written
@@ -87,7 +39,7 @@ void SetSetting(NumericKey key, std::uint32_t value);
 /// True while anything is logged at all. Every log statement tests it.
 inline bool LoggingActive()
 {
-    return Setting(NumericKey::LogEnabled) == 1 || Setting(NumericKey::LogNewFileCfg) == 1;
+    return LoggingActive(Setting(NumericKey::LogEnabled), Setting(NumericKey::LogNewFileCfg));
 }
 
 /// 1 from a good start of the logger to the end of PDUDestruct.

@@ -1,5 +1,6 @@
 #include "logger/target/library_path.h"
 
+#include "config/paths.h"
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
@@ -8,8 +9,6 @@
 namespace marvane {
 
 namespace {
-
-constexpr std::size_t MostPathCharacters = 260;
 
 // A text of the log's statements about start-up: stamp, arrow, text.
 template <class Format, class... Arguments>
@@ -23,19 +22,18 @@ void StartUpLine(LogBuffer& text, const FrameTime& time, Format format, const Ar
 /// Folder of this library with its separator; empty if the module is not found.
 std::string OwnFolder()
 {
-    const platform::ModulePath own = platform::OwnModulePath(MostPathCharacters);
+    const platform::ModulePath own = platform::OwnModulePath(TargetPathLimit);
     if (own.ModuleError != 0) {
         Diagnose({DebugLevel::Error, Subsystem::APP, "logger/logger", "GetLibPath"},
                  "GetModuleHandle Error=", own.ModuleError);
         return {};
     }
-    return own.Path.substr(0, own.Path.rfind(platform::PathSeparator) + 1);
+    return FolderOf(own.Path, platform::PathSeparator);
 }
 
 void SetTargetLibraryPath(const std::string& folder, const std::string& fileName)
 {
-    std::string path = folder.substr(0, MostPathCharacters);
-    path += fileName.substr(0, MostPathCharacters - path.size());
+    const std::string path = JoinTargetPath(folder, fileName);
     LogMutexHold hold;
     TargetLibraryPath = path;
 }
@@ -56,7 +54,7 @@ bool GetLibPath(LogBuffer& text, const FrameTime& time, const CConfigData& confi
     }
     std::string folder;
     config.GetStringValue("InstalledPath", folder);
-    if (folder == ".") {
+    if (IsStandAlone(folder)) {
         if (enabled != 0)
             StartUpLine(text, time, "StandAlone installation"_fmt);
         folder = OwnFolder();

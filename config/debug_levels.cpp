@@ -1,4 +1,4 @@
-#include "logger/diagnostics/debug_levels.h"
+#include "config/debug_levels.h"
 
 #include <array>
 
@@ -46,6 +46,11 @@ std::int32_t LevelNumber(const std::string_view name)
         if (name == LevelLabels[level].Name)
             return static_cast<std::int32_t>(level);
     return -1;
+}
+
+std::string LevelFileFolder(char separator)
+{
+    return std::string("%APPDATA%") + separator + "Kestrix" + separator + "PDUAPI" + separator;
 }
 
 } // namespace marvane

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace marvane {
@@ -53,5 +54,11 @@ const char* SubsystemName(std::uint32_t subsystem);
 
 /// Number of the level of that name, -1 if there is none.
 std::int32_t LevelNumber(std::string_view name);
+
+/// The file of the shared level table: SubsystemCount little-endian 32-bit levels.
+inline constexpr const char* LevelFileName = "DEBUG.CFG";
+
+/// Its folder with a separator at the end, before environment references are expanded.
+std::string LevelFileFolder(char separator);
 
 } // namespace marvane

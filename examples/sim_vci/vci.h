@@ -49,6 +49,7 @@ struct ComPrimitive
     void* Tag = nullptr;
     T_PDU_STATUS Status = PDU_COPST_IDLE;
     SNUM32 Sent = 0;
+    UNUM32 SentAt = 0; ///< when the latest request went out, by the clock of the interface, in microseconds
     std::deque<Bytes> Pending; ///< answers that are still to come
     Clock::time_point Due;
 };

@@ -122,6 +122,7 @@ void Vci::Send(Outbox& outbox, ComPrimitive& primitive, Link& link)
         return Finish(outbox, primitive);
     ++primitive.Sent;
     outbox.Reports.push_back({link.Resource, true, primitive.Data});
+    primitive.SentAt = Now();
     for (Bytes& answer : link.Unit.Answer(primitive.Data))
         primitive.Pending.push_back(std::move(answer));
     if (primitive.ReceiveCycles == 0)
@@ -169,7 +170,7 @@ void Vci::PutResult(Outbox& outbox, const ComPrimitive& primitive, const Link& l
     result->UniqueRespIdentifier = link.UniqueRespId();
     result->AcceptanceId = acceptanceId;
     result->StartMsgTimestamp = Now();
-    result->TxMsgDoneTimestamp = Now();
+    result->TxMsgDoneTimestamp = primitive.SentAt;
     if (primitive.ExtraInfo) {
         result->pExtraInfo = item.New<PDU_EXTRA_INFO>();
         *result->pExtraInfo = {4, 2, item.Bytes({0x00, 0x00, 0x07, 0xE8}), item.Bytes({0x55, 0x55})};

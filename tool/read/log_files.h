@@ -1,0 +1,61 @@
+// The files of a log: which there are, in which order they are read, and reading them.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tool/read/log_reader.h"
+
+namespace marvane::read {
+
+enum class LogFamily : std::uint8_t
+{
+    Api,   ///< D-PDU_API_Logger_...
+    Comms, ///< D-PDU_API_Comms_...
+    Other  ///< named by the user, any other name
+};
+
+struct LogFile
+{
+    std::filesystem::path Path; ///< "-" for standard input
+    LogFamily Family = LogFamily::Other;
+    FileBegin Begin;
+    std::uint64_t Size = 0; ///< in bytes on disk; 0 for standard input
+    bool IsCompressed = false;
+    bool IsStandardInput = false;
+};
+
+/// What a path, folder or pattern led to.
+struct FoundFiles
+{
+    std::vector<LogFile> Files; ///< by time, the API log before the comms log of the same second
+    struct Failure
+    {
+        std::string Path;
+        std::string Reason; ///< one line
+    };
+    std::vector<Failure> Failures;
+};
+
+/// The log files behind `paths`: files, folders (all logs in them, and comms logs beside them with the
+/// folder's name in front), patterns with * and ?, "-". No path is read twice.
+FoundFiles FindLogFiles(const std::vector<std::string>& paths);
+
+/// Of files in their order, those of the newest session: from the last file that begins with a session's
+/// header to the end, with the comms logs of that time.
+std::vector<LogFile> NewestSession(const std::vector<LogFile>& files);
+
+struct ReadOptions
+{
+    /// Only lines from here on are needed: the beginning of a plain file may be skipped. Lines shortly before
+    /// may be read as well, and calls that were open then have no entry.
+    std::optional<LogTime> Since;
+};
+
+/// Feeds a file to the reader, from its beginning to its present end, .gz unpacked. Trouble is reported to
+/// the reader's sink. Returns false if the file could not be read or is no log.
+bool ReadLogFile(const LogFile& file, LogReader& reader, const ReadOptions& options = {});
+
+} // namespace marvane::read

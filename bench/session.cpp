@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "platform/files.h"
+
 namespace marvane::bench {
 
 namespace {

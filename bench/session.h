@@ -8,6 +8,7 @@
 
 #include "bench/target.h"
 #include "logger/target/target_library.h"
+#include "platform/library.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::bench {

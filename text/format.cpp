@@ -6,7 +6,7 @@
 #include <iterator>
 #include <span>
 
-#include "platform/platform.h"
+#include "platform/pointer_text.h"
 #include "text/text_copy.h"
 
 namespace marvane {

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/platform.h"
+#include "platform/files.h"
 #include "tests/support/run_time_format.h"
 
 namespace marvane {

@@ -12,7 +12,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "platform/platform.h"
+#include "platform/pointer_text.h"
 #include "text/format.h"
 #include "text/text_copy.h"
 

@@ -1,5 +1,4 @@
 #include "logger/call/start_stop.h"
-#include "logger/decode/object_names.h"
 
 #include <cstdio>
 #include <stdexcept>
@@ -7,6 +6,7 @@
 
 #include "config/paths.h"
 #include "logger/call/call_frame.h"
+#include "logger/decode/object_names.h"
 #include "logger/diagnostics/CLog.h"
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/diagnostics/diagnostic_pipe.h"
@@ -18,7 +18,8 @@
 #include "logger/state/settings.h"
 #include "logger/target/library_path.h"
 #include "logger/target/target_library.h"
-#include "platform/platform.h"
+#include "platform/environment.h"
+#include "platform/library.h"
 
 namespace marvane {
 

@@ -6,7 +6,11 @@
 
 #include "logger/base/lasting.h"
 #include "logger/diagnostics/CMutexWindows.h"
-#include "platform/platform.h"
+#include "platform/clock.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/process.h"
+#include "platform/shared_words.h"
 
 namespace marvane {
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/platform.h"
+#include "platform/process.h"
 #include "tests/support/diagnostic_log.h"
 
 namespace marvane {

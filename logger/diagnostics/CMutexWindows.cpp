@@ -4,6 +4,7 @@
 
 #include "logger/base/lasting.h"
 #include "logger/diagnostics/CLog.h"
+#include "platform/process.h"
 
 namespace marvane {
 

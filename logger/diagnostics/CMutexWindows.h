@@ -4,7 +4,7 @@
 #include <string>
 
 #include "logger/diagnostics/CMutexBase.h"
-#include "platform/platform.h"
+#include "platform/lock.h"
 
 namespace marvane {
 

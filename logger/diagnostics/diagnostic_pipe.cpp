@@ -5,7 +5,8 @@
 
 #include "logger/diagnostics/CLog.h"
 #include "logger/diagnostics/CMutexWindows.h"
-#include "platform/platform.h"
+#include "platform/environment.h"
+#include "platform/files.h"
 
 namespace marvane {
 

@@ -2,6 +2,10 @@
 
 #include <cstring>
 
+#include "logger/log/thread_stamp.h"
+#include "platform/clock.h"
+#include "platform/process.h"
+
 namespace marvane {
 
 void LogBuffer::Append(const FormattedText& text, LineEnd lineEnd)
@@ -24,19 +28,20 @@ namespace {
 
 constexpr std::size_t MillisecondsColumn = 10;
 
-void PutMilliseconds(char* stamp, unsigned milliseconds)
+void PutMilliseconds(char* stamp, std::uint32_t milliseconds)
 {
     stamp[MillisecondsColumn] = static_cast<char>('0' + milliseconds / 100);
     PutTwoDigits(stamp + MillisecondsColumn + 1, milliseconds % 100);
 }
 
-void ComposeStamp(char* stamp, const platform::LocalTime& time, std::uint32_t thread)
+void ComposeStamp(char* stamp, const platform::TimeOfDay& time, std::uint32_t milliseconds,
+                  std::uint32_t thread)
 {
     PutText(stamp, "{00:00:00.000 - 00000000} ");
     PutTwoDigits(stamp + 1, time.Hour);
     PutTwoDigits(stamp + 4, time.Minute);
     PutTwoDigits(stamp + 7, time.Second);
-    PutMilliseconds(stamp, time.Milliseconds);
+    PutMilliseconds(stamp, milliseconds);
     PutHex(stamp + 16, thread, UpperCase);
 }
 
@@ -46,20 +51,30 @@ FrameTime::FrameTime(std::uint16_t hour, std::uint16_t minute, std::uint16_t sec
                      std::uint16_t milliseconds)
     : isSet_(true)
 {
-    ComposeStamp(stamp_, {hour, minute, second, milliseconds}, platform::CurrentThreadId());
+    ComposeStamp(stamp_, {hour, minute, second}, milliseconds, platform::CurrentThreadId());
+}
+
+ThreadStamp& ThreadStamp::Begin(std::int64_t second)
+{
+    ComposeStamp(text_, platform::LocalTimeOfDay(second), milliseconds_, platform::CurrentThreadId());
+    second_ = second;
+    return *this;
+}
+
+void ThreadStamp::Put(std::uint32_t milliseconds, char* out)
+{
+    if (milliseconds != milliseconds_) {
+        PutMilliseconds(text_, milliseconds);
+        milliseconds_ = milliseconds;
+    }
+    std::memcpy(out, text_, Place);
 }
 
 void FrameTime::Read()
 {
-    platform::ThreadClock& clock = platform::ReadThreadClock();
-    static_assert(sizeof clock.Text == StampPlace);
-    if (clock.Text[0] == 0 || clock.TextMilliseconds != clock.Local.Milliseconds) {
-        if (clock.Text[0] == 0)
-            ComposeStamp(clock.Text, clock.Local, platform::CurrentThreadId());
-        PutMilliseconds(clock.Text, clock.Local.Milliseconds);
-        clock.TextMilliseconds = clock.Local.Milliseconds;
-    }
-    std::memcpy(stamp_, clock.Text, StampPlace);
+    static_assert(ThreadStamp::Place == StampPlace);
+    const platform::Moment now = platform::Now();
+    ThreadStamp::OfThisThread(now.Second).Put(now.Milliseconds, stamp_);
     isSet_ = true;
 }
 

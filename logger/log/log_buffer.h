@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "logger/state/settings.h"
-#include "platform/platform.h"
 #include "text/put_directive.h"
 #include "text/text_copy.h"
 

@@ -5,7 +5,9 @@
 #include "logger/log/log_trimming.h"
 #include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
-#include "platform/platform.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/process.h"
 
 namespace marvane {
 

@@ -8,7 +8,7 @@
 #include "logger/log/log_files.h"
 #include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
-#include "platform/platform.h"
+#include "platform/files.h"
 
 namespace marvane {
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "logger/state/process_texts.h"
-#include "platform/platform.h"
+#include "platform/files.h"
 #include "tests/support/diagnostic_log.h"
 #include "tests/support/logger_state.h"
 

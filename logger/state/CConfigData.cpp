@@ -6,7 +6,9 @@
 #include "config/attribute_line.h"
 #include "config/file_rules.h"
 #include "config/paths.h"
-#include "platform/platform.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/library.h"
 
 namespace marvane {
 

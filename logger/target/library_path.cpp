@@ -4,7 +4,8 @@
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
-#include "platform/platform.h"
+#include "platform/files.h"
+#include "platform/library.h"
 
 namespace marvane {
 

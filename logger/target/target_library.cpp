@@ -6,7 +6,6 @@
 
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/state/process_texts.h"
-#include "platform/platform.h"
 
 namespace marvane {
 

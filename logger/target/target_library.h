@@ -7,7 +7,7 @@
 #include <string>
 
 #include "pdu/pdu_api.h"
-#include "platform/platform.h"
+#include "platform/library.h"
 
 namespace marvane {
 

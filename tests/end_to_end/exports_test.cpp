@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "tests/support/binary_tables.h"
 #include "tests/support/session.h"
 

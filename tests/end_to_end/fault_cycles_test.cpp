@@ -1,6 +1,7 @@
 // Ten thousand sessions in one process.
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "tests/support/process_state.h"
 #include "tests/support/session.h"
 

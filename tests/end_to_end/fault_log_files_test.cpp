@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "tests/support/log_summary.h"
 #include "tests/support/process_state.h"
 #include "tests/support/session.h"

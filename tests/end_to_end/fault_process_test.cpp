@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "tests/support/child_process.h"
 #include "tests/support/log_summary.h"
 #include "tests/support/session.h"

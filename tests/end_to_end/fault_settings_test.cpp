@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/environment.h"
+#include "platform/files.h"
 #include "tests/support/child_process.h"
 #include "tests/support/process_state.h"
 #include "tests/support/session.h"

@@ -1,6 +1,7 @@
 // What a target library may do amiss while it is called.
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {

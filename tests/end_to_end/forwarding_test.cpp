@@ -1,6 +1,7 @@
 // All 29 functions: arguments, results and statuses pass unchanged.
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {

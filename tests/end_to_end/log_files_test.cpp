@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {

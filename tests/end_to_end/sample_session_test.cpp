@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "tests/support/child_program.h"
 #include "tests/support/sample_configuration.h"
 #include "tests/support/session.h"

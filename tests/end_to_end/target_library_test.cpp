@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
+#include "platform/library.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {

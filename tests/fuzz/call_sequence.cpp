@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/process.h"
+
 namespace marvane::testing {
 
 namespace {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/environment.h"
 #include "tests/fuzz/call_sequence.h"
 #include "tests/fuzz/log_text.h"
 

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/environment.h"
+#include "platform/files.h"
+
 namespace marvane::testing {
 
 namespace {

@@ -5,7 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/platform.h"
+#include "platform/environment.h"
+#include "platform/library.h"
 
 #ifdef _WIN32
 #include <windows.h>

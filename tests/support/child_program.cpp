@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "platform/files.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {

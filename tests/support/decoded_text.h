@@ -8,6 +8,7 @@
 
 #include "logger/decode/decode.h"
 #include "logger/decode/object_names.h"
+#include "platform/process.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {

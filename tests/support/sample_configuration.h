@@ -1,6 +1,7 @@
 // The sample configuration, as the build copies it for the tests.
 #pragma once
 
+#include "platform/files.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {

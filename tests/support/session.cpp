@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
+
 namespace marvane::testing {
 
 namespace {

@@ -12,6 +12,7 @@
 
 #include "logger/state/settings.h"
 #include "logger/target/target_library.h"
+#include "platform/library.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/target/fake_target.h"
 

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <random>
 
-#include "platform/platform.h"
+#include "platform/environment.h"
 
 namespace marvane::testing {
 

@@ -1,0 +1,52 @@
+#include "platform/environment.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/files.h"
+#include "tests/support/temporary_folder.h"
+
+namespace marvane {
+namespace {
+
+using testing::EnvironmentValue;
+
+const bool OnLinux = platform::PathSeparator == '/';
+
+TEST(Environment, ReferencesAreReplacedAndUnknownOnesStay)
+{
+    const EnvironmentValue variable("MARVANE_PLATFORM_TEST", "value");
+    EXPECT_EQ(platform::ExpandEnvironment("a %MARVANE_PLATFORM_TEST% b"), "a value b");
+    EXPECT_EQ(platform::ExpandEnvironment("%NO_SUCH_VARIABLE%"), "%NO_SUCH_VARIABLE%");
+    EXPECT_EQ(platform::ExpandEnvironment("%MARVANE_PLATFORM_TEST% 100 %"), "value 100 %");
+    EXPECT_EQ(platform::ExpandEnvironment(""), "");
+}
+
+TEST(Environment, TheTemporaryFolderHasStandIns)
+{
+    if (!OnLinux)
+        GTEST_SKIP() << "the system has its own";
+    const EnvironmentValue none("TEMP", std::nullopt);
+    {
+        const EnvironmentValue other("TMPDIR", "/other");
+        EXPECT_EQ(platform::ExpandEnvironment("%TEMP%/x"), "/other/x");
+    }
+    const EnvironmentValue neither("TMPDIR", std::nullopt);
+    EXPECT_EQ(platform::ExpandEnvironment("%TEMP%/x"), "/tmp/x");
+}
+
+TEST(Environment, TheFolderForSettingsHasStandIns)
+{
+    if (!OnLinux)
+        GTEST_SKIP() << "the system has its own";
+    const EnvironmentValue none("APPDATA", std::nullopt);
+    const EnvironmentValue home("HOME", "/home/me");
+    {
+        const EnvironmentValue other("XDG_CONFIG_HOME", "/config");
+        EXPECT_EQ(platform::ExpandEnvironment("%APPDATA%"), "/config");
+    }
+    const EnvironmentValue neither("XDG_CONFIG_HOME", std::nullopt);
+    EXPECT_EQ(platform::ExpandEnvironment("%APPDATA%"), "/home/me/.config");
+}
+
+} // namespace
+} // namespace marvane

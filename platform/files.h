@@ -1,0 +1,58 @@
+// Folders and files. Paths and file contents are in the system's own narrow encoding.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace marvane::platform {
+
+/// Separator of folders in the configuration path, the log folder and the search pattern.
+extern const char PathSeparator;
+
+bool PathExists(const std::string& path);
+
+/// Creates one folder. True if it was created or something of that name exists.
+bool MakeDirectory(const std::string& path);
+
+/// Creates a folder and its missing parents. Errors are ignored.
+void MakeDirectoryChain(const std::string& path);
+
+/// Names, without folder, of the files (not folders) that match a path whose last part may hold "?" for any
+/// one character. None if nothing matches, not even a folder.
+std::optional<std::vector<std::string>> FindFiles(const std::string& pattern);
+
+/// Removes a file. Errors are ignored.
+void RemoveFile(const std::string& path);
+
+/// An open file without a buffer.
+using File = int;
+inline constexpr File NoFile = -1;
+
+/// Opens a log file for appending, text mode; others can read it meanwhile, child processes do not
+/// inherit it. NoFile on failure.
+File OpenLogFile(const std::string& path);
+
+/// Writes `first`, then `second`, in one system call where possible. Errors are ignored.
+void WriteToFile(File file, std::string_view first, std::string_view second);
+
+/// Bytes that `text` takes in a file, with the system's line ends.
+std::size_t SizeInFile(std::string_view text);
+
+/// Size of a file in bytes, whoever wrote them.
+std::uint64_t FileSize(File file);
+
+void CloseFile(File file);
+
+/// Opens a text file of a fixed name in a temporary folder, "w" or "a". Follows no symbolic link, accepts
+/// only a regular file, is readable by its owner alone, is not inherited. Null on failure.
+std::FILE* OpenTemporaryStream(const std::string& path, const char* mode);
+
+/// Opens a text file for reading, shared with other readers. Null on failure.
+std::FILE* OpenForReading(const std::string& path);
+
+} // namespace marvane::platform

@@ -4,8 +4,6 @@
 namespace marvane::testing {
 namespace {
 
-constexpr const char* Success = "PDU_STATUS_NOERROR (0x0000)";
-
 class ComPrimitiveCalls : public CallTest
 {
 protected:
@@ -89,17 +87,14 @@ TEST_F(ComPrimitiveCalls, AStartIsDecodedWholeAndPassesUnchanged)
         .Call = [&] { return StartPrimitive(); },
         .Seen = {1, 42, PDU_COPT_SENDRECV, 3, Raw(data), Raw(&control), Raw(tag), Raw(&hCoP)},
         .Effect = ReturnHandle(0x12345678),
-        .Status = PDU_STATUS_NOERROR,
-        .StatusText = Success,
         .Arguments = Entry(data, &control, &hCoP),
-        .DecodedArguments = {"", cycles + first + second,
-                             cycles + flagLine + first + matches + second + Payload},
-        .DecodedResults = {"", result, result},
-        .DecodesUnderLogEnabledOnly = true};
+        .Before = OnlyUnderLogEnabled(
+            ArgumentLines(cycles + first + second, cycles + flagLine + first + matches + second + Payload)),
+        .After = ResultLines(result)};
     LoggedCall failure = success;
     failure.Status = PDU_ERR_TX_QUEUE_FULL;
     failure.StatusText = "PDU_ERR_TX_QUEUE_FULL (0x0070)";
-    ExpectUnderAllSettings({success, failure});
+    ExpectAtAllLevels({success, failure});
     EXPECT_EQ(hCoP, 0x12345678u);
     EXPECT_EQ(data[2], 0x90);
     EXPECT_EQ(control.Time, 500u);
@@ -115,37 +110,29 @@ TEST_F(ComPrimitiveCalls, NullForEveryPointerIsForwardedAndOnlyTheControlDataIsM
 {
     const std::string line = "{stamp}    -->  pCoPCtrlData    \t= <NULL>\n";
     const std::string null = PointerText(nullptr);
-    ExpectUnderAllSettings(
+    ExpectAtAllLevels(
         {{.Name = "PDUStartComPrimitive",
           .Call = [&] { return Api().PDUStartComPrimitive(1, 42, 3, 5, nullptr, nullptr, nullptr, nullptr); },
           .Seen = {1, 42, 3, 5, 0, 0, 0, 0},
-          .Effect = nullptr,
-          .Status = PDU_STATUS_NOERROR,
-          .StatusText = Success,
           .Arguments = "(hMod=0x00000001, hCLL=0x0000002A, CoPType=<UNKNOWN> (0x0003), "
                        "\n\t\t\t\tCoPDataSize=5, pCoPData=" +
                        null + ", pCoPCtrlData=" + null + ", pCoPTag=" + null + ", phCoP=" + null + ")",
-          .DecodedArguments = {"", line, line},
-          .DecodesUnderLogEnabledOnly = true}});
+          .Before = OnlyUnderLogEnabled(ArgumentLines(line))}});
 }
 
 TEST_F(ComPrimitiveCalls, APayloadOfNoBytesIsReportedEvenAtLogFnCallsOne)
 {
     const std::string size = "{stamp}    -->        pCoPData: Size\t= <ZERO>\n";
     const std::string lines = std::string(Head) + NoResponses + size;
-    ExpectUnderAllSettings(
-        {{.Name = "PDUStartComPrimitive",
-          .Call = [&] { return StartPrimitive(0); },
-          .Seen = {1, 42, PDU_COPT_SENDRECV, 0, Raw(data), Raw(&control), Raw(tag), Raw(&hCoP)},
-          .Effect = nullptr,
-          .Status = PDU_STATUS_NOERROR,
-          .StatusText = Success,
-          .Arguments = Entry(data, &control, &hCoP, "PDU_COPT_SENDRECV (0x8004)", "0"),
-          .DecodedArguments = {"", lines, lines},
-          .DecodedResults = {"", "{stamp}    <--  hCoP          \t= 0x0000004D\n",
-                             "{stamp}    <--  hCoP          \t= 0x0000004D\n"},
-          .ArgumentsAtCallsOne = {"", size, size},
-          .DecodesUnderLogEnabledOnly = true}});
+    ExpectAtAllLevels({{.Name = "PDUStartComPrimitive",
+                        .Call = [&] { return StartPrimitive(0); },
+                        .Seen = {1, 42, PDU_COPT_SENDRECV, 0, Raw(data), Raw(&control), Raw(tag), Raw(&hCoP)},
+                        .Arguments = Entry(data, &control, &hCoP, "PDU_COPT_SENDRECV (0x8004)", "0"),
+                        .Before = OnlyUnderLogEnabled([&](const Levels& levels) {
+                            const bool sizeAlone = levels.Calls == 1 && levels.Arguments != 0;
+                            return levels.DecodesArguments() ? lines : sizeAlone ? size : "";
+                        }),
+                        .After = ResultLines("{stamp}    <--  hCoP          \t= 0x0000004D\n")}});
 }
 
 TEST_F(ComPrimitiveCalls, CyclesOfMinusOneAndMinusTwoHaveWordsAndAllOthersAreNumbers)
@@ -355,19 +342,15 @@ TEST_F(ComPrimitiveCalls, ACancelAddsItsArgumentLineAndNothingElse)
     const LoggedCall success = {.Name = "PDUCancelComPrimitive",
                                 .Call = [&] { return Api().PDUCancelComPrimitive(1, 42, 0x1234ABCD); },
                                 .Seen = {1, 42, 0x1234ABCD},
-                                .Effect = nullptr,
-                                .Status = PDU_STATUS_NOERROR,
-                                .StatusText = Success,
                                 .Arguments = "(hMod=0x00000001, hCLL=0x0000002A, hCoP=0x1234ABCD)"};
     const LoggedCall failure = {
         .Name = "PDUCancelComPrimitive",
         .Call = [&] { return Api().PDUCancelComPrimitive(0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF); },
         .Seen = {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF},
-        .Effect = nullptr,
         .Status = PDU_ERR_INVALID_HANDLE,
         .StatusText = "PDU_ERR_INVALID_HANDLE (0x0060)",
         .Arguments = "(hMod=<PDU_HANDLE_UNDEF>, hCLL=<PDU_HANDLE_UNDEF>, hCoP=<PDU_HANDLE_UNDEF>)"};
-    ExpectUnderAllSettings({success, failure});
+    ExpectAtAllLevels({success, failure});
 }
 
 TEST_F(ComPrimitiveCalls, ControlDataLargerThanTheBufferIsCutAndTheCallGoesOn)

@@ -4,8 +4,6 @@
 namespace marvane::testing {
 namespace {
 
-constexpr const char* Success = "PDU_STATUS_NOERROR (0x0000)";
-
 class ComParamCalls : public CallTest
 {
 protected:
@@ -60,15 +58,12 @@ TEST_F(ComParamCalls, AParamThatCameBackIsDecodedAsAResult)
         "{stamp}     <<< [NOT YET READ] (id=7): MaxLen\t= 4, ActLen\t= 1\n";
     const std::string bytes = "{stamp}     <<< pDataArray     |00000000 <41>                                 "
                               "              A               |\n";
-    ExpectUnderAllSettings({{.Name = "PDUGetComParam",
-                             .Call = [&] { return Api().PDUGetComParam(1, 42, 7, &paramPlace); },
-                             .Seen = {1, 42, 7, Raw(&paramPlace)},
-                             .Effect = ReturnParam(&param),
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = GetEntry(&paramPlace),
-                             .DecodedArguments = {},
-                             .DecodedResults = {"", lines, lines + bytes}}});
+    ExpectAtAllLevels({{.Name = "PDUGetComParam",
+                        .Call = [&] { return Api().PDUGetComParam(1, 42, 7, &paramPlace); },
+                        .Seen = {1, 42, 7, Raw(&paramPlace)},
+                        .Effect = ReturnParam(&param),
+                        .Arguments = GetEntry(&paramPlace),
+                        .After = ResultLines(lines, lines + bytes)}});
     EXPECT_EQ(paramPlace, &param);
     EXPECT_EQ(param.pComParamData, &field);
     EXPECT_EQ(byte, 0x41);
@@ -86,15 +81,12 @@ TEST_F(ComParamCalls, AParamThatIsSetIsDecodedAsAnArgument)
     const LoggedCall success = {.Name = "PDUSetComParam",
                                 .Call = [&] { return Api().PDUSetComParam(1, 42, &param); },
                                 .Seen = {1, 42, Raw(&param)},
-                                .Effect = nullptr,
-                                .Status = PDU_STATUS_NOERROR,
-                                .StatusText = Success,
                                 .Arguments = SetEntry(&param),
-                                .DecodedArguments = {"", lines, lines + bytes}};
+                                .Before = ArgumentLines(lines, lines + bytes)};
     LoggedCall failure = success;
     failure.Status = PDU_ERR_COMPARAM_LOCKED;
     failure.StatusText = "PDU_ERR_COMPARAM_LOCKED (0x0064)";
-    ExpectUnderAllSettings({success, failure});
+    ExpectAtAllLevels({success, failure});
     EXPECT_EQ(param.ComParamId, 7u);
     EXPECT_EQ(param.ComParamDataType, PDU_PT_BYTEFIELD);
     EXPECT_EQ(param.ComParamClass, PDU_PC_COM);
@@ -112,15 +104,12 @@ TEST_F(ComParamCalls, ATableThatCameBackIsDecodedAsAResult)
         ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_UNUM32 (0x0105), Class = PDU_PC_BUSTYPE (0x0005)\n"
         "{stamp} \t\t <--  [NOT YET READ]                 (id=  7): =\t(u32)    500000\t(0x0007A120)\n"
         "{stamp}    <--  [   2 of    2] - URID = <PDU_ID_UNDEF>, Num params = 0\n";
-    ExpectUnderAllSettings({{.Name = "PDUGetUniqueRespIdTable",
-                             .Call = [&] { return Api().PDUGetUniqueRespIdTable(1, 42, &tablePlace); },
-                             .Seen = {1, 42, Raw(&tablePlace)},
-                             .Effect = ReturnTable(&table),
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = TableEntry(&tablePlace),
-                             .DecodedArguments = {},
-                             .DecodedResults = {"", lines, lines}}});
+    ExpectAtAllLevels({{.Name = "PDUGetUniqueRespIdTable",
+                        .Call = [&] { return Api().PDUGetUniqueRespIdTable(1, 42, &tablePlace); },
+                        .Seen = {1, 42, Raw(&tablePlace)},
+                        .Effect = ReturnTable(&table),
+                        .Arguments = TableEntry(&tablePlace),
+                        .After = ResultLines(lines)}});
     EXPECT_EQ(tablePlace, &table);
 }
 
@@ -136,15 +125,12 @@ TEST_F(ComParamCalls, ATableThatIsSetIsDecodedAsAnArgument)
     const LoggedCall success = {.Name = "PDUSetUniqueRespIdTable",
                                 .Call = [&] { return Api().PDUSetUniqueRespIdTable(1, 42, &table); },
                                 .Seen = {1, 42, Raw(&table)},
-                                .Effect = nullptr,
-                                .Status = PDU_STATUS_NOERROR,
-                                .StatusText = Success,
                                 .Arguments = TableEntry(&table),
-                                .DecodedArguments = {"", lines, lines}};
+                                .Before = ArgumentLines(lines)};
     LoggedCall failure = success;
     failure.Status = PDU_ERR_CLL_NOT_CONNECTED;
     failure.StatusText = "PDU_ERR_CLL_NOT_CONNECTED (0x0040)";
-    ExpectUnderAllSettings({success, failure});
+    ExpectAtAllLevels({success, failure});
     EXPECT_EQ(table.NumEntries, 2u);
     EXPECT_EQ(table.pUniqueData, entries);
     EXPECT_EQ(entries[0].pParams, &baudrate);
@@ -154,24 +140,22 @@ TEST_F(ComParamCalls, ATableThatIsSetIsDecodedAsAnArgument)
 TEST_F(ComParamCalls, AFailedGetDecodesNothingAndReadsNoPointer)
 {
     // The places of both answers fault whoever reads them.
-    ExpectUnderAllSettings(
-        {{.Name = "PDUGetComParam",
-          .Call = [&] { return Api().PDUGetComParam(1, 42, 7, Unreadable<PDU_PARAM_ITEM*>()); },
-          .Seen = {1, 42, 7, 0x10},
-          .Effect = nullptr,
-          .Status = PDU_ERR_COMPARAM_NOT_SUPPORTED,
-          .StatusText = "PDU_ERR_COMPARAM_NOT_SUPPORTED (0x0063)",
-          .Arguments = GetEntry(Unreadable<void>())},
-         {.Name = "PDUGetUniqueRespIdTable",
-          .Call =
-              [&] {
-                  return Api().PDUGetUniqueRespIdTable(1, 42, Unreadable<PDU_UNIQUE_RESP_ID_TABLE_ITEM*>());
-              },
-          .Seen = {1, 42, 0x10},
-          .Effect = nullptr,
-          .Status = PDU_ERR_INVALID_HANDLE,
-          .StatusText = "PDU_ERR_INVALID_HANDLE (0x0060)",
-          .Arguments = TableEntry(Unreadable<void>())}});
+    ExpectAtAllLevels({{.Name = "PDUGetComParam",
+                        .Call = [&] { return Api().PDUGetComParam(1, 42, 7, Unreadable<PDU_PARAM_ITEM*>()); },
+                        .Seen = {1, 42, 7, 0x10},
+                        .Status = PDU_ERR_COMPARAM_NOT_SUPPORTED,
+                        .StatusText = "PDU_ERR_COMPARAM_NOT_SUPPORTED (0x0063)",
+                        .Arguments = GetEntry(Unreadable<void>())},
+                       {.Name = "PDUGetUniqueRespIdTable",
+                        .Call =
+                            [&] {
+                                return Api().PDUGetUniqueRespIdTable(
+                                    1, 42, Unreadable<PDU_UNIQUE_RESP_ID_TABLE_ITEM*>());
+                            },
+                        .Seen = {1, 42, 0x10},
+                        .Status = PDU_ERR_INVALID_HANDLE,
+                        .StatusText = "PDU_ERR_INVALID_HANDLE (0x0060)",
+                        .Arguments = TableEntry(Unreadable<void>())}});
 }
 
 TEST_F(ComParamCalls, AFailedGetWithAValidPlaceDecodesNothing)
@@ -191,37 +175,25 @@ TEST_F(ComParamCalls, NullPlacesAndItemsAreReportedByEachCallInItsOwnWayAndForwa
     const std::string writeBack = "{stamp}    -->  WARNING - pParamItem write-back\t= <NULL>\n";
     const std::string item = "{stamp}    -->  WARNING - pParamItem\t= <NULL>\n";
     const std::string nullTable = "{stamp}    -->  pUniqueRespIdTable\t= <NULL>\n";
-    ExpectUnderAllSettings({{.Name = "PDUGetComParam",
-                             .Call = [&] { return Api().PDUGetComParam(1, 42, 7, nullptr); },
-                             .Seen = {1, 42, 7, 0},
-                             .Effect = nullptr,
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = GetEntry(nullptr),
-                             .DecodedArguments = {"", writeBack, writeBack}},
-                            {.Name = "PDUSetComParam",
-                             .Call = [&] { return Api().PDUSetComParam(1, 42, nullptr); },
-                             .Seen = {1, 42, 0},
-                             .Effect = nullptr,
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = SetEntry(nullptr),
-                             .DecodedArguments = {"", item, item}},
-                            {.Name = "PDUGetUniqueRespIdTable",
-                             .Call = [&] { return Api().PDUGetUniqueRespIdTable(1, 42, nullptr); },
-                             .Seen = {1, 42, 0},
-                             .Effect = nullptr,
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = TableEntry(nullptr)},
-                            {.Name = "PDUSetUniqueRespIdTable",
-                             .Call = [&] { return Api().PDUSetUniqueRespIdTable(1, 42, nullptr); },
-                             .Seen = {1, 42, 0},
-                             .Effect = nullptr,
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = TableEntry(nullptr),
-                             .DecodedArguments = {"", nullTable, nullTable}}});
+    ExpectAtAllLevels({{.Name = "PDUGetComParam",
+                        .Call = [&] { return Api().PDUGetComParam(1, 42, 7, nullptr); },
+                        .Seen = {1, 42, 7, 0},
+                        .Arguments = GetEntry(nullptr),
+                        .Before = ArgumentLines(writeBack)},
+                       {.Name = "PDUSetComParam",
+                        .Call = [&] { return Api().PDUSetComParam(1, 42, nullptr); },
+                        .Seen = {1, 42, 0},
+                        .Arguments = SetEntry(nullptr),
+                        .Before = ArgumentLines(item)},
+                       {.Name = "PDUGetUniqueRespIdTable",
+                        .Call = [&] { return Api().PDUGetUniqueRespIdTable(1, 42, nullptr); },
+                        .Seen = {1, 42, 0},
+                        .Arguments = TableEntry(nullptr)},
+                       {.Name = "PDUSetUniqueRespIdTable",
+                        .Call = [&] { return Api().PDUSetUniqueRespIdTable(1, 42, nullptr); },
+                        .Seen = {1, 42, 0},
+                        .Arguments = TableEntry(nullptr),
+                        .Before = ArgumentLines(nullTable)}});
 }
 
 TEST_F(ComParamCalls, AGetWithANullPlaceAndLogFnDecodeArgsZeroWarnsOfNothingAndIsForwarded)

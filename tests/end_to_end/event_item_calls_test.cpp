@@ -4,8 +4,6 @@
 namespace marvane::testing {
 namespace {
 
-constexpr const char* Success = "PDU_STATUS_NOERROR (0x0000)";
-
 class EventItemCalls : public CallTest
 {
 protected:
@@ -66,15 +64,12 @@ TEST_F(EventItemCalls, AResultIsSummedUpAndDecodedOneLevelDeeper)
                               "{stamp}     <<< DataSize\t\t= 3\n";
     const std::string bytes = "{stamp}     <<< pDataBytes     |00000000 <62 F1 90>                           "
                               "              b..             |\n";
-    ExpectUnderAllSettings({{.Name = "PDUGetEventItem",
-                             .Call = [&] { return Api().PDUGetEventItem(1, 42, &place); },
-                             .Seen = {1, 42, Raw(&place)},
-                             .Effect = Return(&item),
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = Entry(&place),
-                             .DecodedArguments = {},
-                             .DecodedResults = {"", lines, lines + bytes}}});
+    ExpectAtAllLevels({{.Name = "PDUGetEventItem",
+                        .Call = [&] { return Api().PDUGetEventItem(1, 42, &place); },
+                        .Seen = {1, 42, Raw(&place)},
+                        .Effect = Return(&item),
+                        .Arguments = Entry(&place),
+                        .After = ResultLines(lines, lines + bytes)}});
     EXPECT_EQ(place, &item);
     EXPECT_EQ(item.hCop, 9u);
     EXPECT_EQ(item.pData, &result);
@@ -84,14 +79,12 @@ TEST_F(EventItemCalls, AResultIsSummedUpAndDecodedOneLevelDeeper)
 
 TEST_F(EventItemCalls, AnEmptyQueueGivesItsStatusOnlyAndTheItemsPlaceIsNotRead)
 {
-    ExpectUnderAllSettings(
-        {{.Name = "PDUGetEventItem",
-          .Call = [&] { return Api().PDUGetEventItem(1, 42, Unreadable<PDU_EVENT_ITEM*>()); },
-          .Seen = {1, 42, 0x10},
-          .Effect = nullptr,
-          .Status = PDU_ERR_EVENT_QUEUE_EMPTY,
-          .StatusText = "PDU_ERR_EVENT_QUEUE_EMPTY (0x0071)",
-          .Arguments = Entry(Unreadable<void>())}});
+    ExpectAtAllLevels({{.Name = "PDUGetEventItem",
+                        .Call = [&] { return Api().PDUGetEventItem(1, 42, Unreadable<PDU_EVENT_ITEM*>()); },
+                        .Seen = {1, 42, 0x10},
+                        .Status = PDU_ERR_EVENT_QUEUE_EMPTY,
+                        .StatusText = "PDU_ERR_EVENT_QUEUE_EMPTY (0x0071)",
+                        .Arguments = Entry(Unreadable<void>())}});
 }
 
 TEST_F(EventItemCalls, AFailureThatLeavesAnItemShowsNothingOfIt)
@@ -107,27 +100,21 @@ TEST_F(EventItemCalls, AFailureThatLeavesAnItemShowsNothingOfIt)
 
 TEST_F(EventItemCalls, ANullPlaceIsForwardedWithoutAWarning)
 {
-    ExpectUnderAllSettings({{.Name = "PDUGetEventItem",
-                             .Call = [&] { return Api().PDUGetEventItem(1, 42, nullptr); },
-                             .Seen = {1, 42, 0},
-                             .Effect = nullptr,
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = Entry(nullptr)}});
+    ExpectAtAllLevels({{.Name = "PDUGetEventItem",
+                        .Call = [&] { return Api().PDUGetEventItem(1, 42, nullptr); },
+                        .Seen = {1, 42, 0},
+                        .Arguments = Entry(nullptr)}});
 }
 
 TEST_F(EventItemCalls, ASuccessWithoutAnItemIsToldByOneLine)
 {
     const std::string line = "{stamp}    <--  *ppEventItem\t= <NULL>\n";
-    ExpectUnderAllSettings({{.Name = "PDUGetEventItem",
-                             .Call = [&] { return Api().PDUGetEventItem(1, 42, &place); },
-                             .Seen = {1, 42, Raw(&place)},
-                             .Effect = Return(nullptr),
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = Entry(&place),
-                             .DecodedArguments = {},
-                             .DecodedResults = {"", line, line}}});
+    ExpectAtAllLevels({{.Name = "PDUGetEventItem",
+                        .Call = [&] { return Api().PDUGetEventItem(1, 42, &place); },
+                        .Seen = {1, 42, Raw(&place)},
+                        .Effect = Return(nullptr),
+                        .Arguments = Entry(&place),
+                        .After = ResultLines(line)}});
     EXPECT_EQ(place, nullptr);
 }
 
@@ -226,20 +213,16 @@ TEST_F(EventItemCalls, UndefinedHandlesAreNamedAndTheSummaryStandsBehindTheCallO
 
 TEST_F(EventItemCalls, AnItemGivenBackShowsItsPointerAndIsNotLookedAt)
 {
-    ExpectUnderAllSettings({{.Name = "PDUDestroyItem",
-                             .Call = [&] { return Api().PDUDestroyItem(Unreadable<void>()); },
-                             .Seen = {0x10},
-                             .Effect = nullptr,
-                             .Status = PDU_STATUS_NOERROR,
-                             .StatusText = Success,
-                             .Arguments = "(pItem=" + PointerText(Unreadable<void>()) + ")"},
-                            {.Name = "PDUDestroyItem",
-                             .Call = [&] { return Api().PDUDestroyItem(&statusItem); },
-                             .Seen = {Raw(&statusItem)},
-                             .Effect = nullptr,
-                             .Status = PDU_ERR_INVALID_PARAMETERS,
-                             .StatusText = "PDU_ERR_INVALID_PARAMETERS (0x0050)",
-                             .Arguments = "(pItem=" + PointerText(&statusItem) + ")"}});
+    ExpectAtAllLevels({{.Name = "PDUDestroyItem",
+                        .Call = [&] { return Api().PDUDestroyItem(Unreadable<void>()); },
+                        .Seen = {0x10},
+                        .Arguments = "(pItem=" + PointerText(Unreadable<void>()) + ")"},
+                       {.Name = "PDUDestroyItem",
+                        .Call = [&] { return Api().PDUDestroyItem(&statusItem); },
+                        .Seen = {Raw(&statusItem)},
+                        .Status = PDU_ERR_INVALID_PARAMETERS,
+                        .StatusText = "PDU_ERR_INVALID_PARAMETERS (0x0050)",
+                        .Arguments = "(pItem=" + PointerText(&statusItem) + ")"}});
     EXPECT_EQ(statusItem.ItemType, PDU_IT_STATUS);
 }
 

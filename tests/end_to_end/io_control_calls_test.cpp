@@ -1,21 +1,42 @@
 // PDUIoCtl: items on both ways, and the two lines that stand behind no gate.
 #include <gtest/gtest.h>
 
-#include "tests/support/gates.h"
+#include "tests/support/call_test.h"
 
 namespace marvane::testing {
 namespace {
 
-class IoControlCall : public GatedCalls
+class IoControlCall : public RunningCallTest
 {
 protected:
     IoControlCall()
     {
         Fake().Answer = [this](const FakeCall& call) {
-            if (call.Arguments[4])
-                At<PDU_DATA_ITEM*>(call.Arguments[4]) = returned_;
+            Return(call);
             return status_;
         };
+    }
+
+    /// What the target does: hands back its item if there is a place for it.
+    void Return(const FakeCall& call) const
+    {
+        if (call.Arguments[4])
+            At<PDU_DATA_ITEM*>(call.Arguments[4]) = returned_;
+    }
+
+    /// A call with handles 1 and 2 and command 9, whose place holds `held_` before; it has no decoded lines
+    /// yet.
+    LoggedCall Call(PDU_DATA_ITEM* input, PDU_DATA_ITEM** output)
+    {
+        return {.Name = "PDUIoCtl",
+                .Call =
+                    [=, this] {
+                        place_ = held_;
+                        return Api().PDUIoCtl(1, 2, 9, input, output);
+                    },
+                .Seen = {1, 2, 9, Raw(input), Raw(output)},
+                .Effect = [this](const FakeCall& call) { Return(call); },
+                .Arguments = Arguments(input, output)};
     }
 
     /// The argument list of a call with handles 1 and 2, command 9 and these pointers.
@@ -46,6 +67,7 @@ protected:
     T_PDU_ERROR status_ = PDU_STATUS_NOERROR;
     /// The application's pointer, and what it held before.
     PDU_DATA_ITEM* place_ = nullptr;
+    PDU_DATA_ITEM* held_ = nullptr;
 
     const std::string inputLines_ = "{stamp}    -->  pInputData->ItemType\t= PDU_IT_IO_UNUM32 (4096)\n"
                                     "{stamp}    -->  pInputData->pData   \t= " +
@@ -90,27 +112,24 @@ TEST_F(IoControlCall, BothItemsAreShown)
 
 TEST_F(IoControlCall, ItemsStandBehindTheirGatesAndTheOutputPointersBehindNone)
 {
-    const auto call = [&] {
-        place_ = &input_;
-        Api().PDUIoCtl(1, 2, 9, &input_, &place_);
-    };
-    ExpectAtAllGates(session_, call, [&](const Gates& gates) {
-        return ExpectedText({"PDUIoCtl", Arguments(&input_, &place_), "", ""}, gates,
-                            (gates.ArgumentsOpen() ? inputLines_ : "") + PlaceLine(&input_),
-                            OutputLine(&item_) + (gates.ResultsOpen() ? outputLines_ : ""));
-    });
+    held_ = &input_;
+    LoggedCall call = Call(&input_, &place_);
+    call.Before = Join(ArgumentLines(inputLines_), Always(PlaceLine(&input_)));
+    call.After = Join(Always(OutputLine(&item_)), ResultLines(outputLines_));
+    ExpectAtAllLevels({call});
+    EXPECT_EQ(place_, &item_);
 }
 
 TEST_F(IoControlCall, WithNoCallsLoggedThePointerBeforeIsWrittenAndTheOneBehindIsLost)
 {
-    SetGates(session_, {.Calls = 0});
+    Reconfigure(Levels{.Calls = 0});
     EXPECT_EQ(Logged([&] { Api().PDUIoCtl(1, 2, 9, &input_, &place_); }),
               "{stamp}    -->  *ppOutputData\t= " + PointerText(nullptr) + "\n");
 }
 
 TEST_F(IoControlCall, WithoutArgumentListsBothPointersAreWrittenAndNoItem)
 {
-    SetGates(session_, {.Calls = 1});
+    Reconfigure(Levels{.Calls = 1});
     EXPECT_EQ(Logged([&] { Api().PDUIoCtl(1, 2, 9, &input_, &place_); }),
               "{stamp} + PDUIoCtl\n"
               "{stamp}    -->  *ppOutputData\t= " +
@@ -122,7 +141,7 @@ TEST_F(IoControlCall, WithoutArgumentListsBothPointersAreWrittenAndNoItem)
 
 TEST_F(IoControlCall, WithLoggingOffNothingIsWritten)
 {
-    Reconfigure(session_, {{"LogEnabled", "0"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
+    Reconfigure({{"LogEnabled", "0"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
     EXPECT_EQ(Logged([&] { Api().PDUIoCtl(1, 2, 9, &input_, &place_); }), "");
     ExpectSeen("PDUIoCtl", {1, 2, 9, Raw(&input_), Raw(&place_)});
     EXPECT_EQ(place_, &item_);
@@ -130,9 +149,9 @@ TEST_F(IoControlCall, WithLoggingOffNothingIsWritten)
 
 TEST_F(IoControlCall, WithLoggingOffNoPointerIsFollowedUnlessTheCallSucceeds)
 {
-    Reconfigure(session_, {{"LogEnabled", "0"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
+    Reconfigure({{"LogEnabled", "0"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
     const auto wild = reinterpret_cast<PDU_DATA_ITEM*>(std::uintptr_t{8});
-    AnswerWith(PDU_ERR_INVALID_PARAMETERS);
+    AnswerAll(PDU_ERR_INVALID_PARAMETERS);
     EXPECT_EQ(Api().PDUIoCtl(1, 2, 9, wild, reinterpret_cast<PDU_DATA_ITEM**>(wild)),
               PDU_ERR_INVALID_PARAMETERS);
     ExpectSeen("PDUIoCtl", {1, 2, 9, 8, 8});
@@ -141,18 +160,15 @@ TEST_F(IoControlCall, WithLoggingOffNoPointerIsFollowedUnlessTheCallSucceeds)
 TEST_F(IoControlCall, ANullOutputIsAResultBehindItsGate)
 {
     returned_ = nullptr;
-    ExpectAtAllGates(
-        session_, [&] { Api().PDUIoCtl(1, 2, 9, &input_, &place_); },
-        [&](const Gates& gates) {
-            return ExpectedText({"PDUIoCtl", Arguments(&input_, &place_), "", ""}, gates,
-                                (gates.ArgumentsOpen() ? inputLines_ : "") + PlaceLine(nullptr),
-                                gates.ResultsOpen() ? "{stamp}    <--  *ppOutputData\t= <NULL>\n" : "");
-        });
+    LoggedCall call = Call(&input_, &place_);
+    call.Before = Join(ArgumentLines(inputLines_), Always(PlaceLine(nullptr)));
+    call.After = ResultLines("{stamp}    <--  *ppOutputData\t= <NULL>\n");
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(IoControlCall, WithoutDecodedResultsANullOutputHasNoLineAndAnotherStillHasItsPointer)
 {
-    SetGates(session_, {.Arguments = 0, .Results = 0});
+    Reconfigure(Levels{.Arguments = 0, .Results = 0});
     const std::string head = "{stamp} + PDUIoCtl" + Arguments(&input_, &place_) + "\n" + PlaceLine(nullptr);
     EXPECT_EQ(Logged([&] { Api().PDUIoCtl(1, 2, 9, &input_, &place_); }),
               head + OutputLine(&item_) + "{stamp} - PDUIoCtl<PDU_STATUS_NOERROR (0x0000)>\n");
@@ -164,18 +180,11 @@ TEST_F(IoControlCall, WithoutDecodedResultsANullOutputHasNoLineAndAnotherStillHa
 
 TEST_F(IoControlCall, AFailureShowsNothingOfTheOutput)
 {
-    status_ = PDU_ERR_FCT_FAILED;
-    ExpectAtAllGates(
-        session_,
-        [&] {
-            place_ = nullptr;
-            EXPECT_EQ(Api().PDUIoCtl(1, 2, 9, &input_, &place_), PDU_ERR_FCT_FAILED);
-        },
-        [&](const Gates& gates) {
-            return ExpectedText(
-                {"PDUIoCtl", Arguments(&input_, &place_), "", "", "PDU_ERR_FCT_FAILED (0x0001)"}, gates,
-                (gates.ArgumentsOpen() ? inputLines_ : "") + PlaceLine(nullptr), "");
-        });
+    LoggedCall call = Call(&input_, &place_);
+    call.Status = PDU_ERR_FCT_FAILED;
+    call.StatusText = "PDU_ERR_FCT_FAILED (0x0001)";
+    call.Before = Join(ArgumentLines(inputLines_), Always(PlaceLine(nullptr)));
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(IoControlCall, AfterAFailureNothingIsReadThroughTheOutputPointer)
@@ -199,32 +208,24 @@ TEST_F(IoControlCall, WhatTheOutputPointerHeldBeforeIsShownAndNotFollowed)
 
 TEST_F(IoControlCall, ANullInputIsAnArgumentBehindItsGate)
 {
-    const auto call = [&] {
-        place_ = nullptr;
-        Api().PDUIoCtl(1, 2, 9, nullptr, &place_);
-    };
-    ExpectAtAllGates(session_, call, [&](const Gates& gates) {
-        return ExpectedText({"PDUIoCtl", Arguments(nullptr, &place_), "", ""}, gates,
-                            (gates.ArgumentsOpen() ? "{stamp}    -->  pInputData\t= <NULL>\n" : "") +
-                                PlaceLine(nullptr),
-                            OutputLine(&item_) + (gates.ResultsOpen() ? outputLines_ : ""));
-    });
+    LoggedCall call = Call(nullptr, &place_);
+    call.Before = Join(ArgumentLines("{stamp}    -->  pInputData\t= <NULL>\n"), Always(PlaceLine(nullptr)));
+    call.After = Join(Always(OutputLine(&item_)), ResultLines(outputLines_));
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(IoControlCall, ANullPlaceForTheOutputGivesNoLine)
 {
-    ExpectAtAllGates(session_, [&] { Api().PDUIoCtl(1, 2, 9, &input_, nullptr); },
-                     {"PDUIoCtl", Arguments(&input_, nullptr), inputLines_, ""});
+    LoggedCall call = Call(&input_, nullptr);
+    call.Before = ArgumentLines(inputLines_);
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(IoControlCall, NullForInputAndOutputIsForwarded)
 {
-    ExpectAtAllGates(session_,
-                     [&] {
-                         Api().PDUIoCtl(1, 2, 9, nullptr, nullptr);
-                         ExpectSeen("PDUIoCtl", {1, 2, 9, 0, 0});
-                     },
-                     {"PDUIoCtl", Arguments(nullptr, nullptr), "{stamp}    -->  pInputData\t= <NULL>\n", ""});
+    LoggedCall call = Call(nullptr, nullptr);
+    call.Before = ArgumentLines("{stamp}    -->  pInputData\t= <NULL>\n");
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(IoControlCall, ACommandShowsItsShortNameOnceTheApplicationAskedForIt)
@@ -234,13 +235,13 @@ TEST_F(IoControlCall, ACommandShowsItsShortNameOnceTheApplicationAskedForIt)
         return text.substr(0, text.find('\n') + 1);
     };
     EXPECT_EQ(head(), "{stamp} + PDUIoCtl" + Arguments(nullptr, nullptr, "[NOT YET READ]") + "\n");
-    Learn(session_, PDU_OBJT_IO_CTRL, "PDU_IOCTL_READ_VBATT", 9);
+    AskObjectId(PDU_OBJT_IO_CTRL, "PDU_IOCTL_READ_VBATT", 9);
     EXPECT_EQ(head(), "{stamp} + PDUIoCtl" + Arguments(nullptr, nullptr, "PDU_IOCTL_READ_VBATT") + "\n");
 }
 
 TEST_F(IoControlCall, UndefinedHandlesAreNamedAndForwarded)
 {
-    SetGates(session_, {.Arguments = 0});
+    Reconfigure(Levels{.Arguments = 0});
     EXPECT_EQ(Logged([&] { Api().PDUIoCtl(0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, nullptr, nullptr); }),
               "{stamp} + PDUIoCtl(hMod=<PDU_HANDLE_UNDEF>, hCLL=<PDU_HANDLE_UNDEF>, "
               "IoCtlCommandId=4294967295 ([NOT YET READ]), pInputData=" +
@@ -265,16 +266,10 @@ TEST_F(IoControlCall, BytesOfAnItemAreListedFromLevelTwoOn)
                                 "                A.              |\n";
     const std::string bytesOut = "{stamp}    <--  pByteArrayArra |00000000 <41 00>                           "
                                  "                 A.              |\n";
-    const auto call = [&] {
-        place_ = nullptr;
-        Api().PDUIoCtl(1, 2, 9, &input_, &place_);
-    };
-    ExpectAtAllGates(session_, call, [&](const Gates& gates) {
-        return ExpectedText(
-            {"PDUIoCtl", Arguments(&input_, &place_), "", ""}, gates,
-            (gates.ArgumentsOpen() ? input + (gates.Arguments >= 2 ? bytesIn : "") : "") + PlaceLine(nullptr),
-            OutputLine(&item_) + (gates.ResultsOpen() ? output + (gates.Results >= 2 ? bytesOut : "") : ""));
-    });
+    LoggedCall call = Call(&input_, &place_);
+    call.Before = Join(ArgumentLines(input, input + bytesIn), Always(PlaceLine(nullptr)));
+    call.After = Join(Always(OutputLine(&item_)), ResultLines(output, output + bytesOut));
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(IoControlCall, AnItemOfAnUnknownTypeIsForwardedLikeAnyOther)

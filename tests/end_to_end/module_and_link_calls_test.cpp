@@ -4,8 +4,6 @@
 namespace marvane::testing {
 namespace {
 
-constexpr const char* Success = "PDU_STATUS_NOERROR (0x0000)";
-
 class ModuleAndLinkCalls : public CallTest
 {
 protected:
@@ -14,45 +12,41 @@ protected:
     {
         const std::string link = "(hMod=0x00000001, hCLL=0x0000002A)";
         const auto& api = Api();
-        return {
-            {"PDUModuleConnect",
-             [&] { return api.PDUModuleConnect(1); },
-             {1},
-             {},
-             status,
-             text,
-             "(hMod=0x00000001)"},
-            {"PDUModuleDisconnect",
-             [&] { return api.PDUModuleDisconnect(1); },
-             {1},
-             {},
-             status,
-             text,
-             "(hMod=0x00000001)"},
-            {"PDUDestroyComLogicalLink",
-             [&] { return api.PDUDestroyComLogicalLink(1, 42); },
-             {1, 42},
-             {},
-             status,
-             text,
-             link},
-            {"PDUConnect", [&] { return api.PDUConnect(1, 42); }, {1, 42}, {}, status, text, link},
-            {"PDUDisconnect", [&] { return api.PDUDisconnect(1, 42); }, {1, 42}, {}, status, text, link},
-            {"PDULockResource",
-             [&] { return api.PDULockResource(1, 42, 3); },
-             {1, 42, 3},
-             {},
-             status,
-             text,
-             "(hMod=0x00000001, hCLL=0x0000002A, LockMask=3)"},
-            {"PDUUnlockResource",
-             [&] { return api.PDUUnlockResource(1, 42, 0xFFFFFFFF); },
-             {1, 42, 0xFFFFFFFF},
-             {},
-             status,
-             text,
-             "(hMod=0x00000001, hCLL=0x0000002A, LockMask=4294967295)"},
+        std::vector<LoggedCall> calls = {
+            {.Name = "PDUModuleConnect",
+             .Call = [&] { return api.PDUModuleConnect(1); },
+             .Seen = {1},
+             .Arguments = "(hMod=0x00000001)"},
+            {.Name = "PDUModuleDisconnect",
+             .Call = [&] { return api.PDUModuleDisconnect(1); },
+             .Seen = {1},
+             .Arguments = "(hMod=0x00000001)"},
+            {.Name = "PDUDestroyComLogicalLink",
+             .Call = [&] { return api.PDUDestroyComLogicalLink(1, 42); },
+             .Seen = {1, 42},
+             .Arguments = link},
+            {.Name = "PDUConnect",
+             .Call = [&] { return api.PDUConnect(1, 42); },
+             .Seen = {1, 42},
+             .Arguments = link},
+            {.Name = "PDUDisconnect",
+             .Call = [&] { return api.PDUDisconnect(1, 42); },
+             .Seen = {1, 42},
+             .Arguments = link},
+            {.Name = "PDULockResource",
+             .Call = [&] { return api.PDULockResource(1, 42, 3); },
+             .Seen = {1, 42, 3},
+             .Arguments = "(hMod=0x00000001, hCLL=0x0000002A, LockMask=3)"},
+            {.Name = "PDUUnlockResource",
+             .Call = [&] { return api.PDUUnlockResource(1, 42, 0xFFFFFFFF); },
+             .Seen = {1, 42, 0xFFFFFFFF},
+             .Arguments = "(hMod=0x00000001, hCLL=0x0000002A, LockMask=4294967295)"},
         };
+        for (LoggedCall& call : calls) {
+            call.Status = status;
+            call.StatusText = text;
+        }
+        return calls;
     }
 
     /// The target makes a link with this handle.
@@ -104,12 +98,12 @@ protected:
 
 TEST_F(ModuleAndLinkCalls, PlainCallsAddTheirArgumentLineAndNothingElse)
 {
-    ExpectUnderAllSettings(PlainCalls(PDU_STATUS_NOERROR, Success));
+    ExpectAtAllLevels(PlainCalls(PDU_STATUS_NOERROR, "PDU_STATUS_NOERROR (0x0000)"));
 }
 
 TEST_F(ModuleAndLinkCalls, PlainCallsThatFailDifferByTheirStatusOnly)
 {
-    ExpectUnderAllSettings(
+    ExpectAtAllLevels(
         PlainCalls(PDU_ERR_RSC_LOCKED_BY_OTHER_CLL, "PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)"));
 }
 
@@ -123,18 +117,16 @@ TEST_F(ModuleAndLinkCalls, ALinkIsMadeWithItsResourceItsFlagsAndItsHandleInDecim
                                  "                 .               |\n";
     const std::string bitLine = "{stamp} \t\t -->  [00] 0x80 = RawMode\n";
     const std::string result = "{stamp}    <--  phCLL = 305419896\n";
-    ExpectUnderAllSettings(
+    ExpectAtAllLevels(
         {{.Name = "PDUCreateComLogicalLink",
           .Call = [&] { return Api().PDUCreateComLogicalLink(1, &resource, 7, tag, &hCLL, &flags); },
           .Seen = {1, Raw(&resource), 7, Raw(tag), Raw(&hCLL), Raw(&flags)},
           .Effect = [](const FakeCall& call) { At<UNUM32>(call.Arguments[4]) = 0x12345678; },
-          .Status = PDU_STATUS_NOERROR,
-          .StatusText = Success,
           .Arguments = "(hMod=0x00000001, pRscData=" + PointerText(&resource) +
                        ", resourceId=<UNKNOWN> (7), pCLLTag=" + PointerText(tag) +
                        ", phCLL=" + PointerText(&hCLL) + ", pCLLCreateFlag=" + PointerText(&flags) + ")",
-          .DecodedArguments = {"", pinLines + bitLine, pinLines + flagLine + bitLine},
-          .DecodedResults = {"", result, result}}});
+          .Before = ArgumentLines(pinLines + bitLine, pinLines + flagLine + bitLine),
+          .After = ResultLines(result)}});
     EXPECT_EQ(hCLL, 0x12345678u);
     EXPECT_EQ(resource.BusTypeId, 11u);
     EXPECT_EQ(resource.ProtocolId, 12u);
@@ -177,16 +169,13 @@ TEST_F(ModuleAndLinkCalls, NullForEveryPointerOfALinkIsReportedAndForwarded)
     const std::string lines = "{stamp}    -->  pRscData\t= <NULL>\n"
                               "{stamp}    -->  pCLLCreateFlag\t= <NULL>\n" +
                               warning;
-    ExpectUnderAllSettings(
+    ExpectAtAllLevels(
         {{.Name = "PDUCreateComLogicalLink",
           .Call = [&] { return Api().PDUCreateComLogicalLink(1, nullptr, 7, nullptr, nullptr, nullptr); },
           .Seen = {1, 0, 7, 0, 0, 0},
-          .Effect = nullptr,
-          .Status = PDU_STATUS_NOERROR,
-          .StatusText = Success,
           .Arguments = "(hMod=0x00000001, pRscData=" + null + ", resourceId=<UNKNOWN> (7), pCLLTag=" + null +
                        ", phCLL=" + null + ", pCLLCreateFlag=" + null + ")",
-          .DecodedArguments = {"", lines, lines}}});
+          .Before = ArgumentLines(lines)}});
 }
 
 TEST_F(ModuleAndLinkCalls, WithLogFnDecodeArgsZeroANullHandlePlaceGivesNoWarningAndIsForwarded)

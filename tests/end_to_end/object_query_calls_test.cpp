@@ -3,12 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/gates.h"
+#include "tests/support/call_test.h"
 
 namespace marvane::testing {
 namespace {
 
-class ObjectIdCall : public GatedCalls
+class ObjectIdCall : public RunningCallTest
 {
 protected:
     /// Asks for an object of which the target knows this id; the result is the status.
@@ -25,6 +25,16 @@ protected:
         Fake().Answer = nullptr;
         Fake().TakeCalls();
         return result;
+    }
+
+    /// A call for the ComParam's name that stores into `id_`.
+    LoggedCall Call()
+    {
+        return {.Name = "PDUGetObjectId",
+                .Call = [this] { return Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name_, &id_); },
+                .Seen = {PDU_OBJT_COMPARAM, Raw(name_), Raw(&id_)},
+                .Arguments = arguments_,
+                .After = ResultLines("{stamp}    <--  pPduObjectId  \t= 42\n")};
     }
 
     /// How a ComParam shows in the argument list of PDUGetComParam.
@@ -46,7 +56,7 @@ protected:
     /// How a resource shows in the argument list of PDUCreateComLogicalLink.
     std::string ResourceText(UNUM32 id)
     {
-        AnswerWith(PDU_ERR_FCT_FAILED);
+        AnswerAll(PDU_ERR_FCT_FAILED);
         const std::string text =
             Logged([&] { Api().PDUCreateComLogicalLink(1, nullptr, id, nullptr, nullptr, nullptr); });
         Fake().Answer = nullptr;
@@ -89,18 +99,15 @@ TEST_F(ObjectIdCall, TheIdThatCameBackIsShown)
 
 TEST_F(ObjectIdCall, TheIdStandsBehindTheResultGate)
 {
-    ExpectAtAllGates(session_, [&] { Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name_, &id_); },
-                     {"PDUGetObjectId", arguments_, "", "{stamp}    <--  pPduObjectId  \t= 42\n"});
+    ExpectAtAllLevels({Call()});
 }
 
 TEST_F(ObjectIdCall, AFailureShowsWhatThePlaceHeldBefore)
 {
-    AnswerWith(PDU_ERR_INVALID_PARAMETERS);
-    ExpectAtAllGates(
-        session_,
-        [&] { EXPECT_EQ(Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name_, &id_), PDU_ERR_INVALID_PARAMETERS); },
-        {"PDUGetObjectId", arguments_, "", "{stamp}    <--  pPduObjectId  \t= 42\n",
-         "PDU_ERR_INVALID_PARAMETERS (0x0050)"});
+    LoggedCall call = Call();
+    call.Status = PDU_ERR_INVALID_PARAMETERS;
+    call.StatusText = "PDU_ERR_INVALID_PARAMETERS (0x0050)";
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ObjectIdCall, AFailureTeachesNothing)
@@ -131,7 +138,7 @@ TEST_F(ObjectIdCall, ANullPlaceGivesNoLineAndTeachesNothing)
 
 TEST_F(ObjectIdCall, ANullNameIsNamedInTheArguments)
 {
-    AnswerWith(PDU_ERR_INVALID_PARAMETERS);
+    AnswerAll(PDU_ERR_INVALID_PARAMETERS);
     EXPECT_EQ(
         Logged([&] { Api().PDUGetObjectId(PDU_OBJT_RESOURCE, nullptr, &id_); }),
         "{stamp} + PDUGetObjectId(pduObjectType=PDU_OBJT_RESOURCE (0x8026), pShortname=\"<NULL STRING>\", "
@@ -160,8 +167,8 @@ TEST_F(ObjectIdCall, ANullNameTeachesNothing)
 
 TEST_F(ObjectIdCall, AFailureBehindAShutGateReadsNoId)
 {
-    SetGates(session_, {.Results = 0});
-    AnswerWith(PDU_ERR_INVALID_PARAMETERS);
+    Reconfigure(Levels{.Results = 0});
+    AnswerAll(PDU_ERR_INVALID_PARAMETERS);
     const auto wild = reinterpret_cast<UNUM32*>(std::uintptr_t{8});
     EXPECT_EQ(Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name_, wild), PDU_ERR_INVALID_PARAMETERS);
     ExpectSeen("PDUGetObjectId", {0x8024, Raw(name_), 8});
@@ -282,18 +289,18 @@ TEST_F(ObjectIdCall, AnEmptyNameIsAName)
 
 TEST_F(ObjectIdCall, NamesAreLearnedWithLoggingOff)
 {
-    session_.Configure({{"LogEnabled", "0"}});
-    session_.Construct();
+    session.Configure({{"LogEnabled", "0"}});
+    session.Construct();
     EXPECT_EQ(Logged([&] { Ask(PDU_OBJT_COMPARAM, "CP_Baudrate", 7); }), "");
-    SetGates(session_, {});
+    Reconfigure(Levels{});
     EXPECT_EQ(ComParamText(7), "ParamID=CP_Baudrate (7)");
 }
 
 TEST_F(ObjectIdCall, NamesAreLearnedWithNoCallsLogged)
 {
-    SetGates(session_, {.Calls = 0, .Arguments = 0, .Results = 0});
+    Reconfigure(Levels{.Calls = 0, .Arguments = 0, .Results = 0});
     EXPECT_EQ(Logged([&] { Ask(PDU_OBJT_COMPARAM, "CP_Baudrate", 7); }), "");
-    SetGates(session_, {});
+    Reconfigure(Levels{});
     EXPECT_EQ(ComParamText(7), "ParamID=CP_Baudrate (7)");
 }
 
@@ -301,7 +308,7 @@ TEST_F(ObjectIdCall, NamesAreGoneAfterDestruct)
 {
     Ask(PDU_OBJT_COMPARAM, "CP_Baudrate", 7);
     Api().PDUDestruct();
-    SetGates(session_, {});
+    Reconfigure(Levels{});
     EXPECT_EQ(ComParamText(7), "ParamID=[NOT YET READ] (7)");
     Ask(PDU_OBJT_COMPARAM, "CP_P2Max", 7);
     EXPECT_EQ(ComParamText(7), "ParamID=CP_P2Max (7)");
@@ -310,7 +317,7 @@ TEST_F(ObjectIdCall, NamesAreGoneAfterDestruct)
 TEST_F(ObjectIdCall, NamesStayThroughASecondConstruct)
 {
     Ask(PDU_OBJT_COMPARAM, "CP_Baudrate", 7);
-    session_.Construct();
+    session.Construct();
     EXPECT_EQ(ComParamText(7), "ParamID=CP_Baudrate (7)");
 }
 
@@ -334,7 +341,7 @@ TEST_F(ObjectIdCall, ManyThreadsLearnAndShowNamesAtOnce)
         });
     for (std::thread& thread : threads)
         thread.join();
-    const std::string text = session_.Log();
+    const std::string text = session.Log();
     EXPECT_EQ(text.find("[NOT YET READ]"), std::string::npos);
     for (UNUM32 id = 0; id < 200; ++id)
         EXPECT_NE(text.find("ParamID=" + std::to_string(id) + " (" + std::to_string(id) + "), "),
@@ -351,16 +358,33 @@ TEST_F(ObjectIdCall, TheClosingLineOfTheCallOutStandsBeforeTheId)
                   "{stamp} - PDUGetObjectId<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-class ModuleIdsCall : public GatedCalls
+class ModuleIdsCall : public RunningCallTest
 {
 protected:
     ModuleIdsCall()
     {
         Fake().Answer = [this](const FakeCall& call) {
-            if (call.Arguments[0])
-                At<PDU_MODULE_ITEM*>(call.Arguments[0]) = returned_;
+            Return(call);
             return status_;
         };
+    }
+
+    /// What the target does: hands back its item if there is a place for it.
+    void Return(const FakeCall& call) const
+    {
+        if (call.Arguments[0])
+            At<PDU_MODULE_ITEM*>(call.Arguments[0]) = returned_;
+    }
+
+    /// A call with these lines behind it.
+    LoggedCall Call(PDU_MODULE_ITEM** place, LinesAt after)
+    {
+        return {.Name = "PDUGetModuleIds",
+                .Call = [=, this] { return Api().PDUGetModuleIds(place); },
+                .Seen = {Raw(place)},
+                .Effect = [this](const FakeCall& call) { Return(call); },
+                .Arguments = "(pModuleItem=" + PointerText(place) + ")",
+                .After = std::move(after)};
     }
 
     CHAR8 name_[4] = "VCI";
@@ -401,44 +425,34 @@ TEST_F(ModuleIdsCall, TheModulesThatCameBackAreShown)
 
 TEST_F(ModuleIdsCall, TheModulesStandBehindTheResultGate)
 {
-    ExpectAtAllGates(session_, [&] { Api().PDUGetModuleIds(&place_); },
-                     {"PDUGetModuleIds", arguments_, "", lines_});
+    ExpectAtAllLevels({Call(&place_, ResultLines(lines_))});
 }
 
 TEST_F(ModuleIdsCall, AFailureWithModulesShowsNoneOfThem)
 {
-    status_ = PDU_ERR_SHARING_VIOLATION;
-    ExpectAtAllGates(session_, [&] { EXPECT_EQ(Api().PDUGetModuleIds(&place_), PDU_ERR_SHARING_VIOLATION); },
-                     {"PDUGetModuleIds", arguments_, "", "", "PDU_ERR_SHARING_VIOLATION (0x0021)"});
+    LoggedCall call = Call(&place_, Always(""));
+    call.Status = PDU_ERR_SHARING_VIOLATION;
+    call.StatusText = "PDU_ERR_SHARING_VIOLATION (0x0021)";
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ModuleIdsCall, ANullItemIsAResultWhateverTheStatus)
 {
     returned_ = nullptr;
-    const std::string line = "{stamp}    <--  *pModuleItem\t= <NULL>\n";
-    ExpectAtAllGates(session_, [&] { Api().PDUGetModuleIds(&place_); },
-                     {"PDUGetModuleIds", arguments_, "", line});
-    status_ = PDU_ERR_FCT_FAILED;
-    ExpectAtAllGates(session_, [&] { Api().PDUGetModuleIds(&place_); },
-                     {"PDUGetModuleIds", arguments_, "", line, "PDU_ERR_FCT_FAILED (0x0001)"});
+    const LoggedCall success = Call(&place_, ResultLines("{stamp}    <--  *pModuleItem\t= <NULL>\n"));
+    LoggedCall failure = success;
+    failure.Status = PDU_ERR_FCT_FAILED;
+    failure.StatusText = "PDU_ERR_FCT_FAILED (0x0001)";
+    ExpectAtAllLevels({success, failure});
 }
 
 TEST_F(ModuleIdsCall, ANullPlaceIsAnArgumentReportedBehindTheCall)
 {
-    const auto expected = [&](const std::string& status) {
-        return [&, status](const Gates& gates) {
-            return ExpectedText({"PDUGetModuleIds", nullArguments_, "", "", status}, gates, "",
-                                gates.ArgumentsOpen() ? "{stamp}    -->  pModuleItem\t= <NULL>\n" : "");
-        };
-    };
-    ExpectAtAllGates(
-        session_, [&] { Api().PDUGetModuleIds(nullptr); }, expected("PDU_STATUS_NOERROR (0x0000)"));
-    status_ = PDU_ERR_INVALID_PARAMETERS;
-    const auto call = [&] {
-        EXPECT_EQ(Api().PDUGetModuleIds(nullptr), PDU_ERR_INVALID_PARAMETERS);
-        ExpectSeen("PDUGetModuleIds", {0});
-    };
-    ExpectAtAllGates(session_, call, expected("PDU_ERR_INVALID_PARAMETERS (0x0050)"));
+    const LoggedCall success = Call(nullptr, ArgumentLines("{stamp}    -->  pModuleItem\t= <NULL>\n"));
+    LoggedCall failure = success;
+    failure.Status = PDU_ERR_INVALID_PARAMETERS;
+    failure.StatusText = "PDU_ERR_INVALID_PARAMETERS (0x0050)";
+    ExpectAtAllLevels({success, failure});
 }
 
 TEST_F(ModuleIdsCall, AFailureWithANullPlaceStillReportsTheArgumentBehindTheCallOut)

@@ -1,14 +1,23 @@
 // PDUGetResourceStatus, PDUGetResourceIds and PDUGetConflictingResources: records on both ways.
 #include <gtest/gtest.h>
 
-#include "tests/support/gates.h"
+#include "tests/support/call_test.h"
 
 namespace marvane::testing {
 namespace {
 
-class ResourceStatusCall : public GatedCalls
+class ResourceStatusCall : public RunningCallTest
 {
 protected:
+    /// A call with this item, without decoded lines.
+    LoggedCall Call(PDU_RSC_STATUS_ITEM* item)
+    {
+        return {.Name = "PDUGetResourceStatus",
+                .Call = [=, this] { return Api().PDUGetResourceStatus(item); },
+                .Seen = {Raw(item)},
+                .Arguments = "(pResourceStatus=" + PointerText(item) + ")"};
+    }
+
     PDU_RSC_STATUS_DATA entries_[2] = {{1, 400, 0}, {PDU_HANDLE_UNDEF, 0xFFFFFFFE, 0xABCDEF01}};
     PDU_RSC_STATUS_ITEM item_ = {PDU_IT_RSC_STATUS, 2, entries_};
     const std::string arguments_ = "(pResourceStatus=" + PointerText(&item_) + ")";
@@ -36,7 +45,7 @@ TEST_F(ResourceStatusCall, TheEntriesAreShownAsFilledInAndAsTheyCameBack)
         item.pResourceStatusData[1] = {2, 401, 3};
         return PDU_STATUS_NOERROR;
     };
-    Learn(session_, PDU_OBJT_RESOURCE, "RSC_CAN", 400);
+    AskObjectId(PDU_OBJT_RESOURCE, "RSC_CAN", 400);
     EXPECT_EQ(Logged([&] { EXPECT_EQ(Api().PDUGetResourceStatus(&item_), PDU_STATUS_NOERROR); }),
               "{stamp} + PDUGetResourceStatus" + arguments_ +
                   "\n"
@@ -62,48 +71,47 @@ TEST_F(ResourceStatusCall, TheEntriesAreShownAsFilledInAndAsTheyCameBack)
 
 TEST_F(ResourceStatusCall, EachWayHasItsGate)
 {
-    ExpectAtAllGates(session_, [&] { Api().PDUGetResourceStatus(&item_); },
-                     {"PDUGetResourceStatus", arguments_, before_, behind_});
+    LoggedCall call = Call(&item_);
+    call.Before = ArgumentLines(before_);
+    call.After = ResultLines(behind_);
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ResourceStatusCall, AFailureShowsTheEntriesOnTheirWayInOnly)
 {
-    AnswerWith(PDU_ERR_FCT_FAILED);
-    ExpectAtAllGates(session_, [&] { EXPECT_EQ(Api().PDUGetResourceStatus(&item_), PDU_ERR_FCT_FAILED); },
-                     {"PDUGetResourceStatus", arguments_, before_, "", "PDU_ERR_FCT_FAILED (0x0001)"});
+    LoggedCall call = Call(&item_);
+    call.Status = PDU_ERR_FCT_FAILED;
+    call.StatusText = "PDU_ERR_FCT_FAILED (0x0001)";
+    call.Before = ArgumentLines(before_);
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ResourceStatusCall, ANullItemGivesNoLineAndIsForwarded)
 {
-    ExpectAtAllGates(session_,
-                     [&] {
-                         Api().PDUGetResourceStatus(nullptr);
-                         ExpectSeen("PDUGetResourceStatus", {0});
-                     },
-                     {"PDUGetResourceStatus", "(pResourceStatus=" + PointerText(nullptr) + ")", "", ""});
+    ExpectAtAllLevels({Call(nullptr)});
 }
 
 TEST_F(ResourceStatusCall, ACountedEntryOfANullListIsNull)
 {
     item_.NumEntries = 1;
     item_.pResourceStatusData = nullptr;
-    ExpectAtAllGates(session_, [&] { Api().PDUGetResourceStatus(&item_); },
-                     {"PDUGetResourceStatus", arguments_,
-                      "{stamp}    -->  pResourceStatus->ItemType=4352, NumEntries=1\n"
-                      "{stamp}     >>> [0] Entry         \t= <NULL>\n",
-                      "{stamp}    <--  pResourceStatus->NumEntries  = 1\n"
-                      "{stamp}     <<< [0] Entry         \t= <NULL>\n"});
+    LoggedCall call = Call(&item_);
+    call.Before = ArgumentLines("{stamp}    -->  pResourceStatus->ItemType=4352, NumEntries=1\n"
+                                "{stamp}     >>> [0] Entry         \t= <NULL>\n");
+    call.After = ResultLines("{stamp}    <--  pResourceStatus->NumEntries  = 1\n"
+                             "{stamp}     <<< [0] Entry         \t= <NULL>\n");
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ResourceStatusCall, AnEmptyListShowsItsCountsOnly)
 {
     item_ = {0xFFFFFFFF, 0, entries_};
-    const CallText text = {"PDUGetResourceStatus", arguments_,
-                           "{stamp}    -->  pResourceStatus->ItemType=4294967295, NumEntries=0\n",
-                           "{stamp}    <--  pResourceStatus->NumEntries  = 0\n"};
-    EXPECT_EQ(Logged([&] { Api().PDUGetResourceStatus(&item_); }), ExpectedText(text, {}));
+    LoggedCall call = Call(&item_);
+    call.Before = ArgumentLines("{stamp}    -->  pResourceStatus->ItemType=4294967295, NumEntries=0\n");
+    call.After = ResultLines("{stamp}    <--  pResourceStatus->NumEntries  = 0\n");
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceStatus(&item_); }), ExpectedText(call));
     item_.pResourceStatusData = nullptr;
-    EXPECT_EQ(Logged([&] { Api().PDUGetResourceStatus(&item_); }), ExpectedText(text, {}));
+    EXPECT_EQ(Logged([&] { Api().PDUGetResourceStatus(&item_); }), ExpectedText(call));
 }
 
 TEST_F(ResourceStatusCall, TheClosingLineOfTheCallOutStandsBetweenBothWays)
@@ -115,16 +123,32 @@ TEST_F(ResourceStatusCall, TheClosingLineOfTheCallOutStandsBetweenBothWays)
                   "{stamp} - PDUGetResourceStatus<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-class ResourceIdsCall : public GatedCalls
+class ResourceIdsCall : public RunningCallTest
 {
 protected:
     ResourceIdsCall()
     {
         Fake().Answer = [this](const FakeCall& call) {
-            if (call.Arguments[2])
-                At<PDU_RSC_ID_ITEM*>(call.Arguments[2]) = returned_;
-            return status_;
+            Return(call);
+            return PDU_STATUS_NOERROR;
         };
+    }
+
+    /// What the target does: hands back its list if there is a place for it.
+    void Return(const FakeCall& call) const
+    {
+        if (call.Arguments[2])
+            At<PDU_RSC_ID_ITEM*>(call.Arguments[2]) = returned_;
+    }
+
+    /// A call with handle 1, without decoded lines.
+    LoggedCall Call(PDU_RSC_DATA* request, PDU_RSC_ID_ITEM** list)
+    {
+        return {.Name = "PDUGetResourceIds",
+                .Call = [=, this] { return Api().PDUGetResourceIds(1, request, list); },
+                .Seen = {1, Raw(request), Raw(list)},
+                .Effect = [this](const FakeCall& call) { Return(call); },
+                .Arguments = Arguments(request, list)};
     }
 
     /// The argument list of a call with handle 1, the request and this place for the list.
@@ -151,21 +175,13 @@ protected:
         return "{stamp}     <<< pRsrcIdLst->pResourceIdDataArray[" + index + "]\n";
     }
 
-    /// The answer's lines under some gates, or none of them while LogEnabled is not 1.
-    std::string Behind(const Gates& gates) const
+    /// The lines of the answer: headers count as results, contents as arguments.
+    LinesAt After() const
     {
-        if (gates.Enabled != 1)
-            return "";
-        std::string text;
-        if (gates.ResultsOpen())
-            text += HeaderLines("PDU_IT_RSC_ID (0x1400)", "2") + IndexLine("00");
-        if (gates.ArgumentsOpen())
-            text += firstContents_;
-        if (gates.ResultsOpen())
-            text += IndexLine("01");
-        if (gates.ArgumentsOpen())
-            text += secondContents_;
-        return text;
+        const std::string header = HeaderLines("PDU_IT_RSC_ID (0x1400)", "2");
+        return OnlyUnderLogEnabled(
+            Join(Join(ResultLines(header + IndexLine("00")), ArgumentLines(firstContents_)),
+                 Join(ResultLines(IndexLine("01")), ArgumentLines(secondContents_))));
     }
 
     PDU_PIN_DATA pin_ = {6, 300};
@@ -175,7 +191,6 @@ protected:
     PDU_RSC_ID_ITEM item_ = {PDU_IT_RSC_ID, 2, modules_};
     /// What the target answers with.
     PDU_RSC_ID_ITEM* returned_ = &item_;
-    T_PDU_ERROR status_ = PDU_STATUS_NOERROR;
     /// The application's pointer.
     PDU_RSC_ID_ITEM* place_ = nullptr;
 
@@ -198,10 +213,10 @@ protected:
 
 TEST_F(ResourceIdsCall, TheRequestAndTheIdsThatCameBackAreShown)
 {
-    Learn(session_, PDU_OBJT_BUSTYPE, "ISO_11898", 200);
-    Learn(session_, PDU_OBJT_PROTOCOL, "ISO_UDS", 100);
-    Learn(session_, PDU_OBJT_PINTYPE, "HI", 300);
-    Learn(session_, PDU_OBJT_RESOURCE, "RSC_CAN", 400);
+    AskObjectId(PDU_OBJT_BUSTYPE, "ISO_11898", 200);
+    AskObjectId(PDU_OBJT_PROTOCOL, "ISO_UDS", 100);
+    AskObjectId(PDU_OBJT_PINTYPE, "HI", 300);
+    AskObjectId(PDU_OBJT_RESOURCE, "RSC_CAN", 400);
     EXPECT_EQ(Logged([&] { EXPECT_EQ(Api().PDUGetResourceIds(1, &request_, &place_), PDU_STATUS_NOERROR); }),
               "{stamp} + PDUGetResourceIds(hMod=0x00000001, pResourceIdData=" + PointerText(&request_) +
                   ", pResourceIdList=" + PointerText(&place_) +
@@ -228,17 +243,15 @@ TEST_F(ResourceIdsCall, TheRequestAndTheIdsThatCameBackAreShown)
 
 TEST_F(ResourceIdsCall, HeadersFollowTheResultGateAndContentsTheArgumentGate)
 {
-    ExpectAtAllGates(
-        session_, [&] { Api().PDUGetResourceIds(1, &request_, &place_); },
-        [&](const Gates& gates) {
-            return ExpectedText({"PDUGetResourceIds", Arguments(&request_, &place_), "", ""}, gates,
-                                gates.ArgumentsOpen() ? before_ : "", Behind(gates));
-        });
+    LoggedCall call = Call(&request_, &place_);
+    call.Before = ArgumentLines(before_);
+    call.After = After();
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ResourceIdsCall, DecodedResultsAloneShowHeadersAndIndicesWithoutContents)
 {
-    SetGates(session_, {.Arguments = 0, .Results = 1});
+    Reconfigure(Levels{.Arguments = 0, .Results = 1});
     EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
               "{stamp} + PDUGetResourceIds" + Arguments(&request_, &place_) +
                   "\n"
@@ -254,7 +267,7 @@ TEST_F(ResourceIdsCall, DecodedResultsAloneShowHeadersAndIndicesWithoutContents)
 
 TEST_F(ResourceIdsCall, DecodedArgumentsAloneShowContentsWithoutHeaders)
 {
-    SetGates(session_, {.Arguments = 1, .Results = 0});
+    Reconfigure(Levels{.Arguments = 1, .Results = 0});
     EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
               "{stamp} + PDUGetResourceIds" + Arguments(&request_, &place_) + "\n" + before_ +
                   firstContents_ + secondContents_ +
@@ -263,7 +276,7 @@ TEST_F(ResourceIdsCall, DecodedArgumentsAloneShowContentsWithoutHeaders)
 
 TEST_F(ResourceIdsCall, LogNewFileCfgAloneShowsTheRequestAndNothingOfTheAnswer)
 {
-    SetGates(session_, {.Enabled = 0});
+    Reconfigure(Levels{.Enabled = 0, .NewFile = 1});
     EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
               "{stamp} + PDUGetResourceIds" + Arguments(&request_, &place_) + "\n" + before_ +
                   "{stamp} - PDUGetResourceIds<PDU_STATUS_NOERROR (0x0000)>\n");
@@ -271,47 +284,36 @@ TEST_F(ResourceIdsCall, LogNewFileCfgAloneShowsTheRequestAndNothingOfTheAnswer)
 
 TEST_F(ResourceIdsCall, AFailureShowsTheRequestOnly)
 {
-    status_ = PDU_ERR_ID_NOT_SUPPORTED;
-    ExpectAtAllGates(
-        session_,
-        [&] { EXPECT_EQ(Api().PDUGetResourceIds(1, &request_, &place_), PDU_ERR_ID_NOT_SUPPORTED); },
-        {"PDUGetResourceIds", Arguments(&request_, &place_), before_, "",
-         "PDU_ERR_ID_NOT_SUPPORTED (0x0062)"});
+    LoggedCall call = Call(&request_, &place_);
+    call.Status = PDU_ERR_ID_NOT_SUPPORTED;
+    call.StatusText = "PDU_ERR_ID_NOT_SUPPORTED (0x0062)";
+    call.Before = ArgumentLines(before_);
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ResourceIdsCall, ANullRequestIsReported)
 {
-    ExpectAtAllGates(
-        session_, [&] { Api().PDUGetResourceIds(1, nullptr, &place_); },
-        [&](const Gates& gates) {
-            return ExpectedText({"PDUGetResourceIds", Arguments(nullptr, &place_), "", ""}, gates,
-                                gates.ArgumentsOpen() ? "{stamp}    -->  pResourceIdData\t= <NULL>\n" : "",
-                                Behind(gates));
-        });
+    LoggedCall call = Call(nullptr, &place_);
+    call.Before = ArgumentLines("{stamp}    -->  pResourceIdData\t= <NULL>\n");
+    call.After = After();
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ResourceIdsCall, ANullPlaceGivesNoLineBehindTheCall)
 {
-    ExpectAtAllGates(session_,
-                     [&] {
-                         Api().PDUGetResourceIds(1, &request_, nullptr);
-                         ExpectSeen("PDUGetResourceIds", {1, Raw(&request_), 0});
-                     },
-                     {"PDUGetResourceIds", Arguments(&request_, nullptr), before_, ""});
+    LoggedCall call = Call(&request_, nullptr);
+    call.Before = ArgumentLines(before_);
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ResourceIdsCall, ANullListShowsThePlaceAndNoMore)
 {
     returned_ = nullptr;
-    ExpectAtAllGates(
-        session_, [&] { Api().PDUGetResourceIds(1, &request_, &place_); },
-        [&](const Gates& gates) {
-            return ExpectedText({"PDUGetResourceIds", Arguments(&request_, &place_), "", ""}, gates,
-                                gates.ArgumentsOpen() ? before_ : "",
-                                gates.ResultsOpen() && gates.Enabled == 1
-                                    ? "{stamp}    <--  pResourceIdList\t= " + PointerText(&place_) + "\n"
-                                    : "");
-        });
+    LoggedCall call = Call(&request_, &place_);
+    call.Before = ArgumentLines(before_);
+    call.After =
+        OnlyUnderLogEnabled(ResultLines("{stamp}    <--  pResourceIdList\t= " + PointerText(&place_) + "\n"));
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ResourceIdsCall, AnItemTypeWithoutANameIsNull)
@@ -335,7 +337,7 @@ TEST_F(ResourceIdsCall, ACountedModuleOfANullListIsNull)
 
 TEST_F(ResourceIdsCall, AnUndefinedModuleIsNamedAndForwarded)
 {
-    SetGates(session_, {.Arguments = 0, .Results = 0});
+    Reconfigure(Levels{.Arguments = 0, .Results = 0});
     EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(0xFFFFFFFF, &request_, nullptr); }),
               "{stamp} + PDUGetResourceIds(hMod=<PDU_HANDLE_UNDEF>, pResourceIdData=" +
                   PointerText(&request_) + ", pResourceIdList=" + PointerText(nullptr) +
@@ -343,16 +345,32 @@ TEST_F(ResourceIdsCall, AnUndefinedModuleIsNamedAndForwarded)
     ExpectSeen("PDUGetResourceIds", {0xFFFFFFFF, Raw(&request_), 0});
 }
 
-class ConflictsCall : public GatedCalls
+class ConflictsCall : public RunningCallTest
 {
 protected:
     ConflictsCall()
     {
         Fake().Answer = [this](const FakeCall& call) {
-            if (call.Arguments[2])
-                At<PDU_RSC_CONFLICT_ITEM*>(call.Arguments[2]) = returned_;
-            return status_;
+            Return(call);
+            return PDU_STATUS_NOERROR;
         };
+    }
+
+    /// What the target does: hands back its list if there is a place for it.
+    void Return(const FakeCall& call) const
+    {
+        if (call.Arguments[2])
+            At<PDU_RSC_CONFLICT_ITEM*>(call.Arguments[2]) = returned_;
+    }
+
+    /// A call for resource 400, without decoded lines.
+    LoggedCall Call(PDU_MODULE_ITEM* modules, PDU_RSC_CONFLICT_ITEM** conflicts)
+    {
+        return {.Name = "PDUGetConflictingResources",
+                .Call = [=, this] { return Api().PDUGetConflictingResources(400, modules, conflicts); },
+                .Seen = {400, Raw(modules), Raw(conflicts)},
+                .Effect = [this](const FakeCall& call) { Return(call); },
+                .Arguments = Arguments(modules, conflicts)};
     }
 
     /// The argument list of a call for resource 400.
@@ -382,26 +400,18 @@ protected:
         return "{stamp} \t\t  <<< pRsrcIdLst->pCnflctLst[" + index + "] @ " + PointerText(entry) + "\n";
     }
 
-    /// The lines before the call-out and behind it under some gates.
-    std::string Before(const Gates& gates) const
+    LinesAt Before() const { return OnlyUnderLogEnabled(ArgumentLines(before_)); }
+    /// The lines of the answer: headers count as results, contents as arguments.
+    LinesAt After() const
     {
-        return gates.Enabled == 1 && gates.ArgumentsOpen() ? before_ : "";
-    }
-    std::string Behind(const Gates& gates) const
-    {
-        if (gates.Enabled != 1)
-            return "";
-        std::string text;
-        if (gates.ResultsOpen())
-            text += HeaderLines("PDU_IT_RSC_CONFLICT (0x1500)", "2") + IndexLine("00", &conflicts_[0]);
-        if (gates.ArgumentsOpen())
-            text += "{stamp} \t\t  >>> pConflictData:\t\thMod=0x00000001, ResourceId=<UNKNOWN>(401)\n";
-        if (gates.ResultsOpen())
-            text += IndexLine("01", &conflicts_[1]);
-        if (gates.ArgumentsOpen())
-            text += "{stamp} \t\t  >>> pConflictData:\t\thMod=<PDU_HANDLE_UNDEF>, "
-                    "ResourceId=<UNKNOWN>(4294967295)\n";
-        return text;
+        const std::string header = HeaderLines("PDU_IT_RSC_CONFLICT (0x1500)", "2");
+        return OnlyUnderLogEnabled(
+            Join(Join(ResultLines(header + IndexLine("00", &conflicts_[0])),
+                      ArgumentLines("{stamp} \t\t  >>> pConflictData:\t\thMod=0x00000001, "
+                                    "ResourceId=<UNKNOWN>(401)\n")),
+                 Join(ResultLines(IndexLine("01", &conflicts_[1])),
+                      ArgumentLines("{stamp} \t\t  >>> pConflictData:\t\thMod=<PDU_HANDLE_UNDEF>, "
+                                    "ResourceId=<UNKNOWN>(4294967295)\n"))));
     }
 
     CHAR8 name_[4] = "VCI";
@@ -411,7 +421,6 @@ protected:
     PDU_RSC_CONFLICT_ITEM item_ = {PDU_IT_RSC_CONFLICT, 2, conflicts_};
     /// What the target answers with.
     PDU_RSC_CONFLICT_ITEM* returned_ = &item_;
-    T_PDU_ERROR status_ = PDU_STATUS_NOERROR;
     /// The application's pointer.
     PDU_RSC_CONFLICT_ITEM* place_ = nullptr;
 
@@ -430,8 +439,8 @@ protected:
 
 TEST_F(ConflictsCall, TheModulesAndTheConflictsThatCameBackAreShown)
 {
-    Learn(session_, PDU_OBJT_RESOURCE, "RSC_CAN", 400);
-    Learn(session_, PDU_OBJT_RESOURCE, "RSC_KLINE", 401);
+    AskObjectId(PDU_OBJT_RESOURCE, "RSC_CAN", 400);
+    AskObjectId(PDU_OBJT_RESOURCE, "RSC_KLINE", 401);
     EXPECT_EQ(
         Logged(
             [&] { EXPECT_EQ(Api().PDUGetConflictingResources(400, &input_, &place_), PDU_STATUS_NOERROR); }),
@@ -459,17 +468,15 @@ TEST_F(ConflictsCall, TheModulesAndTheConflictsThatCameBackAreShown)
 
 TEST_F(ConflictsCall, HeadersFollowTheResultGateAndContentsTheArgumentGate)
 {
-    ExpectAtAllGates(
-        session_, [&] { Api().PDUGetConflictingResources(400, &input_, &place_); },
-        [&](const Gates& gates) {
-            return ExpectedText({"PDUGetConflictingResources", Arguments(&input_, &place_), "", ""}, gates,
-                                Before(gates), Behind(gates));
-        });
+    LoggedCall call = Call(&input_, &place_);
+    call.Before = Before();
+    call.After = After();
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ConflictsCall, LogNewFileCfgAloneShowsTheEntryLineAndNoDecodedLine)
 {
-    SetGates(session_, {.Enabled = 0});
+    Reconfigure(Levels{.Enabled = 0, .NewFile = 1});
     EXPECT_EQ(Logged([&] { Api().PDUGetConflictingResources(400, &input_, &place_); }),
               "{stamp} + PDUGetConflictingResources" + Arguments(&input_, &place_) +
                   "\n{stamp} - PDUGetConflictingResources<PDU_STATUS_NOERROR (0x0000)>\n");
@@ -478,58 +485,35 @@ TEST_F(ConflictsCall, LogNewFileCfgAloneShowsTheEntryLineAndNoDecodedLine)
 
 TEST_F(ConflictsCall, AFailureShowsTheModulesOnly)
 {
-    status_ = PDU_ERR_RESOURCE_ERROR;
-    ExpectAtAllGates(
-        session_,
-        [&] { EXPECT_EQ(Api().PDUGetConflictingResources(400, &input_, &place_), PDU_ERR_RESOURCE_ERROR); },
-        [&](const Gates& gates) {
-            return ExpectedText({"PDUGetConflictingResources", Arguments(&input_, &place_), "", "",
-                                 "PDU_ERR_RESOURCE_ERROR (0x0032)"},
-                                gates, Before(gates), "");
-        });
+    LoggedCall call = Call(&input_, &place_);
+    call.Status = PDU_ERR_RESOURCE_ERROR;
+    call.StatusText = "PDU_ERR_RESOURCE_ERROR (0x0032)";
+    call.Before = Before();
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ConflictsCall, ANullListOfModulesGivesNoLineBeforeTheCall)
 {
-    ExpectAtAllGates(
-        session_,
-        [&] {
-            Api().PDUGetConflictingResources(400, nullptr, &place_);
-            ExpectSeen("PDUGetConflictingResources", {400, 0, Raw(&place_)});
-        },
-        [&](const Gates& gates) {
-            return ExpectedText({"PDUGetConflictingResources", Arguments(nullptr, &place_), "", ""}, gates,
-                                "", Behind(gates));
-        });
+    LoggedCall call = Call(nullptr, &place_);
+    call.After = After();
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ConflictsCall, ANullPlaceGivesNoLineBehindTheCall)
 {
-    ExpectAtAllGates(
-        session_,
-        [&] {
-            Api().PDUGetConflictingResources(400, &input_, nullptr);
-            ExpectSeen("PDUGetConflictingResources", {400, Raw(&input_), 0});
-        },
-        [&](const Gates& gates) {
-            return ExpectedText({"PDUGetConflictingResources", Arguments(&input_, nullptr), "", ""}, gates,
-                                Before(gates), "");
-        });
+    LoggedCall call = Call(&input_, nullptr);
+    call.Before = Before();
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ConflictsCall, ANullListOfConflictsShowsBothPointersAndNoMore)
 {
     returned_ = nullptr;
-    ExpectAtAllGates(
-        session_, [&] { Api().PDUGetConflictingResources(400, nullptr, &place_); },
-        [&](const Gates& gates) {
-            return ExpectedText(
-                {"PDUGetConflictingResources", Arguments(nullptr, &place_), "", ""}, gates, "",
-                gates.ResultsOpen() && gates.Enabled == 1
-                    ? "{stamp}    <--  pOutputConflictList\t=" + PointerText(&place_) +
-                          "\n{stamp}     <<< pConflictList  \t= " + PointerText(nullptr) + "\n"
-                    : "");
-        });
+    LoggedCall call = Call(nullptr, &place_);
+    call.After = OnlyUnderLogEnabled(
+        ResultLines("{stamp}    <--  pOutputConflictList\t=" + PointerText(&place_) +
+                    "\n{stamp}     <<< pConflictList  \t= " + PointerText(nullptr) + "\n"));
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(ConflictsCall, AListOfModulesMayBeEmptyOrNull)
@@ -562,7 +546,7 @@ TEST_F(ConflictsCall, AListOfConflictsMayBeEmptyOrNull)
 
 TEST_F(ConflictsCall, TheResourceIsABareNumber)
 {
-    Learn(session_, PDU_OBJT_RESOURCE, "RSC_CAN", 0xFFFFFFFE);
+    AskObjectId(PDU_OBJT_RESOURCE, "RSC_CAN", 0xFFFFFFFE);
     EXPECT_EQ(Logged([&] { Api().PDUGetConflictingResources(0xFFFFFFFE, nullptr, nullptr); }),
               "{stamp} + PDUGetConflictingResources(resourceId=4294967294, pInputModuleList=" +
                   PointerText(nullptr) + ", pOutputConflictList=" + PointerText(nullptr) +
@@ -571,7 +555,7 @@ TEST_F(ConflictsCall, TheResourceIsABareNumber)
 }
 
 /// With shut gates the target alone decides whether a pointer is followed.
-class ResourceQueryPointers : public GatedCalls
+class ResourceQueryPointers : public RunningCallTest
 {
 protected:
     void ExpectNoneFollowed(T_PDU_ERROR status)
@@ -579,7 +563,7 @@ protected:
         const auto wild = reinterpret_cast<PDU_RSC_STATUS_ITEM*>(std::uintptr_t{8});
         const auto request = reinterpret_cast<PDU_RSC_DATA*>(wild);
         const auto modules = reinterpret_cast<PDU_MODULE_ITEM*>(wild);
-        AnswerWith(status);
+        AnswerAll(status);
         EXPECT_EQ(Api().PDUGetResourceStatus(wild), status);
         EXPECT_EQ(Api().PDUGetResourceIds(1, request, reinterpret_cast<PDU_RSC_ID_ITEM**>(wild)), status);
         EXPECT_EQ(
@@ -591,17 +575,17 @@ protected:
 
 TEST_F(ResourceQueryPointers, AreNotFollowedWithLoggingOff)
 {
-    Reconfigure(session_, {{"LogEnabled", "0"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
+    Reconfigure({{"LogEnabled", "0"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
     ExpectNoneFollowed(PDU_STATUS_NOERROR);
     ExpectNoneFollowed(PDU_ERR_INVALID_PARAMETERS);
 }
 
 TEST_F(ResourceQueryPointers, AreNotFollowedBehindShutGates)
 {
-    SetGates(session_, {.Arguments = 0, .Results = 0});
+    Reconfigure(Levels{.Arguments = 0, .Results = 0});
     ExpectNoneFollowed(PDU_STATUS_NOERROR);
     ExpectNoneFollowed(PDU_ERR_INVALID_PARAMETERS);
-    SetGates(session_, {.Calls = 1});
+    Reconfigure(Levels{.Calls = 1});
     ExpectNoneFollowed(PDU_STATUS_NOERROR);
 }
 

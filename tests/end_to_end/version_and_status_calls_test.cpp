@@ -3,16 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/gates.h"
+#include "tests/support/call_test.h"
 
 namespace marvane::testing {
 namespace {
 
-class VersionCall : public GatedCalls
+class VersionCall : public RunningCallTest
 {
 protected:
-    static constexpr const char* Failure = "PDU_ERR_INVALID_HANDLE (0x0060)";
-
     /// What the fake target knows of itself.
     static PDU_VERSION_DATA KnownVersion()
     {
@@ -53,11 +51,14 @@ protected:
                "{stamp}    <--  PDUApiSwDate             \t= 00/00/1970 (week 0)\n";
     }
 
-    /// The text of a call with handle 1 and the version's own place.
-    CallText Text() const
+    /// A call with handle 1 that shows the version as it is.
+    LoggedCall Call()
     {
-        return {"PDUGetVersion", "(hMod=0x00000001, pVersionData=" + PointerText(&version_) + ")", "",
-                KnownLines()};
+        return {.Name = "PDUGetVersion",
+                .Call = [this] { return Api().PDUGetVersion(1, &version_); },
+                .Seen = {1, Raw(&version_)},
+                .Arguments = "(hMod=0x00000001, pVersionData=" + PointerText(&version_) + ")",
+                .After = ResultLines(KnownLines())};
     }
 
     PDU_VERSION_DATA version_ = KnownVersion();
@@ -80,23 +81,21 @@ TEST_F(VersionCall, FourteenLinesShowWhatCameBack)
 
 TEST_F(VersionCall, TheVersionStandsBehindTheResultGate)
 {
-    ExpectAtAllGates(
-        session_, [&] { Api().PDUGetVersion(1, &version_); }, Text());
+    ExpectAtAllLevels({Call()});
 }
 
 TEST_F(VersionCall, AFailureShowsNoVersionOnlyItsStatus)
 {
-    CallText text = Text();
-    text.ResultLines = "";
-    text.Status = Failure;
-    AnswerWith(PDU_ERR_INVALID_HANDLE);
-    ExpectAtAllGates(
-        session_, [&] { EXPECT_EQ(Api().PDUGetVersion(1, &version_), PDU_ERR_INVALID_HANDLE); }, text);
+    LoggedCall call = Call();
+    call.Status = PDU_ERR_INVALID_HANDLE;
+    call.StatusText = "PDU_ERR_INVALID_HANDLE (0x0060)";
+    call.After = Always("");
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(VersionCall, WithoutDecodedResultsThereIsNoVersion)
 {
-    SetGates(session_, {.Results = 0});
+    Reconfigure(Levels{.Results = 0});
     EXPECT_EQ(Logged([&] { Api().PDUGetVersion(1, &version_); }),
               "{stamp} + PDUGetVersion(hMod=0x00000001, pVersionData=" + PointerText(&version_) +
                   ")\n{stamp} - PDUGetVersion<PDU_STATUS_NOERROR (0x0000)>\n");
@@ -154,7 +153,7 @@ TEST_F(VersionCall, TheClosingLineOfTheCallOutStandsBeforeTheVersion)
                   "{stamp} - PDUGetVersion<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-class StatusCall : public GatedCalls
+class StatusCall : public RunningCallTest
 {
 protected:
     /// The argument list of a call with handles 1 to 3 and these places.
@@ -162,6 +161,15 @@ protected:
     {
         return "(hMod=0x00000001, hCLL=0x00000002, hCoP=0x00000003, pStatusCode=" + PointerText(status) +
                ", pTimestamp=" + PointerText(time) + ", pExtraInfo=" + PointerText(extra) + ")";
+    }
+
+    /// A call with handles 1 to 3 and these places, without decoded lines.
+    LoggedCall Call(T_PDU_STATUS* status, UNUM32* time, UNUM32* extra)
+    {
+        return {.Name = "PDUGetStatus",
+                .Call = [=, this] { return Api().PDUGetStatus(1, 2, 3, status, time, extra); },
+                .Seen = {1, 2, 3, Raw(status), Raw(time), Raw(extra)},
+                .Arguments = Arguments(status, time, extra)};
     }
 
     /// The name line of a status code.
@@ -205,8 +213,9 @@ TEST_F(StatusCall, ThreeLinesShowWhatCameBack)
 
 TEST_F(StatusCall, TheLinesStandBehindTheResultGate)
 {
-    ExpectAtAllGates(session_, [&] { Api().PDUGetStatus(1, 2, 3, &status_, &time_, &extra_); },
-                     {"PDUGetStatus", arguments_, "", lines_});
+    LoggedCall call = Call(&status_, &time_, &extra_);
+    call.After = ResultLines(lines_);
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(StatusCall, NullTimeAndExtraInformationAreReported)
@@ -245,27 +254,23 @@ TEST_F(StatusCall, NullExtraInformationAloneIsReported)
 
 TEST_F(StatusCall, AFailureShowsNoLineOfItsOwn)
 {
-    AnswerWith(PDU_ERR_INVALID_HANDLE);
-    ExpectAtAllGates(session_, [&] { Api().PDUGetStatus(1, 2, 3, &status_, &time_, &extra_); },
-                     {"PDUGetStatus", arguments_, "", "", "PDU_ERR_INVALID_HANDLE (0x0060)"});
+    LoggedCall call = Call(&status_, &time_, &extra_);
+    call.Status = PDU_ERR_INVALID_HANDLE;
+    call.StatusText = "PDU_ERR_INVALID_HANDLE (0x0060)";
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(StatusCall, AFailureWithNullPointersShowsNoLineOfItsOwn)
 {
-    AnswerWith(PDU_ERR_INVALID_PARAMETERS);
-    ExpectAtAllGates(session_,
-                     [&] {
-                         EXPECT_EQ(Api().PDUGetStatus(1, 2, 3, nullptr, nullptr, nullptr),
-                                   PDU_ERR_INVALID_PARAMETERS);
-                         ExpectSeen("PDUGetStatus", {1, 2, 3, 0, 0, 0});
-                     },
-                     {"PDUGetStatus", Arguments(nullptr, nullptr, nullptr), "", "",
-                      "PDU_ERR_INVALID_PARAMETERS (0x0050)"});
+    LoggedCall call = Call(nullptr, nullptr, nullptr);
+    call.Status = PDU_ERR_INVALID_PARAMETERS;
+    call.StatusText = "PDU_ERR_INVALID_PARAMETERS (0x0050)";
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(StatusCall, ANullPlaceForTheStatusIsNotReadBehindAShutResultGate)
 {
-    SetGates(session_, {.Results = 0});
+    Reconfigure(Levels{.Results = 0});
     EXPECT_EQ(Logged([&] { Api().PDUGetStatus(1, 2, 3, nullptr, nullptr, nullptr); }),
               "{stamp} + PDUGetStatus" + Arguments(nullptr, nullptr, nullptr) +
                   "\n{stamp} - PDUGetStatus<PDU_STATUS_NOERROR (0x0000)>\n");
@@ -305,7 +310,7 @@ TEST_F(StatusCall, TheClosingLineOfTheCallOutStandsBeforeTheStatus)
                   "{stamp} - PDUGetStatus<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-class LastErrorCall : public GatedCalls
+class LastErrorCall : public RunningCallTest
 {
 protected:
     /// The argument list of a call with handles 1 and 2 and these places.
@@ -314,6 +319,15 @@ protected:
         return "(hMod=0x00000001, hCLL=0x00000002, pErrorCode=" + PointerText(code) +
                ", phCoP=" + PointerText(hCoP) + ", pTimestamp=" + PointerText(time) +
                ", pExtraErrorInfo=" + PointerText(extra) + ")";
+    }
+
+    /// A call with handles 1 and 2 and these places, without decoded lines.
+    LoggedCall Call(T_PDU_ERR_EVT* code, UNUM32* hCoP, UNUM32* time, UNUM32* extra)
+    {
+        return {.Name = "PDUGetLastError",
+                .Call = [=, this] { return Api().PDUGetLastError(1, 2, code, hCoP, time, extra); },
+                .Seen = {1, 2, Raw(code), Raw(hCoP), Raw(time), Raw(extra)},
+                .Arguments = Arguments(code, hCoP, time, extra)};
     }
 
     /// The result lines of a successful call with these places.
@@ -360,8 +374,9 @@ TEST_F(LastErrorCall, FourLinesShowWhatCameBack)
 
 TEST_F(LastErrorCall, TheLinesStandBehindTheResultGate)
 {
-    ExpectAtAllGates(session_, [&] { Api().PDUGetLastError(1, 2, &code_, &hCoP_, &time_, &extra_); },
-                     {"PDUGetLastError", arguments_, "", lines_});
+    LoggedCall call = Call(&code_, &hCoP_, &time_, &extra_);
+    call.After = ResultLines(lines_);
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(LastErrorCall, EachNullPlaceIsReportedInItsTurn)
@@ -383,26 +398,23 @@ TEST_F(LastErrorCall, EachNullPlaceIsReportedInItsTurn)
 
 TEST_F(LastErrorCall, AFailureShowsNoLineOfItsOwn)
 {
-    AnswerWith(PDU_ERR_FCT_FAILED);
-    ExpectAtAllGates(session_, [&] { Api().PDUGetLastError(1, 2, &code_, &hCoP_, &time_, &extra_); },
-                     {"PDUGetLastError", arguments_, "", "", "PDU_ERR_FCT_FAILED (0x0001)"});
+    LoggedCall call = Call(&code_, &hCoP_, &time_, &extra_);
+    call.Status = PDU_ERR_FCT_FAILED;
+    call.StatusText = "PDU_ERR_FCT_FAILED (0x0001)";
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(LastErrorCall, AFailureWithNullPointersShowsNoLineOfItsOwn)
 {
-    AnswerWith(0x99);
-    ExpectAtAllGates(session_,
-                     [&] {
-                         EXPECT_EQ(Api().PDUGetLastError(1, 2, nullptr, nullptr, nullptr, nullptr), 0x99u);
-                         ExpectSeen("PDUGetLastError", {1, 2, 0, 0, 0, 0});
-                     },
-                     {"PDUGetLastError", Arguments(nullptr, nullptr, nullptr, nullptr), "", "",
-                      "<UNKNOWN ERROR> (0x0099)"});
+    LoggedCall call = Call(nullptr, nullptr, nullptr, nullptr);
+    call.Status = 0x99;
+    call.StatusText = "<UNKNOWN ERROR> (0x0099)";
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(LastErrorCall, ANullPlaceForTheErrorIsNotReadBehindAShutResultGate)
 {
-    SetGates(session_, {.Calls = 1});
+    Reconfigure(Levels{.Calls = 1});
     EXPECT_EQ(Logged([&] { Api().PDUGetLastError(1, 2, nullptr, nullptr, nullptr, nullptr); }),
               "{stamp} + PDUGetLastError\n{stamp} - PDUGetLastError<PDU_STATUS_NOERROR (0x0000)>\n");
 }
@@ -453,9 +465,19 @@ TEST_F(LastErrorCall, TheClosingLineOfTheCallOutStandsBeforeTheError)
                   "{stamp} - PDUGetLastError<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-class TimestampCall : public GatedCalls
+class TimestampCall : public RunningCallTest
 {
 protected:
+    /// A call with handle 1 that shows the time as it is.
+    LoggedCall Call()
+    {
+        return {.Name = "PDUGetTimestamp",
+                .Call = [this] { return Api().PDUGetTimestamp(1, &time_); },
+                .Seen = {1, Raw(&time_)},
+                .Arguments = arguments_,
+                .After = ResultLines("{stamp}    <--  pTimestamp              \t= 4711\n")};
+    }
+
     UNUM32 time_ = 4711;
     const std::string arguments_ = "(hMod=0x00000001, pTimestamp=" + PointerText(&time_) + ")";
 };
@@ -476,30 +498,29 @@ TEST_F(TimestampCall, TheTimeThatCameBackIsShown)
 
 TEST_F(TimestampCall, TheTimeStandsBehindTheResultGate)
 {
-    ExpectAtAllGates(
-        session_, [&] { Api().PDUGetTimestamp(1, &time_); },
-        {"PDUGetTimestamp", arguments_, "", "{stamp}    <--  pTimestamp              \t= 4711\n"});
+    ExpectAtAllLevels({Call()});
 }
 
 TEST_F(TimestampCall, AFailureShowsWhatThePlaceHeldBefore)
 {
-    AnswerWith(PDU_ERR_INVALID_HANDLE);
-    ExpectAtAllGates(session_, [&] { EXPECT_EQ(Api().PDUGetTimestamp(1, &time_), PDU_ERR_INVALID_HANDLE); },
-                     {"PDUGetTimestamp", arguments_, "", "{stamp}    <--  pTimestamp              \t= 4711\n",
-                      "PDU_ERR_INVALID_HANDLE (0x0060)"});
+    LoggedCall call = Call();
+    call.Status = PDU_ERR_INVALID_HANDLE;
+    call.StatusText = "PDU_ERR_INVALID_HANDLE (0x0060)";
+    ExpectAtAllLevels({call});
 }
 
 TEST_F(TimestampCall, ANullPlaceIsReportedWhateverTheResult)
 {
-    const std::string arguments = "(hMod=<PDU_HANDLE_UNDEF>, pTimestamp=" + PointerText(nullptr) + ")";
-    const std::string line = "{stamp}    <--  pTimestamp was NULL\n";
-    const auto call = [&] {
-        Api().PDUGetTimestamp(0xFFFFFFFF, nullptr);
-        ExpectSeen("PDUGetTimestamp", {0xFFFFFFFF, 0});
-    };
-    ExpectAtAllGates(session_, call, {"PDUGetTimestamp", arguments, "", line});
-    AnswerWith(PDU_ERR_FCT_FAILED);
-    ExpectAtAllGates(session_, call, {"PDUGetTimestamp", arguments, "", line, "PDU_ERR_FCT_FAILED (0x0001)"});
+    const LoggedCall success = {.Name = "PDUGetTimestamp",
+                                .Call = [&] { return Api().PDUGetTimestamp(0xFFFFFFFF, nullptr); },
+                                .Seen = {0xFFFFFFFF, 0},
+                                .Arguments =
+                                    "(hMod=<PDU_HANDLE_UNDEF>, pTimestamp=" + PointerText(nullptr) + ")",
+                                .After = ResultLines("{stamp}    <--  pTimestamp was NULL\n")};
+    LoggedCall failure = success;
+    failure.Status = PDU_ERR_FCT_FAILED;
+    failure.StatusText = "PDU_ERR_FCT_FAILED (0x0001)";
+    ExpectAtAllLevels({success, failure});
 }
 
 TEST_F(TimestampCall, LogCallOutsShowsASingleClosingLine)
@@ -513,7 +534,7 @@ TEST_F(TimestampCall, LogCallOutsShowsASingleClosingLine)
 }
 
 /// With shut gates the target alone decides whether a pointer is followed.
-class VersionAndStatusPointers : public GatedCalls
+class VersionAndStatusPointers : public RunningCallTest
 {
 protected:
     void ExpectNoneFollowed()
@@ -530,15 +551,15 @@ protected:
 
 TEST_F(VersionAndStatusPointers, AreNotFollowedWithLoggingOff)
 {
-    Reconfigure(session_, {{"LogEnabled", "0"}, {"LogFnDecodeRsps", "2"}});
+    Reconfigure({{"LogEnabled", "0"}, {"LogFnDecodeRsps", "2"}});
     ExpectNoneFollowed();
 }
 
 TEST_F(VersionAndStatusPointers, AreNotFollowedBehindAShutResultGate)
 {
-    SetGates(session_, {.Results = 0});
+    Reconfigure(Levels{.Results = 0});
     ExpectNoneFollowed();
-    SetGates(session_, {.Calls = 1});
+    Reconfigure(Levels{.Calls = 1});
     ExpectNoneFollowed();
 }
 

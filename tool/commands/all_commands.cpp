@@ -1,0 +1,47 @@
+// The table of commands. To add one, write its source file in this folder (completion.cpp is a short
+// example):
+//     extern const Command NameCommand;
+//     constinit const Command NameCommand = {.Name = "name", .Purpose = ..., .Run = RunName};
+// then declare it here and add it to the array of its group. Parsing, help, completion and man page are made
+// from the record; nothing else has to know of it.
+#include "tool/commands/command.h"
+
+namespace marvane::tool {
+
+extern const Command CompletionCommand;
+extern const Command ManCommand;
+
+namespace {
+
+constexpr const Command* HelpCommands[] = {&CompletionCommand, &ManCommand};
+
+constexpr CommandGroup Groups[] = {
+    {"Help", HelpCommands},
+};
+
+constexpr Option Common[] = {
+    {"--color", "WHEN", "Colours: auto (on a terminal, unless NO_COLOR is set), always or never",
+     "auto,always,never"},
+    {"--no-pager", "", "Do not start a pager on a terminal"},
+    {"-h,--help", "", "Show this help"},
+};
+
+} // namespace
+
+constinit const OptionGroup CommonOptions = {"Common options", Common};
+
+std::span<const CommandGroup> AllCommands()
+{
+    return Groups;
+}
+
+const Command* FindCommand(std::string_view name)
+{
+    for (const CommandGroup& group : Groups)
+        for (const Command* command : group.Commands)
+            if (command->Name == name)
+                return command;
+    return nullptr;
+}
+
+} // namespace marvane::tool

@@ -1,0 +1,58 @@
+#include "tool/commands/default_logs.h"
+
+#include <cstdio>
+#include <memory>
+
+#include "config/attribute_line.h"
+#include "config/file_rules.h"
+#include "config/keys.h"
+#include "config/paths.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/library.h"
+#include "tool/commands/arguments.h"
+
+namespace marvane::tool {
+
+namespace {
+
+constexpr std::size_t LongestPath = 32768;
+
+std::string ConfigurationHere()
+{
+    if (const std::optional<std::string> named = platform::EnvironmentVariable(ConfigurationVariable))
+        return *named;
+    return ConfigurationBeside(platform::OwnModulePath(LongestPath).Path, platform::PathSeparator);
+}
+
+} // namespace
+
+std::optional<std::string> LogFolderOf(const std::string& configuration)
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(platform::OpenForReading(configuration),
+                                                               std::fclose);
+    if (!file)
+        return std::nullopt;
+    std::optional<std::string> folder;
+    ConfigurationReader reader([&] { return std::fgetc(file.get()); });
+    while (reader.Next() == ReadingStep::Body) {
+        const AttributeLine line = ScanAttributeLine(reader.Line());
+        if (line.Kind == LineKind::String && line.Name.Text == LogFileDirKey.Name)
+            folder = LogFolder(line.Value.Text, platform::ExpandEnvironment);
+    }
+    return folder;
+}
+
+std::string DefaultLogFolder(const std::optional<std::string>& entry)
+{
+    if (entry)
+        throw Trouble("no installed entry '" + *entry + "'");
+    const std::string configuration = ConfigurationHere();
+    const std::optional<std::string> folder = LogFolderOf(configuration);
+    if (folder && !folder->empty())
+        return *folder;
+    throw Trouble("no LOG given, and no log folder found: " + configuration +
+                  (folder ? " names none in LogFileDir" : " is no configuration that can be read"));
+}
+
+} // namespace marvane::tool

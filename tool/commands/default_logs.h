@@ -1,0 +1,17 @@
+// Where logs are looked for if the command line names none.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace marvane::tool {
+
+/// The log folder of the configuration that the logger library would read here: the file that PDU_CFG_FILE
+/// names, else the one beside the command. With `entry`, or if there is no such configuration, that of an
+/// installed entry. UTF-8. Throws Trouble that says what was looked for.
+std::string DefaultLogFolder(const std::optional<std::string>& entry);
+
+/// The value of LogFileDir in a configuration file, expanded; none if it has no such value or can't be read.
+std::optional<std::string> LogFolderOf(const std::string& configuration);
+
+} // namespace marvane::tool

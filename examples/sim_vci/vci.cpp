@@ -7,17 +7,39 @@ namespace sim {
 Items OpenItems;
 Vci Interface;
 
-void Vci::Start(void* apiTag)
+Vci::~Vci()
 {
-    const std::lock_guard hold(Mutex);
-    Constructed = true;
-    ApiTag = apiTag;
-    stopping_ = false;
-    started_ = Clock::now();
-    thread_ = std::thread([this] { Run(); });
+    if (!thread_.joinable())
+        return;
+    if (IsGone(systemThread_)) {
+        thread_.detach();
+        return;
+    }
+    {
+        const std::lock_guard hold(Mutex);
+        unloading_ = true;
+    }
+    AskToStop();
+    WaitForWorker(Worker::Left);
+    EndWorker(thread_, systemThread_);
 }
 
-void Vci::Stop()
+void Vci::Start(void* apiTag)
+{
+    {
+        const std::lock_guard hold(Mutex);
+        Constructed = true;
+        ApiTag = apiTag;
+        stopping_ = false;
+        started_ = Clock::now();
+        worker_ = Worker::Starting;
+        thread_ = std::thread([this] { Run(); });
+    }
+    // A thread that has not begun when the library is unloaded could not be waited for.
+    WaitForWorker(Worker::Running);
+}
+
+void Vci::AskToStop()
 {
     {
         const std::lock_guard hold(Mutex);
@@ -28,6 +50,23 @@ void Vci::Stop()
         Callbacks.clear();
     }
     Wake();
+}
+
+void Vci::SetWorker(Worker state)
+{
+    worker_ = state;
+    workerChanged_.notify_all();
+}
+
+void Vci::WaitForWorker(Worker state)
+{
+    std::unique_lock hold(Mutex);
+    workerChanged_.wait(hold, [&] { return worker_ >= state; });
+}
+
+void Vci::Stop()
+{
+    AskToStop();
     if (thread_.joinable()) {
         if (thread_.get_id() == std::this_thread::get_id())
             thread_.detach();

@@ -16,6 +16,7 @@
 #include "examples/sim_vci/comparams.h"
 #include "examples/sim_vci/ecu.h"
 #include "examples/sim_vci/items.h"
+#include "examples/sim_vci/unload.h"
 #include "pdu/pdu_api.h"
 
 namespace sim {
@@ -115,10 +116,12 @@ struct Outbox
 class Vci
 {
 public:
-    ~Vci() { Stop(); }
+    /// Unloading without PDUDestruct, or the end of the process.
+    ~Vci();
 
+    /// Starts the worker thread, and returns when it runs.
     void Start(void* apiTag);
-    /// Ends the thread; waits for it unless it is the caller.
+    /// Ends the worker thread; waits for it unless it is the caller.
     void Stop();
 
     /// The link of a handle, or null. The caller holds Mutex.
@@ -153,6 +156,7 @@ public:
 
 private:
     void Run();
+    void RunUntilStopped(std::unique_lock<std::mutex>& hold);
     void Step(Outbox& outbox, ComPrimitive& primitive);
     void Send(Outbox& outbox, ComPrimitive& primitive, Link& link);
     void Receive(Outbox& outbox, ComPrimitive& primitive, Link& link);
@@ -162,9 +166,28 @@ private:
     void PutTimeout(Outbox& outbox, const ComPrimitive& primitive, Link& link);
     std::optional<Clock::time_point> NextDue() const;
 
+    /// How far the worker thread has come, in this order.
+    enum class Worker
+    {
+        Starting,
+        Running,
+        Left
+    };
+
+    /// Has the worker leave its loop and forgets what the application registered.
+    void AskToStop();
+    /// The caller holds Mutex.
+    void SetWorker(Worker state);
+    /// Returns once the worker has come as far as `state`.
+    void WaitForWorker(Worker state);
+
     std::condition_variable wake_;
+    std::condition_variable workerChanged_;
     std::thread thread_;
+    SystemThread systemThread_ = 0;
+    Worker worker_ = Worker::Left;
     bool stopping_ = false;
+    bool unloading_ = false;
     Clock::time_point started_ = Clock::now();
 };
 

@@ -51,6 +51,18 @@ void SetFlags(Item& item, PDU_FLAG_DATA& flags, std::initializer_list<UNUM8> byt
 void Vci::Run()
 {
     std::unique_lock hold(Mutex);
+    systemThread_ = ThisSystemThread();
+    SetWorker(Worker::Running);
+    RunUntilStopped(hold);
+    SetWorker(Worker::Left);
+    const bool unloading = unloading_;
+    hold.unlock();
+    if (unloading)
+        SleepUntilTerminated();
+}
+
+void Vci::RunUntilStopped(std::unique_lock<std::mutex>& hold)
+{
     while (!stopping_) {
         const auto due = NextDue();
         if (!due || *due > Clock::now()) {

@@ -185,6 +185,18 @@ TEST_F(SampleSession, UsesEveryCallAndEveryKindOfItem)
         EXPECT_THAT(log, HasSubstr(shown));
 }
 
+TEST_F(SampleSession, ShowsThatTheControlUnitTakesTwoMillisecondsAtLeastToAnswer)
+{
+    Configure(LibraryName("SimVci"));
+    Run(Library("Marvane"), " --quiet");
+    const std::regex stamps("<<< TxMsgDoneTimestamp  \t= (\\d+)\n[^\n]*<<< StartMsgTimestamp   \t= (\\d+)\n");
+    const std::string log = Log();
+    std::size_t answers = 0;
+    for (std::sregex_iterator answer(log.begin(), log.end(), stamps), end; answer != end; ++answer, ++answers)
+        EXPECT_GE(std::stol((*answer)[2]) - std::stol((*answer)[1]), 2000) << (*answer)[0];
+    EXPECT_GT(answers, 10u);
+}
+
 TEST_F(SampleSession, PrintsNothingWhenQuiet)
 {
     const ProgramResult result = Run(Library("SimVci"), " --quiet");

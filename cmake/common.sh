@@ -9,7 +9,7 @@ fail() {
     exit 1
 }
 
-native_packages="g++ cmake ninja-build googletest libcli11-dev zlib1g-dev"
+native_packages="g++ cmake ninja-build googletest libcli11-dev zlib1g-dev libexpat1-dev"
 windows_packages="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev libcli11-dev wine wine64"
 fuzz_packages="clang libclang-rt-14-dev"
 

@@ -70,25 +70,27 @@ void CallSequence::CallModulesAndLinks(UNUM32 choice, RecordSource& source)
     const UNUM32 number = source.Number();
     switch (choice) {
     case 0:
-        return Call("PDUModuleConnect", &CPduDll::PDUModuleConnect, source, hMod);
+        return logger_.Call("PDUModuleConnect", &CPduDll::PDUModuleConnect, source, hMod);
     case 1:
-        return Call("PDUModuleDisconnect", &CPduDll::PDUModuleDisconnect, source, hMod);
+        return logger_.Call("PDUModuleDisconnect", &CPduDll::PDUModuleDisconnect, source, hMod);
     case 2:
-        return Call("PDUDestroyComLogicalLink", &CPduDll::PDUDestroyComLogicalLink, source, hMod, hCLL);
+        return logger_.Call("PDUDestroyComLogicalLink", &CPduDll::PDUDestroyComLogicalLink, source, hMod,
+                            hCLL);
     case 3:
-        return Call("PDUConnect", &CPduDll::PDUConnect, source, hMod, hCLL);
+        return logger_.Call("PDUConnect", &CPduDll::PDUConnect, source, hMod, hCLL);
     case 4:
-        return Call("PDUDisconnect", &CPduDll::PDUDisconnect, source, hMod, hCLL);
+        return logger_.Call("PDUDisconnect", &CPduDll::PDUDisconnect, source, hMod, hCLL);
     case 5:
-        return Call("PDULockResource", &CPduDll::PDULockResource, source, hMod, hCLL, number);
+        return logger_.Call("PDULockResource", &CPduDll::PDULockResource, source, hMod, hCLL, number);
     case 6:
-        return Call("PDUUnlockResource", &CPduDll::PDUUnlockResource, source, hMod, hCLL, number);
+        return logger_.Call("PDUUnlockResource", &CPduDll::PDUUnlockResource, source, hMod, hCLL, number);
     case 7:
-        return Call("PDUCancelComPrimitive", &CPduDll::PDUCancelComPrimitive, source, hMod, hCLL, number);
+        return logger_.Call("PDUCancelComPrimitive", &CPduDll::PDUCancelComPrimitive, source, hMod, hCLL,
+                            number);
     default: {
-        const Handler handler = source.Below(4) == 0 ? nullptr : source.Coin() ? FirstHandler : SecondHandler;
-        return Call("PDURegisterEventCallback", &CPduDll::PDURegisterEventCallback, source, hMod, hCLL,
-                    handler);
+        const CALLBACKFNC handler = CheckedLogger::AnyHandler(source);
+        return logger_.Call("PDURegisterEventCallback", &CPduDll::PDURegisterEventCallback, source, hMod,
+                            hCLL, handler);
     }
     }
 }
@@ -103,48 +105,49 @@ void CallSequence::CallWithRecords(UNUM32 choice, RecordSource& source)
     case 9: {
         auto* const input = source.NullOrNew(source.DataItem());
         auto output = Item(source, source.DataItem());
-        return Call("PDUIoCtl", &CPduDll::PDUIoCtl, source, writing(output), hMod, hCLL, id, input,
-                    output.Place());
+        return logger_.Call("PDUIoCtl", &CPduDll::PDUIoCtl, source, writing(output), hMod, hCLL, id, input,
+                            output.Place());
     }
     case 10: {
         auto* const data = source.NullOrNew(source.ResourceData());
         auto* const flags = source.NullOrNew(source.FlagData());
         auto link = Number(source);
-        return Call("PDUCreateComLogicalLink", &CPduDll::PDUCreateComLogicalLink, source, writing(link), hMod,
-                    data, id, source.Bytes(1), link.Place(), flags);
+        return logger_.Call("PDUCreateComLogicalLink", &CPduDll::PDUCreateComLogicalLink, source,
+                            writing(link), hMod, data, id, source.Bytes(1), link.Place(), flags);
     }
     case 11: {
         auto* const control = source.NullOrNew(source.ControlData());
         const UNUM32 size = source.Below(200);
         UNUM8* const data = source.Coin() ? source.Bytes(size) : nullptr;
         auto primitive = Number(source);
-        return Call("PDUStartComPrimitive", &CPduDll::PDUStartComPrimitive, source, writing(primitive), hMod,
-                    hCLL, source.Code(CoPTypeNames), size, data, control, source.Bytes(1), primitive.Place());
+        return logger_.Call("PDUStartComPrimitive", &CPduDll::PDUStartComPrimitive, source,
+                            writing(primitive), hMod, hCLL, source.Code(CoPTypeNames), size, data, control,
+                            source.Bytes(1), primitive.Place());
     }
     case 12: {
         auto item = Item(source, source.ParamItem());
-        return Call("PDUGetComParam", &CPduDll::PDUGetComParam, source, writing(item), hMod, hCLL, id,
-                    item.Place());
+        return logger_.Call("PDUGetComParam", &CPduDll::PDUGetComParam, source, writing(item), hMod, hCLL, id,
+                            item.Place());
     }
     case 13:
-        return Call("PDUSetComParam", &CPduDll::PDUSetComParam, source, hMod, hCLL,
-                    source.NullOrNew(source.ParamItem()));
+        return logger_.Call("PDUSetComParam", &CPduDll::PDUSetComParam, source, hMod, hCLL,
+                            source.NullOrNew(source.ParamItem()));
     case 14: {
         auto table = Item(source, source.ResponseTable());
-        return Call("PDUGetUniqueRespIdTable", &CPduDll::PDUGetUniqueRespIdTable, source, writing(table),
-                    hMod, hCLL, table.Place());
+        return logger_.Call("PDUGetUniqueRespIdTable", &CPduDll::PDUGetUniqueRespIdTable, source,
+                            writing(table), hMod, hCLL, table.Place());
     }
     case 15:
-        return Call("PDUSetUniqueRespIdTable", &CPduDll::PDUSetUniqueRespIdTable, source, hMod, hCLL,
-                    source.NullOrNew(source.ResponseTable()));
+        return logger_.Call("PDUSetUniqueRespIdTable", &CPduDll::PDUSetUniqueRespIdTable, source, hMod, hCLL,
+                            source.NullOrNew(source.ResponseTable()));
     case 16: {
         auto item = Item(source, source.EventItem());
-        return Call("PDUGetEventItem", &CPduDll::PDUGetEventItem, source, writing(item), hMod, hCLL,
-                    item.Place());
+        return logger_.Call("PDUGetEventItem", &CPduDll::PDUGetEventItem, source, writing(item), hMod, hCLL,
+                            item.Place());
     }
     default:
-        return Call("PDUDestroyItem", &CPduDll::PDUDestroyItem, source,
-                    static_cast<void*>(source.NullOrNew(source.EventItem())));
+        return logger_.Call("PDUDestroyItem", &CPduDll::PDUDestroyItem, source,
+                            static_cast<void*>(source.NullOrNew(source.EventItem())));
     }
 }
 
@@ -167,39 +170,40 @@ void CallSequence::CallQueries(UNUM32 choice, RecordSource& source)
     switch (choice) {
     case 18: {
         Result<PDU_VERSION_DATA> version(source, source.Version(), source.Version());
-        return Call("PDUGetVersion", &CPduDll::PDUGetVersion, source, writing(version), hMod,
-                    version.Place());
+        return logger_.Call("PDUGetVersion", &CPduDll::PDUGetVersion, source, writing(version), hMod,
+                            version.Place());
     }
     case 19:
-        return Call("PDUGetStatus", &CPduDll::PDUGetStatus, source, writeAll, hMod, hCLL, source.Number(),
-                    place(first), second.Place(), third.Place());
+        return logger_.Call("PDUGetStatus", &CPduDll::PDUGetStatus, source, writeAll, hMod, hCLL,
+                            source.Number(), place(first), second.Place(), third.Place());
     case 20:
-        return Call("PDUGetLastError", &CPduDll::PDUGetLastError, source, writeAll, hMod, hCLL, place(first),
-                    second.Place(), third.Place(), nullptr);
+        return logger_.Call("PDUGetLastError", &CPduDll::PDUGetLastError, source, writeAll, hMod, hCLL,
+                            place(first), second.Place(), third.Place(), nullptr);
     case 21:
-        return Call("PDUGetTimestamp", &CPduDll::PDUGetTimestamp, source, writing(first), hMod,
-                    first.Place());
+        return logger_.Call("PDUGetTimestamp", &CPduDll::PDUGetTimestamp, source, writing(first), hMod,
+                            first.Place());
     case 22:
-        return Call("PDUGetObjectId", &CPduDll::PDUGetObjectId, source, writing(first),
-                    source.Code(ObjectTypeNames), source.Text(), first.Place());
+        return logger_.Call("PDUGetObjectId", &CPduDll::PDUGetObjectId, source, writing(first),
+                            source.Code(ObjectTypeNames), source.Text(), first.Place());
     case 23: {
         auto modules = Item(source, source.Modules());
-        return Call("PDUGetModuleIds", &CPduDll::PDUGetModuleIds, source, writing(modules), modules.Place());
+        return logger_.Call("PDUGetModuleIds", &CPduDll::PDUGetModuleIds, source, writing(modules),
+                            modules.Place());
     }
     case 24: {
         auto* const data = source.NullOrNew(source.ResourceData());
         auto list = Item(source, source.ResourceIds());
-        return Call("PDUGetResourceIds", &CPduDll::PDUGetResourceIds, source, writing(list), hMod, data,
-                    list.Place());
+        return logger_.Call("PDUGetResourceIds", &CPduDll::PDUGetResourceIds, source, writing(list), hMod,
+                            data, list.Place());
     }
     case 25:
-        return Call("PDUGetResourceStatus", &CPduDll::PDUGetResourceStatus, source,
-                    source.NullOrNew(source.ResourceStatus()));
+        return logger_.Call("PDUGetResourceStatus", &CPduDll::PDUGetResourceStatus, source,
+                            source.NullOrNew(source.ResourceStatus()));
     default: {
         auto* const modules = source.NullOrNew(source.Modules());
         auto conflicts = Item(source, source.Conflicts());
-        return Call("PDUGetConflictingResources", &CPduDll::PDUGetConflictingResources, source,
-                    writing(conflicts), source.Number(), modules, conflicts.Place());
+        return logger_.Call("PDUGetConflictingResources", &CPduDll::PDUGetConflictingResources, source,
+                            writing(conflicts), source.Number(), modules, conflicts.Place());
     }
     }
 }

@@ -38,7 +38,7 @@ TEST_P(CallSequences, KeepWhatTheLoggerPromises)
     {
         CallSequence sequence(session, seed);
         sequence.Run(static_cast<int>(FromEnvironment("MARVANE_SEQUENCE_STEPS", 400)));
-        const CallSequence::Checks& done = sequence.Done();
+        const CheckCounts& done = sequence.Counts();
         EXPECT_GT(done.Marks, 0);
         EXPECT_GT(done.Trimmings, 0);
         std::printf("seed %u: %d marks, %d changes of file, %d trimmings, %d doubtful steps\n", seed,

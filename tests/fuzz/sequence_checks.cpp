@@ -1,0 +1,198 @@
+#include "tests/fuzz/sequence_checks.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <gtest/gtest.h>
+
+#include "platform/process.h"
+
+namespace marvane::testing {
+
+namespace {
+
+/// Among the marks: the text of a phase was cut here.
+constexpr const char* Cut = "~";
+
+std::string ThreadText()
+{
+    char text[20];
+    std::snprintf(text, sizeof text, "%08X ", static_cast<unsigned>(platform::CurrentThreadId()));
+    return text;
+}
+
+/// What a line of the log says of a call, an event or a report; empty for all other lines.
+std::string MarkOf(const LogLine& line)
+{
+    const std::string& text = line.Content;
+    if (text.starts_with("+ PDU"))
+        return line.Thread + " " + text.substr(0, text.find('('));
+    if (text.starts_with("- PDU") || text.ends_with(" - Called but library not loaded!"))
+        return line.Thread + " " + text;
+    const std::size_t report = text.find("  report ");
+    return report == std::string::npos ? "" : line.Thread + text.substr(report + 1);
+}
+
+} // namespace
+
+void SequenceChecks::BeginStep()
+{
+    filesBefore_ = follower_.Names();
+    lifecycle_ = false;
+    starts_ = 0;
+    opened_ = 0;
+}
+
+void SequenceChecks::EndStep(const LoggerModel& model)
+{
+    CheckLines(model);
+    CheckFiles(model);
+}
+
+void SequenceChecks::NoteStart(const Start& start, bool isNested)
+{
+    lifecycle_ = true;
+    ++starts_;
+    const bool opensFirst = start.OpensFile && start.FolderIsSound && !start.FileWasOpen;
+    if (doubt_ && opensFirst && !isNested && !start.ErasesAll) {
+        doubt_ = false;
+        follower_.SkipAll();
+    }
+    if (start.ErasesAll || !start.FolderIsSound || (start.OpensFile && start.FileWasOpen))
+        Doubt();
+    if (start.OpensFile && start.FolderIsSound)
+        ++opened_;
+}
+
+void SequenceChecks::Expect(const std::string& text, bool mayBeMissing)
+{
+    if (!doubt_)
+        expected_.push_back({ThreadText() + text, mayBeMissing});
+}
+
+void SequenceChecks::Doubt()
+{
+    doubt_ = true;
+    expected_.clear();
+    seen_.clear();
+}
+
+void SequenceChecks::CheckLines(const LoggerModel& model)
+{
+    // A file may have been made anew under its name; its lines are looked at when all is over.
+    if (doubt_) {
+        ++counts_.DoubtfulSteps;
+        return follower_.SkipAll();
+    }
+    const std::vector<LogLine> lines = follower_.NewLines();
+    const bool isOnDisk = model.IsOnDisk();
+    if (std::exchange(follower_.Lost, false)) {
+        Doubt();
+        doubt_ = !isOnDisk;
+        opened_ = 0;
+        return follower_.SkipAll();
+    }
+    GatherMarks(lines);
+    // What lies in the stream is seen later.
+    if (isOnDisk || !model.FileIsOpen())
+        CheckMarks();
+    const auto changes =
+        static_cast<std::size_t>(std::count_if(lines.begin(), lines.end(), [](const LogLine& line) {
+            return line.Content.ends_with(" - Continuation file");
+        }));
+    opened_ += changes;
+    // Which limits were in force when a file was opened is known only if one start at most came, ahead of it.
+    const bool limitsAreKnown = starts_ == 0 || (starts_ == 1 && changes == 0);
+    if (!isOnDisk || !limitsAreKnown)
+        opened_ = 0;
+    if (isOnDisk && !lifecycle_)
+        CheckChanges(lines, model);
+}
+
+void SequenceChecks::GatherMarks(const std::vector<LogLine>& lines)
+{
+    for (const LogLine& line : lines) {
+        if (std::string mark = MarkOf(line); !mark.empty())
+            seen_.push_back(std::move(mark));
+        if (line.Content.ends_with("\t\t\t\t..."))
+            seen_.push_back(Cut);
+    }
+}
+
+void SequenceChecks::CheckMarks()
+{
+    std::size_t furthest = 0;
+    if (Fits(0, 0, false, furthest))
+        counts_.Marks += static_cast<int>(seen_.size());
+    else {
+        std::string seen;
+        for (const std::string& mark : seen_)
+            seen += mark + "\n";
+        const bool atEnd = furthest == expected_.size();
+        ADD_FAILURE() << "missing: " << (atEnd ? "nothing" : expected_[furthest].Text) << ", found:\n"
+                      << seen;
+    }
+    expected_.clear();
+    seen_.clear();
+}
+
+bool SequenceChecks::Fits(std::size_t expected, std::size_t seen, bool wasCut, std::size_t& furthest) const
+{
+    furthest = std::max(furthest, expected);
+    for (; seen < seen_.size() && seen_[seen] == Cut; ++seen)
+        wasCut = true;
+    if (expected == expected_.size())
+        return seen == seen_.size();
+    const Mark& mark = expected_[expected];
+    if (seen < seen_.size() && seen_[seen] == mark.Text && Fits(expected + 1, seen + 1, false, furthest))
+        return true;
+    // The line for which no room was left is the last one of its text.
+    const bool mayBeMissing = mark.MayBeMissing || (wasCut && mark.Text.find(" - PDU") != std::string::npos);
+    return mayBeMissing && Fits(expected + 1, seen, wasCut, furthest);
+}
+
+void SequenceChecks::CheckChanges(const std::vector<LogLine>& lines, const LoggerModel& model)
+{
+    const UNUM32 limit = model.SizeLimit();
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::string& text = lines[i].Content;
+        const bool isLast = i + 1 == lines.size();
+        const std::string next = isLast ? "" : lines[i + 1].Content;
+        if (text.ends_with(" - Changing log file")) {
+            ++counts_.Changes;
+            const std::string name = text.substr(0, text.find(" - Changing"));
+            EXPECT_EQ(next, name + " - Continuation file");
+            ASSERT_LT(i + 2, lines.size());
+            EXPECT_TRUE(lines[i + 2].Content.starts_with("########## D-PDU API LOGGER VERSION: "))
+                << lines[i + 2].Content;
+        } else if (!isLast) {
+            EXPECT_EQ(lines[i].File, lines[i + 1].File) << "the file changed behind: " << text;
+        }
+        if (!text.starts_with("- PDU") || text == "- PDUCallbackTrap")
+            continue;
+        const std::string name = text.substr(2, text.find('<') - 2);
+        const bool changes = (model.BeginsFileAtDisconnect() && name == "PDUModuleDisconnect") ||
+                             (limit != 0 && lines[i].End > limit);
+        EXPECT_EQ(next == "# " + name + " - Changing log file", changes)
+            << text << " ends at " << lines[i].End << " of " << limit << ", behind it: " << next;
+    }
+}
+
+void SequenceChecks::CheckFiles(const LoggerModel& model)
+{
+    if (doubt_ || opened_ != 1)
+        return;
+    ++counts_.Trimmings;
+    std::set<std::string> kept = filesBefore_;
+    while (kept.size() > model.Value("LogFileMaxNum") + 1)
+        kept.erase(kept.begin());
+    const std::set<std::string> after = follower_.Names();
+    std::vector<std::string> added;
+    std::set_difference(after.begin(), after.end(), kept.begin(), kept.end(), std::back_inserter(added));
+    EXPECT_TRUE(std::includes(after.begin(), after.end(), kept.begin(), kept.end()))
+        << "a file too many was erased";
+    EXPECT_LE(added.size(), model.Value("LogFileMaxNum") == 0 && !kept.empty() ? 0u : 1u)
+        << "surplus files stayed";
+}
+
+} // namespace marvane::testing

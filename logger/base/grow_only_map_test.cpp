@@ -12,7 +12,7 @@ namespace {
 
 // The maps keep their entries for good, so these stay reachable to the end too.
 using Numbers = GrowOnlyMap<unsigned, std::atomic<unsigned>>;
-using Crowded = GrowOnlyMap<unsigned, std::atomic<unsigned>, 1>;
+using Crowded = GrowOnlyMap<unsigned, std::atomic<unsigned>, 0>;
 
 TEST(GrowOnlyMap, FindsNothingInAnEmptyMap)
 {
@@ -25,24 +25,23 @@ TEST(GrowOnlyMap, ANewEntryIsEmptyAndIsFoundUnderItsKeyAlone)
 {
     static Numbers map;
     auto& entry = map.FindOrInsert(7u);
-    EXPECT_EQ(entry.Name, 7u);
-    EXPECT_EQ(entry.Held, 0u);
-    entry.Held = 70;
+    EXPECT_EQ(entry.key, 7u);
+    EXPECT_EQ(entry.value, 0u);
+    entry.value = 70;
     ASSERT_NE(map.Find(7u), nullptr);
     EXPECT_EQ(*map.Find(7u), 70u);
-    // The second shares the first one's bucket.
     EXPECT_EQ(map.Find(8u), nullptr);
-    EXPECT_EQ(map.Find(7u + 64u), nullptr);
+    EXPECT_EQ(map.Find(7u + 4096u), nullptr);
 }
 
 TEST(GrowOnlyMap, AKnownKeyGivesTheEntryThatIsThere)
 {
     static Numbers map;
     auto& first = map.FindOrInsert(7u);
-    first.Held = 70;
+    first.value = 70;
     EXPECT_EQ(&map.FindOrInsert(7u), &first);
-    EXPECT_EQ(map.Find(7u), &first.Held);
-    EXPECT_EQ(first.Held, 70u);
+    EXPECT_EQ(map.Find(7u), &first.value);
+    EXPECT_EQ(first.value, 70u);
 }
 
 TEST(GrowOnlyMap, EntriesOfOneBucketStandSideBySideAndStayWhereTheyAre)
@@ -50,7 +49,7 @@ TEST(GrowOnlyMap, EntriesOfOneBucketStandSideBySideAndStayWhereTheyAre)
     static Crowded map;
     std::vector<std::atomic<unsigned>*> places;
     for (unsigned key = 0; key < 100; ++key) {
-        places.push_back(&map.FindOrInsert(key).Held);
+        places.push_back(&map.FindOrInsert(key).value);
         *places.back() = key * 2;
     }
     for (unsigned key = 0; key < 100; ++key) {
@@ -65,13 +64,13 @@ TEST(GrowOnlyMap, EveryEntryIsVisitedOnce)
     static Numbers map;
     std::map<unsigned, unsigned> expected;
     for (unsigned key = 0; key < 1000; key += 7) {
-        map.FindOrInsert(key).Held = key + 1;
+        map.FindOrInsert(key).value = key + 1;
         expected[key] = key + 1;
     }
     std::map<unsigned, unsigned> visited;
     unsigned visits = 0;
     map.ForEach([&](Numbers::Entry& entry) {
-        visited[entry.Name] = entry.Held;
+        visited[entry.key] = entry.value;
         ++visits;
     });
     EXPECT_EQ(visited, expected);
@@ -81,12 +80,65 @@ TEST(GrowOnlyMap, EveryEntryIsVisitedOnce)
 TEST(GrowOnlyMap, ATextKeyIsFoundByAViewOfIt)
 {
     static GrowOnlyMap<std::string, std::atomic<unsigned>> map;
-    map.FindOrInsert(std::string_view("first")).Held = 1;
-    map.FindOrInsert(std::string_view("")).Held = 2;
+    map.FindOrInsert(std::string_view("first")).value = 1;
+    map.FindOrInsert(std::string_view("")).value = 2;
     ASSERT_NE(map.Find(std::string_view("first")), nullptr);
     EXPECT_EQ(*map.Find(std::string_view("first")), 1u);
     EXPECT_EQ(*map.Find(std::string_view("")), 2u);
     EXPECT_EQ(map.Find(std::string_view("First")), nullptr);
+}
+
+TEST(GrowOnlyMap, AfterClearItIsEmptyAndUsable)
+{
+    static Crowded map;
+    for (unsigned key = 0; key < 10; ++key)
+        map.FindOrInsert(key).value = 1;
+    map.Clear();
+    EXPECT_EQ(map.Find(7u), nullptr);
+    EXPECT_EQ(map.FindOrInsert(7u).value, 0u);
+    map.Clear();
+}
+
+/// A key that counts how often it is compared.
+struct CountingKey
+{
+    std::uint64_t Number;
+    inline static std::size_t Comparisons = 0;
+    bool operator==(const CountingKey& other) const
+    {
+        ++Comparisons;
+        return Number == other.Number;
+    }
+};
+
+} // namespace
+} // namespace marvane
+
+template <> struct std::hash<marvane::CountingKey>
+{
+    std::size_t operator()(const marvane::CountingKey& key) const
+    {
+        return std::hash<std::uint64_t>()(key.Number);
+    }
+};
+
+namespace marvane {
+namespace {
+
+TEST(GrowOnlyMap, TenThousandHandlesThatAreMultiplesOfAPowerOfTwoAreSpreadOut)
+{
+    for (const std::uint64_t step : {1u, 64u, 4096u, 65536u, 1u << 24}) {
+        GrowOnlyMap<CountingKey, char> map;
+        constexpr std::size_t count = 10000;
+        for (std::uint64_t i = 0; i < count; ++i)
+            map.FindOrInsert(CountingKey{i * step});
+        CountingKey::Comparisons = 0;
+        for (std::uint64_t i = 0; i < count; ++i)
+            EXPECT_NE(map.Find(CountingKey{i * step}), nullptr);
+        // On average a list is two and a half entries long.
+        EXPECT_LT(CountingKey::Comparisons, 5 * count) << step;
+        map.Clear();
+    }
 }
 
 /// Eight threads insert the same keys at once and count each in its entry; none may be lost or doubled.
@@ -103,7 +155,7 @@ template <class Map> void CountAtOnce(Map& map, unsigned keys)
             for (unsigned i = 0; i < keys; ++i) {
                 // Half of them come from the other end.
                 const unsigned key = thread % 2 == 0 ? i : keys - 1 - i;
-                ++map.FindOrInsert(key).Held;
+                ++map.FindOrInsert(key).value;
                 EXPECT_NE(map.Find(key), nullptr);
             }
         });
@@ -111,7 +163,7 @@ template <class Map> void CountAtOnce(Map& map, unsigned keys)
         thread.join();
     unsigned entries = 0;
     map.ForEach([&](auto& entry) {
-        EXPECT_EQ(entry.Held, threads) << entry.Name;
+        EXPECT_EQ(entry.value, threads) << entry.key;
         ++entries;
     });
     EXPECT_EQ(entries, keys);

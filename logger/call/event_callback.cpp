@@ -6,6 +6,7 @@
 #include "logger/base/grow_only_map.h"
 #include "logger/call/call_frame.h"
 #include "logger/log/log_files.h"
+#include "logger/state/at_unloading.h"
 #include "logger/state/settings.h"
 
 namespace marvane {
@@ -19,6 +20,11 @@ using Callback = std::atomic<CALLBACKFNC>;
 // Never emptied: a handle that comes up again in a later session finds its callback.
 constinit GrowOnlyMap<UNUM32, Callback> ModuleCallbackMap;
 constinit GrowOnlyMap<std::uint64_t, Callback> LinkCallbackMaps;
+
+const AtUnloading FreeCallbacks([] {
+    ModuleCallbackMap.Clear();
+    LinkCallbackMaps.Clear();
+});
 
 std::uint64_t LinkKey(UNUM32 hMod, UNUM32 hCLL)
 {
@@ -49,9 +55,9 @@ CALLBACKFNC ResolveEventCallback(UNUM32 hMod, UNUM32 hCLL)
 void RememberEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC callback)
 {
     if (hCLL != PDU_HANDLE_UNDEF)
-        LinkCallbackMaps.FindOrInsert(LinkKey(hMod, hCLL)).Held.store(callback, std::memory_order_release);
+        LinkCallbackMaps.FindOrInsert(LinkKey(hMod, hCLL)).value.store(callback, std::memory_order_release);
     else if (hMod != PDU_HANDLE_UNDEF)
-        ModuleCallbackMap.FindOrInsert(hMod).Held.store(callback, std::memory_order_release);
+        ModuleCallbackMap.FindOrInsert(hMod).value.store(callback, std::memory_order_release);
     else
         DefaultEventCallback.store(reinterpret_cast<std::uintptr_t>(callback), std::memory_order_release);
 }
@@ -96,9 +102,10 @@ void LogEventExit()
 
 void PDUCallbackTrap(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag)
 {
-    const CALLBACKFNC handler = ResolveEventCallback(hMod, hCLL);
+    // Without a target library the maps may have been freed.
     if (!TargetLibrary())
         return LogEventNotLoaded();
+    const CALLBACKFNC handler = ResolveEventCallback(hMod, hCLL);
     // Nobody to tell: the event leaves no trace.
     if (!handler)
         return;

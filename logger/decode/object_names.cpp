@@ -5,6 +5,7 @@
 #include <string>
 
 #include "logger/base/grow_only_map.h"
+#include "logger/state/at_unloading.h"
 
 namespace marvane {
 
@@ -14,9 +15,15 @@ using NameSlot = std::atomic<const std::string*>;
 
 constinit std::array<GrowOnlyMap<UNUM32, NameSlot>, 7> ObjectNameMaps;
 
-// Every text is kept once and for good. So a reader's text outlives the emptying of the maps, and learning
-// the same names in session after session takes no more memory.
+// Each name is stored once, until the library is unloaded. So a name that a thread is reading outlives
+// ClearObjectNames, and learning the same names in session after session takes no more memory.
 constinit GrowOnlyMap<std::string, char> KeptTexts;
+
+const AtUnloading FreeNames([] {
+    for (auto& map : ObjectNameMaps)
+        map.Clear();
+    KeptTexts.Clear();
+});
 
 ObjectNameMap MapOf(T_PDU_OBJT objectType)
 {
@@ -36,8 +43,8 @@ std::string_view ObjectName(ObjectNameMap map, UNUM32 id, std::string_view notFo
 
 void RecordObjectName(T_PDU_OBJT objectType, UNUM32 id, std::string_view shortName)
 {
-    const std::string& kept = KeptTexts.FindOrInsert(shortName).Name;
-    NameSlot& slot = ObjectNameMaps[static_cast<std::size_t>(MapOf(objectType))].FindOrInsert(id).Held;
+    const std::string& kept = KeptTexts.FindOrInsert(shortName).key;
+    NameSlot& slot = ObjectNameMaps[static_cast<std::size_t>(MapOf(objectType))].FindOrInsert(id).value;
     const std::string* none = nullptr;
     slot.compare_exchange_strong(none, &kept, std::memory_order_acq_rel);
 }
@@ -45,7 +52,7 @@ void RecordObjectName(T_PDU_OBJT objectType, UNUM32 id, std::string_view shortNa
 void ClearObjectNames()
 {
     for (auto& map : ObjectNameMaps)
-        map.ForEach([](auto& entry) { entry.Held.store(nullptr, std::memory_order_release); });
+        map.ForEach([](auto& entry) { entry.value.store(nullptr, std::memory_order_release); });
 }
 
 } // namespace marvane

@@ -23,15 +23,15 @@ constinit std::FILE* OwnedInitLog = nullptr;
 constinit const volatile std::int32_t* ActiveLevelTable = nullptr;
 constinit bool LevelsFromConfig = false;
 
-/// The shared level file; a function's static, so that it exists whenever it is first asked for.
+/// The shared level file. Made on first use, which may come from the static initialisation of another file.
 platform::SharedWords& LevelFile()
 {
     constinit static Lasting<platform::SharedWords> place;
-    static platform::SharedWords& file = *new (&place.Held) platform::SharedWords;
+    static platform::SharedWords& file = place.Make();
     return file;
 }
 
-/// The table goes when the library ends; a thread that still has something to report gets a new one.
+/// Releases the table when the library ends; a thread that still has something to report opens it again.
 struct LevelTableEnd
 {
     LevelTableEnd() { MakeLogMutex(); }

@@ -14,18 +14,18 @@ constinit Lasting<CMutexWindows> LogMutexPlace;
 
 } // namespace
 
-// Bound ahead of the making, which may have something to report.
-constinit CMutexWindows& LogMutex = LogMutexPlace.Held;
+// Bound before the mutex is made, since making it may have something to report.
+constinit CMutexWindows& LogMutex = LogMutexPlace.Get();
 
 namespace {
 
 struct LogMutexLife
 {
-    LogMutexLife() { new (&LogMutexPlace.Held) CMutexWindows; }
+    LogMutexLife() { LogMutexPlace.Make(); }
     ~LogMutexLife()
     {
         if (!platform::ThreadsRunWhileProcessEnds)
-            LogMutex.~CMutexWindows();
+            LogMutexPlace.End();
     }
 };
 
@@ -38,7 +38,7 @@ void MakeLogMutex()
 
 namespace {
 
-// At load at the latest.
+// When the library is loaded, unless another static object needed it earlier.
 const bool made = (MakeLogMutex(), true);
 
 } // namespace
@@ -54,7 +54,7 @@ CMutexWindows::CMutexWindows()
 
 CMutexWindows::~CMutexWindows()
 {
-    // Left once whether held or not: the release of a mutex that is not held fails, and nobody minds.
+    // Unlock unconditionally; releasing a mutex that is not held fails harmlessly.
     CMutexWindows::Unlock();
     platform::DestroyMutex(Handle);
     Handle = nullptr;

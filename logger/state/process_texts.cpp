@@ -1,30 +1,36 @@
 #include "logger/state/process_texts.h"
 
 #include "logger/base/lasting.h"
-#include "logger/state/given_back.h"
+#include "logger/state/at_unloading.h"
+#include "logger/state/settings.h"
 
 namespace marvane {
 
 namespace {
 
-constinit Lasting<std::string> DirectoryPlace;
-constinit Lasting<std::string> PathPlace;
-constinit Lasting<std::string> LoggerVersionPlace;
-constinit Lasting<std::string> TargetVersionPlace;
+struct ProcessTexts
+{
+    std::string LogDirectory;
+    std::string TargetLibraryPath;
+    std::string LoggerVersion = "<UNREAD>";
+    std::string TargetVersion = "<UNREAD>";
+    StringValues Strings;
+};
+
+constinit Lasting<ProcessTexts> Texts;
 
 } // namespace
 
-std::string& LogDirectory = *new (&DirectoryPlace.Held) std::string;
-std::string& TargetLibraryPath = *new (&PathPlace.Held) std::string;
-std::string& LoggerVersionText = *new (&LoggerVersionPlace.Held) std::string("<UNREAD>");
-std::string& TargetVersionText = *new (&TargetVersionPlace.Held) std::string("<UNREAD>");
+constinit std::string& LogDirectory = Texts.Get().LogDirectory;
+constinit std::string& TargetLibraryPath = Texts.Get().TargetLibraryPath;
+constinit std::string& LoggerVersionText = Texts.Get().LoggerVersion;
+constinit std::string& TargetVersionText = Texts.Get().TargetVersion;
+constinit StringValues& StringSettings = Texts.Get().Strings;
 
 namespace {
 
-const GivenBack DirectoryGivenBack(LogDirectory);
-const GivenBack PathGivenBack(TargetLibraryPath);
-const GivenBack LoggerVersionGivenBack(LoggerVersionText);
-const GivenBack TargetVersionGivenBack(TargetVersionText);
+const bool TextsMade = (Texts.Make(), true);
+const AtUnloading FreeTexts([] { Texts.Empty(); });
 
 } // namespace
 

@@ -1,5 +1,5 @@
 // Strings of the whole process that outlast one start of the logger. Guarded by LogMutex; only the start of
-// the logger writes them.
+// the logger writes them. They are usable to the end of the process and freed if the library is unloaded.
 #pragma once
 
 #include <string>

@@ -1,8 +1,5 @@
 #include "logger/state/settings.h"
 
-#include "logger/base/lasting.h"
-#include "logger/state/given_back.h"
-
 namespace marvane {
 
 std::atomic<std::uint64_t> DefaultEventCallback = 0;
@@ -10,16 +7,6 @@ std::array<std::atomic<std::uint32_t>, 24> NumericSettings = {};
 std::atomic<std::uint8_t> Loaded = 0;
 
 namespace {
-
-constinit Lasting<StringValues> StringsPlace;
-
-} // namespace
-
-StringValues& StringSettings = *new (&StringsPlace.Held) StringValues;
-
-namespace {
-
-const GivenBack StringsGivenBack(StringSettings);
 
 int HalfShift(NumericKey key)
 {

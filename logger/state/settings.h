@@ -20,7 +20,8 @@ extern std::atomic<std::uint64_t> DefaultEventCallback;
 
 extern std::array<std::atomic<std::uint32_t>, 24> NumericSettings;
 
-/// Guarded by LogMutex. A text that a later configuration lacks keeps its former value.
+/// Guarded by LogMutex; defined in process_texts.cpp with the other strings of the process. A string that a
+/// later configuration lacks keeps its former value.
 using StringValues = std::array<std::string, 31>;
 extern StringValues& StringSettings;
 

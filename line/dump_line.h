@@ -45,10 +45,10 @@ public:
     {
         using namespace dump_columns;
         line_.fill(' ');
-        std::copy(stamp.begin(), stamp.end(), line_.begin());
+        PutText(line_.data(), stamp);
         char* const columns = line_.data() + stampLength_;
-        std::copy_n(arrow.Text().begin(), arrow.Text().size(), columns);
-        std::copy_n(label.begin(), std::min(label.size(), LabelEnd - Label), columns + Label);
+        PutText(columns, arrow.Text());
+        PutText(columns + Label, label.substr(0, LabelEnd - Label));
         columns[OffsetBar] = '|';
         columns[CellsOpen] = '<';
         columns[Bar] = '|';

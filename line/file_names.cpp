@@ -45,11 +45,11 @@ std::optional<FileTime> ParseEnding(std::string_view ending)
 
 } // namespace
 
-std::string LogFileEnding(const std::tm& begun)
+std::string MakeLogFileName(LogFamily family, const std::tm& begun)
 {
-    char text[40];
-    const std::size_t length = std::strftime(text, sizeof text, "_%d-%m-%Y_%H-%M-%S.LGR", &begun);
-    return {text, length};
+    char ending[40];
+    const std::size_t length = std::strftime(ending, sizeof ending, "_%d-%m-%Y_%H-%M-%S.LGR", &begun);
+    return std::string(BaseName(family)).append(ending, length);
 }
 
 std::string LogFilePattern(LogFamily family)

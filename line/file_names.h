@@ -50,8 +50,8 @@ struct LogFileName
     bool operator==(const LogFileName&) const = default;
 };
 
-/// What follows the base name of a file that is begun at a local time: "_25-11-2026_14-03-07.LGR".
-std::string LogFileEnding(const std::tm& begun);
+/// Name of a file that is begun at a local time, without its folder.
+std::string MakeLogFileName(LogFamily family, const std::tm& begun);
 
 /// Pattern of the names of a family, "?" for any one character, for the search in a folder.
 std::string LogFilePattern(LogFamily family);

@@ -19,7 +19,7 @@ std::tm Moment(const FileTime& time)
 
 std::string Name(LogFamily family, const FileTime& time)
 {
-    return std::string(BaseName(family)) + LogFileEnding(Moment(time));
+    return MakeLogFileName(family, Moment(time));
 }
 
 TEST(LogFileName, BeginsWithTheDay)

@@ -26,7 +26,7 @@ bool HasFrame(const char* text)
 
 } // namespace
 
-char* PutStamp(char* out, const Stamp& stamp)
+char* PutStamp(char* out, Stamp stamp)
 {
     PutText(out, Template);
     PutTwoDigits(out + Hour, stamp.Hour);
@@ -35,12 +35,6 @@ char* PutStamp(char* out, const Stamp& stamp)
     PutStampMilliseconds(out, stamp.Milliseconds);
     PutHex(out + Thread, stamp.Thread, UpperCase);
     return out + StampLength;
-}
-
-void PutStampMilliseconds(char* stamp, std::uint16_t milliseconds)
-{
-    stamp[Milliseconds] = static_cast<char>('0' + milliseconds / 100);
-    PutTwoDigits(stamp + Milliseconds + 1, milliseconds % 100);
 }
 
 std::optional<Stamp> ParseStamp(std::string_view text)

@@ -8,6 +8,8 @@
 #include <optional>
 #include <string_view>
 
+#include "text/text_copy.h"
+
 namespace marvane {
 
 /// What a stamp says: local time of day, and the id of the thread that wrote the line.
@@ -27,10 +29,15 @@ inline constexpr std::size_t StampLength = 26;
 
 /// Writes the StampLength characters of a stamp. Returns their end. The time must be one that ParseStamp
 /// accepts.
-char* PutStamp(char* out, const Stamp& stamp);
+char* PutStamp(char* out, Stamp stamp);
 
 /// Overwrites the milliseconds of a stamp that PutStamp wrote: within a second nothing else changes.
-void PutStampMilliseconds(char* stamp, std::uint16_t milliseconds);
+inline void PutStampMilliseconds(char* stamp, unsigned milliseconds)
+{
+    constexpr std::size_t column = 10;
+    stamp[column] = static_cast<char>('0' + milliseconds / 100);
+    PutTwoDigits(stamp + column + 1, milliseconds % 100);
+}
 
 /// The stamp that a text begins with, if it begins with one. Lines that are the continuation of a text with
 /// line breaks have none.

@@ -161,7 +161,7 @@ TEST_F(StatementTest, AtEveryDistanceFromTheEndOfTheBufferTheTextIsTheSame)
         LogAppendLine(*buffer, "%-10s = %u (0x%08X)"_fmt, "name", 0xFFFFFFFFu, 0xFFFFFFFFu);
         const bool inReserve = filled + expected.size() + LogBuffer::Reserve >= LogBuffer::Capacity;
         ASSERT_EQ(buffer->Text(),
-                  before + std::string(expected) + std::string(inReserve ? LogBuffer::Marker : ""))
+                  before + std::string(expected) + std::string(inReserve ? marks::BufferFull : ""))
             << filled;
     }
 }
@@ -174,7 +174,7 @@ TEST_F(StatementTest, ATextWithoutAnEndIsReadNoFurtherThanTheRoomReaches)
     LogAppend(*buffer, "%s"_fmt, std::string(filled, 'f'));
     LogAppend(*buffer, "%s"_fmt, static_cast<const char*>(endless.data()));
     EXPECT_EQ(buffer->Text(), std::string(filled, 'f') + std::string(endless.begin(), endless.end()) +
-                                  std::string(LogBuffer::Marker));
+                                  std::string(marks::BufferFull));
 }
 
 } // namespace

@@ -91,23 +91,23 @@ void ReadFrameTime(CallText& text)
 
 void LogEntry(CallText& text, std::string_view name)
 {
-    LogStamped(text.Buffer, text.Time, "+ ", name, {});
+    LogStamped(text.Buffer, text.Time, marks::Entry, name, {});
 }
 
 void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status)
 {
     // What most calls return is not looked up.
     if (status == PDU_STATUS_NOERROR)
-        return LogStamped(text.Buffer, text.Time, "- ", name, "<PDU_STATUS_NOERROR (0x0000)>\n");
+        return LogStamped(text.Buffer, text.Time, marks::Exit, name, "<PDU_STATUS_NOERROR (0x0000)>\n");
     LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "- %s<%s (0x%04X)>\n"_fmt, name, StatusText(status), status);
+    LogAppend(text.Buffer, "%s%s<%s (0x%04X)>\n"_fmt, marks::Exit, name, StatusText(status), status);
 }
 
 void LogNotLoaded(CallText& text, std::string_view name)
 {
     LogStamp(text.Buffer, text.Time);
     LogAppend(text.Buffer, "%s"_fmt, name);
-    LogAppend(text.Buffer, " - Called but library not loaded!\n"_fmt);
+    LogAppendLine(text.Buffer, "%s"_fmt, marks::NotLoaded);
     LogCommit(text.Buffer, ApiLogFile);
 }
 
@@ -125,7 +125,7 @@ void CloseCallOut(CallText& text, std::string_view name)
     ReadFrameTime(text);
     if (Setting(NumericKey::LogCallOuts) == 1) {
         LogStamp(text.Buffer, text.Time);
-        LogAppend(text.Buffer, "    <%s\n"_fmt, name);
+        LogAppendLine(text.Buffer, "%s%s"_fmt, marks::CallOutEnd, name);
     }
 }
 

@@ -94,7 +94,7 @@ void LogEventExit()
     if (IsLoaded())
         CloseCallOut(text, Name);
     LogStamp(text.Buffer, text.Time);
-    LogAppendLine(text.Buffer, "- %s"_fmt, Name);
+    LogAppendLine(text.Buffer, "%s%s"_fmt, marks::Exit, Name);
     LogCommit(text.Buffer, ApiLogFile);
 }
 

@@ -134,7 +134,7 @@ int LOGGER_Initialise()
     CallText text;
     ReadFrameTime(text);
     LogStamp(text.Buffer, text.Time);
-    LogAppendLine(text.Buffer, "########## INITIALISE ##########"_fmt);
+    LogAppendLine(text.Buffer, "%s"_fmt, marks::Initialise);
     LogHeader(text.Buffer, text.Time);
 
     if (!IsLoaded()) {

@@ -30,7 +30,7 @@ struct DecoderFrame
 /// the last three texts are what stands there then.
 inline constexpr std::array<std::string_view, 11> IndentTable = {
     "   -->  ",   "    >>> ",   "\t\t -->  ",      "\t\t  >>> ", "   <--  ", "    <<< ",
-    "\t\t <--  ", "\t\t  <<< ", LogBuffer::Marker, "",           ""};
+    "\t\t <--  ", "\t\t  <<< ", marks::BufferFull, "",           ""};
 
 inline constexpr int DirectionIn = 0;
 inline constexpr int DirectionOut = 1;

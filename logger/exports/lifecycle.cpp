@@ -25,8 +25,8 @@ void CloseLog(CallText& text)
     if (Setting(NumericKey::LogFnCalls) >= 2) {
         text.Buffer.Clear();
         LogStamp(text.Buffer, text.Time);
-        LogAppend(text.Buffer, "%s"_fmt, "# PDUDestruct");
-        LogAppendLine(text.Buffer, " - Close this log file"_fmt);
+        LogAppend(text.Buffer, "%s%s"_fmt, marks::FileChange, "PDUDestruct");
+        LogAppendLine(text.Buffer, "%s"_fmt, marks::ClosingFile);
         LogCommit(text.Buffer, ApiLogFile);
     }
     CloseLogFiles();

@@ -20,29 +20,16 @@ void LogBuffer::Append(const FormattedText& text, LineEnd lineEnd)
 
 void LogBuffer::AddMarker()
 {
-    std::memcpy(text_ + length_, Marker.data(), Marker.size());
-    length_ += Marker.size();
+    std::memcpy(text_ + length_, marks::BufferFull.data(), marks::BufferFull.size());
+    length_ += marks::BufferFull.size();
 }
 
 namespace {
 
-constexpr std::size_t MillisecondsColumn = 10;
-
-void PutMilliseconds(char* stamp, std::uint32_t milliseconds)
+Stamp StampOfThisThread(const platform::TimeOfDay& time, std::uint32_t milliseconds)
 {
-    stamp[MillisecondsColumn] = static_cast<char>('0' + milliseconds / 100);
-    PutTwoDigits(stamp + MillisecondsColumn + 1, milliseconds % 100);
-}
-
-void ComposeStamp(char* stamp, const platform::TimeOfDay& time, std::uint32_t milliseconds,
-                  std::uint32_t thread)
-{
-    PutText(stamp, "{00:00:00.000 - 00000000} ");
-    PutTwoDigits(stamp + 1, time.Hour);
-    PutTwoDigits(stamp + 4, time.Minute);
-    PutTwoDigits(stamp + 7, time.Second);
-    PutMilliseconds(stamp, milliseconds);
-    PutHex(stamp + 16, thread, UpperCase);
+    return {time.Hour, time.Minute, time.Second, static_cast<std::uint16_t>(milliseconds),
+            platform::CurrentThreadId()};
 }
 
 } // namespace
@@ -51,12 +38,12 @@ FrameTime::FrameTime(std::uint16_t hour, std::uint16_t minute, std::uint16_t sec
                      std::uint16_t milliseconds)
     : isSet_(true)
 {
-    ComposeStamp(stamp_, {hour, minute, second}, milliseconds, platform::CurrentThreadId());
+    marvane::PutStamp(stamp_, StampOfThisThread({hour, minute, second}, milliseconds));
 }
 
 ThreadStamp& ThreadStamp::Begin(std::int64_t second)
 {
-    ComposeStamp(text_, platform::LocalTimeOfDay(second), milliseconds_, platform::CurrentThreadId());
+    PutStamp(text_, StampOfThisThread(platform::LocalTimeOfDay(second), milliseconds_));
     second_ = second;
     return *this;
 }
@@ -64,7 +51,7 @@ ThreadStamp& ThreadStamp::Begin(std::int64_t second)
 void ThreadStamp::Put(std::uint32_t milliseconds, char* out)
 {
     if (milliseconds != milliseconds_) {
-        PutMilliseconds(text_, milliseconds);
+        PutStampMilliseconds(text_, milliseconds);
         milliseconds_ = milliseconds;
     }
     std::memcpy(out, text_, Place);
@@ -84,8 +71,8 @@ void LogStamp(LogBuffer& text, const FrameTime& time)
         return;
     // Logging may have become active in mid-call.
     if (!time.IsSet())
-        return text.Append(FrameTime(0, 0, 0, 0).Stamp());
-    text.Append(time.Stamp());
+        return text.Append(FrameTime(0, 0, 0, 0).StampText());
+    text.Append(time.StampText());
 }
 
 void LogJoined(LogBuffer& text, std::string_view first, std::string_view second, std::string_view third)

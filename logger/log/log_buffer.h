@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "line/marks.h"
+#include "line/stamp.h"
 #include "logger/state/settings.h"
 #include "text/put_directive.h"
 #include "text/text_copy.h"
@@ -25,7 +27,7 @@ public:
 
     bool IsSet() const { return isSet_; }
     /// "{14:03:07.250 - 00001A2C} ".
-    std::string_view Stamp() const { return {stamp_, StampLength}; }
+    std::string_view StampText() const { return {stamp_, StampLength}; }
     /// Writes the stamp, and whatever up to a place of StampPlace characters. Returns its end.
     char* PutStamp(char* out) const
     {
@@ -33,7 +35,6 @@ public:
         return out + StampLength;
     }
 
-    static constexpr std::size_t StampLength = 26;
     /// Of two registers: a copy that ends within one would have to wait for the writing of what it copies.
     static constexpr std::size_t StampPlace = 32;
 
@@ -50,7 +51,6 @@ public:
     static constexpr std::size_t Size = 15000;
     static constexpr std::size_t Capacity = 14991;
     static constexpr std::size_t Reserve = 200;
-    static constexpr std::string_view Marker = "\t\t\t\t...\n";
 
     enum class LineEnd
     {
@@ -115,7 +115,7 @@ private:
     char text_[Size];
 };
 
-static_assert(LogBuffer::Capacity + LogBuffer::Marker.size() < LogBuffer::Size);
+static_assert(LogBuffer::Capacity + marks::BufferFull.size() < LogBuffer::Size);
 
 /// What one call has to say: the text of its present phase, and the time that this phase's lines carry.
 struct CallText

@@ -1,6 +1,7 @@
 #include "logger/log/log_files.h"
 
 #include "config/paths.h"
+#include "line/file_names.h"
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/log/log_trimming.h"
 #include "logger/state/process_texts.h"
@@ -16,20 +17,8 @@ LogStream CommsLogFile = nullptr;
 
 namespace {
 
-constexpr const char* ApiBaseName = "D-PDU_API_Logger";
-constexpr const char* CommsBaseName = "D-PDU_API_Comms";
-
 // The folder is made once in a process: one that is deleted later is not made again.
 std::atomic<bool> LogDirectoryReady = false;
-
-/// What stands behind the base name of a new file.
-std::string FileEnding()
-{
-    const std::tm now = platform::LocalCalendarTime();
-    char text[40];
-    const std::size_t length = std::strftime(text, sizeof text, "_%d-%m-%Y_%H-%M-%S.LGR", &now);
-    return {text, length};
-}
 
 template <class Action> void ForEachOpenFile(Action action)
 {
@@ -78,17 +67,18 @@ LogPaths ComposeLogPaths(const std::string& directory, bool withComms)
 {
     std::string soleApi;
     std::string soleComms;
-    TrimLogFiles(ApiBaseName, soleApi);
+    TrimLogFiles(LogFamily::Api, soleApi);
     if (withComms)
-        TrimLogFiles(CommsBaseName, soleComms);
+        TrimLogFiles(LogFamily::Comms, soleComms);
 
     const std::string folder = directory + platform::PathSeparator;
     if (!soleApi.empty())
         return {folder + soleApi, withComms ? folder + soleComms : std::string()};
-    const std::string ending = FileEnding();
+    const std::tm now = platform::LocalCalendarTime();
     // No separator in front of the comms name: without one at the folder's end the file lies beside the
     // folder. Readers of the logs rely on where it is.
-    return {folder + ApiBaseName + ending, withComms ? directory + CommsBaseName + ending : std::string()};
+    return {folder + MakeLogFileName(LogFamily::Api, now),
+            withComms ? directory + MakeLogFileName(LogFamily::Comms, now) : std::string()};
 }
 
 int OpenLogFile(const std::string& directory)

@@ -15,7 +15,7 @@ void AppendNumericSettings(LogBuffer& text, const FrameTime& time)
         if (key.Key == NumericKey::LogEngineeringMode && value == 0)
             continue;
         LogStamp(text, time);
-        LogAppend(text, "Config setting: %-20s = %9u (0x%08X)\n"_fmt, key.Name, value, value);
+        LogAppend(text, "%s%-20s = %9u (0x%08X)\n"_fmt, marks::Setting, key.Name, value, value);
     }
 }
 
@@ -23,7 +23,7 @@ void AppendStringSettings(LogBuffer& text, const FrameTime& time)
 {
     for (const StringKeyName& key : StringKeyNames) {
         LogStamp(text, time);
-        LogAppend(text, "Config setting: %-20s = '%s'\n"_fmt, key.Name, StringSettings[key.Key]);
+        LogAppend(text, "%s%-20s = '%s'\n"_fmt, marks::Setting, key.Name, StringSettings[key.Key]);
     }
 }
 
@@ -33,9 +33,9 @@ void LogHeader(LogBuffer& text, const FrameTime& time)
 {
     LogMutexHold hold;
     LogStamp(text, time);
-    LogAppend(text, "########## D-PDU API LOGGER VERSION: %s ##########\n"_fmt, LoggerVersionText);
+    LogAppend(text, "%s%s%s\n"_fmt, marks::Version, LoggerVersionText, marks::VersionEnd);
     LogStamp(text, time);
-    LogAppend(text, "%s"_fmt, "LogHeader");
+    LogAppend(text, "%s"_fmt, marks::Header);
     LogAppend(text, "{Loaded=%d}\n"_fmt, Loaded.load());
     AppendNumericSettings(text, time);
     AppendStringSettings(text, time);
@@ -52,7 +52,7 @@ void LogHeader(LogBuffer& text, const FrameTime& time)
 void LogLogFileDir(LogBuffer& text, const FrameTime& time, const std::string& directory)
 {
     LogStamp(text, time);
-    LogAppend(text, "Config setting: %s=%s\n"_fmt, "LogFileDir",
+    LogAppend(text, "%s%s=%s\n"_fmt, marks::Setting, "LogFileDir",
               directory.empty() ? "<NULL STRING>" : directory.c_str());
 }
 

@@ -14,9 +14,6 @@ namespace marvane {
 
 namespace {
 
-// Escaped, since "??-" is a trigraph.
-constexpr const char* StampPattern = "_\?\?-\?\?-\?\?\?\?_\?\?-\?\?-\?\?.LGR";
-
 struct Trimming : DiagnosticSource
 {
     explicit Trimming(DebugLevel level, std::uint32_t line = __builtin_LINE())
@@ -27,15 +24,15 @@ struct Trimming : DiagnosticSource
 
 } // namespace
 
-void TrimLogFiles(const std::string& baseName, std::string& soleFile)
+void TrimLogFiles(LogFamily family, std::string& soleFile)
 {
-    Diagnose(Trimming(DebugLevel::Debug), "FileName=", baseName);
+    Diagnose(Trimming(DebugLevel::Debug), "FileName=", std::string(BaseName(family)));
     soleFile.clear();
     const std::string directory = CopyGuarded(LogDirectory);
     const std::string folder = directory + platform::PathSeparator;
     Diagnose(Trimming(DebugLevel::Debug), "SearchPath=", directory);
     // The stamp begins with the day, so the order is that of the text and not that of age.
-    const auto found = platform::FindFiles(folder + baseName + StampPattern);
+    const auto found = platform::FindFiles(folder + LogFilePattern(family));
     if (!found)
         return;
     std::set<std::string> names(found->begin(), found->end());

@@ -46,7 +46,7 @@ protected:
 
 TEST_F(TrimLogFilesTest, WithoutAFileTheSoleNameIsEmpty)
 {
-    TrimLogFiles("D-PDU_API_Logger", sole);
+    TrimLogFiles(LogFamily::Api, sole);
     EXPECT_EQ(sole, "");
     EXPECT_EQ(log.Records(), Beginning());
 }
@@ -55,7 +55,7 @@ TEST_F(TrimLogFilesTest, ErasesTheLowestNamesDownToTheLimitAndSaysSo)
 {
     SetSetting(NumericKey::LogFileMaxNum, 1);
     Make({"30", "01", "15", "02"});
-    TrimLogFiles("D-PDU_API_Logger", sole);
+    TrimLogFiles(LogFamily::Api, sole);
     EXPECT_EQ(sole, "");
     EXPECT_EQ(log.Records(), Beginning() + Record("DEBUG", "NumFiles=4, Max=2") +
                                  Record("DEBUG1", "Erasing=" + Path(Name("01"))) +
@@ -69,7 +69,7 @@ TEST_F(TrimLogFilesTest, ErasesTheLowestNamesDownToTheLimitAndSaysSo)
 TEST_F(TrimLogFilesTest, WithLogFileMaxNumZeroTheThirdOfThreeIsHandedBack)
 {
     Make({"07", "09", "08"});
-    TrimLogFiles("D-PDU_API_Logger", sole);
+    TrimLogFiles(LogFamily::Api, sole);
     EXPECT_EQ(sole, Name("09"));
     EXPECT_EQ(log.Records(), Beginning() + Record("DEBUG", "NumFiles=3, Max=1") +
                                  Record("DEBUG1", "Erasing=" + Path(Name("07"))) +
@@ -80,7 +80,7 @@ TEST_F(TrimLogFilesTest, WithLogFileMaxNumZeroTheThirdOfThreeIsHandedBack)
 TEST_F(TrimLogFilesTest, AFolderWhoseNameFitsIsFoundButNotCounted)
 {
     std::filesystem::create_directory(Path(Name("05")));
-    TrimLogFiles("D-PDU_API_Logger", sole);
+    TrimLogFiles(LogFamily::Api, sole);
     EXPECT_EQ(sole, "");
     EXPECT_EQ(log.Records(), Beginning() + Record("DEBUG", "NumFiles=0, Max=1"));
     EXPECT_TRUE(std::filesystem::is_directory(Path(Name("05"))));
@@ -90,7 +90,7 @@ TEST_F(TrimLogFilesTest, TheLargestLimitWrapsRoundAndErasesAll)
 {
     SetSetting(NumericKey::LogFileMaxNum, 0xFFFFFFFF);
     Make({"01"});
-    TrimLogFiles("D-PDU_API_Logger", sole);
+    TrimLogFiles(LogFamily::Api, sole);
     EXPECT_EQ(sole, "");
     EXPECT_EQ(log.Records(), Beginning() + Record("DEBUG", "NumFiles=1, Max=0") +
                                  Record("DEBUG1", "Erasing=" + Path(Name("01"))));
@@ -101,7 +101,7 @@ TEST_F(TrimLogFilesTest, TheOtherFamilyIsLeftAlone)
 {
     Make({"01", "02", "03"});
     testing::WriteFileBytes(Path("D-PDU_API_Comms_04-03-2020_10-11-12.LGR"), "");
-    TrimLogFiles("D-PDU_API_Comms", sole);
+    TrimLogFiles(LogFamily::Comms, sole);
     EXPECT_EQ(sole, "D-PDU_API_Comms_04-03-2020_10-11-12.LGR");
     EXPECT_TRUE(std::filesystem::exists(Path(Name("01"))));
 }

@@ -14,7 +14,7 @@ void BeginFileLine(CallText& text, std::string_view name)
 {
     text.Buffer.Clear();
     LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "# %s"_fmt, name);
+    LogAppend(text.Buffer, "%s%s"_fmt, marks::FileChange, name);
 }
 
 } // namespace
@@ -23,13 +23,13 @@ void ChangeLogFile(CallText& text, std::string_view name)
 {
     LogMutexHold hold;
     BeginFileLine(text, name);
-    LogAppendLine(text.Buffer, " - Changing log file"_fmt);
+    LogAppendLine(text.Buffer, "%s"_fmt, marks::ChangingFile);
     LogCommit(text.Buffer, ApiLogFile);
     CloseLogFiles();
 
     OpenLogFile(LogDirectory);
     BeginFileLine(text, name);
-    LogAppendLine(text.Buffer, " - Continuation file"_fmt);
+    LogAppendLine(text.Buffer, "%s"_fmt, marks::ContinuationFile);
     LogHeader(text.Buffer, text.Time);
     LogCommit(text.Buffer, ApiLogFile);
 }

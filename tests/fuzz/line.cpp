@@ -37,8 +37,7 @@ void CheckMark(std::string_view text)
 {
     const MarkedLine line = ParseMark(text);
     const bool whole = line.Mark == LineMark::None;
-    Require(whole == (line.Rest == text && line.Rest.data() == text.data()) || text.empty(),
-            "a mark is taken off, and nothing else", text);
+    Require(whole == (line.Rest == text), "a mark is taken off, and nothing else", text);
     Require(whole || line.Rest.empty() || text.find(line.Rest) != std::string_view::npos,
             "the rest is a part of the text", text);
 }
@@ -67,8 +66,7 @@ void CheckFileName(std::string_view text)
     begun.tm_hour = name->Begun.Hour;
     begun.tm_min = name->Begun.Minute;
     begun.tm_sec = name->Begun.Second;
-    const std::string composed =
-        std::string(name->Prefix).append(BaseName(name->Family)).append(LogFileEnding(begun));
+    const std::string composed = std::string(name->Prefix) + MakeLogFileName(name->Family, begun);
     Require(composed == text, "a name is composed again", text);
 }
 

@@ -23,7 +23,7 @@ bool Fits(char character, char form)
 
 bool MayStandBehind(std::string_view line, std::string_view former)
 {
-    constexpr std::string_view marker = LogBuffer::Marker.substr(0, LogBuffer::Marker.size() - 1);
+    constexpr std::string_view marker = marks::BufferFull.substr(0, marks::BufferFull.size() - 1);
     // The reserve may be reached between two lines.
     if (line == marker)
         return true;

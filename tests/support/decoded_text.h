@@ -50,7 +50,7 @@ protected:
     /// Expects that a text ends with the marker, has it once, and fits the buffer.
     static void ExpectCutOff(const std::string& stripped)
     {
-        EXPECT_EQ(stripped.find(LogBuffer::Marker), stripped.size() - LogBuffer::Marker.size());
+        EXPECT_EQ(stripped.find(marks::BufferFull), stripped.size() - marks::BufferFull.size());
         EXPECT_LT(stripped.size(), LogBuffer::Size);
     }
 

@@ -37,8 +37,9 @@ inline constexpr File NoFile = -1;
 /// inherit it. NoFile on failure.
 File OpenLogFile(const std::string& path);
 
-/// Writes `first`, then `second`, in one system call where possible. Errors are ignored.
-void WriteToFile(File file, std::string_view first, std::string_view second);
+/// Writes `first`, then `second`, in one system call where possible. Returns how many of their characters
+/// were written: fewer than all on an error, such as a full disk.
+std::size_t WriteToFile(File file, std::string_view first, std::string_view second);
 
 /// Bytes that `text` takes in a file, with the system's line ends.
 std::size_t SizeInFile(std::string_view text);

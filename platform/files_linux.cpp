@@ -78,8 +78,9 @@ File OpenLogFile(const std::string& path)
     return open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
 }
 
-void WriteToFile(File file, std::string_view first, std::string_view second)
+std::size_t WriteToFile(File file, std::string_view first, std::string_view second)
 {
+    const std::size_t all = first.size() + second.size();
     while (!first.empty() || !second.empty()) {
         const iovec parts[] = {{const_cast<char*>(first.data()), first.size()},
                                {const_cast<char*>(second.data()), second.size()}};
@@ -89,11 +90,12 @@ void WriteToFile(File file, std::string_view first, std::string_view second)
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0)
-            return;
+            break;
         const auto ofFirst = std::min(first.size(), static_cast<std::size_t>(written));
         first.remove_prefix(ofFirst);
         second.remove_prefix(static_cast<std::size_t>(written) - ofFirst);
     }
+    return all - first.size() - second.size();
 }
 
 std::size_t SizeInFile(std::string_view text)

@@ -53,8 +53,8 @@ TEST(Files, ALogIsAppendedToAndReadMeanwhile)
     for (int i = 0; i < 2; ++i) {
         const platform::File file = platform::OpenLogFile(folder / "log");
         ASSERT_NE(file, platform::NoFile);
-        platform::WriteToFile(file, "li", "ne\n");
-        platform::WriteToFile(file, "", "");
+        EXPECT_EQ(platform::WriteToFile(file, "li", "ne\n"), 5u);
+        EXPECT_EQ(platform::WriteToFile(file, "", ""), 0u);
         EXPECT_EQ(platform::FileSize(file), platform::SizeInFile("line\n") * static_cast<std::size_t>(i + 1));
         EXPECT_FALSE(testing::FileText(folder / "log").empty());
         platform::CloseFile(file);

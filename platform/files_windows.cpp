@@ -59,11 +59,18 @@ File OpenLogFile(const std::string& path)
     return file;
 }
 
-void WriteToFile(File file, std::string_view first, std::string_view second)
+std::size_t WriteToFile(File file, std::string_view first, std::string_view second)
 {
-    for (const std::string_view text : {first, second})
-        if (!text.empty())
-            _write(file, text.data(), static_cast<unsigned>(text.size()));
+    std::size_t all = 0;
+    for (const std::string_view text : {first, second}) {
+        if (text.empty())
+            continue;
+        const int written = _write(file, text.data(), static_cast<unsigned>(text.size()));
+        all += written > 0 ? static_cast<std::size_t>(written) : 0;
+        if (written != static_cast<int>(text.size()))
+            break;
+    }
+    return all;
 }
 
 std::size_t SizeInFile(std::string_view text)

@@ -1,5 +1,7 @@
 #include "logger/log/log_file.h"
 
+#include <algorithm>
+
 namespace marvane {
 
 bool LogFile::Buffering = true;
@@ -31,14 +33,30 @@ void LogFile::WriteOut(std::string_view text, std::size_t rest)
         written = {};
     }
     const std::string_view kept(buffer_.data(), length_);
-    platform::WriteToFile(file_, kept, written);
-    const std::size_t grown = platform::SizeInFile(kept) + platform::SizeInFile(written);
-    size_ += grown;
-    sizeAge_ += grown;
-    pageRoom_ =
-        shared_ ? PageSize : PageSize - (PageSize - pageRoom_ + kept.size() + written.size()) % PageSize;
+    const std::size_t count = platform::WriteToFile(file_, kept, written);
+    CountWritten(kept.substr(0, count));
+    CountWritten(written.substr(0, count - std::min(count, kept.size())));
+    if (count != kept.size() + written.size())
+        return BeginAfterCut();
     CopyText(buffer_.data(), text.data() + text.size() - rest, rest);
     length_ = rest;
+}
+
+void LogFile::CountWritten(std::string_view text)
+{
+    if (text.empty())
+        return;
+    const std::size_t grown = platform::SizeInFile(text);
+    size_ += grown;
+    sizeAge_ += grown;
+    pageRoom_ = shared_ ? PageSize : PageSize - (PageSize - pageRoom_ + text.size()) % PageSize;
+    last_ = text.back();
+}
+
+void LogFile::BeginAfterCut()
+{
+    buffer_[0] = '\n';
+    length_ = last_ == '\n' ? 0 : 1;
 }
 
 std::uint64_t LogFile::FlushedSize()

@@ -54,13 +54,19 @@ private:
 
     explicit LogFile(platform::File file);
 
-    /// Writes out the buffer and a text but for its last `rest` characters, which are kept.
+    /// Writes out the buffer and a text except its last `rest` characters, which stay in the buffer. On an
+    /// error, such as a full disk, what was not written is lost, `rest` included.
     void WriteOut(std::string_view text, std::size_t rest);
+    /// Counts characters that were written after all others.
+    void CountWritten(std::string_view text);
+    /// What comes after a text that was cut: a line end, unless the file ends with one.
+    void BeginAfterCut();
 
     static bool Buffering;
 
     platform::File file_;
     std::uint64_t size_; ///< of what is in the file
+    char last_ = '\n';   ///< last character in the file
     std::size_t sizeAge_ = 0;
     std::size_t length_ = 0;
     /// From the end of the file to the end of its page, while there is but one that writes. A line end counts

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/process_state.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane {
@@ -110,6 +111,94 @@ TEST_F(LogFileTest, TheSizeCountsLineEndsAsTheSystemWritesThem)
         file->Write("a line\n", false);
     const std::uint64_t size = file->FlushedSize();
     EXPECT_EQ(size, std::filesystem::file_size(path));
+}
+
+/// Tests of files that can't grow past a size, as on a full disk.
+class FullDisk : public LogFileTest
+{
+protected:
+    void SetUp() override
+    {
+        if (!testing::LargestFile::IsInForce())
+            GTEST_SKIP() << "this system can't limit the size of files";
+    }
+
+    /// Size in bytes at which the disk is full.
+    static constexpr std::size_t Room = 5000;
+};
+
+TEST_F(FullDisk, TextThatWasNotWrittenDoesNotCountAsSize)
+{
+    const auto file = LogFile::Open(path);
+    const testing::LargestFile full(Room);
+    for (int i = 0; i < 8; ++i) {
+        file->Write(Letters(999) + "\n", true);
+        EXPECT_EQ(file->FlushedSize(), std::filesystem::file_size(path)) << i;
+    }
+    EXPECT_EQ(file->FlushedSize(), Room);
+}
+
+TEST_F(FullDisk, BufferedTextThatWasNotWrittenDoesNotCountAsSize)
+{
+    testing::WriteFileBytes(path, Letters(Room - 200));
+    const auto file = LogFile::Open(path);
+    const testing::LargestFile full(Room);
+    for (int i = 0; i < 5; ++i)
+        file->Write(Letters(299) + "\n", false);
+    EXPECT_EQ(file->FlushedSize(), Room);
+}
+
+TEST_F(FullDisk, ATextThatWasCutIsFollowedByALineEnd)
+{
+    const auto file = LogFile::Open(path);
+    {
+        const testing::LargestFile full(Room);
+        file->Write(Letters(Room + 100) + "\n", true);
+        file->Write("lost\n", true);
+    }
+    file->Write("next\n", true);
+    EXPECT_EQ(OnDisc(), Letters(Room) + "\nnext\n");
+    EXPECT_EQ(file->FlushedSize(), std::filesystem::file_size(path));
+}
+
+TEST_F(FullDisk, ABufferedTextThatWasCutIsFollowedByALineEnd)
+{
+    const std::string lines = Letters(2 * Page) + "\nrest of the text that is cut\n";
+    const auto file = LogFile::Open(path);
+    {
+        const testing::LargestFile full(Room);
+        file->Write(lines, false);
+        file->Write("lost\n", true);
+    }
+    file->Write("next\n", false);
+    file->Flush();
+    EXPECT_EQ(OnDisc(), Letters(Room) + "\nnext\n");
+}
+
+TEST_F(FullDisk, ALineThatEndedInTheFileNeedsNoOtherEnd)
+{
+    const auto file = LogFile::Open(path);
+    {
+        const testing::LargestFile full(Room);
+        file->Write(Letters(Room - 1) + "\n", true);
+        file->Write("lost\n", true);
+    }
+    file->Write("next\n", true);
+    EXPECT_EQ(OnDisc(), Letters(Room - 1) + "\nnext\n");
+}
+
+TEST_F(FullDisk, PagesAreWhereTheyWereAfterACut)
+{
+    const auto file = LogFile::Open(path);
+    {
+        const testing::LargestFile full(Room);
+        file->Write(Letters(3 * Page), false);
+    }
+    // The line end goes ahead; the page is full one character earlier.
+    file->Write(Letters(2 * Page - Room - 2), false);
+    EXPECT_EQ(OnDisc(), Letters(Room));
+    file->Write("xyz", false);
+    EXPECT_EQ(OnDisc(), Letters(Room) + "\n" + Letters(2 * Page - Room - 2) + "x");
 }
 
 } // namespace

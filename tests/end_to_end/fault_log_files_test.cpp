@@ -77,6 +77,41 @@ TEST(FaultLogFiles, ADiskThatFillsUpKeepsTheFileAndTakesTheLogAgainWhenThereIsRo
                                "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n"));
 }
 
+TEST(FaultLogFiles, AFullDiskJustBelowTheSizeLimitErasesNoEarlierLog)
+{
+    if (!LargestFile::IsInForce())
+        GTEST_SKIP() << "this system can't limit the size of files";
+    Session session({{"LogFileMaxSize", "15100"}, {"LogFileMaxNum", "1"}});
+    std::filesystem::create_directories(session.LogFolder());
+    for (const char* day : {"01", "02"})
+        WriteFileBytes(session.LogFolder() /
+                           ("D-PDU_API_Logger_" + std::string(day) + "-03-2020_10-11-12.LGR"),
+                       "earlier\n");
+    session.Construct();
+    const std::vector<std::string> names = session.LogNames();
+    const LargestFile full(15000);
+    ExpectUnchangedCalls(session, 500);
+    EXPECT_EQ(session.LogNames(), names);
+    EXPECT_EQ(names.size(), 3u);
+}
+
+TEST(FaultLogFiles, ATextCutByAFullDiskIsFollowedByALineEnd)
+{
+    if (!LargestFile::IsInForce())
+        GTEST_SKIP() << "this system can't limit the size of files";
+    Session session;
+    session.Construct();
+    const std::size_t full = session.Log().size() + 1000;
+    {
+        const LargestFile limit(full);
+        ExpectUnchangedCalls(session, 50);
+    }
+    session.Api().PDUConnect(1, 2);
+    EXPECT_EQ(WithoutStamps(session.Log().substr(full)),
+              "\n{stamp} + PDUConnect(hMod=0x00000001, hCLL=0x00000002)\n"
+              "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
 TEST(FaultLogFiles, AFullDeviceIsNotTakenForAFileThatHasOutgrownItsLimit)
 {
     if (!std::filesystem::exists("/dev/full"))

@@ -1,7 +1,6 @@
 // Values out of the text of a call: arguments, decoded lines, dumps.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>

@@ -3,24 +3,19 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "line/file_names.h"
 #include "tool/read/log_reader.h"
 
 namespace marvane::read {
 
-enum class LogFamily : std::uint8_t
-{
-    Api,   ///< D-PDU_API_Logger_...
-    Comms, ///< D-PDU_API_Comms_...
-    Other  ///< named by the user, any other name
-};
-
 struct LogFile
 {
-    std::filesystem::path Path; ///< "-" for standard input
-    LogFamily Family = LogFamily::Other;
+    std::filesystem::path Path;      ///< "-" for standard input
+    std::optional<LogFamily> Family; ///< by its name; none if it is named otherwise
     FileBegin Begin;
     std::uint64_t Size = 0; ///< in bytes on disk; 0 for standard input
     bool IsCompressed = false;
@@ -49,8 +44,8 @@ std::vector<LogFile> NewestSession(const std::vector<LogFile>& files);
 
 struct ReadOptions
 {
-    /// Only lines from here on are needed: the beginning of a plain file may be skipped. Lines shortly before
-    /// may be read as well, and calls that were open then have no entry.
+    /// Only lines from here on are needed: what lies between the header of a plain file and here may be
+    /// skipped. Lines shortly before are read as well, and calls that were open then have no entry.
     std::optional<LogTime> Since;
 };
 

@@ -51,8 +51,8 @@ public:
 
     /// A file begins; `file` is its number in Position, `name` without folder.
     virtual void OnFile(std::uint32_t file, std::string_view name);
-    /// A session's header is complete, or its first line without header was read. The reference is good until
-    /// LogReader::Finish has returned.
+    /// A session's header is complete, or its first line without header was read. The session goes on
+    /// changing; the reference stays good, see Session.
     virtual void OnSession(const Session& session);
     virtual void OnLine(const Line& line);
     /// The first half of a call or callback has begun: only its name, arguments and handles are known yet
@@ -74,9 +74,8 @@ struct FileBegin
 {
     std::string Name; ///< without folder, for OnFile
     LogTime NameTime; ///< the time in its name, else its last change; only the date of its lines hangs on it
-    bool HasNameTime = false;      ///< false: NameTime is a guess
-    std::uint64_t FirstOffset = 0; ///< offset of the first byte that is fed, if the beginning was skipped ...
-    std::uint64_t FirstLine = 1;   ///< ... and the number of its line
+    bool HasNameTime = false; ///< false: NameTime is a guess
+    bool IsComms = false;     ///< holds comms reports alone, and no headers
 };
 
 /// Numbers over all that was read.
@@ -107,6 +106,9 @@ public:
     void BeginFile(const FileBegin& file);
     /// The next bytes of the file, cut anywhere. A line is read when its line end has come.
     void Feed(std::string_view bytes);
+    /// The next `bytes` of the file, which are `lines` whole lines, are not read. To be called where a line
+    /// begins. Calls that are open there are told as in flight.
+    void Skip(std::uint64_t bytes, std::uint64_t lines);
     /// The file ends; a last line without line end is read as it stands.
     void EndFile();
     /// No more files: delivers what is in flight. To be called once.

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "line/arrows.h"
+#include "line/dump_columns.h"
 #include "tool/read/log_time.h"
 
 namespace marvane::read {
@@ -61,21 +63,6 @@ struct Line
     bool HasLineEnd = true; ///< false only for the last line of a file
     std::string_view Text;  ///< after the stamp, without line end
     std::string_view Whole; ///< with the stamp, without line end
-};
-
-enum class Direction : std::uint8_t
-{
-    ToTarget,  ///< -->, >>>: arguments; for a comms report, sent
-    FromTarget ///< <--, <<<: results; for a comms report, received
-};
-
-/// A line of a dump listing: up to sixteen bytes.
-struct DumpRow
-{
-    std::uint32_t Offset = 0;
-    std::uint8_t Count = 0;
-    std::uint8_t Values[16] = {};
-    bool Cut = false; ///< the listing was ended here by LogMaxPduBuff
 };
 
 /// A decoded line, taken apart: arrow, label, value. Any text is accepted.
@@ -294,7 +281,8 @@ struct Setting
 };
 
 /// One run of the logger library from PDUConstruct to PDUDestruct, as far as the log tells.
-/// Owned by the reader and stable until Finish() returns; it grows while the header is read.
+/// Owned by the reader; the last thousand stay where they are while the reader lives. It grows while its
+/// lines are read.
 struct Session
 {
     std::uint32_t Number = 0;  ///< from 1
@@ -308,8 +296,12 @@ struct Session
     std::string TargetVersion; ///< empty if it could not be read
     bool IsLoaded = false;     ///< a call reached the target library
     bool HasNotLoaded = false; ///< a call found no target library
-    bool IsEnded = false;      ///< by PDUDestruct
+    bool IsEnded = false;      ///< by PDUDestruct, or ...
+    bool IsReplaced = false;   ///< ... by a second PDUConstruct of the same process, or ...
+    bool HasDied = false;      ///< ... by the death of the process: another has its thread
     bool IsHeaderComplete = false;
+    std::uint64_t Calls = 0;
+    std::uint64_t Events = 0;
     LogTime LastTime; ///< of its last line so far
     Position LastAt;
     std::vector<Setting> Settings;

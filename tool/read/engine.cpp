@@ -1,0 +1,411 @@
+#include "tool/read/engine.h"
+
+#include <cstring>
+
+#include "line/marks.h"
+#include "tool/read/known_lines.h"
+
+namespace marvane::read {
+
+namespace {
+
+constexpr std::string_view FullMark = marks::BufferFull.substr(0, marks::BufferFull.size() - 1);
+/// The one line of a start that has no line end: the next stamp follows it.
+constexpr std::string_view NoPathLine = "\tERROR: Couldn't find library path (";
+constexpr std::size_t LongestSetting = 64 * 1024;
+
+std::uint32_t TimeOfDay(const Stamp& stamp)
+{
+    const std::uint32_t seconds = (stamp.Hour * 60u + stamp.Minute) * 60u + stamp.Second;
+    return std::min(seconds * 1000u + stamp.Milliseconds, static_cast<std::uint32_t>(MillisecondsPerDay - 1));
+}
+
+/// Takes the mark of a full buffer from the end of a text that holds more.
+bool TakeMark(std::string_view& text)
+{
+    if (text.size() <= FullMark.size() || text.back() != '.' || !text.ends_with(FullMark))
+        return false;
+    text.remove_suffix(FullMark.size());
+    return true;
+}
+
+/// The second stamp of a line that should have been two, or npos.
+std::size_t SecondStamp(std::string_view text)
+{
+    if (!text.starts_with(NoPathLine))
+        return std::string_view::npos;
+    for (std::size_t at = text.find('{'); at != std::string_view::npos; at = text.find('{', at + 1))
+        if (ParseStamp(text.substr(at)))
+            return at;
+    return std::string_view::npos;
+}
+
+} // namespace
+
+void LogReader::Engine::BeginFile(const FileBegin& file)
+{
+    if (hasFile_)
+        EndFile();
+    hasFile_ = isFileFresh_ = true;
+    isComms_ = file.IsComms;
+    headersInFile_ = 0;
+    offset_ = lines_ = 0;
+    hasStamp_ = false;
+    clock_.BeginFile(file.NameTime, file.HasNameTime);
+    sink_.OnFile(files_++, file.Name);
+}
+
+void LogReader::Engine::Feed(std::string_view bytes)
+{
+    counts_.Bytes += bytes.size();
+    splitter_.Feed(bytes,
+                   [this](std::string_view line, std::size_t length) { ReadLine(line, length, true); });
+}
+
+void LogReader::Engine::Skip(std::uint64_t bytes, std::uint64_t lines)
+{
+    SettleMark();
+    CloseReport(false);
+    tail_ = Tail::Nothing;
+    LeaveAll(0);
+    offset_ += bytes;
+    lines_ += lines;
+}
+
+void LogReader::Engine::EndFile()
+{
+    if (!hasFile_)
+        return;
+    if (!splitter_.Rest().empty()) {
+        const std::string rest(splitter_.Rest());
+        splitter_.Clear();
+        ReadLine(rest, rest.size(), false);
+        Tell(ProblemKind::LastLineCut, at_, nullptr, rest);
+    }
+    SettleMark();
+    CloseReport(false);
+    tail_ = Tail::Nothing;
+    hasLineEnd_ = true;
+    hasFile_ = false;
+}
+
+void LogReader::Engine::Finish()
+{
+    EndFile();
+    LeaveAll(0);
+    threads_.ForEach([this](ThreadState& thread) { EndHeader(thread); });
+}
+
+void LogReader::Engine::Report(ProblemKind what, std::string_view text)
+{
+    Tell(what, {files_ == 0 ? 0 : files_ - 1, lines_, offset_}, nullptr, text);
+}
+
+void LogReader::Engine::ReadLine(std::string_view whole, std::size_t length, bool hasEnd)
+{
+    ++counts_.Lines;
+    at_ = {files_ - 1, ++lines_, offset_};
+    offset_ += length;
+    hasLineEnd_ = hasEnd;
+    if (ReadStamp(whole))
+        ReadStamped(whole);
+    else
+        ReadUnstamped(whole);
+}
+
+bool LogReader::Engine::ReadStamp(std::string_view whole)
+{
+    if (whole.size() < StampLength)
+        return false;
+    isNewStamp_ = !hasStamp_ || std::memcmp(whole.data(), stamp_.data(), StampLength) != 0;
+    if (!isNewStamp_)
+        return true;
+    const std::optional<Stamp> stamp = ParseStamp(whole);
+    if (!stamp)
+        return false;
+    parsed_ = *stamp;
+    std::memcpy(stamp_.data(), whole.data(), StampLength);
+    hasStamp_ = true;
+    return true;
+}
+
+void LogReader::Engine::ReadStamped(std::string_view whole)
+{
+    std::string_view text = whole.substr(StampLength);
+    SettleMark();
+    const std::size_t second = SecondStamp(text);
+    const std::string_view rest = second == std::string_view::npos ? std::string_view() : text.substr(second);
+    text = text.substr(0, second);
+    const std::string_view uncut = text;
+    const bool isCut = TakeMark(text);
+    const KnownLine known = KindOf(text);
+    if (isNewStamp_) {
+        KeepBounds();
+        const std::uint32_t timeOfDay = TimeOfDay(parsed_);
+        time_ = known.Kind == LineKind::Initialise ? clock_.AtSessionBegin(timeOfDay) : clock_.At(timeOfDay);
+        thread_ = &threads_.Get(parsed_.Thread);
+        session_ = sessions_.Find(thread_->Session);
+    }
+    if (known.Kind == LineKind::Initialise)
+        BeginSession();
+    else
+        Assign(known);
+    thread_->LastUse = counts_.Lines;
+    session_->LastTime = time_;
+    session_->LastAt = at_;
+    if (Wanted(Wants::Lines))
+        TellLine(known.Kind, uncut, whole.substr(0, StampLength + uncut.size()), true);
+    if (report_.IsOpen() && known.Kind != LineKind::Decoded)
+        CloseReport(false);
+    tail_ = Tail::Nothing;
+    isFileFresh_ = false;
+    Dispatch(known, isCut);
+    if (!rest.empty() && ReadStamp(rest))
+        ReadStamped(rest);
+}
+
+void LogReader::Engine::Dispatch(const KnownLine& line, bool isCut)
+{
+    switch (line.Kind) {
+    case LineKind::Decoded:
+        return ReadDecoded(line.Rest, isCut);
+    case LineKind::Entry:
+        return ReadEntry(line.Rest, isCut);
+    case LineKind::CallOut:
+        return ReadCallOut(line.Rest);
+    case LineKind::Exit:
+        return ReadExit(line.Rest);
+    case LineKind::NotLoaded:
+        return ReadNotLoaded(line.Rest);
+    case LineKind::Comms:
+        return ReadReportTitle(line.Rest, isCut);
+    case LineKind::Mark:
+        return ReadMark(line.Rest);
+    case LineKind::Initialise:
+        return;
+    case LineKind::Version:
+        session_->Marvane = line.Rest;
+        return;
+    case LineKind::Header:
+        return ReadHeader(line.Rest);
+    case LineKind::Setting:
+        return ReadSetting(line.Rest);
+    case LineKind::Full:
+        tail_ = Tail::StampedMark;
+        markAt_ = at_;
+        return;
+    case LineKind::Continuation:
+    case LineKind::Foreign:
+    case LineKind::Other:
+        return ReadOther(line.Rest);
+    }
+}
+
+void LogReader::Engine::ReadDecoded(std::string_view text, bool isCut)
+{
+    const Frame* const top = thread_->Top();
+    if (report_.Accepts(thread_->Id, time_, text) &&
+        !(top && !top->IsInResults && BeginsResults(top->Record.Which, text))) {
+        report_.AddLine(at_.Line, text);
+        tail_ = Tail::ReportLine;
+        return isCut ? CloseReport(true) : void();
+    }
+    CloseReport(false);
+    if (thread_->IsInHeader && IsHeaderLine(text))
+        return TakeLoading(*session_, text);
+    if (!AddToFrame(text))
+        return Damaged(text);
+    tail_ = Tail::Decoded;
+    if (isCut)
+        MarkFull();
+}
+
+void LogReader::Engine::ReadOther(std::string_view text)
+{
+    if (thread_->IsInHeader && text.starts_with(NoPathLine))
+        return;
+    Frame* const top = thread_->Top();
+    if (!top || top->CountLines() == 0 || !IsDeepText(text) || !top->AddLine(at_.Line, text)) {
+        if (hasLineEnd_)
+            Damaged(text);
+        return;
+    }
+    openBytes_ += text.size();
+    tail_ = Tail::Decoded;
+}
+
+void LogReader::Engine::ReadReportTitle(std::string_view text, bool isCut)
+{
+    EndHeader(*thread_);
+    Comms report;
+    report.Session = session_->Number;
+    report.Thread = thread_->Id;
+    report.At = at_;
+    report.Time = time_;
+    for (const auto& frame : thread_->Open)
+        if (!frame->IsEvent && !isComms_)
+            report.InsideCall = frame->Record.Seq;
+    report_.Begin(report, *ParseReportTitle(text));
+    tail_ = Tail::ReportTitle;
+    if (isCut)
+        CloseReport(true);
+}
+
+void LogReader::Engine::ReadUnstamped(std::string_view whole)
+{
+    std::string_view text = whole;
+    const bool isMark = text == FullMark;
+    const bool isCut = !isMark && TakeMark(text);
+    const bool isKnown = isMark ? tail_ != Tail::Nothing || (thread_ && thread_->IsInHeader) : Continue(text);
+    if (Wanted(Wants::Lines))
+        TellLine(isMark    ? LineKind::Full
+                 : isKnown ? LineKind::Continuation
+                           : LineKind::Foreign,
+                 whole, whole, false);
+    if (!isKnown) {
+        SettleMark();
+        CloseReport(false);
+        tail_ = Tail::Nothing;
+        return Damaged(whole);
+    }
+    if (isMark || isCut)
+        MarkFull();
+}
+
+/// Adds a line without stamp to what the line before it has begun. False if that was complete.
+bool LogReader::Engine::Continue(std::string_view text)
+{
+    Frame* const top = thread_ ? thread_->Top() : nullptr;
+    switch (tail_) {
+    case Tail::Entry:
+        if (!top || top->HasWholeEntry())
+            return false;
+        top->ContinueEntry(text);
+        openBytes_ += text.size();
+        return true;
+    case Tail::Decoded:
+        return top &&
+               IsOpenText(
+                   std::string_view(top->LastLine()).substr(std::min(ArrowLength, top->LastLine().size()))) &&
+               top->ContinueLine(text);
+    case Tail::ReportTitle:
+        report_.ContinueTitle(text);
+        return true;
+    case Tail::ReportLine:
+        if (!IsOpenText(report_.LastLine().substr(ArrowLength)))
+            return false;
+        report_.ContinueLine(text);
+        return true;
+    case Tail::Setting:
+        if (!openSetting_ || openSetting_->size() > LongestSetting)
+            return false;
+        openSetting_->append("\n").append(text);
+        if (openSetting_->ends_with('\'')) {
+            openSetting_->pop_back();
+            tail_ = Tail::Nothing;
+        }
+        return true;
+    case Tail::StampedMark:
+        if (!top || !IsDeepText(text))
+            return false;
+        tail_ = Tail::Decoded;
+        return AddToFrame(text);
+    case Tail::Nothing:
+    case Tail::Exit:
+        return false;
+    }
+    return false;
+}
+
+/// The mark of a full buffer has ended the text of the thread's phase.
+void LogReader::Engine::MarkFull()
+{
+    const bool followsExit = tail_ == Tail::Exit;
+    tail_ = Tail::Nothing;
+    if (report_.IsOpen())
+        return CloseReport(true);
+    Frame* const top = thread_->Top();
+    if (followsExit || thread_->IsInHeader || !top)
+        return;
+    if (!top->IsInResults) {
+        top->Record.IsCutIn = true;
+        return;
+    }
+    top->Record.IsCutOut = true;
+    top->Record.End = at_;
+    top->Record.EndTime = time_;
+    if (!top->IsOrphan)
+        Close(*thread_, CallState::Cut);
+}
+
+/// A mark that stood after a stamp was none of a deep indent.
+void LogReader::Engine::SettleMark()
+{
+    if (tail_ != Tail::StampedMark)
+        return;
+    const Position next = at_;
+    at_ = markAt_;
+    if (!thread_->Top() && !thread_->IsInHeader)
+        Damaged(FullMark);
+    MarkFull();
+    at_ = next;
+}
+
+void LogReader::Engine::CloseReport(bool isCut)
+{
+    if (!report_.IsOpen())
+        return;
+    const Comms& report = report_.Finish(isCut);
+    ++counts_.Comms;
+    if (Wanted(Wants::Comms))
+        sink_.OnComms(report);
+    if (isCut)
+        Tell(ProblemKind::Cut, report.At, nullptr, report.Title);
+}
+
+void LogReader::Engine::ReadMark(std::string_view text)
+{
+    EndHeader(*thread_);
+    thread_->IsInHeader = text.ends_with(marks::ContinuationFile);
+    if (text.ends_with(marks::ClosingFile))
+        session_->IsEnded = true;
+    ++counts_.Marks;
+    sink_.OnMark({session_->Number, thread_->Id, at_, time_, text});
+}
+
+void LogReader::Engine::Damaged(std::string_view line)
+{
+    if (!hasLineEnd_)
+        return; // told as a cut last line
+    ++counts_.DamagedLines;
+    Tell(ProblemKind::Damaged, at_, nullptr, line);
+}
+
+void LogReader::Engine::Tell(ProblemKind what, Position at, const Call* call, std::string_view text)
+{
+    Problem problem;
+    problem.What = what;
+    problem.At = at;
+    problem.Time = call ? call->BeginTime : time_;
+    problem.Session = call ? call->Session : session_ ? session_->Number : 0;
+    problem.Thread = call ? call->Thread : thread_ ? thread_->Id : 0;
+    problem.Seq = call ? call->Seq : 0;
+    problem.Text = text;
+    sink_.OnProblem(problem);
+}
+
+void LogReader::Engine::TellLine(LineKind kind, std::string_view text, std::string_view whole, bool hasStamp)
+{
+    Line line;
+    line.At = at_;
+    line.Time = time_;
+    line.Thread = thread_ ? thread_->Id : 0;
+    line.Kind = kind;
+    line.HasStamp = hasStamp;
+    line.HasLineEnd = hasLineEnd_;
+    line.Text = text;
+    line.Whole = whole;
+    sink_.OnLine(line);
+}
+
+} // namespace marvane::read

@@ -1,0 +1,290 @@
+#include <algorithm>
+
+#include "tool/read/engine.h"
+#include "tool/read/known_lines.h"
+
+namespace marvane::read {
+
+namespace {
+
+/// Deeper nesting, more calls or more text than this at a time is no log.
+constexpr std::size_t MostDepth = 64;
+constexpr std::size_t MostFrames = 20000;
+constexpr std::size_t MostBytes = 32 * 1024 * 1024;
+
+constexpr std::string_view Start = "LOGGER_Initialise"; ///< has no entry line: the header stands for it
+
+/// Functions whose arguments can be nested so deep that they show the arrows of results.
+bool HasDeepArguments(Function function)
+{
+    return function == Function::SetComParam || function == Function::SetUniqueRespIdTable ||
+           function == Function::IoCtl;
+}
+
+bool BeginsHalf(const Frame& frame, LogTime time, std::string_view line)
+{
+    if (time != frame.Record.BeginTime)
+        return true; // all lines of a half have one stamp
+    const bool pointsBack = ParseArrow(line)->ShownDirection() == Direction::FromTarget;
+    return (pointsBack && !HasDeepArguments(frame.Record.Which)) || BeginsResults(frame.Record.Which, line);
+}
+
+} // namespace
+
+void LogReader::Engine::ReadEntry(std::string_view rest, bool isCut)
+{
+    EndHeader(*thread_);
+    const bool isEvent = rest.starts_with(FunctionName(Function::CallbackTrap));
+    TakeLost(isEvent);
+    Frame& frame = Open(rest);
+    frame.Record.IsCutIn = isCut;
+    tail_ = isCut ? Tail::Nothing : Tail::Entry;
+    session_->IsLoaded |= frame.Record.Which != Function::LoggerUninitialise;
+    if (Wanted(Wants::Calls))
+        sink_.OnEntry(frame.Entry(), frame.IsEvent);
+}
+
+/// Leaves frames whose exit lines must have been lost.
+void LogReader::Engine::TakeLost(bool nextIsEvent)
+{
+    while (Frame* const top = thread_->Top()) {
+        if (!IsLost(*top, nextIsEvent))
+            return;
+        Close(*thread_, CallState::InFlight);
+    }
+}
+
+/// True if a call or callback can't be open where its thread enters the next one.
+bool LogReader::Engine::IsLost(const Frame& frame, bool nextIsEvent) const
+{
+    if (frame.IsOrphan)
+        return frame.IsInResults || !nextIsEvent;
+    if (frame.IsInResults)
+        return true; // results and exit line are written at once
+    // Calls and callbacks take turns, if both are logged.
+    const bool hasEvents = session_->NumberOf("LogCbCalls").value_or(session_->Events > 0) != 0;
+    const bool hasCalls = session_->NumberOf("LogFnCalls").value_or(session_->Calls > 0) != 0;
+    return frame.IsEvent ? nextIsEvent && hasCalls : !nextIsEvent && hasEvents;
+}
+
+Frame& LogReader::Engine::Open(std::string_view entry)
+{
+    std::unique_ptr<Frame> frame = pool_.Get();
+    frame->SetEntry(entry);
+    Event& record = frame->Record;
+    record.Seq = frame->IsEvent ? 0 : ++counts_.Calls;
+    counts_.Events += frame->IsEvent ? 1 : 0;
+    ++(frame->IsEvent ? session_->Events : session_->Calls);
+    record.Session = session_->Number;
+    record.Thread = thread_->Id;
+    record.Begin = record.End = at_;
+    record.BeginTime = record.EndTime = time_;
+    record.Depth = static_cast<std::uint32_t>(thread_->Open.size());
+    for (const auto& outer : thread_->Open)
+        record.InsideCall = outer->IsEvent ? record.InsideCall : outer->Record.Seq;
+    if (thread_->Open.size() == MostDepth)
+        DropOldest();
+    openBytes_ += frame->Size();
+    ++openFrames_;
+    thread_->Open.push_back(std::move(frame));
+    return *thread_->Open.back();
+}
+
+/// The frame for lines whose entry line is not there: before the beginning of the log, or damaged.
+Frame& LogReader::Engine::OpenOrphan()
+{
+    std::unique_ptr<Frame> frame = pool_.Get();
+    frame->IsOrphan = true;
+    frame->Record.Session = session_->Number;
+    frame->Record.Thread = thread_->Id;
+    frame->Record.Begin = at_;
+    frame->Record.BeginTime = time_;
+    if (thread_->Open.size() == MostDepth)
+        DropOldest();
+    ++openFrames_;
+    thread_->Open.push_back(std::move(frame));
+    return *thread_->Open.back();
+}
+
+bool LogReader::Engine::AddToFrame(std::string_view line)
+{
+    Frame* const top = thread_->Top();
+    Frame& frame = top ? *top : OpenOrphan();
+    if (!frame.IsInResults && ParseArrow(line))
+        frame.IsInResults = BeginsHalf(frame, time_, line);
+    if (!frame.AddLine(at_.Line, line))
+        return false;
+    openBytes_ += line.size();
+    if (frame.IsInResults) {
+        frame.Record.End = at_;
+        frame.Record.EndTime = time_;
+    }
+    return true;
+}
+
+Frame* LogReader::Engine::FindFrame(std::string_view name)
+{
+    const Function function = FunctionOf(name);
+    for (auto frame = thread_->Open.rbegin(); frame != thread_->Open.rend(); ++frame)
+        if (!(*frame)->IsOrphan && (*frame)->Record.Which == function && (*frame)->Entry().Name == name)
+            return frame->get();
+    return nullptr;
+}
+
+void LogReader::Engine::ReadCallOut(std::string_view name)
+{
+    if (name == Start)
+        return;
+    EndHeader(*thread_);
+    Frame* const found = FindFrame(name);
+    if (found)
+        LeaveAbove(*found);
+    Frame& frame = found ? *found : OpenOrphan();
+    frame.IsInResults = true;
+    frame.Record.HasCallOut = true;
+    frame.Record.End = at_;
+    frame.Record.EndTime = time_;
+}
+
+void LogReader::Engine::ReadExit(std::string_view rest)
+{
+    const ExitText exit = ParseExit(rest);
+    EndHeader(*thread_);
+    if (exit.Name == Start && exit.IsWhole)
+        return;
+    if (!exit.IsWhole)
+        return Damaged(rest);
+    tail_ = Tail::Exit;
+    Frame* const frame = FindFrame(exit.Name);
+    if (!frame) {
+        if (thread_->Top() && thread_->Top()->IsOrphan)
+            Forget();
+        return Tell(ProblemKind::ExitWithoutEntry, at_, nullptr, rest);
+    }
+    LeaveAbove(*frame);
+    Event& record = frame->Record;
+    record.End = at_;
+    record.EndTime = time_;
+    record.Status = exit.Status;
+    record.StatusName = exit.StatusName;
+    session_->IsEnded |= record.Which == Function::Destruct;
+    Close(*thread_, CallState::Returned);
+}
+
+void LogReader::Engine::ReadNotLoaded(std::string_view name)
+{
+    EndHeader(*thread_);
+    session_->HasNotLoaded = true;
+    Open(name);
+    Close(*thread_, CallState::NotLoaded);
+}
+
+/// Leaves what the thread has entered inside a frame: it can't outlive it.
+void LogReader::Engine::LeaveAbove(const Frame& frame)
+{
+    while (thread_->Top() != &frame)
+        Close(*thread_, CallState::InFlight);
+}
+
+/// Takes the thread's innermost frame away and delivers it.
+void LogReader::Engine::Close(ThreadState& thread, CallState state)
+{
+    std::unique_ptr<Frame> frame = std::move(thread.Open.back());
+    thread.Open.pop_back();
+    --openFrames_;
+    openBytes_ -= std::min(openBytes_, frame->Size());
+    frame->Record.State = state;
+    if (frame->IsOrphan)
+        DropOrphan(*frame);
+    else
+        Deliver(*frame);
+    pool_.Put(std::move(frame));
+}
+
+/// Takes an innermost frame without entry away: its exit line is told instead.
+void LogReader::Engine::Forget()
+{
+    --openFrames_;
+    openBytes_ -= std::min(openBytes_, thread_->Top()->Size());
+    pool_.Put(std::move(thread_->Open.back()));
+    thread_->Open.pop_back();
+}
+
+void LogReader::Engine::Deliver(Frame& frame)
+{
+    const Event& record = frame.Finished(storage_);
+    if (Wanted(Wants::Calls) && frame.IsEvent)
+        sink_.OnEvent(record);
+    else if (Wanted(Wants::Calls))
+        sink_.OnCall(record);
+    if (const Item* const item = items_.ItemOf(record)) {
+        ++counts_.Items;
+        if (Wanted(Wants::Items))
+            sink_.OnItem(*item);
+    }
+    if (const Param* const param = items_.ParamOf(record)) {
+        ++counts_.Params;
+        if (Wanted(Wants::Params))
+            sink_.OnParam(*param);
+    }
+    const std::string_view name = record.Name;
+    if (record.State == CallState::InFlight)
+        Tell(ProblemKind::InFlight, record.Begin, &record, name);
+    if (record.State == CallState::NotLoaded)
+        Tell(ProblemKind::NotLoaded, record.Begin, &record, name);
+    if (record.State == CallState::Cut || record.IsCutIn || record.IsCutOut)
+        Tell(ProblemKind::Cut, record.Begin, &record, name);
+}
+
+/// Lines that belong to no call: each is damage.
+void LogReader::Engine::DropOrphan(Frame& frame)
+{
+    const Event& record = frame.Finished(storage_);
+    for (const CallLine& line : storage_) {
+        ++counts_.DamagedLines;
+        Tell(ProblemKind::Damaged, {record.Begin.File, line.Number, 0}, &record, line.Text);
+    }
+}
+
+/// Leaves the outermost frame of the thread.
+void LogReader::Engine::DropOldest()
+{
+    std::rotate(thread_->Open.begin(), thread_->Open.begin() + 1, thread_->Open.end());
+    Close(*thread_, CallState::InFlight);
+}
+
+/// Leaves the threads that were silent the longest if there is too much to remember.
+void LogReader::Engine::KeepBounds()
+{
+    if (!threads_.IsFull() && openFrames_ < MostFrames && openBytes_ < MostBytes)
+        return;
+    for (ThreadState* const thread : threads_.Oldest()) {
+        while (thread->Top())
+            Close(*thread, CallState::InFlight);
+        EndHeader(*thread);
+        threads_.Remove(thread->Id);
+    }
+    thread_ = nullptr;
+}
+
+/// Leaves all frames of a session, of all sessions if it is 0, in the order of their entry lines.
+void LogReader::Engine::LeaveAll(std::uint32_t session)
+{
+    std::vector<std::unique_ptr<Frame>> left;
+    threads_.ForEach([&](ThreadState& thread) {
+        if (session != 0 && thread.Session != session)
+            return;
+        for (auto& frame : thread.Open)
+            left.push_back(std::move(frame));
+        thread.Open.clear();
+    });
+    openFrames_ -= left.size();
+    std::ranges::sort(left, {}, [](const auto& frame) { return frame->Record.Begin; });
+    for (const auto& frame : left) {
+        openBytes_ -= std::min(openBytes_, frame->Size());
+        frame->Record.State = CallState::InFlight;
+        frame->IsOrphan ? DropOrphan(*frame) : Deliver(*frame);
+    }
+}
+
+} // namespace marvane::read

@@ -1,0 +1,150 @@
+#include "tool/read/frame.h"
+
+#include "tool/read/call_text.h"
+#include "tool/read/known_lines.h"
+
+namespace marvane::read {
+
+namespace {
+
+/// Each half of a call has at most 15,000 characters; some more is granted to other writers.
+constexpr std::size_t LongestText = 128 * 1024;
+constexpr std::size_t KeptMemory = 32 * 1024;
+constexpr std::size_t KeptLines = 1024;
+
+/// Reads "NAME=HANDLE" at the beginning of `rest`, takes it away and returns it as a value.
+bool TakeHandle(std::string_view& rest, std::string_view name, std::optional<std::uint32_t>& handle)
+{
+    constexpr std::string_view undefined = "<PDU_HANDLE_UNDEF>";
+    constexpr std::size_t length = 10; // "0x00000001"
+    if (!rest.starts_with(name))
+        return false;
+    rest.remove_prefix(name.size());
+    const bool isUndefined = rest.starts_with(undefined);
+    handle = isUndefined ? std::nullopt : NumberInValue(rest.substr(0, length));
+    rest.remove_prefix(isUndefined ? undefined.size() : std::min(length, rest.size()));
+    if (rest.starts_with(", "))
+        rest.remove_prefix(2);
+    return true;
+}
+
+} // namespace
+
+void Frame::Reset()
+{
+    Record = Event();
+    IsEvent = IsOrphan = IsInResults = false;
+    text_.clear();
+    lines_.clear();
+    if (text_.capacity() > KeptMemory)
+        text_ = std::string();
+    if (lines_.capacity() > KeptLines)
+        lines_ = std::vector<StoredLine>();
+    entryLength_ = countIn_ = 0;
+}
+
+void Frame::SetEntry(std::string_view text)
+{
+    text_ = text.substr(0, LongestText);
+    entryLength_ = text_.size();
+    const std::string_view name = std::string_view(text_).substr(0, text_.find_first_of("({"));
+    Record.Which = FunctionOf(name);
+    IsEvent = Record.Which == Function::CallbackTrap;
+    ReadEntry();
+    std::string_view handles = Record.Arguments;
+    if (IsEvent) {
+        const std::size_t comma = handles.find(", ");
+        handles.remove_prefix(comma == std::string_view::npos ? handles.size() : comma + 2);
+    }
+    if (TakeHandle(handles, "hMod=", Record.Module) && TakeHandle(handles, "hCLL=", Record.Link))
+        TakeHandle(handles, "hCoP=", Record.Primitive);
+}
+
+void Frame::ContinueEntry(std::string_view text)
+{
+    if (text_.size() + text.size() < LongestText) {
+        text_ += '\n';
+        text_ += text;
+    }
+    entryLength_ = text_.size();
+}
+
+bool Frame::HasWholeEntry() const
+{
+    return IsWholeEntry(Record.Which, std::string_view(text_).substr(0, entryLength_));
+}
+
+void Frame::ReadEntry()
+{
+    const std::string_view entry = std::string_view(text_).substr(0, entryLength_);
+    const std::size_t open = entry.find_first_of("({");
+    Record.Name = entry.substr(0, open);
+    Record.HasArguments = open != std::string_view::npos && entry[open] == '(';
+    Record.Arguments = Record.HasArguments ? entry.substr(open + 1) : std::string_view();
+    if (Record.Arguments.ends_with(')'))
+        Record.Arguments.remove_suffix(1);
+    if (!IsEvent)
+        return;
+    const auto value = [this](std::string_view name) {
+        return Argument(Record.Arguments, name).value_or("");
+    };
+    Record.Type = NumberInValue(value("Type")).value_or(0);
+    Record.LinkTag = value("pCLLTag");
+    Record.ApiTag = value("pAPITag");
+    Record.Handler = value("Handler");
+}
+
+const Event& Frame::Entry()
+{
+    ReadEntry();
+    return Record;
+}
+
+bool Frame::HasRoom(std::size_t length) const
+{
+    return text_.size() + length < LongestText;
+}
+
+bool Frame::AddLine(std::uint64_t number, std::string_view text)
+{
+    if (!HasRoom(text.size()))
+        return false;
+    lines_.push_back(
+        {number, static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(text.size())});
+    countIn_ += IsInResults ? 0 : 1;
+    text_ += text;
+    return true;
+}
+
+bool Frame::ContinueLine(std::string_view text)
+{
+    if (lines_.empty() || !HasRoom(text.size() + 1))
+        return false;
+    text_ += '\n';
+    text_ += text;
+    lines_.back().Length += static_cast<std::uint32_t>(text.size() + 1);
+    return true;
+}
+
+std::string_view Frame::LastLine() const
+{
+    if (lines_.empty())
+        return {};
+    return std::string_view(text_).substr(lines_.back().Begin, lines_.back().Length);
+}
+
+const Event& Frame::Finished(std::vector<CallLine>& storage)
+{
+    ReadEntry();
+    storage.clear();
+    for (const StoredLine& line : lines_)
+        storage.push_back({line.Number, std::string_view(text_).substr(line.Begin, line.Length)});
+    Record.LinesIn = std::span(storage).first(countIn_);
+    Record.LinesOut = std::span(storage).subspan(countIn_);
+    if (Record.Which == Function::StartComPrimitive && Record.Status == 0u)
+        if (const auto handle = ValueOf(Record.LinesOut, "hCoP"))
+            Record.Primitive = NumberInValue(*handle);
+    return Record;
+}
+
+} // namespace marvane::read

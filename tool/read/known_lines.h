@@ -1,0 +1,27 @@
+// What the lines of a call look like, as far as the reader has to know it to tell where a half, a report or a
+// text with line breaks ends.
+#pragma once
+
+#include <string_view>
+
+#include "tool/read/records.h"
+
+namespace marvane::read {
+
+/// True if a decoded line (with its arrow) is one that the results of that function begin with. Without
+/// LogCallOuts nothing else separates arguments, or a comms report, from results.
+bool BeginsResults(Function function, std::string_view line);
+
+/// True if an entry line ("NAME(...)") has all its arguments; else the text goes on in the next line.
+bool IsWholeEntry(Function function, std::string_view entry);
+
+/// True if the last text of a decoded line (without its arrow) may go on in the next line: a string is open.
+bool IsOpenText(std::string_view text);
+
+/// True for the texts of ComParams that are nested so deep that they have no arrow.
+bool IsDeepText(std::string_view text);
+
+/// True for what a header shows as decoded lines (with the arrow): the loading of the target library.
+bool IsHeaderLine(std::string_view line);
+
+} // namespace marvane::read

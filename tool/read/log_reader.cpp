@@ -1,0 +1,66 @@
+#include "tool/read/log_reader.h"
+
+#include "tool/read/engine.h"
+
+namespace marvane::read {
+
+void LogSink::OnFile(std::uint32_t, std::string_view) {}
+void LogSink::OnSession(const Session&) {}
+void LogSink::OnLine(const Line&) {}
+void LogSink::OnEntry(const Call&, bool) {}
+void LogSink::OnCall(const Call&) {}
+void LogSink::OnEvent(const Event&) {}
+void LogSink::OnItem(const Item&) {}
+void LogSink::OnComms(const Comms&) {}
+void LogSink::OnParam(const Param&) {}
+void LogSink::OnMark(const Mark&) {}
+void LogSink::OnProblem(const Problem&) {}
+
+bool Call::HasFailed() const
+{
+    constexpr std::uint32_t emptyQueue = 0x71;
+    return State != CallState::Returned || (Status.value_or(0) != 0 && Status != emptyQueue);
+}
+
+LogReader::LogReader(LogSink& sink, Wants wants) : engine_(std::make_unique<Engine>(sink, wants)) {}
+LogReader::~LogReader() = default;
+
+void LogReader::BeginFile(const FileBegin& file)
+{
+    engine_->BeginFile(file);
+}
+void LogReader::Feed(std::string_view bytes)
+{
+    engine_->Feed(bytes);
+}
+void LogReader::Skip(std::uint64_t bytes, std::uint64_t lines)
+{
+    engine_->Skip(bytes, lines);
+}
+void LogReader::EndFile()
+{
+    engine_->EndFile();
+}
+void LogReader::Finish()
+{
+    engine_->Finish();
+}
+void LogReader::Report(ProblemKind what, std::string_view text)
+{
+    engine_->Report(what, text);
+}
+
+bool LogReader::IsEnough() const
+{
+    return engine_->Sink().IsEnough();
+}
+const ReadCounts& LogReader::Counts() const
+{
+    return engine_->Counts();
+}
+const Session* LogReader::FindSession(std::uint32_t number) const
+{
+    return engine_->Sessions().Find(number);
+}
+
+} // namespace marvane::read

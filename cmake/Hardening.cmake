@@ -1,11 +1,11 @@
-# harden(target): the guards that compiler and linker offer, for what runs in somebody else's process. The
-# sanitizers bring guards of their own, and these would be in their way.
+# harden(target): enables the security guards of compiler and linker, since the library runs in other people's
+# processes. Not under sanitizers, which have guards of their own that these would disturb.
 function(harden target)
   if(MARVANE_SANITIZE)
     return()
   endif()
   target_compile_options(${target} PRIVATE -fstack-protector-strong)
-  target_link_options(${target} PUBLIC -fstack-protector-strong) # The runtime of the guard, where it is a library.
+  target_link_options(${target} PUBLIC -fstack-protector-strong) # Links the guard's runtime where it is a separate library.
   if(WIN32)
     target_link_options(${target} PRIVATE -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
   else()

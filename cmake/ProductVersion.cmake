@@ -19,8 +19,8 @@ function(set_product_version target version description)
   target_sources(${target} PRIVATE ${source})
 endfunction()
 
-# exact_exports(target): the library shows the functions marked for export and nothing else, and on Windows
-# its file name has no prefix.
+# exact_exports(target): the library exports the functions marked with PDU_API and nothing else; on Windows its
+# file name gets no prefix.
 function(exact_exports target)
   if(WIN32)
     set_target_properties(${target} PROPERTIES PREFIX "" IMPORT_PREFIX "")

@@ -1,4 +1,4 @@
-# Shared by ./demo, ./check and tests/fuzz/run: messages, installing what is missing, building a preset.
+# Shared by all scripts: messages, installing missing packages, building a preset.
 
 top=$(cd "$(dirname "$0")" && pwd)
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -17,7 +17,7 @@ fuzz_packages="clang libclang-rt-14-dev"
 format_version=14
 format_packages="clang-format-$format_version"
 
-# install_packages NAME...: installs those of the packages that are missing. Fails if that is not possible.
+# install_packages NAME...: installs the missing ones of these Debian packages. Fails if that is not possible.
 install_packages() {
     missing=""
     for package in "$@"; do
@@ -25,13 +25,13 @@ install_packages() {
     done
     [ -z "$missing" ] && return 0
     command -v apt-get >/dev/null 2>&1 || {
-        echo "No apt-get here. These Debian packages, or what they are called on this system, are needed:$missing" >&2
+        echo "There is no apt-get here. Install these Debian packages, or their equivalents on this system:$missing" >&2
         return 1
     }
     as_root=""
     if [ "$(id -u)" != 0 ]; then
         command -v sudo >/dev/null 2>&1 || {
-            echo "Neither root nor sudo, so these packages can't be installed:$missing" >&2
+            echo "Installing packages needs root or sudo. Missing are:$missing" >&2
             return 1
         }
         as_root=sudo
@@ -45,11 +45,12 @@ install_packages() {
         return 0
     fi
     tail -n 20 "$log" >&2
-    echo "apt-get failed; its whole output is in $log" >&2
+    echo "apt-get failed; its complete output is in $log" >&2
     return 1
 }
 
-# build PRESET [cmake build argument...]: configures and builds a preset, quiet unless it fails.
+# build PRESET [cmake build argument...]: configures and builds a preset. Prints the compiler's output only if it
+# fails.
 build() {
     preset=$1
     shift
@@ -58,12 +59,12 @@ build() {
     log="$top/build/$preset.log"
     (cd "$top" && cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs" "$@") >"$log" 2>&1 || {
         tail -n 40 "$log" >&2
-        fail "the build of $preset failed; its whole output is in build/$preset.log"
+        fail "the build of $preset failed; its complete output is in build/$preset.log"
     }
 }
 
-# A Wine prefix is made at its first use; doing that once, ahead of programs that run side by side, keeps them
-# from making it at the same time.
+# Creates the Wine prefix. Wine does that at the first start of a program; programs that start in parallel would
+# all try.
 prepare_wine() {
     say "Preparing Wine (the first time takes a minute)"
     "$top/cmake/run-under-wine" wineboot -i >/dev/null 2>&1 || return 1

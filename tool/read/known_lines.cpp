@@ -76,13 +76,17 @@ constexpr std::string_view QuotedTexts[] = {
     "pVendorModuleName ", "pVendorAdditionalInfo\t", "HwName ",        "FwName ",
     "VendorName ",        "PDUApiSwName ",           "LOADING: DLL = "};
 
-constexpr std::string_view DeepLabels[] = {"session\t= ",       "P2Max_high\t= ",
-                                           "P2Max_low\t= ",     "P2Star_high\t= ",
-                                           "P2Star_low\t= ",    "P2Min\t= ",
-                                           "P2Max\t= ",         "P3Min\t= ",
-                                           "P3Max\t= ",         "P4Min\t= ",
-                                           "TimingSet\t= ",     "pSessionTiming\t= ",
-                                           "pAccessTiming\t= ", "UNKNOWN \"TimingSet\" SPECIFIED"};
+constexpr std::string_view DeepLabels[] = {
+    "session\t= ",      "P2Max_high\t= ",     "P2Max_low\t= ",
+    "P2Star_high\t= ",  "P2Star_low\t= ",     "P2Min\t= ",
+    "P2Max\t= ",        "P3Min\t= ",          "P3Max\t= ",
+    "P4Min\t= ",        "TimingSet\t= ",      "MaxEntries\t= ",
+    "ActEntries\t= ",   "pSessionTiming\t= ", "pAccessTiming\t= ",
+    "pStructField\t= ", "pByteField\t= ",     "pLongField\t= ",
+    "pDataVal\t= ",     "    pDataArray: ",   "UNKNOWN \"TimingSet\" SPECIFIED"};
+
+/// In each line that begins the value of a ComParam, after its name.
+constexpr std::string_view ParamId = " (id=";
 
 constexpr std::string_view HeaderTexts[] = {"LOADING: ", "LOADED: ", "LOAD FAILURE: ", "DLL Load"};
 
@@ -134,7 +138,8 @@ bool IsDeepText(std::string_view text)
     const bool isTimingSet =
         std::any_of(TimingSetNames.begin(), TimingSetNames.end(),
                     [text](const NameEntry& entry) { return !entry.Name.empty() && entry.Name == text; });
-    return isTimingSet || BeginsWithAny(text, DeepLabels);
+    return isTimingSet || BeginsWithAny(text, DeepLabels) || text.find(ParamId) != std::string_view::npos ||
+           ParseDumpRow(text);
 }
 
 bool IsHeaderLine(std::string_view line)

@@ -72,8 +72,9 @@ public:
 /// A file as the reader needs to know it.
 struct FileBegin
 {
-    std::string Name; ///< without folder, for OnFile
-    LogTime NameTime; ///< the time in its name, else its last change; only the date of its lines hangs on it
+    std::string Name{}; ///< without folder, for OnFile
+    LogTime
+        NameTime{}; ///< the time in its name, else its last change; only the date of its lines hangs on it
     bool HasNameTime = false; ///< false: NameTime is a guess
     bool IsComms = false;     ///< holds comms reports alone, and no headers
 };

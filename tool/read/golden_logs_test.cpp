@@ -1,0 +1,69 @@
+// The golden logs of the logger library, read back: each "+" line is one call or one event, and no line is
+// left over. Their stamps are normalised and get a time here.
+#include <fstream>
+#include <regex>
+
+#include <gtest/gtest.h>
+
+#include "tool/read/reader_test_kit.h"
+
+namespace marvane::read::testing {
+
+namespace {
+
+struct GoldenCase
+{
+    const char* Name;
+    std::uint64_t NotLoaded; ///< calls that have no "+" line
+};
+
+std::string WithStamps(const std::string& name)
+{
+    static const std::regex stamp("^\\{time - T([0-9])\\} ");
+    std::ifstream file(std::string(MARVANE_SOURCE_DIR "/tests/golden/") + name + ".log");
+    std::string log;
+    for (std::string line; std::getline(file, line);)
+        log += std::regex_replace(line, stamp, "{10:00:00.000 - 0000000$1} ") + '\n';
+    return log;
+}
+
+std::uint64_t CountOf(const std::string& text, std::string_view part)
+{
+    std::uint64_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
+
+class GoldenLogs : public ::testing::TestWithParam<GoldenCase>
+{
+};
+
+} // namespace
+
+TEST_P(GoldenLogs, AreReadToTheLastLine)
+{
+    const std::string log = WithStamps(GetParam().Name);
+    ASSERT_FALSE(log.empty());
+    TextSink sink;
+    LogReader reader(sink);
+    reader.BeginFile({.Name = GetParam().Name});
+    reader.Feed(log);
+    reader.Finish();
+    const ReadCounts& counts = reader.Counts();
+    EXPECT_EQ(counts.Calls + counts.Events, CountOf(log, "} + ") + GetParam().NotLoaded);
+    EXPECT_EQ(counts.Items, CountOf(log, "   <--  *ppEventItem ("));
+    EXPECT_EQ(counts.Comms, CountOf(log, "} NULL ") + CountOf(log, "} [DoIP"));
+    EXPECT_EQ(counts.DamagedLines, 0u);
+    EXPECT_EQ(CountOf(sink.Text(), " not loaded: "), GetParam().NotLoaded);
+    EXPECT_EQ(CountOf(sink.Text(), "exit without entry"), 0u);
+    EXPECT_EQ(CountOf(sink.Text(), "in flight"), 0u);
+    EXPECT_EQ(CountOf(sink.Text(), " cut: "), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, GoldenLogs,
+                         ::testing::Values(GoldenCase{"diagnostic_session", 0},
+                                           GoldenCase{"error_session", 29}, GoldenCase{"traffic_session", 0}),
+                         [](const auto& test) { return std::string(test.param.Name); });
+
+} // namespace marvane::read::testing

@@ -1,4 +1,4 @@
-// Calls, events and comms reports, each by Marvane and by those that it is compared with.
+// Calls, events and comms reports, each with Marvane and with the loggers that it is compared with.
 #include <array>
 #include <atomic>
 #include <memory>
@@ -12,13 +12,13 @@ namespace marvane::bench {
 
 namespace {
 
-/// One operation by way of a function table, and the settings under which it is logged.
+/// An operation on a function table, and the settings under which it is logged.
 struct Operation
 {
     std::string Family;
     bench::Settings Settings;
     std::function<void(const CPduDll& api, std::size_t times)> Run;
-    bool Formatted = false; ///< spdlog formats it from the arguments of PDULockResource
+    bool Formatted = false; ///< spdlog formats the lines from the arguments of PDULockResource
     bool Silent = false;    ///< nothing is logged
     unsigned Threads = 1;
 };
@@ -38,14 +38,14 @@ std::unique_ptr<Session> NewSession(const Operation& operation, const Settings& 
     return std::make_unique<Session>(settings);
 }
 
-// What is under way. One row runs at a time.
+// The state of the current row. One row runs at a time.
 std::unique_ptr<Session> Running;
 std::unique_ptr<FloorWriter> Floor;
 #ifdef MARVANE_BENCH_SPDLOG
 std::unique_ptr<SpdlogWriter> Spdlog;
 #endif
 
-/// True for a line that is written once the call has come back.
+/// True for a line that belongs to the second half of a call.
 bool IsOfExit(const std::string& line)
 {
     constexpr std::size_t stampLength = 26;
@@ -55,7 +55,7 @@ bool IsOfExit(const std::string& line)
     return false;
 }
 
-/// The text that one such operation leaves in the log, by phases.
+/// The text that one operation writes to the log, by phases.
 Phases LoggedPhases(const Operation& operation)
 {
     const std::unique_ptr<Session> session = NewSession(operation, {{"LogFlush", 1}});
@@ -125,7 +125,7 @@ std::array<UNUM8, 4095> Payload()
     return bytes;
 }
 
-/// A request with two expected responses, as testers send them.
+/// Starts requests with two expected responses, as testers send them.
 void Start(const CPduDll& api, UNUM32 size, std::size_t times)
 {
     static std::array<UNUM8, 4095> payload = Payload();
@@ -158,7 +158,7 @@ void OnEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
     EventsSeen.store(EventsSeen.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
-// The target library calls what was registered with it: the logger's function, or the application's own.
+// Calls what is registered with the target library: the logger's function, or the application's own.
 void Event(const CPduDll& api, std::size_t times)
 {
     api.PDURegisterEventCallback(1, 2, OnEvent);

@@ -1,4 +1,4 @@
-// Compiled for SSSE3, which the library does not ask for.
+// Compiled for SSSE3, which the library itself does not require.
 #include "bench/dump_ways.h"
 
 #include <cstring>
@@ -20,8 +20,8 @@ std::size_t DumpBySimd(char* out, std::string_view stamp, const std::uint8_t* by
     const __m128i digits =
         _mm_setr_epi8('0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'A', 'B', 'C', 'D', 'E', 'F');
     const __m128i nibble = _mm_set1_epi8(15);
-    // 16 pairs are 48 columns with their blanks: three runs of 16. Of the 32 digits the first run takes 0 to
-    // 10, the second 10 to 21, the third 21 to 31; -1 leaves a column for the blank.
+    // 16 pairs with their blanks are 48 columns, written as three runs of 16. Of the 32 digits the first run
+    // takes 0 to 10, the second 11 to 21, the third 22 to 31; -1 leaves a column for the blank.
     constexpr char o = -1;
     const __m128i first = _mm_setr_epi8(0, 1, o, 2, 3, o, 4, 5, o, 6, 7, o, 8, 9, o, 10);
     const __m128i secondLow = _mm_setr_epi8(11, o, 12, 13, o, 14, 15, o, o, o, o, o, o, o, o, o);

@@ -1,4 +1,4 @@
-// The dump of a payload: Marvane's decoder, and bare dumps of the same columns.
+// The dump of a payload: Marvane's decoder, and plain dumps of the same columns.
 #include <array>
 #include <cstdio>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// Bare ways to make the lines of a dump: the columns of the log and nothing else.
+// Plain implementations of the dump for comparison: the columns of the log and nothing else.
 #pragma once
 
 #include <cstddef>
@@ -10,14 +10,15 @@ namespace marvane::bench {
 inline constexpr std::size_t StampLength = 26;
 inline constexpr std::size_t DumpLineLength = StampLength + 102;
 
-/// Writes whole lines of 16 bytes behind each other. `out` has room for DumpLineLength a line.
+/// Writes consecutive lines of 16 bytes each and returns their length. `out` has room for DumpLineLength
+/// characters per line.
 using DumpLines = std::size_t(char* out, std::string_view stamp, const std::uint8_t* bytes,
                               std::size_t lines);
 
-DumpLines DumpByTable; ///< two digits a look-up
-DumpLines DumpBySimd;  ///< 16 bytes at once
+DumpLines DumpByTable; ///< two digits per table look-up
+DumpLines DumpBySimd;  ///< 16 bytes at a time, with SSSE3
 
-/// A line without its bytes: stamp, indent, label, template.
+/// Writes a line without its bytes: stamp, arrow, label, delimiters.
 void PutDumpTemplate(char* line, std::string_view stamp);
 
 } // namespace marvane::bench

@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t Batch = 64;
 
-/// Prints as usual and keeps the medians for the table. One thread is measured by its processor time, which
-/// other programs on the machine disturb least.
+/// Prints as usual and stores the medians for the table. Rows of one thread use processor time, which other
+/// programs on the machine disturb less than wall time.
 class Medians : public benchmark::ConsoleReporter
 {
 public:
@@ -38,7 +38,7 @@ private:
     std::map<std::string, double> medians_;
 };
 
-// Google Benchmark's hooks are plain functions of the state; the row is found by the argument.
+// Google Benchmark's hooks are plain functions of the state, so the row is identified by the argument.
 const Row& RowOf(const benchmark::State& state)
 {
     return Rows()[static_cast<std::size_t>(state.range(0))];

@@ -1,5 +1,5 @@
-// The benchmark program. With Google Benchmark it is measured by that; where there is none, as on Windows, by
-// a timer of its own, and both print the same table.
+// The benchmark program. It measures with Google Benchmark where that is available, otherwise (on Windows)
+// with a timer of its own. Both print the same table.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -21,15 +21,15 @@ namespace {
 
 constexpr const char* Usage = R"(Usage: marvane_bench [OPTION...]
 
-What a call costs through Marvane, beside the bare call, the least that a log of the same bytes costs
-(the floor), and spdlog.
+Compares a call through Marvane with the bare call, with a minimal logger that writes the same bytes
+(the floor), and with spdlog.
 
   (no option)              all rows by Google Benchmark, if this program was built with it; its options
                            (--benchmark_filter=..., --benchmark_out=FILE, ...) pass through
-  --time [TEXT]            the rows whose name contains TEXT by a timer of the program's own
+  --time [TEXT]            the rows whose name contains TEXT, with the program's own timer
   --list                   the names of the rows
-  --row NAME --times N     performs one row N times and nothing else: to be counted from outside. The
-                           function to count is CountedRun
+  --row NAME --times N     runs one row N times and nothing else, for callgrind. The function to count is
+                           CountedRun
   --help                   this text
 )";
 
@@ -43,7 +43,7 @@ const Row* Find(const std::string& name)
 
 double SecondsOf(const Row& row, std::size_t times)
 {
-    // Processor time, where the system has it: other programs disturb it least.
+    // Processor time: other programs disturb it less than wall time.
     if (row.Threads == 1) {
         const std::clock_t start = std::clock();
         row.Run(times);
@@ -59,7 +59,7 @@ double SecondsOf(const Row& row, std::size_t times)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Nanoseconds an operation: the median of nine runs of some 30 ms.
+/// Nanoseconds per operation: the median of nine runs of about 30 ms.
 double MedianOf(const Row& row)
 {
     row.Begin();
@@ -90,7 +90,7 @@ int TimeRows(const std::string& part)
 
 } // namespace
 
-// Visible by name, for the tool that counts inside it.
+// Not inlined and with a plain name, for callgrind's --toggle-collect.
 extern "C" [[gnu::noinline]] void CountedRun(const Row& row, std::size_t times)
 {
     row.Run(times);

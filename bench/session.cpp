@@ -16,7 +16,7 @@ std::string BuildFolder()
     return own.parent_path().lexically_normal().string() + platform::PathSeparator;
 }
 
-/// A library's file name, as the logger library has its own.
+/// File name of a library, with the same prefix and extension as the logger library's.
 std::string LibraryName(const std::string& name)
 {
     const std::string own = platform::OwnLibraryName;

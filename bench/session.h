@@ -1,4 +1,4 @@
-// The logger library as an application has it, with the benchmark's target library behind it.
+// The logger library, loaded as an application loads it, with the benchmark's target library.
 #pragma once
 
 #include <memory>
@@ -15,12 +15,14 @@ namespace marvane::bench {
 
 using Settings = std::vector<std::pair<const char*, unsigned>>;
 
-/// The target library, called directly: what a call costs without a logger.
+/// The functions of the target library itself: what a call costs without a logger.
 const CPduDll& BareApi();
+/// The functions that return the callbacks registered with the target library.
 decltype(&PDUBenchEventCallback) RegisteredEventCallback();
 decltype(&PDUBenchLogCallback) RegisteredLogCallback();
 
-/// From PDUConstruct to PDUDestruct, in a folder of its own.
+/// A logger session from PDUConstruct to PDUDestruct, in a temporary folder of its own. Ends the process with
+/// a message if it can't be started.
 class Session
 {
 public:

@@ -41,7 +41,7 @@ void PrintCalls(const Times& times)
     }
 }
 
-/// Nanoseconds for each byte, from the slope between two sizes.
+/// Nanoseconds per byte, from the slope between two sizes; 0 if they were not measured.
 double Slope(const Times& times, const std::string& way)
 {
     const double* const little = times("dump/64:" + way);

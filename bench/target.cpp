@@ -7,7 +7,7 @@ namespace {
 CALLBACKFNC EventCallback = nullptr;
 PDU_MS_LOG_CALLBACK LogCallback = nullptr;
 
-// One result, as a positive response to a request looks.
+// A result with a positive response.
 std::array<UNUM8, 4> RxFlags = {0, 0, 0, 0x80};
 std::array<UNUM8, 64> Payload = {0x62, 0xF1, 0x90, 'W', 'B', 'E', 'N', 'C', 'H'};
 PDU_RESULT_DATA Result = {};

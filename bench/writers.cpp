@@ -18,7 +18,7 @@ struct FloorWriter::Parts
     testing::TemporaryFolder Folder;
     Phases Texts;
     bool Flush;
-    CMutexWindows Lock; // the same class that guards the logs
+    CMutexWindows Lock; // the same class as the log mutex
     std::FILE* File;
     volatile std::chrono::system_clock::rep Clock = 0;
 };
@@ -81,7 +81,7 @@ SpdlogWriter::SpdlogWriter(Phases phases, bool flush) : parts_(std::make_unique<
 
 SpdlogWriter::~SpdlogWriter()
 {
-    parts_->Log.reset(); // ahead of its folder
+    parts_->Log.reset(); // closes the file before its folder is removed
 }
 
 std::size_t SpdlogWriter::PhaseCount() const

@@ -1,4 +1,4 @@
-// What Marvane is compared with: the least that any logger has to do, and a common logging library.
+// The loggers that Marvane is compared with: a minimal one, and spdlog.
 #pragma once
 
 #include <memory>
@@ -7,10 +7,10 @@
 
 namespace marvane::bench {
 
-/// The text of one call, one string for each phase: what is written at once.
+/// The text of one call, one string for each phase, which is written at once.
 using Phases = std::vector<std::string>;
 
-/// Writes the phases of a call that are ready already: clock, lock, fwrite, flush if so wanted.
+/// Writes prepared phases of a call: clock, lock, fwrite, and a flush if requested.
 class FloorWriter
 {
 public:
@@ -25,7 +25,7 @@ private:
 };
 
 #ifdef MARVANE_BENCH_SPDLOG
-/// Writes the same lines by spdlog's synchronous file logger.
+/// Writes the same lines with spdlog's synchronous file logger.
 class SpdlogWriter
 {
 public:
@@ -34,7 +34,7 @@ public:
     /// The two lines of a call of PDULockResource, formatted from its arguments.
     void WriteLockEntry(unsigned hMod, unsigned hCLL, unsigned mask);
     void WriteLockExit(unsigned status);
-    /// The lines of a phase, their text ready but for the stamp.
+    /// Writes the lines of a phase, complete except for the stamp.
     void Write(std::size_t phase);
     std::size_t PhaseCount() const;
 

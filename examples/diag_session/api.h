@@ -8,13 +8,13 @@
 
 namespace diag {
 
-/// What went wrong, in words for the user.
+/// An error with a message for the user.
 struct Failure : std::runtime_error
 {
     using std::runtime_error::runtime_error;
 };
 
-/// The functions of a loaded library that this application uses. All are there.
+/// The functions of a loaded library. None is null.
 struct Api
 {
     decltype(&::PDUConstruct) Construct;
@@ -48,16 +48,16 @@ struct Api
     decltype(&::PDUIoCtl) IoCtl;
 };
 
-/// Loads a library and looks its functions up. Throws Failure with the reason if it can't be loaded or lacks
-/// one.
+/// Loads a library and finds its functions. Throws Failure if it can't be loaded or lacks one. The library is
+/// never unloaded.
 Api LoadApi(const std::string& path);
 
-/// Name of a status that an application meets often, else its number.
+/// Name of a common status, else its number in hexadecimal.
 std::string StatusName(T_PDU_ERROR status);
 
-// One source a system.
+// One source file per system.
 
-/// Loads a library; null and the system's text on failure.
+/// Loads a library. On failure returns null and sets `error` to the system's message.
 void* OpenLibrary(const std::string& path, std::string& error);
 /// Address of a function, or null.
 void* FunctionAddress(void* library, const char* name);

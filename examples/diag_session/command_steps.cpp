@@ -1,4 +1,4 @@
-// Commands to the module: voltages, cable, filters, event queue.
+// Steps that send commands to the module: voltages, cable, filters, event queue.
 #include "examples/diag_session/io_control.h"
 
 namespace diag {

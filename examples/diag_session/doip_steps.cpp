@@ -1,4 +1,4 @@
-// The steps over Ethernet: finding the vehicle, its gateway, and a short talk.
+// Steps over Ethernet: finding the vehicle and its gateway, and one request.
 #include "examples/diag_session/io_control.h"
 
 namespace diag {

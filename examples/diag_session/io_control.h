@@ -1,17 +1,18 @@
-// Commands to the module and its links.
+// Commands (IoCtls) to the module and its links.
 #pragma once
 
 #include "examples/diag_session/session.h"
 
 namespace diag {
 
-/// A command with an input, or with a null one, and no output.
+/// Sends a command that has no output; a null `data` sends no input item. Throws Failure if it fails.
 void Command(Session& session, const char* command, UNUM32 hCLL, T_PDU_IT type, void* data);
 
-/// The output of a command without an input; the caller destroys it.
+/// Sends a command without input and returns its output, which the caller destroys. Throws Failure if it
+/// fails.
 PDU_DATA_ITEM* Output(Session& session, const char* command, UNUM32 hCLL);
 
-/// The number that a command without an input gives.
+/// Sends a command without input whose output is a number. Throws Failure if it fails.
 UNUM32 ReadNumber(Session& session, const char* command);
 
 } // namespace diag

@@ -1,4 +1,4 @@
-// The steps that open, share and close links.
+// Steps that open, share and close links.
 #include "examples/diag_session/session.h"
 
 namespace diag {

@@ -1,4 +1,4 @@
-// A sample diagnostic application: one workshop session on whatever D-PDU API library it is given.
+// A sample diagnostic application: one workshop session on the D-PDU API library that is named.
 #include <cstdio>
 #include <cstring>
 
@@ -11,14 +11,14 @@ constexpr const char* Usage =
     "\n"
     "Runs a workshop session on a D-PDU API library (ISO 22900-2) and prints what it found:\n"
     "modules, resources, ComParams, identification, trouble codes, a routine, a short\n"
-    "download, tester present, and vehicle identification over DoIP. The session suits the\n"
-    "simulated interface that comes with it.\n"
+    "download, tester present, and vehicle identification over DoIP. The session is written\n"
+    "for the simulated interface SimVci.\n"
     "\n"
     "  --library PATH  the library to load\n"
     "  --quiet         print errors only\n"
     "  --help          this text\n"
     "\n"
-    "Exit status: 0 if the session went well, 1 if not, 2 for wrong options.\n";
+    "Exit status: 0 if the session succeeded, 1 if not, 2 for wrong options.\n";
 
 /// The whole session from PDUConstruct to PDUDestruct.
 void RunSession(const diag::Api& api, bool quiet)

@@ -1,4 +1,4 @@
-// The steps that concern the module: what it is, and which resources it has.
+// Steps about the module: what it is, and which resources it has.
 #include "examples/diag_session/session.h"
 
 namespace diag {
@@ -38,7 +38,8 @@ void IdentifyModule(Session& session)
 
 namespace {
 
-/// The first resource for the wanted bus, protocol and pins; 0 entries of `wanted` match all resources.
+/// The first resource with the wanted bus, protocol and pins; with null the first of all, whose number is
+/// printed.
 UNUM32 FindResource(Session& session, PDU_RSC_DATA* wanted)
 {
     PDU_RSC_ID_ITEM* resources = nullptr;

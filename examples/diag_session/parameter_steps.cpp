@@ -1,4 +1,4 @@
-// The steps on a link's parameters: ComParams of all data types, and the table of response identifiers.
+// Steps about the parameters of a link: ComParams of all data types, and the table of response identifiers.
 #include <iterator>
 
 #include "examples/diag_session/session.h"
@@ -65,7 +65,7 @@ std::string ValueText(const PDU_PARAM_ITEM& item)
     }
 }
 
-/// Reads a parameter, says its value, and writes it back as it is.
+/// Reads a ComParam, prints its value, and writes it back unchanged.
 void KeepParameter(Session& session, UNUM32 hCLL, const char* name)
 {
     PDU_PARAM_ITEM* item = nullptr;
@@ -76,7 +76,7 @@ void KeepParameter(Session& session, UNUM32 hCLL, const char* name)
     session.Destroy(item);
 }
 
-/// Two control units answer: each has an identifier and a CAN address of its own.
+/// Two control units may answer, each with its own identifier and CAN address.
 void SetResponseTable(Session& session, UNUM32 hCLL)
 {
     const UNUM32 id = session.IdOf(PDU_OBJT_COMPARAM, "CP_CanRespUSDTId");

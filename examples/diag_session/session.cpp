@@ -6,7 +6,7 @@ namespace diag {
 
 namespace {
 
-/// The expected responses to a request: a positive one by service and identifier, and any negative one.
+/// The expected responses to a request: a positive one of its service, and any negative one.
 struct ExpectedResponses
 {
     explicit ExpectedResponses(const Bytes& request)

@@ -1,4 +1,4 @@
-// A diagnostic session: what its steps share.
+// A diagnostic session: the state and the functions that its steps share.
 #pragma once
 
 #include <condition_variable>
@@ -14,7 +14,7 @@ namespace diag {
 
 using Bytes = std::vector<UNUM8>;
 
-/// What came of a ComPrimitive.
+/// The result of a ComPrimitive.
 struct Outcome
 {
     std::vector<Bytes> Answers;
@@ -30,9 +30,9 @@ struct Sending
     SNUM32 ReceiveCycles = 1;
     bool ExtraInfo = false;
     bool SuppressAnswer = false;
-    /// The parameters set last hold for this one request.
+    /// The ComParams set last apply to this request only.
     bool TemporaryParameters = false;
-    /// Answers are matched by mask and pattern; otherwise each is taken.
+    /// Accept only answers that match by mask and pattern; otherwise accept all.
     bool Matched = true;
 };
 
@@ -43,35 +43,35 @@ public:
 
     /// Prints a line unless the session is quiet.
     void Say(const char* format, ...) const;
-    /// Throws Failure if a call did not return what was expected.
+    /// Throws Failure if a call did not return the expected status.
     void Expect(const char* call, T_PDU_ERROR status, T_PDU_ERROR expected = PDU_STATUS_NOERROR) const;
     UNUM32 IdOf(T_PDU_OBJT type, const char* name) const;
     /// False if the library has no such object.
     bool Knows(T_PDU_OBJT type, const char* name) const;
     /// Status of the module, of a link, or of a ComPrimitive, in words.
     const char* StatusOf(UNUM32 hCLL, UNUM32 hCoP = PDU_HANDLE_UNDEF) const;
-    /// Gives an item back.
+    /// Destroys an item of the library.
     void Destroy(void* item) const;
 
-    /// Starts a ComPrimitive, waits for its end and returns what came of it.
+    /// Starts a ComPrimitive, waits for its end and returns its result.
     Outcome Run(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const Sending& sending = {});
     /// Starts a ComPrimitive and returns its handle.
     UNUM32 Start(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const Sending& sending);
     /// Waits for the end of a ComPrimitive.
     Outcome Wait(UNUM32 hCLL, UNUM32 hCoP);
-    /// The answer to a request, which must be positive.
+    /// Sends a request and returns the last answer. Throws Failure if there is none or it is not positive.
     Bytes Ask(UNUM32 hCLL, const Bytes& request, const Sending& sending = {});
-    /// Takes the events of the module that came meanwhile, and says what they are.
+    /// Fetches and prints the pending events of the module.
     void DrainModuleEvents() const;
 
-    /// The event callback: says that there is something to fetch.
+    /// The event callback: wakes the waiting thread. Runs on any thread of the library.
     static void OnEvent(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag);
 
     const Api& Pdu;
     UNUM32 Module = PDU_HANDLE_UNDEF;
 
 private:
-    /// True when the event ends the ComPrimitive.
+    /// Adds an event to the result. True if it ends the ComPrimitive.
     static bool Take(const PDU_EVENT_ITEM& event, UNUM32 hCoP, Outcome& outcome);
 
     bool quiet_;
@@ -83,7 +83,7 @@ private:
 /// Bytes as hexadecimal pairs.
 std::string Hex(const Bytes& bytes);
 
-// The steps, in their order.
+// The steps, in order.
 void IdentifyModule(Session& session);
 void ShowResources(Session& session);
 void UseParameters(Session& session, UNUM32 hCLL);
@@ -94,13 +94,13 @@ void UseModuleCommands(Session& session, UNUM32 hCLL);
 void UseDoIP(Session& session);
 void ResetModule(Session& session);
 
-// What the steps share.
+// Shared by the steps.
 
 /// Creates and connects a link for a protocol on pins; the caller disconnects and destroys it.
 UNUM32 OpenLink(Session& session, const char* busType, const char* protocol, std::vector<PDU_PIN_DATA> pins);
 void CloseLink(Session& session, UNUM32 hCLL);
 void ShowResourceStatus(Session& session, UNUM32 resource);
-/// Sets the longest time to wait for an answer.
+/// Sets CP_P2Max, the maximum time to wait for an answer.
 void SetP2Max(Session& session, UNUM32 hCLL, UNUM16 value);
 
 } // namespace diag

@@ -1,4 +1,5 @@
-// The talk with the control unit: identification, trouble codes, refusals, programming, tester present.
+// The conversation with the control unit: identification, trouble codes, refusals, programming, tester
+// present.
 #include "examples/diag_session/session.h"
 
 namespace diag {
@@ -45,7 +46,7 @@ void Unlock(Session& session, UNUM32 hCLL)
 
 void Program(Session& session, UNUM32 hCLL)
 {
-    // Erasing takes long: more time for the answer, for this one request.
+    // Erasing is slow: allow more time for the answer to this request.
     SetP2Max(session, hCLL, 5000);
     const Outcome routine =
         session.Run(hCLL, PDU_COPT_SENDRECV, {0x31, 0x01, 0xFF, 0x00}, {.TemporaryParameters = true});

@@ -13,7 +13,7 @@ constexpr UNUM32 NumberParameter = 0x1000;
 constexpr UNUM32 VersionParameter = 0x1001;
 constexpr UNUM32 BytesParameter = 0x1002;
 
-// The name of a number has a place of 21 bytes.
+// The name of a number is a field of 21 bytes, not only a pointer to characters.
 constexpr CHAR8 AddressName[21] = "Address";
 
 } // namespace

@@ -5,10 +5,11 @@
 
 namespace sim {
 
-/// Reports one message on the bus: the address, and the bytes. The caller holds no lock.
+/// Reports one message on the bus: its address and bytes. The caller must not hold a lock.
 void ReportComms(PDU_MS_LOG_CALLBACK callback, const Report& report);
 
-/// Reports that the interface is up, with a parameter of a kind that loggers need not know.
+/// Reports that the interface has started, with a parameter of a kind that a logger may not support. The
+/// caller must not hold a lock.
 void ReportStart(PDU_MS_LOG_CALLBACK callback);
 
 } // namespace sim

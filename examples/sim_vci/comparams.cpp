@@ -112,7 +112,7 @@ T_PDU_ERROR ComParams::Read(const PDU_PARAM_ITEM& record)
         return PDU_ERR_COMPARAM_NOT_SUPPORTED;
     if (!record.pComParamData)
         return PDU_ERR_INVALID_PARAMETERS;
-    // A value of another type than the ComParam has is refused.
+    // Refuses a value whose type is not that of the ComParam.
     Item shape;
     PDU_PARAM_ITEM known = {};
     Write(record.ComParamId, shape, known);

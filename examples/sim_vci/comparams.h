@@ -1,4 +1,4 @@
-// The ComParams of a link: values of all data types.
+// The ComParams of a link, with at least one value of each data type.
 #pragma once
 
 #include <map>
@@ -23,16 +23,17 @@ struct ComParam
         Value;
 };
 
-/// The ComParams of one link by id.
+/// The ComParams of one link, by id. Not thread-safe.
 class ComParams
 {
 public:
     ComParams();
 
-    /// Fills a record of an item in the making. False if there is no such ComParam.
+    /// Fills `record`, which belongs to `item`, as does the memory of its value. False if there is no such
+    /// ComParam.
     bool Write(UNUM32 id, Item& item, PDU_PARAM_ITEM& record) const;
 
-    /// Takes a value over. Returns the status for the application.
+    /// Sets the value from a record of the application. Returns the status for the application.
     T_PDU_ERROR Read(const PDU_PARAM_ITEM& record);
 
     bool Has(UNUM32 id) const { return values_.contains(id); }

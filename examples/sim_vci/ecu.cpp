@@ -37,7 +37,8 @@ Bytes Negative(const Bytes& request, UNUM8 code)
     return {0x7F, request[0], code};
 }
 
-/// The positive answer: its service and the first `echoed` bytes behind the service.
+/// The positive answer: the service identifier + 0x40 and the first `echoed` bytes that follow it in the
+/// request.
 Bytes Positive(const Bytes& request, std::size_t echoed)
 {
     Bytes answer(request.begin(), request.begin() + 1 + static_cast<std::ptrdiff_t>(echoed));
@@ -76,7 +77,7 @@ std::vector<Bytes> Ecu::Answer(const Bytes& request)
     case 0x3E:
         return TesterPresent(request);
     case 0xBA:
-        // A service that this control unit does not even refuse.
+        // A service that this control unit ignores, so that the request times out.
         return {};
     default:
         return {Negative(request, ServiceNotSupported)};
@@ -117,7 +118,7 @@ Bytes Ecu::TroubleCodes(const Bytes& request) const
     if (request[1] != 0x02)
         return Negative(request, SubFunctionNotSupported);
     Bytes answer = Positive(request, 1);
-    // Available bits of the state, then three bytes of code and one of state for each.
+    // Status availability mask, then for each trouble code three bytes of code and one of status.
     answer.insert(answer.end(), {0xFF, 0x01, 0x23, 0x45, 0x2F, 0x9A, 0x04, 0x11, 0x08});
     return answer;
 }
@@ -153,7 +154,7 @@ std::vector<Bytes> Ecu::Routine(const Bytes& request) const
         return {Negative(request, AccessDenied)};
     Bytes answer = Positive(request, 3);
     answer.push_back(0x00);
-    // Takes its time, and says so first.
+    // Slow: answers "response pending" first.
     return {Negative(request, Pending), answer};
 }
 

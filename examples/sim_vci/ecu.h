@@ -10,12 +10,12 @@ namespace sim {
 
 using Bytes = std::vector<UNUM8>;
 
-/// One control unit with its sessions, security and download. Not safe for several threads at once.
+/// One control unit with its session, security access and download. Not thread-safe.
 class Ecu
 {
 public:
-    /// Answers to a request in their order; several if it first says that the response is pending; none if it
-    /// stays silent.
+    /// The answers to a request, in order: several if the first says "response pending", none if it stays
+    /// silent.
     std::vector<Bytes> Answer(const Bytes& request);
 
 private:

@@ -6,13 +6,13 @@ using namespace sim;
 
 namespace {
 
-/// The data of an input item if it is of that type, or null.
+/// The data of an input item if it has that type, else null.
 template <class Record> const Record* Input(const PDU_DATA_ITEM* item, T_PDU_IT type)
 {
     return item && item->ItemType == type ? static_cast<const Record*>(item->pData) : nullptr;
 }
 
-/// Hands a record out as the output item.
+/// Gives the application a copy of a record as output item.
 template <class Record>
 T_PDU_ERROR Output(PDU_DATA_ITEM** place, T_PDU_IT type, const Record& record, Item&& item = {})
 {

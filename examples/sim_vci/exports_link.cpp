@@ -1,4 +1,4 @@
-// The exported functions about a link: its life, its locks and its ComPrimitives.
+// Exported functions of a link: its life cycle, locks and ComPrimitives.
 #include "examples/sim_vci/objects.h"
 #include "examples/sim_vci/on_link.h"
 
@@ -15,7 +15,7 @@ bool HasFlag(const PDU_FLAG_DATA* flags, UNUM32 bit)
            (flags->pFlagData[bit / 8] >> bit % 8 & 1) != 0;
 }
 
-/// Runs an action on the locks of a link, and tells all of a change.
+/// Runs an action on the locks of a link and signals a change.
 template <class Action> T_PDU_ERROR ChangeLock(UNUM32 hMod, UNUM32 hCLL, Action action)
 {
     Outbox outbox;
@@ -199,7 +199,7 @@ T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pS
         if (hCoP == PDU_HANDLE_UNDEF)
             return answer(link.Status);
         const auto found = Interface.Primitives.find(hCoP);
-        // One that has run is forgotten, and so has finished.
+        // ComPrimitives are removed when they end, so an unknown one has finished.
         return answer(found != Interface.Primitives.end() ? found->second.Status : PDU_COPST_FINISHED);
     });
 }

@@ -1,4 +1,4 @@
-// The exported functions about the interface as a whole: life cycle, modules, resources, items, events.
+// Exported functions of the whole interface: life cycle, modules, resources, items, events.
 #include <cstdio>
 #include <cstring>
 
@@ -198,7 +198,7 @@ T_PDU_ERROR PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInpu
     Item item;
     auto* const list = item.New<PDU_RSC_CONFLICT_ITEM>();
     auto* const conflict = item.New<PDU_RSC_CONFLICT_DATA>();
-    // Each resource is in conflict with itself alone: their pins do not overlap.
+    // Each resource conflicts only with itself: their pins do not overlap.
     *conflict = {ModuleHandle, resourceId};
     *list = {PDU_IT_RSC_CONFLICT, 1, conflict};
     *pOutputConflictList = OpenItems.Publish(std::move(item), list);

@@ -1,4 +1,4 @@
-// The exported functions about the ComParams of a link and its table of response identifiers.
+// Exported functions for the ComParams of a link and its table of response identifiers.
 #include "examples/sim_vci/objects.h"
 #include "examples/sim_vci/on_link.h"
 

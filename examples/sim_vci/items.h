@@ -1,5 +1,4 @@
-// The items that the simulated interface hands out: each is one piece of memory, counted until it is
-// destroyed.
+// The items that the simulated interface gives to the application, counted until it destroys them.
 #pragma once
 
 #include <cstddef>
@@ -14,11 +13,11 @@
 
 namespace sim {
 
-/// Memory of one item in the making: records, arrays and texts that live and die together.
+/// Memory of one item: records, arrays and strings that are freed together.
 class Item
 {
 public:
-    /// Zeroed records, one after the other; null for none.
+    /// An array of zeroed records; null for a count of 0.
     template <class Record> Record* New(std::size_t count = 1)
     {
         if (count == 0)
@@ -46,11 +45,11 @@ private:
     std::vector<std::unique_ptr<std::byte[]>> blocks_;
 };
 
-/// The items that are in the application's hands.
+/// The items that the application has not destroyed yet. Thread-safe.
 class Items
 {
 public:
-    /// Hands an item out under the address of its first record, which it returns.
+    /// Takes ownership of an item and registers it by the address of its first record, which it returns.
     template <class Record> Record* Publish(Item&& item, Record* root)
     {
         const std::lock_guard hold(mutex_);
@@ -58,7 +57,7 @@ public:
         return root;
     }
 
-    /// False if there is no such item.
+    /// Frees an item. False if there is none at that address.
     bool Destroy(void* root)
     {
         const std::lock_guard hold(mutex_);

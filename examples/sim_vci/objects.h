@@ -36,7 +36,7 @@ inline constexpr UNUM32 EntityStatus = 510;
 inline constexpr UNUM32 ReadIgnition = 511;
 inline constexpr UNUM32 CableId = 512;
 inline constexpr UNUM32 Reset = 513;
-/// Of this simulation alone: how many items the application has not given back.
+/// Only in this simulation: the number of items that the application has not destroyed.
 inline constexpr UNUM32 OpenItems = 599;
 
 inline constexpr UNUM32 Baudrate = 600;

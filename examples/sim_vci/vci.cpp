@@ -35,7 +35,7 @@ void Vci::Start(void* apiTag)
         worker_ = Worker::Starting;
         thread_ = std::thread([this] { Run(); });
     }
-    // A thread that has not begun when the library is unloaded could not be waited for.
+    // On Windows, a thread that has not begun when the library is unloaded could not be waited for.
     WaitForWorker(Worker::Running);
 }
 
@@ -94,7 +94,7 @@ void Vci::PutEvent(Outbox& outbox, UNUM32 hCLL, PDU_EVENT_ITEM* event)
 {
     const auto link = Links.find(hCLL);
     (link != Links.end() ? link->second.Queue : ModuleQueue).push_back(event);
-    // The callback of the link, else of the module, else of the whole interface.
+    // The callback of the link, else that of the module, else that of the whole API.
     for (const auto& key : {std::pair{ModuleHandle, hCLL}, std::pair{ModuleHandle, PDU_HANDLE_UNDEF},
                             std::pair{PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF}})
         if (const auto found = Callbacks.find(key); found != Callbacks.end() && found->second) {

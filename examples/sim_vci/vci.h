@@ -51,7 +51,7 @@ struct ComPrimitive
     T_PDU_STATUS Status = PDU_COPST_IDLE;
     SNUM32 Sent = 0;
     UNUM32 SentAt = 0; ///< when the latest request went out, by the clock of the interface, in microseconds
-    std::deque<Bytes> Pending; ///< answers that are still to come
+    std::deque<Bytes> Pending; ///< answers not delivered yet; an empty one means that none will come in time
     Clock::time_point Due;
 };
 
@@ -89,7 +89,7 @@ struct Link
     }
 };
 
-/// Whom to tell of an event, once no lock is held.
+/// An event callback to call once no lock is held.
 struct Notification
 {
     CALLBACKFNC Callback;
@@ -97,7 +97,7 @@ struct Notification
     void* LinkTag;
 };
 
-/// One comms report, to be made once no lock is held.
+/// A comms report to make once no lock is held.
 struct Report
 {
     UNUM32 Resource;
@@ -105,18 +105,19 @@ struct Report
     Bytes Message;
 };
 
-/// What a step leaves to be done outside the lock.
+/// What remains to be done after the mutex is released.
 struct Outbox
 {
     std::vector<Notification> Notifications;
     std::vector<Report> Reports;
 };
 
-/// The whole interface; Mutex guards all of it but the items. Nothing is called back while it is held.
+/// The whole interface. Mutex guards all of it except the items; no callback runs while it is held.
 class Vci
 {
 public:
-    /// Unloading without PDUDestruct, or the end of the process.
+    /// Runs at the end of the process, or when the library is unloaded. Ends the worker if PDUDestruct did
+    /// not.
     ~Vci();
 
     /// Starts the worker thread, and returns when it runs.
@@ -124,18 +125,18 @@ public:
     /// Ends the worker thread; waits for it unless it is the caller.
     void Stop();
 
-    /// The link of a handle, or null. The caller holds Mutex.
+    /// The link with that handle, or null. The caller holds Mutex.
     Link* FindLink(UNUM32 hMod, UNUM32 hCLL);
-    /// Puts an event into a link's queue, or with PDU_HANDLE_UNDEF into the module's.
+    /// Appends an event to a link's queue, or with PDU_HANDLE_UNDEF to the module's. The caller holds Mutex.
     void PutEvent(Outbox& outbox, UNUM32 hCLL, PDU_EVENT_ITEM* event);
-    /// A status event of a ComPrimitive, or with none of a link.
+    /// Appends a status event of a ComPrimitive, or with null of the link. The caller holds Mutex.
     void PutStatus(Outbox& outbox, UNUM32 hCLL, const ComPrimitive* primitive, T_PDU_STATUS status);
     void PutInfo(Outbox& outbox, T_PDU_INFO code);
-    /// Wakes the thread up after a change of the ComPrimitives.
+    /// Wakes the worker after a change of the ComPrimitives.
     void Wake() { wake_.notify_all(); }
-    /// Ends a ComPrimitive that is running or waiting.
+    /// Ends a ComPrimitive that is running or waiting. The caller holds Mutex.
     void Cancel(Outbox& outbox, ComPrimitive& primitive);
-    /// Calls back what a step left. The caller does not hold Mutex.
+    /// Makes the comms reports, then calls the event callbacks. The caller must not hold Mutex.
     void Deliver(const Outbox& outbox);
     /// Microseconds since the interface was started.
     UNUM32 Now() const;

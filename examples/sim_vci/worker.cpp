@@ -1,4 +1,4 @@
-// The thread that runs ComPrimitives: it sends, hears the control unit out, and signals what came of it.
+// The worker thread, which runs ComPrimitives: it sends, collects the answers and signals events.
 #include <algorithm>
 
 #include "examples/sim_vci/vci.h"
@@ -29,7 +29,7 @@ bool Matches(const Expected& expected, const Bytes& answer, UNUM32 uniqueRespId)
     return ids.empty() || std::find(ids.begin(), ids.end(), uniqueRespId) != ids.end();
 }
 
-/// The acceptance id of the expected response that an answer fits; none if it fits no one.
+/// The acceptance id of the first expected response that matches an answer, if any does.
 std::optional<UNUM32> Accept(const ComPrimitive& primitive, const Bytes& answer, UNUM32 uniqueRespId)
 {
     if (primitive.Responses.empty())
@@ -140,7 +140,7 @@ void Vci::Send(Outbox& outbox, ComPrimitive& primitive, Link& link)
     if (primitive.ReceiveCycles == 0)
         primitive.Pending.clear();
     else if (primitive.Pending.empty())
-        // Nothing came: an empty answer stands for the silence, and is heard when the time is up.
+        // No answer: an empty one is delivered when the time is up, as a timeout.
         primitive.Pending.push_back({});
     primitive.Due = Clock::now() + (primitive.Pending.empty()           ? milliseconds(primitive.Time)
                                     : primitive.Pending.front().empty() ? ReceiveTimeout

@@ -1,0 +1,166 @@
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include "tests/support/temporary_folder.h"
+#include "tool/read/log_files.h"
+#include "tool/read/reader_test_kit.h"
+
+namespace marvane::read::testing {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string Start = LogOf("1 ########## INITIALISE ##########\n"
+                                "1 LogHeader{Loaded=0}\n"
+                                "1 - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n");
+const std::string Continuation = LogOf("1 # PDUConnect - Continuation file\n");
+
+class LogFilesTest : public ::testing::Test
+{
+protected:
+    std::string Put(const std::string& name, const std::string& content)
+    {
+        const fs::path path = Folder() / name;
+        fs::create_directories(path.parent_path());
+        std::ofstream(path, std::ios::binary) << content;
+        return path.string();
+    }
+
+    fs::path Folder() const { return folder_.Path(); }
+
+    /// Names of the files found, then the failures.
+    std::vector<std::string> Find(const std::vector<std::string>& paths)
+    {
+        const FoundFiles found = FindLogFiles(paths);
+        std::vector<std::string> names;
+        for (const LogFile& file : found.Files)
+            names.push_back(file.Begin.Name);
+        for (const FoundFiles::Failure& failure : found.Failures)
+            names.push_back(fs::path(failure.Path).filename().string() + ": " + failure.Reason);
+        return names;
+    }
+
+    std::string Read(const std::string& path)
+    {
+        TextSink sink;
+        LogReader reader(sink);
+        for (const LogFile& file : FindLogFiles({path}).Files)
+            ReadLogFile(file, reader);
+        reader.Finish();
+        return sink.Text();
+    }
+
+private:
+    marvane::testing::TemporaryFolder folder_;
+};
+
+std::string Packed(const std::string& text)
+{
+    std::vector<unsigned char> packed(compressBound(static_cast<uLong>(text.size())) + 32);
+    z_stream stream{};
+    deflateInit2(&stream, 9, Z_DEFLATED, MAX_WBITS + 16, 8, Z_DEFAULT_STRATEGY);
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+    stream.avail_in = static_cast<uInt>(text.size());
+    stream.next_out = packed.data();
+    stream.avail_out = static_cast<uInt>(packed.size());
+    deflate(&stream, Z_FINISH);
+    const std::string result(packed.begin(), packed.begin() + static_cast<std::ptrdiff_t>(stream.total_out));
+    deflateEnd(&stream);
+    return result;
+}
+
+using Names = std::vector<std::string>;
+
+} // namespace
+
+TEST_F(LogFilesTest, OrdersTheLogsOfAFolderByTheTimeInTheirNames)
+{
+    Put("D-PDU_API_Logger_01-02-2026_00-00-00.LGR", Start);
+    Put("D-PDU_API_Logger_31-01-2026_23-59-59.LGR.gz", Start);
+    Put("D-PDU_API_Comms_31-01-2026_23-59-59.LGR", Start);
+    Put("notes.txt", "no log");
+    EXPECT_EQ(Find({Folder().string()}),
+              (Names{"D-PDU_API_Logger_31-01-2026_23-59-59.LGR.gz", "D-PDU_API_Comms_31-01-2026_23-59-59.LGR",
+                     "D-PDU_API_Logger_01-02-2026_00-00-00.LGR"}));
+}
+
+TEST_F(LogFilesTest, FindsCommsLogsBesideTheFolder)
+{
+    Put("logs/D-PDU_API_Logger_01-02-2026_00-00-00.LGR", Start);
+    Put("logsD-PDU_API_Comms_01-02-2026_00-00-00.LGR", Start);
+    Put("otherD-PDU_API_Comms_01-02-2026_00-00-00.LGR", Start);
+    const Names expected = {"D-PDU_API_Logger_01-02-2026_00-00-00.LGR",
+                            "logsD-PDU_API_Comms_01-02-2026_00-00-00.LGR"};
+    EXPECT_EQ(Find({(Folder() / "logs").string()}), expected);
+    EXPECT_EQ(Find({(Folder() / "logs/").string()}), expected);
+}
+
+TEST_F(LogFilesTest, FindsFilesByPatternAndEachOnce)
+{
+    const std::string first = Put("a1.LGR", Start);
+    Put("a2.LGR", Start);
+    Put("b1.LGR", Start);
+    EXPECT_EQ(Find({(Folder() / "a?.LGR").string(), first}), (Names{"a1.LGR", "a2.LGR"}));
+    EXPECT_EQ(Find({(Folder() / "*1*").string()}), (Names{"a1.LGR", "b1.LGR"}));
+}
+
+TEST_F(LogFilesTest, NamesWhatCanNotBeFound)
+{
+    Put("empty/x.txt", "");
+    EXPECT_EQ(
+        Find({(Folder() / "none.LGR").string(), (Folder() / "empty").string(), (Folder() / "z*").string()}),
+        (Names{"none.LGR: no such file", "empty: no logs in this folder", "z*: no file has such a name"}));
+}
+
+TEST_F(LogFilesTest, ReadsPackedFilesOfSeveralParts)
+{
+    const std::string log =
+        Put("a.LGR.gz", Packed(Start) + Packed(LogOf("1 # PDUDestruct - Close this log file\n")));
+    EXPECT_EQ(Read(log), "session 1 process 1\n4 mark PDUDestruct - Close this log file\n");
+}
+
+TEST_F(LogFilesTest, ReadsAPackedFileUpToItsDamage)
+{
+    const std::string packed = Packed(Start);
+    const std::string text = Read(Put("a.LGR.gz", packed.substr(0, packed.size() - 4)));
+    EXPECT_EQ(text, "session 1 process 1\n3 file trouble: a.LGR.gz: the compressed file ends too early\n");
+}
+
+TEST_F(LogFilesTest, SaysWhatIsNoLog)
+{
+    EXPECT_EQ(Read(Put("a.LGR", "")), "0 file trouble: a.LGR: is empty\n");
+    EXPECT_EQ(Read(Put("b.LGR", std::string(1000, '\0'))), "0 file trouble: b.LGR: is no log\n");
+}
+
+TEST_F(LogFilesTest, TakesTheFilesOfTheNewestSession)
+{
+    Put("D-PDU_API_Logger_01-02-2026_10-00-00.LGR", Start);
+    Put("D-PDU_API_Logger_01-02-2026_11-00-00.LGR", Start);
+    Put("D-PDU_API_Comms_01-02-2026_11-00-00.LGR", "");
+    Put("D-PDU_API_Logger_01-02-2026_12-00-00.LGR", Continuation);
+    Names names;
+    for (const LogFile& file : NewestSession(FindLogFiles({Folder().string()}).Files))
+        names.push_back(file.Begin.Name);
+    EXPECT_EQ(names,
+              (Names{"D-PDU_API_Logger_01-02-2026_11-00-00.LGR", "D-PDU_API_Comms_01-02-2026_11-00-00.LGR",
+                     "D-PDU_API_Logger_01-02-2026_12-00-00.LGR"}));
+}
+
+TEST_F(LogFilesTest, BridgesTheFilesOfASession)
+{
+    Put("D-PDU_API_Logger_31-01-2026_10-00-00.LGR",
+        Start + LogOf("1 + PDUConnect\n1 # PDUGetStatus - Changing log file\n"));
+    Put("D-PDU_API_Logger_01-02-2026_10-00-00.LGR",
+        Continuation + LogOf("1 - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n"));
+    EXPECT_EQ(Read(Folder().string()),
+              "session 1 process 1\n"
+              "5 mark PDUGetStatus - Changing log file\n"
+              "1 mark PDUConnect - Continuation file\n"
+              "4..2 call PDUConnect returned 0 thread 1 depth 0 in 0 out 0 86400000 ms\n");
+}
+
+} // namespace marvane::read::testing

@@ -1,4 +1,4 @@
-// The frame of a call: its lines, its gates, and that nothing of the call is changed.
+// The lines around every call, the levels at which they are written, and that the call is not changed.
 #include <condition_variable>
 #include <thread>
 
@@ -9,7 +9,7 @@
 namespace marvane::testing {
 namespace {
 
-TEST(CallFrame, ACallIsOneEntryLineAndOneExitLine)
+TEST(CallFrame, ACallHasOneEntryLineAndOneExitLine)
 {
     Session session;
     session.Construct();
@@ -73,7 +73,7 @@ TEST(CallFrame, LogCallOutsTwoShowsNoClosingLine)
               "{stamp} - PDUDisconnect<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST(CallFrame, AHandleOfAllOnesIsNamedAndZeroIsPrinted)
+TEST(CallFrame, AnUndefinedHandleIsNamedAndZeroIsPrinted)
 {
     Session session;
     session.Construct();
@@ -104,7 +104,7 @@ TEST(CallFrame, TheLogShowsThatNotConstructedCameFromTheTarget)
               "{stamp} - PDUConnect<PDU_ERR_PDUAPI_NOT_CONSTRUCTED (0x0020)>\n");
 }
 
-TEST(CallFrame, TheLogShowsThatNotConstructedIsOurOwn)
+TEST(CallFrame, TheLogShowsThatNotConstructedIsTheLoggersOwn)
 {
     Session session({}, "no_such_library");
     session.Construct();
@@ -112,7 +112,7 @@ TEST(CallFrame, TheLogShowsThatNotConstructedIsOurOwn)
               "{stamp} PDUConnect - Called but library not loaded!\n");
 }
 
-TEST(CallFrame, AResultThatOutgrowsTheBufferEndsWithTheMarkerAndHasNoExitLine)
+TEST(CallFrame, AResultLongerThanTheBufferEndsWithTheMarkerAndHasNoExitLine)
 {
     Session session({{"LogFnDecodeRsps", "2"}, {"LogMaxPduBuff", "100000"}});
     session.Construct();
@@ -132,7 +132,7 @@ TEST(CallFrame, AResultThatOutgrowsTheBufferEndsWithTheMarkerAndHasNoExitLine)
     EXPECT_EQ(text.find("- PDUGetEventItem<"), std::string::npos);
 }
 
-TEST(CallFrame, AnArgumentLongerThanTheBufferIsCutAndTheCallGoesOn)
+TEST(CallFrame, AnArgumentLongerThanTheBufferIsCutAndTheCallContinues)
 {
     Session session;
     std::string option(20000, 'o');
@@ -143,7 +143,7 @@ TEST(CallFrame, AnArgumentLongerThanTheBufferIsCutAndTheCallGoesOn)
     EXPECT_LT(text.find("+ PDUConstruct(OptionStr= \"ooo"), text.size());
 }
 
-TEST(CallFrame, ACallBackIntoTheApiFromInsideACallIsLoggedInside)
+TEST(CallFrame, ACallMadeInsideAnotherCallIsLoggedInside)
 {
     Session session;
     session.Construct();
@@ -159,7 +159,7 @@ TEST(CallFrame, ACallBackIntoTheApiFromInsideACallIsLoggedInside)
               "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST(CallFrame, AThreadThatIsBlockedInTheTargetDoesNotStopAnother)
+TEST(CallFrame, AThreadBlockedInTheTargetDoesNotBlockAnother)
 {
     Session session;
     session.Construct();

@@ -1,4 +1,4 @@
-// Starting and cancelling ComPrimitives: control data, payload and handle.
+// PDUStartComPrimitive and PDUCancelComPrimitive: control data, payload and handle.
 #include "tests/support/call_test.h"
 
 namespace marvane::testing {
@@ -7,7 +7,7 @@ namespace {
 class ComPrimitiveCalls : public CallTest
 {
 protected:
-    /// The argument line for these pointers, and for three bytes to be sent.
+    /// The arguments of the entry line for these pointers, by default with three bytes to be sent.
     std::string Entry(const void* bytes, const void* controlData, const void* handle,
                       const std::string& type = "PDU_COPT_SENDRECV (0x8004)",
                       const std::string& size = "3") const
@@ -22,7 +22,7 @@ protected:
         return Api().PDUStartComPrimitive(1, 42, PDU_COPT_SENDRECV, size, data, &control, tag, &hCoP);
     }
 
-    /// What a start adds between its entry line, for these three bytes, and its exit line.
+    /// The decoded lines of a start with the three bytes of `data`.
     std::string Decoded()
     {
         const std::string text = Logged([&] { EXPECT_EQ(StartPrimitive(), PDU_STATUS_NOERROR); });
@@ -37,7 +37,7 @@ protected:
         return [handle](const FakeCall& call) { At<UNUM32>(call.Arguments[7]) = handle; };
     }
 
-    /// Lines of the control data ahead of its expected responses.
+    /// Lines of the control data before its expected responses.
     static constexpr const char* Head = "{stamp}    -->  Time            \t= 500\n"
                                         "{stamp}    -->  NumSendCycles   \t= 1\n"
                                         "{stamp}    -->  NumReceiveCycles\t= <INFINITE>\n"
@@ -106,7 +106,7 @@ TEST_F(ComPrimitiveCalls, AStartIsDecodedWholeAndPassesUnchanged)
     EXPECT_EQ(pattern[1], 0xF1);
 }
 
-TEST_F(ComPrimitiveCalls, NullForEveryPointerIsForwardedAndOnlyTheControlDataIsMissed)
+TEST_F(ComPrimitiveCalls, NullForEveryPointerIsForwardedAndOnlyTheControlDataIsReported)
 {
     const std::string line = "{stamp}    -->  pCoPCtrlData    \t= <NULL>\n";
     const std::string null = PointerText(nullptr);
@@ -135,7 +135,7 @@ TEST_F(ComPrimitiveCalls, APayloadOfNoBytesIsReportedEvenAtLogFnCallsOne)
                         .After = ResultLines("{stamp}    <--  hCoP          \t= 0x0000004D\n")}});
 }
 
-TEST_F(ComPrimitiveCalls, CyclesOfMinusOneAndMinusTwoHaveWordsAndAllOthersAreNumbers)
+TEST_F(ComPrimitiveCalls, CyclesOfMinusOneAndMinusTwoHaveNamesAndAllOthersAreNumbers)
 {
     Start({{"LogFnDecodeArgs", "1"}});
     const std::pair<SNUM32, const char*> cases[] = {
@@ -173,7 +173,7 @@ TEST_F(ComPrimitiveCalls, WithLogNewFileCfgAloneTheEntryIsWrittenAndNoArgumentIs
     EXPECT_EQ(Decoded(), "");
 }
 
-TEST_F(ComPrimitiveCalls, WithoutControlDataThePayloadIsListedBehindOneLine)
+TEST_F(ComPrimitiveCalls, WithoutControlDataThePayloadIsListedAfterOneLine)
 {
     Start({{"LogFnDecodeArgs", "2"}});
     EXPECT_EQ(
@@ -184,7 +184,7 @@ TEST_F(ComPrimitiveCalls, WithoutControlDataThePayloadIsListedBehindOneLine)
             Payload + "{stamp} - PDUStartComPrimitive<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ComPrimitiveCalls, WithoutExpectedResponsesTheirCountIsShownAndWithTwoEachIs)
+TEST_F(ComPrimitiveCalls, WithoutExpectedResponsesTheCountIsShownOtherwiseEachOne)
 {
     Start({{"LogFnDecodeArgs", "1"}});
     PDU_EXP_RESP_DATA responses[2] = {};
@@ -283,7 +283,7 @@ TEST_F(ComPrimitiveCalls, LogMaxPduBuffCutsThePayloadAndNeitherMaskNorPattern)
     EXPECT_EQ(Decoded(), lines + end);
 }
 
-TEST_F(ComPrimitiveCalls, TheHandleIsShownAfterAFailureTooAndBehindTheCallOut)
+TEST_F(ComPrimitiveCalls, TheHandleIsShownAfterTheCallOutAndAfterAFailureToo)
 {
     Start({{"LogCallOuts", "1"}, {"LogFnDecodeRsps", "1"}});
     Answer("PDUStartComPrimitive", PDU_ERR_CLL_NOT_CONNECTED);
@@ -337,7 +337,7 @@ TEST_F(ComPrimitiveCalls, EveryTypeHasItsName)
                       "{stamp} - PDUStartComPrimitive<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ComPrimitiveCalls, ACancelAddsItsArgumentLineAndNothingElse)
+TEST_F(ComPrimitiveCalls, ACancelAddsItsArgumentsAndNothingElse)
 {
     const LoggedCall success = {.Name = "PDUCancelComPrimitive",
                                 .Call = [&] { return Api().PDUCancelComPrimitive(1, 42, 0x1234ABCD); },
@@ -353,7 +353,7 @@ TEST_F(ComPrimitiveCalls, ACancelAddsItsArgumentLineAndNothingElse)
     ExpectAtAllLevels({success, failure});
 }
 
-TEST_F(ComPrimitiveCalls, ControlDataLargerThanTheBufferIsCutAndTheCallGoesOn)
+TEST_F(ComPrimitiveCalls, ControlDataLargerThanTheBufferIsCutAndTheCallContinues)
 {
     Start({{"LogFnDecodeArgs", "2"}});
     std::vector<PDU_EXP_RESP_DATA> responses(1000);

@@ -1,4 +1,4 @@
-// The comms reports of the target library.
+// Communication reports of the target library.
 #include <gtest/gtest.h>
 
 #include "tests/support/session.h"
@@ -9,7 +9,7 @@ namespace {
 constexpr CHAR8 ShortName[21] = "Address";
 constexpr CHAR8 LongName[21] = "TwentyCharactersLong";
 
-/// A session whose fake target holds the comms callback that it was given.
+/// A session whose fake target stores the comms callback that it receives.
 class CommsLog : public ::testing::Test
 {
 protected:
@@ -63,7 +63,7 @@ TEST_F(CommsLog, AnUnknownProtocolIsNullEachTime)
     EXPECT_EQ(Reported(0, 42), "{stamp} NULL <-  message\n");
 }
 
-TEST_F(CommsLog, NumbersStandBehindNamesOfTwentyColumns)
+TEST_F(CommsLog, NumbersFollowNamesOfTwentyColumns)
 {
     Begin({});
     const UNUM32 value = 0xBEEF;
@@ -73,7 +73,7 @@ TEST_F(CommsLog, NumbersStandBehindNamesOfTwentyColumns)
               "{stamp}    -->  TwentyCharactersLong\t= 0x0000BEEF\n");
 }
 
-TEST_F(CommsLog, BytesWithoutANameAreDumpedAllTheSame)
+TEST_F(CommsLog, BytesWithoutANameAreDumpedToo)
 {
     Begin({});
     const UNUM8 bytes[] = {0x41};
@@ -84,7 +84,7 @@ TEST_F(CommsLog, BytesWithoutANameAreDumpedAllTheSame)
               "A               |\n");
 }
 
-TEST_F(CommsLog, BytesAreDumpedWholeWhateverTheLevelsOfCallsAre)
+TEST_F(CommsLog, BytesAreDumpedWholeAtAllLevels)
 {
     Begin({{"LogFnCalls", "0"}, {"LogFnDecodeArgs", "0"}, {"LogMaxPduBuff", "1"}});
     const UNUM8 bytes[] = {0x02, 0xFD, 0x41};
@@ -95,7 +95,7 @@ TEST_F(CommsLog, BytesAreDumpedWholeWhateverTheLevelsOfCallsAre)
               "..A             |\n");
 }
 
-TEST_F(CommsLog, AnUnknownKindOfParameterIsNamedByItsNumberAndTheNextIsTaken)
+TEST_F(CommsLog, AnUnknownKindOfParameterShowsItsNumberAndTheNextOneFollows)
 {
     Begin({});
     const UNUM32 value = 7;
@@ -105,7 +105,7 @@ TEST_F(CommsLog, AnUnknownKindOfParameterIsNamedByItsNumberAndTheNextIsTaken)
               "{stamp}    <--  Address             \t= 0x00000007\n");
 }
 
-TEST_F(CommsLog, WithLogCommsFileZeroReportsStandBetweenTheCalls)
+TEST_F(CommsLog, WithLogCommsFileZeroReportsAreLoggedBetweenTheCalls)
 {
     Begin({{"LogDoIPComms", "1"}});
     const std::string text = session->Logged([&] {
@@ -120,11 +120,11 @@ TEST_F(CommsLog, WithLogCommsFileZeroReportsStandBetweenTheCalls)
                     "{stamp} - PDUModuleConnect<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(CommsLog, AFileOfItsOwnTakesTheReports)
+TEST_F(CommsLog, ReportsGoToAFileOfTheirOwn)
 {
     Begin({{"LogDoIPComms", "1"}, {"LogCommsFile", "1"}});
     EXPECT_EQ(Reported(1, 256), "");
-    // The folder's name has no separator at its end, so the file lies beside the folder.
+    // The folder's name has no separator at its end, so the file is created beside the folder.
     std::string found;
     for (const auto& entry : std::filesystem::directory_iterator(session->Folder().Path()))
         if (entry.path().filename().string().starts_with("logsD-PDU_API_Comms_"))
@@ -134,8 +134,8 @@ TEST_F(CommsLog, AFileOfItsOwnTakesTheReports)
 
 TEST_F(CommsLog, AReportForAFileThatCouldNotBeOpenedIsDropped)
 {
-    // The sole API file is reused. There is no comms file to reuse, so the folder's path is tried in its
-    // place.
+    // The sole API file is reused. There is no comms file to reuse, so the folder itself is opened, which
+    // fails.
     session = std::make_unique<Session>(Changes{{"LogDoIPComms", "1"}, {"LogCommsFile", "1"}});
     std::filesystem::create_directories(session->LogFolder());
     WriteFileBytes(session->LogFolder() / "D-PDU_API_Logger_05-03-2020_10-11-12.LGR", "");
@@ -144,7 +144,7 @@ TEST_F(CommsLog, AReportForAFileThatCouldNotBeOpenedIsDropped)
     EXPECT_EQ(session->LogNames("").size(), 1u);
 }
 
-TEST_F(CommsLog, AReportThatOutgrowsTheBufferEndsWithTheMarker)
+TEST_F(CommsLog, AReportLongerThanTheBufferEndsWithTheMarker)
 {
     Begin({});
     const std::vector<UNUM8> bytes(20000, 0x55);
@@ -153,7 +153,7 @@ TEST_F(CommsLog, AReportThatOutgrowsTheBufferEndsWithTheMarker)
     EXPECT_EQ(text.find("\t\t\t\t...\n"), text.size() - 8);
 }
 
-TEST_F(CommsLog, WithLoggingOffTheReportIsDroppedAndAnswered)
+TEST_F(CommsLog, WithLoggingOffTheReportIsDroppedAndTheStatusIsZero)
 {
     Begin({{"LogEnabled", "0"}});
     EXPECT_EQ(callback("message", 1, 256, 0, nullptr), 0u);

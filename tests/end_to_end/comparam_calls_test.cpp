@@ -1,4 +1,4 @@
-// ComParams and tables of unique response identifiers, on their way in and back.
+// Calls that get and set ComParams and tables of unique response identifiers.
 #include "tests/support/call_test.h"
 
 namespace marvane::testing {
@@ -32,7 +32,7 @@ protected:
         return "(hMod=0x00000001, hCLL=0x0000002A, pUniqueRespIdTable=" + PointerText(table) + ")";
     }
 
-    /// Frame lines of a call that succeeded and decoded nothing.
+    /// The lines of a call that succeeded and decoded nothing.
     static std::string Plain(const std::string& name, const std::string& arguments)
     {
         return "{stamp} + " + name + arguments + "\n{stamp} - " + name + "<PDU_STATUS_NOERROR (0x0000)>\n";
@@ -49,7 +49,7 @@ protected:
     PDU_UNIQUE_RESP_ID_TABLE_ITEM* tablePlace = nullptr;
 };
 
-TEST_F(ComParamCalls, AParamThatCameBackIsDecodedAsAResult)
+TEST_F(ComParamCalls, AReturnedParamIsDecodedAsAResult)
 {
     const std::string lines =
         "{stamp}    <--  ComParam (" + PointerText(&param) +
@@ -95,7 +95,7 @@ TEST_F(ComParamCalls, AParamThatIsSetIsDecodedAsAnArgument)
     EXPECT_EQ(byte, 0x41);
 }
 
-TEST_F(ComParamCalls, ATableThatCameBackIsDecodedAsAResult)
+TEST_F(ComParamCalls, AReturnedTableIsDecodedAsAResult)
 {
     const std::string lines =
         "{stamp}    <--  [   1 of    2] - URID = 5, Num params = 1\n"
@@ -139,7 +139,7 @@ TEST_F(ComParamCalls, ATableThatIsSetIsDecodedAsAnArgument)
 
 TEST_F(ComParamCalls, AFailedGetDecodesNothingAndReadsNoPointer)
 {
-    // The places of both answers fault whoever reads them.
+    // Reading through either output pointer would fault.
     ExpectAtAllLevels({{.Name = "PDUGetComParam",
                         .Call = [&] { return Api().PDUGetComParam(1, 42, 7, Unreadable<PDU_PARAM_ITEM*>()); },
                         .Seen = {1, 42, 7, 0x10},
@@ -158,7 +158,7 @@ TEST_F(ComParamCalls, AFailedGetDecodesNothingAndReadsNoPointer)
                         .Arguments = TableEntry(Unreadable<void>())}});
 }
 
-TEST_F(ComParamCalls, AFailedGetWithAValidPlaceDecodesNothing)
+TEST_F(ComParamCalls, AFailedGetWithAValidOutputPointerDecodesNothing)
 {
     Start({{"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
     Answer("PDUGetComParam", PDU_ERR_ID_NOT_SUPPORTED, ReturnParam(Unreadable<PDU_PARAM_ITEM>()));
@@ -170,7 +170,7 @@ TEST_F(ComParamCalls, AFailedGetWithAValidPlaceDecodesNothing)
     EXPECT_EQ(paramPlace, Unreadable<PDU_PARAM_ITEM>());
 }
 
-TEST_F(ComParamCalls, NullPlacesAndItemsAreReportedByEachCallInItsOwnWayAndForwarded)
+TEST_F(ComParamCalls, NullPointersAreReportedByEachCallInItsOwnWayAndForwarded)
 {
     const std::string writeBack = "{stamp}    -->  WARNING - pParamItem write-back\t= <NULL>\n";
     const std::string item = "{stamp}    -->  WARNING - pParamItem\t= <NULL>\n";
@@ -196,7 +196,7 @@ TEST_F(ComParamCalls, NullPlacesAndItemsAreReportedByEachCallInItsOwnWayAndForwa
                         .Before = ArgumentLines(nullTable)}});
 }
 
-TEST_F(ComParamCalls, AGetWithANullPlaceAndLogFnDecodeArgsZeroWarnsOfNothingAndIsForwarded)
+TEST_F(ComParamCalls, AGetWithANullOutputPointerAndLogFnDecodeArgsZeroGivesNoWarningAndIsForwarded)
 {
     Start({{"LogFnDecodeRsps", "2"}});
     EXPECT_EQ(Logged([&] { EXPECT_EQ(Api().PDUGetComParam(1, 42, 7, nullptr), PDU_STATUS_NOERROR); }),
@@ -204,7 +204,7 @@ TEST_F(ComParamCalls, AGetWithANullPlaceAndLogFnDecodeArgsZeroWarnsOfNothingAndI
     ExpectSeen("PDUGetComParam", {1, 42, 7, 0});
 }
 
-TEST_F(ComParamCalls, ASetOfANullItemWarnsAndDecodesNothing)
+TEST_F(ComParamCalls, ASetOfANullItemGivesAWarningAndDecodesNothing)
 {
     Start({{"LogFnDecodeArgs", "1"}});
     EXPECT_EQ(Logged([&] { Api().PDUSetComParam(1, 42, nullptr); }),
@@ -224,14 +224,14 @@ TEST_F(ComParamCalls, ASetOfANullTableIsReportedByTheDecoderAlone)
                   "{stamp} - PDUSetUniqueRespIdTable<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ComParamCalls, AGetOfATableWithANullPlaceHasNothingBeyondItsFrame)
+TEST_F(ComParamCalls, AGetOfATableWithANullOutputPointerHasNoDecodedLine)
 {
     Start({{"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
     EXPECT_EQ(Logged([&] { Api().PDUGetUniqueRespIdTable(1, 42, nullptr); }),
               Plain("PDUGetUniqueRespIdTable", TableEntry(nullptr)));
 }
 
-TEST_F(ComParamCalls, ASuccessThatBringsNothingIsReportedByTheDecoder)
+TEST_F(ComParamCalls, ASuccessThatReturnsNullIsReportedByTheDecoder)
 {
     Start({{"LogFnDecodeRsps", "1"}});
     EXPECT_EQ(Logged([&] { Api().PDUGetComParam(1, 42, 7, &paramPlace); }),
@@ -246,7 +246,7 @@ TEST_F(ComParamCalls, ASuccessThatBringsNothingIsReportedByTheDecoder)
                   "{stamp} - PDUGetUniqueRespIdTable<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ComParamCalls, WithOnlyLogFnDecodeRspsASetShowsNoRecordAndAGetDoes)
+TEST_F(ComParamCalls, WithLogFnDecodeRspsAloneASetShowsNoRecordAndAGetDoes)
 {
     Start({{"LogFnDecodeRsps", "1"}});
     Answer("PDUGetComParam", PDU_STATUS_NOERROR, ReturnParam(&baudrate));
@@ -266,7 +266,7 @@ TEST_F(ComParamCalls, WithOnlyLogFnDecodeRspsASetShowsNoRecordAndAGetDoes)
             "{stamp} - PDUGetComParam<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ComParamCalls, WithOnlyLogFnDecodeArgsAGetShowsNoRecordAndASetDoes)
+TEST_F(ComParamCalls, WithLogFnDecodeArgsAloneAGetShowsNoRecordAndASetDoes)
 {
     Start({{"LogFnDecodeArgs", "1"}});
     Answer("PDUGetComParam", PDU_STATUS_NOERROR, ReturnParam(&baudrate));
@@ -287,7 +287,7 @@ TEST_F(ComParamCalls, WithOnlyLogFnDecodeArgsAGetShowsNoRecordAndASetDoes)
             "{stamp} - PDUSetComParam<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ComParamCalls, AnIdIsNotYetReadUntilItWasAskedForByNameAndKeepsTheFirstName)
+TEST_F(ComParamCalls, AnIdIsNotYetReadUntilTheApplicationAsksForItAndKeepsItsFirstName)
 {
     Start({{"LogFnDecodeRsps", "1"}});
     const auto get = [&] {
@@ -315,7 +315,7 @@ TEST_F(ComParamCalls, AnIdIsNotYetReadUntilItWasAskedForByNameAndKeepsTheFirstNa
     EXPECT_EQ(get(), read);
 }
 
-TEST_F(ComParamCalls, UndefinedHandlesAreNamedAndDecodedResultsStandBehindTheCallOut)
+TEST_F(ComParamCalls, UndefinedHandlesAreNamedAndDecodedResultsComeAfterTheCallOut)
 {
     constexpr UNUM32 undefined = 0xFFFFFFFF;
     Start({{"LogCallOuts", "1"}, {"LogFnDecodeRsps", "1"}});

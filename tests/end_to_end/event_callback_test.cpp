@@ -1,4 +1,4 @@
-// The way of an event from the target library to the application.
+// Events are routed from the target library to the application's callbacks.
 #include <gtest/gtest.h>
 
 #include "tests/support/session.h"
@@ -8,7 +8,7 @@ namespace {
 
 std::string Told;
 
-// Callbacks of the application, told apart by what they add.
+// Callbacks of the application, distinguished by the number that they add.
 void LinkCallback(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
 {
     Told += "link ";
@@ -22,7 +22,7 @@ void DefaultCallback(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
     Told += "default ";
 }
 
-/// A session whose fake target holds what it was given as callback.
+/// A session whose fake target stores the callback that it receives.
 class EventCallback : public ::testing::Test
 {
 protected:
@@ -44,7 +44,7 @@ protected:
             trap = reinterpret_cast<CALLBACKFNC>(static_cast<std::uintptr_t>(calls[0].Arguments[2]));
     }
 
-    /// Signals an event as the target does; returns who was told.
+    /// Signals an event as the target does. Returns which callbacks were called.
     std::string Signal(UNUM32 hMod, UNUM32 hCLL)
     {
         Told.clear();
@@ -80,7 +80,7 @@ TEST_F(EventCallback, ALinksEventReachesTheLinksCallback)
     EXPECT_EQ(Signal(1, 2), "link ");
 }
 
-TEST_F(EventCallback, ALinkWithoutCallbackFallsToItsModulesCallback)
+TEST_F(EventCallback, AnEventOfALinkWithoutCallbackReachesTheModulesCallback)
 {
     Begin({});
     Register(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF, DefaultCallback);
@@ -90,7 +90,7 @@ TEST_F(EventCallback, ALinkWithoutCallbackFallsToItsModulesCallback)
     EXPECT_EQ(Signal(7, 2), "default ");
 }
 
-TEST_F(EventCallback, TheDefaultAloneGetsTheEventsOfAllModulesAndLinks)
+TEST_F(EventCallback, TheDefaultCallbackGetsTheEventsOfAllModulesAndLinks)
 {
     Begin({});
     Register(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF, DefaultCallback);
@@ -99,7 +99,7 @@ TEST_F(EventCallback, TheDefaultAloneGetsTheEventsOfAllModulesAndLinks)
     EXPECT_EQ(Signal(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF), "default ");
 }
 
-TEST_F(EventCallback, NullForALinkLeavesTheOtherLevelsInForce)
+TEST_F(EventCallback, NullForALinkLeavesTheOtherLevelsInEffect)
 {
     Begin({});
     Register(1, PDU_HANDLE_UNDEF, ModuleCallback);
@@ -108,7 +108,7 @@ TEST_F(EventCallback, NullForALinkLeavesTheOtherLevelsInForce)
     EXPECT_EQ(Signal(1, 2), "module ");
 }
 
-TEST_F(EventCallback, NullForALinkOfAModuleWithoutCallbackLeavesTheDefaultInForce)
+TEST_F(EventCallback, NullForALinkOfAModuleWithoutCallbackLeavesTheDefaultInEffect)
 {
     Begin({});
     Register(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF, DefaultCallback);
@@ -126,7 +126,7 @@ TEST_F(EventCallback, ALinkOfAnUndefinedModuleIsALevelOfItsOwn)
     EXPECT_EQ(Signal(1, 2), "default ");
 }
 
-TEST_F(EventCallback, ARegistrationThatTheTargetRefusesIsRememberedAllTheSame)
+TEST_F(EventCallback, ARegistrationThatTheTargetRefusesIsStoredAnyway)
 {
     Begin({});
     Register(5, 6, DefaultCallback);
@@ -163,7 +163,7 @@ TEST_F(EventCallback, WithLogFnCallsOneTheEntryLineHasNoArguments)
               "{stamp} + PDUCallbackTrap\n{stamp} - PDUCallbackTrap\n");
 }
 
-TEST_F(EventCallback, WithLogFnCallsZeroTheEventIsLoggedStill)
+TEST_F(EventCallback, WithLogFnCallsZeroTheEventIsStillLogged)
 {
     Begin({{"LogCbCalls", "1"}, {"LogFnCalls", "0"}});
     Register(1, 2, LinkCallback);
@@ -171,7 +171,7 @@ TEST_F(EventCallback, WithLogFnCallsZeroTheEventIsLoggedStill)
               "{stamp} + PDUCallbackTrap\n{stamp} - PDUCallbackTrap\n");
 }
 
-TEST_F(EventCallback, AnEventForWhichNobodyRegisteredLeavesNoTrace)
+TEST_F(EventCallback, AnEventWithoutACallbackIsNotLogged)
 {
     Begin({{"LogCbCalls", "1"}});
     Register(1, 2, LinkCallback);
@@ -199,7 +199,7 @@ TEST_F(EventCallback, CallbacksOfLinksOutliveDestruct)
     EXPECT_EQ(Signal(1, 2), "link ");
 }
 
-TEST_F(EventCallback, AnEventAfterDestructTellsNobodyAndLogsNothing)
+TEST_F(EventCallback, AnEventAfterDestructReachesNobodyAndLogsNothing)
 {
     Begin({{"LogCbCalls", "1"}});
     Register(1, 2, LinkCallback);
@@ -222,18 +222,19 @@ TEST_F(EventCallback, TheTwoKeysThatShareItsStorageShowTheDefaultCallbackInACont
     EXPECT_NE(WithoutStamps(session->Log()).find(expected), std::string::npos) << expected;
 }
 
-TEST_F(EventCallback, AConfiguredRecordSizeLimitIsWhatStandsInTheDefaultCallbacksPlace)
+TEST_F(EventCallback, AConfiguredRecordSizeLimitOverwritesTheDefaultCallback)
 {
-    // Not called here: it is the address 5000. The next registration overwrites it.
+    // Not called here: the configured value would be called as the address 5000. A registration overwrites
+    // it.
     Begin({{"DoIPTlsRecordSizeLimit", "5000"}});
     EXPECT_NE(session->Log().find("DoIPTlsRecordSizeLimit =      5000 (0x00001388)"), std::string::npos);
     Register(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF, DefaultCallback);
     EXPECT_EQ(Signal(1, 2), "default ");
 }
 
-TEST_F(EventCallback, AnEventThatFallsThroughJumpsToTheAddressThatTheTwoKeysGive)
+TEST_F(EventCallback, AnEventForTheDefaultCallbackJumpsToTheAddressGivenByTheTwoKeys)
 {
-    // With sign, since that is how a file can give all 32 bits.
+    // Signed, because the file has no other way to give all 32 bits.
     const std::uint64_t address = reinterpret_cast<std::uintptr_t>(&DefaultCallback);
     Begin({{"DoIPTlsRecordSizeLimit", std::to_string(static_cast<std::int32_t>(address & 0xFFFFFFFF))},
            {"LogTlsSessionKey", std::to_string(static_cast<std::int32_t>(address >> 32))}});
@@ -241,7 +242,7 @@ TEST_F(EventCallback, AnEventThatFallsThroughJumpsToTheAddressThatTheTwoKeysGive
     EXPECT_EQ(Signal(1, 2), "default ");
 }
 
-TEST_F(EventCallback, AnEventDoesNotChangeAFileThatHasOutgrownItsLimit)
+TEST_F(EventCallback, AnEventDoesNotChangeAFileAboveItsLimit)
 {
     Begin({{"LogCbCalls", "1"}, {"LogFnCalls", "1"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "9"}});
     Register(1, 2, LinkCallback);

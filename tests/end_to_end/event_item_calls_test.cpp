@@ -1,4 +1,4 @@
-// Fetching event items and giving items back.
+// PDUGetEventItem and PDUDestroyItem.
 #include "tests/support/call_test.h"
 
 namespace marvane::testing {
@@ -17,7 +17,7 @@ protected:
         return "(hMod=0x00000001, hCLL=0x0000002A, ppEventItem=" + PointerText(place) + ")";
     }
 
-    /// What a fetch of this item adds to the frame's lines.
+    /// The decoded lines of a PDUGetEventItem that returns this item.
     std::string Decoded(PDU_EVENT_ITEM* item)
     {
         Answer("PDUGetEventItem", PDU_STATUS_NOERROR, Return(item));
@@ -43,7 +43,7 @@ protected:
     PDU_EVENT_ITEM statusItem = {PDU_IT_STATUS, 9, tag, 3000000000u, &status};
 };
 
-TEST_F(EventItemCalls, AResultIsSummedUpAndDecodedOneLevelDeeper)
+TEST_F(EventItemCalls, AResultHasASummaryAndIsDecodedOneLevelDeeper)
 {
     UNUM8 payload[] = {0x62, 0xF1, 0x90};
     PDU_RESULT_DATA result = {};
@@ -77,7 +77,7 @@ TEST_F(EventItemCalls, AResultIsSummedUpAndDecodedOneLevelDeeper)
     EXPECT_EQ(payload[0], 0x62);
 }
 
-TEST_F(EventItemCalls, AnEmptyQueueGivesItsStatusOnlyAndTheItemsPlaceIsNotRead)
+TEST_F(EventItemCalls, AnEmptyQueueGivesItsStatusOnlyAndTheOutputPointerIsNotRead)
 {
     ExpectAtAllLevels({{.Name = "PDUGetEventItem",
                         .Call = [&] { return Api().PDUGetEventItem(1, 42, Unreadable<PDU_EVENT_ITEM*>()); },
@@ -87,7 +87,7 @@ TEST_F(EventItemCalls, AnEmptyQueueGivesItsStatusOnlyAndTheItemsPlaceIsNotRead)
                         .Arguments = Entry(Unreadable<void>())}});
 }
 
-TEST_F(EventItemCalls, AFailureThatLeavesAnItemShowsNothingOfIt)
+TEST_F(EventItemCalls, AnItemReturnedByAFailedCallIsNotShown)
 {
     Start({{"LogFnDecodeRsps", "2"}});
     Answer("PDUGetEventItem", PDU_ERR_EVENT_QUEUE_EMPTY, Return(&statusItem));
@@ -98,7 +98,7 @@ TEST_F(EventItemCalls, AFailureThatLeavesAnItemShowsNothingOfIt)
     EXPECT_EQ(place, &statusItem);
 }
 
-TEST_F(EventItemCalls, ANullPlaceIsForwardedWithoutAWarning)
+TEST_F(EventItemCalls, ANullOutputPointerIsForwardedWithoutAWarning)
 {
     ExpectAtAllLevels({{.Name = "PDUGetEventItem",
                         .Call = [&] { return Api().PDUGetEventItem(1, 42, nullptr); },
@@ -106,7 +106,7 @@ TEST_F(EventItemCalls, ANullPlaceIsForwardedWithoutAWarning)
                         .Arguments = Entry(nullptr)}});
 }
 
-TEST_F(EventItemCalls, ASuccessWithoutAnItemIsToldByOneLine)
+TEST_F(EventItemCalls, ASuccessWithoutAnItemIsReportedByOneLine)
 {
     const std::string line = "{stamp}    <--  *ppEventItem\t= <NULL>\n";
     ExpectAtAllLevels({{.Name = "PDUGetEventItem",
@@ -118,7 +118,7 @@ TEST_F(EventItemCalls, ASuccessWithoutAnItemIsToldByOneLine)
     EXPECT_EQ(place, nullptr);
 }
 
-TEST_F(EventItemCalls, WithLogFnDecodeRspsZeroASuccessWithoutAnItemHasNoLineButTheFrames)
+TEST_F(EventItemCalls, WithLogFnDecodeRspsZeroASuccessWithoutAnItemHasNoDecodedLine)
 {
     Start({{"LogFnDecodeArgs", "2"}});
     EXPECT_EQ(Decoded(nullptr), "");
@@ -132,7 +132,7 @@ TEST_F(EventItemCalls, AnUndefinedComPrimitiveIsNamedInTheSummary)
                                         "{stamp}     <<< Status        \t= PDU_COPST_FINISHED (0x8012)\n");
 }
 
-TEST_F(EventItemCalls, ATypeThatTheTableLacksPrintsNullAndItsNumber)
+TEST_F(EventItemCalls, AnUnknownTypePrintsNullAndItsNumber)
 {
     Start({{"LogFnDecodeRsps", "1"}});
     statusItem.ItemType = 0x1234;
@@ -143,7 +143,7 @@ TEST_F(EventItemCalls, ATypeThatTheTableLacksPrintsNullAndItsNumber)
                                         "{stamp}     <<< Unknown ItemType = 65536\n");
 }
 
-TEST_F(EventItemCalls, ATypeOfTheTableThatIsNoEventIsNamedAndNotDecoded)
+TEST_F(EventItemCalls, AKnownTypeThatIsNoEventIsNamedAndNotDecoded)
 {
     Start({{"LogFnDecodeRsps", "1"}});
     statusItem.ItemType = PDU_IT_RSC_ID;
@@ -166,7 +166,7 @@ TEST_F(EventItemCalls, ErrorsAndInformationAreDecoded)
                   "{stamp}     <<< Code = PDU_INFO_MODULE_LIST_CHG (32880), ExtraInfoData = 6\n");
 }
 
-TEST_F(EventItemCalls, AnItemWithoutDataSaysSo)
+TEST_F(EventItemCalls, AnItemWithoutDataIsReported)
 {
     Start({{"LogFnDecodeRsps", "1"}});
     statusItem.pData = nullptr;
@@ -198,7 +198,7 @@ TEST_F(EventItemCalls, WithLogFnCallsOneThereIsNoSummaryAndNothingIsDecoded)
               "{stamp} - PDUGetEventItem<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(EventItemCalls, UndefinedHandlesAreNamedAndTheSummaryStandsBehindTheCallOut)
+TEST_F(EventItemCalls, UndefinedHandlesAreNamedAndTheSummaryComesAfterTheCallOut)
 {
     Start({{"LogCallOuts", "1"}, {"LogFnDecodeRsps", "1"}});
     EXPECT_EQ(Logged([&] { Api().PDUGetEventItem(0xFFFFFFFF, 0xFFFFFFFF, &place); }),
@@ -211,7 +211,7 @@ TEST_F(EventItemCalls, UndefinedHandlesAreNamedAndTheSummaryStandsBehindTheCallO
     ExpectSeen("PDUGetEventItem", {0xFFFFFFFF, 0xFFFFFFFF, Raw(&place)});
 }
 
-TEST_F(EventItemCalls, AnItemGivenBackShowsItsPointerAndIsNotLookedAt)
+TEST_F(EventItemCalls, DestroyItemShowsThePointerAndDoesNotFollowIt)
 {
     ExpectAtAllLevels({{.Name = "PDUDestroyItem",
                         .Call = [&] { return Api().PDUDestroyItem(Unreadable<void>()); },
@@ -226,7 +226,7 @@ TEST_F(EventItemCalls, AnItemGivenBackShowsItsPointerAndIsNotLookedAt)
     EXPECT_EQ(statusItem.ItemType, PDU_IT_STATUS);
 }
 
-TEST_F(EventItemCalls, ANullItemGivenBackIsPrintedAndForwarded)
+TEST_F(EventItemCalls, DestroyItemPrintsANullPointerAndForwardsIt)
 {
     Start({{"LogFnDecodeArgs", "2"}});
     EXPECT_EQ(Logged([&] { EXPECT_EQ(Api().PDUDestroyItem(nullptr), PDU_STATUS_NOERROR); }),
@@ -236,7 +236,7 @@ TEST_F(EventItemCalls, ANullItemGivenBackIsPrintedAndForwarded)
     ExpectSeen("PDUDestroyItem", {0});
 }
 
-TEST(EventItemCallsWithoutATarget, EachCallIsNotLoadedAndTheItemsPlaceStays)
+TEST(EventItemCallsWithoutATarget, EachCallIsNotLoadedAndTheOutputIsUnchanged)
 {
     Session session({{"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}}, "no_such_library");
     session.Construct();

@@ -1,4 +1,4 @@
-// What the library shows to the outside.
+// What the library exports and imports.
 #include <algorithm>
 #include <cstring>
 

@@ -8,7 +8,7 @@
 namespace marvane::testing {
 namespace {
 
-// Where a cycle takes many times as long there are fewer; what grows with each shows there too.
+// Fewer where a cycle is many times slower: a leak of each cycle is found there too.
 #ifdef MARVANE_SANITIZED
 constexpr int Cycles = 1000;
 #else
@@ -24,13 +24,13 @@ void RunCycles(Session& session, int count)
         ASSERT_EQ(session.Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name, &id), PDU_STATUS_NOERROR);
         ASSERT_EQ(session.Api().PDURegisterEventCallback(1, 2, nullptr), PDU_STATUS_NOERROR);
         ASSERT_EQ(session.Api().PDUDestruct(), PDU_STATUS_NOERROR);
-        // The sole log file is appended to in each; 10,000 headers need not fill the disk.
+        // All cycles append to one log file: removed now and then, its headers do not fill the disk.
         if (i % 500 == 499)
             std::filesystem::remove(session.LogFolder() / session.LogNames().at(0));
     }
 }
 
-TEST(FaultCycles, OfConstructAndDestructLeaveNoHandleOpenAndNoMemoryTaken)
+TEST(FaultCycles, OfConstructAndDestructLeakNoHandleAndNoMemory)
 {
     Session session({{"LogFileMaxNum", "0"}});
     session.Fake().Discard();
@@ -40,7 +40,7 @@ TEST(FaultCycles, OfConstructAndDestructLeaveNoHandleOpenAndNoMemoryTaken)
     RunCycles(session, Cycles);
     EXPECT_EQ(OpenHandles(), handles);
 #ifndef MARVANE_SANITIZED
-    // A sanitizer keeps what was freed; it has a leak check of its own.
+    // A sanitizer keeps freed memory, and has a leak check of its own.
     EXPECT_LT(MemoryInUse(), memory + 65536 + 40 * static_cast<std::size_t>(Cycles));
 #else
     static_cast<void>(memory);
@@ -67,7 +67,7 @@ void LoadAndUnload(int count)
     }
 }
 
-TEST(FaultCycles, OfLoadingAndUnloadingLeaveNoHandleOpenAndNoMemoryTaken)
+TEST(FaultCycles, OfLoadingAndUnloadingLeakNoHandleAndNoMemory)
 {
 #ifdef MARVANE_SANITIZED
     GTEST_SKIP() << "under a sanitizer the library stays loaded";

@@ -1,4 +1,4 @@
-// What befalls the log files while the logger runs: the calls go on unchanged.
+// Faults of the log files while the logger runs: calls continue unchanged.
 #include <ctime>
 #include <fstream>
 
@@ -14,7 +14,7 @@ namespace {
 
 const bool OnLinux = platform::PathSeparator == '/';
 
-/// Makes calls and expects that arguments, results and statuses pass unchanged.
+/// Makes calls and expects that arguments, results and statuses are passed on unchanged.
 void ExpectUnchangedCalls(Session& session, UNUM32 count)
 {
     session.Fake().TakeCalls();
@@ -34,7 +34,7 @@ void ExpectUnchangedCalls(Session& session, UNUM32 count)
         ASSERT_EQ(calls[i].Arguments[0], i);
 }
 
-/// Expects that a change of file brings the log back.
+/// Expects that logging resumes after a rotation.
 void ExpectLogAgainAfterChange(Session& session)
 {
     session.Api().PDUModuleDisconnect(1);
@@ -58,7 +58,7 @@ TEST(FaultLogFiles, AFullDeviceFromTheStart)
     EXPECT_EQ(session.Api().PDUDestruct(), PDU_STATUS_NOERROR);
 }
 
-TEST(FaultLogFiles, ADiskThatFillsUpKeepsTheFileAndTakesTheLogAgainWhenThereIsRoom)
+TEST(FaultLogFiles, ADiskThatFillsUpKeepsTheFileAndLoggingResumesWhenThereIsRoom)
 {
     if (!LargestFile::IsInForce())
         GTEST_SKIP() << "this system can't limit the size of files";
@@ -67,7 +67,7 @@ TEST(FaultLogFiles, ADiskThatFillsUpKeepsTheFileAndTakesTheLogAgainWhenThereIsRo
     {
         const LargestFile full(15000);
         ExpectUnchangedCalls(session, 500);
-        // A file whose size can't be told is no reason to change it: that would erase the earlier ones.
+        // A file of unknown size must not be changed: that would erase earlier ones.
         EXPECT_EQ(session.LogNames().size(), 1u);
         EXPECT_EQ(std::filesystem::file_size(session.LogFolder() / session.LogNames()[0]), 15000u);
     }
@@ -112,7 +112,7 @@ TEST(FaultLogFiles, ATextCutByAFullDiskIsFollowedByALineEnd)
               "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST(FaultLogFiles, AFullDeviceIsNotTakenForAFileThatHasOutgrownItsLimit)
+TEST(FaultLogFiles, AFullDeviceDoesNotCountAsAFileAboveItsLimit)
 {
     if (!std::filesystem::exists("/dev/full"))
         GTEST_SKIP() << "this system has no device that is always full";
@@ -127,7 +127,7 @@ TEST(FaultLogFiles, AFullDeviceIsNotTakenForAFileThatHasOutgrownItsLimit)
     EXPECT_EQ(session.LogNames().size(), 1u);
 }
 
-TEST(FaultLogFiles, AFolderThatIsRemovedTakesTheLogAgainWhenItIsBack)
+TEST(FaultLogFiles, LoggingResumesWhenARemovedFolderIsBack)
 {
     Session session(NewFileAtDisconnect);
     session.Construct();
@@ -142,7 +142,7 @@ TEST(FaultLogFiles, AFolderThatIsRemovedTakesTheLogAgainWhenItIsBack)
     ExpectLogAgainAfterChange(session);
 }
 
-TEST(FaultLogFiles, AFolderThatBecomesReadOnlyTakesTheLogAgainWhenItMayBeWritten)
+TEST(FaultLogFiles, LoggingResumesWhenAReadOnlyFolderIsWritableAgain)
 {
     if (!OnLinux)
         GTEST_SKIP() << "this system's read-only folders take new files";
@@ -157,7 +157,7 @@ TEST(FaultLogFiles, AFolderThatBecomesReadOnlyTakesTheLogAgainWhenItMayBeWritten
         const std::string text = session.Logged([&] { session.Api().PDUConnect(1, 2); });
         EXPECT_EQ(text, "{stamp} + PDUConnect(hMod=0x00000001, hCLL=0x00000002)\n"
                         "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n");
-        // In the second of the start the new file has the old one's name; that one could be written still.
+        // Within the second of the start the new file would have the name of the old one, which is writable.
         for (const std::time_t second = std::time(nullptr); std::time(nullptr) == second;)
             continue;
         session.Api().PDUModuleDisconnect(1);
@@ -167,13 +167,13 @@ TEST(FaultLogFiles, AFolderThatBecomesReadOnlyTakesTheLogAgainWhenItMayBeWritten
     ExpectLogAgainAfterChange(session);
 }
 
-TEST(FaultLogFiles, WithoutAnyMoreFilesTheChangeFailsAndTheLogComesBackWithThem)
+TEST(FaultLogFiles, WithoutFreeDescriptorsARotationFailsAndLoggingResumesLater)
 {
     Session session(NewFileAtDisconnect);
     session.Construct();
     {
         const NoMoreFiles shortage;
-        // Closing the old file makes room for one; a second change in the shortage finds none.
+        // Closing the old file frees one descriptor; a second rotation finds none.
         session.Api().PDUModuleDisconnect(1);
         const NoMoreFiles again;
         ExpectUnchangedCalls(session, 100);
@@ -183,11 +183,11 @@ TEST(FaultLogFiles, WithoutAnyMoreFilesTheChangeFailsAndTheLogComesBackWithThem)
     ExpectLogAgainAfterChange(session);
 }
 
-TEST(FaultLogFiles, WithoutAnyMoreFilesTheStartIsRefusedAndALaterOneWorks)
+TEST(FaultLogFiles, WithoutFreeDescriptorsTheStartIsRefusedAndALaterOneWorks)
 {
     Session session;
 #ifdef MARVANE_SANITIZED
-    // A sanitizer needs descriptors for its checks of what it has not seen before: a refused start shows it.
+    // A sanitizer opens files when it meets code for the first time: a refused start makes it do so now.
     std::filesystem::remove(session.ConfigurationPath());
     EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
     session.Configure({});
@@ -201,7 +201,7 @@ TEST(FaultLogFiles, WithoutAnyMoreFilesTheStartIsRefusedAndALaterOneWorks)
     ExpectUnchangedCalls(session, 10);
 }
 
-TEST(FaultLogFiles, OneThatCanNotBeRemovedStaysAndCountsAsGone)
+TEST(FaultLogFiles, AFileThatCanNotBeRemovedStaysAndCountsAsErased)
 {
     Session session({{"LogFileMaxNum", "3"}});
     std::filesystem::create_directories(session.LogFolder());
@@ -210,7 +210,7 @@ TEST(FaultLogFiles, OneThatCanNotBeRemovedStaysAndCountsAsGone)
     };
     for (const char* day : {"01", "02", "03", "04", "05", "06"})
         WriteFileBytes(path(day), day);
-    // Open on one system, another user's in a folder like /tmp on the other: a file that stays.
+    // A file that can't be removed: open on Windows; of another user in a sticky folder like /tmp on Linux.
     const std::ifstream open(path("01"));
     using std::filesystem::perms;
     std::filesystem::permissions(session.Folder().Path(), perms::all);

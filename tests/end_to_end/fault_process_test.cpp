@@ -1,4 +1,4 @@
-// The process itself: it ends while threads still call, it is killed, there is another one in the folder.
+// Faults of the process: it ends while threads still call, is killed, forks, or shares its log folder.
 #include <atomic>
 #include <cstdlib>
 #include <ctime>
@@ -18,7 +18,7 @@ const bool Forks = platform::PathSeparator == '/';
 
 std::atomic<UNUM32> Rounds[3];
 
-/// Starts a thread that goes on until the process ends.
+/// Starts a thread that repeats an action until the process ends.
 template <class Action> void StartEndless(std::atomic<UNUM32>& round, Action action)
 {
     std::thread([&round, action] {
@@ -27,7 +27,7 @@ template <class Action> void StartEndless(std::atomic<UNUM32>& round, Action act
     }).detach();
 }
 
-/// Waits until each of the threads has gone some way further.
+/// Waits until each of the threads has made further progress.
 void AwaitRounds()
 {
     for (const std::atomic<UNUM32>& round : Rounds)
@@ -45,11 +45,11 @@ CALLBACKFNC RegisteredTrap(Session& session)
         static_cast<std::uintptr_t>(session.Fake().TakeCalls().at(0).Arguments[2]));
 }
 
-/// A session that nobody ends, with threads that nobody stops: they go on while the process takes itself
-/// apart.
+/// A session that is never ended, with threads that are never stopped: they run on while static destructors
+/// do.
 void LeaveThreadsBehind(Changes changes)
 {
-    // What is registered ahead of the library's loading runs behind the library's own end.
+    // A handler that is registered before the library is loaded runs after the library's own destructors.
     std::atexit(AwaitRounds);
     static Session* const session = new Session(changes);
     session->Construct();
@@ -61,14 +61,14 @@ void LeaveThreadsBehind(Changes changes)
     AwaitRounds();
 }
 
-/// Runs the child of a test, whose part comes to a good end.
+/// Runs the child part of a test and expects that it succeeds.
 void ExpectGoodEnd(const TemporaryFolder& folder)
 {
     ChildProcess child("alone", folder);
     EXPECT_EQ(child.Wait(), 0) << child.Output();
 }
 
-TEST(FaultProcess, MayEndWhileThreadsStillCallAndEventsStillCome)
+TEST(FaultProcess, MayEndWhileThreadsCallAndEventsArrive)
 {
     if (!ChildRole().empty())
         return LeaveThreadsBehind({{"LogCbCalls", "1"}});
@@ -87,7 +87,7 @@ TEST(FaultProcess, MayEndWhileTheLogFileChangesAtEveryCall)
     ExpectGoodEnd(folder);
 }
 
-/// Logs calls without end, and writes into a journal beside the log which ones have returned.
+/// Makes calls forever, and appends a byte to a journal beside the log for each one that has returned.
 [[noreturn]] void CallUntilKilled(Changes changes)
 {
     const std::string journalPath = (std::filesystem::temp_directory_path() / "journal").string();
@@ -102,7 +102,7 @@ TEST(FaultProcess, MayEndWhileTheLogFileChangesAtEveryCall)
     }
 }
 
-/// The log folder of the one session that a child process had in its folder.
+/// The log folder of the one session that a child process had in this folder.
 std::filesystem::path LogFolderOfChild(const TemporaryFolder& folder)
 {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path()))
@@ -111,7 +111,7 @@ std::filesystem::path LogFolderOfChild(const TemporaryFolder& folder)
     return {};
 }
 
-/// Kills a child once it has made so many calls; expects each finished call in the log and every line whole.
+/// Kills a child after at least this many calls. Expects each finished call in the log, and every line whole.
 void ExpectNothingLostWhenKilled(const TemporaryFolder& folder, std::uintmax_t calls)
 {
     ChildProcess child("calling", folder);
@@ -130,7 +130,7 @@ void ExpectNothingLostWhenKilled(const TemporaryFolder& folder, std::uintmax_t c
     EXPECT_GE(log.Entries.at("PDULockResource"), log.Exits.at("PDULockResource"));
 }
 
-/// Expects so many calls of a function, each with its entry and its exit line.
+/// Expects this many calls of a function, each with its entry and its exit line.
 void ExpectCalls(const LogSummary& log, const std::string& function, std::size_t count)
 {
     EXPECT_EQ(log.Entries.at(function), count);
@@ -141,7 +141,7 @@ class FaultKilled : public ::testing::TestWithParam<int>
 {
 };
 
-TEST_P(FaultKilled, AtAnyMomentWithLogFlushOneLosesNoLine)
+TEST_P(FaultKilled, WithLogFlushOneLosesNoLine)
 {
     if (!ChildRole().empty())
         CallUntilKilled({});
@@ -176,7 +176,7 @@ TEST(FaultProcess, EndingWithoutDestructAndWithoutFlushLosesNoLine)
     ExpectCalls(log, "PDULockResource", 100u);
 }
 
-TEST(FaultProcess, AForkedChildLogsItsOwnCallsAndNoneOfItsParentsTwice)
+TEST(FaultProcess, AForkedChildLogsItsOwnCallsAndNoneOfItsParentsAgain)
 {
     if (!ChildRole().empty()) {
         static Session* const session = new Session({{"LogFlush", "0"}});
@@ -201,7 +201,7 @@ TEST(FaultProcess, AForkedChildLogsItsOwnCallsAndNoneOfItsParentsTwice)
               "{stamp} - PDUUnlockResource<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST(FaultProcess, ForkedBehindTheUnloadingOfTheLibraryItIsNotMissed)
+TEST(FaultProcess, AForkAfterTheLibraryIsUnloadedWorks)
 {
     if (!ChildRole().empty()) {
         Session().Construct();
@@ -214,14 +214,14 @@ TEST(FaultProcess, ForkedBehindTheUnloadingOfTheLibraryItIsNotMissed)
     ExpectGoodEnd(folder);
 }
 
-TEST(FaultProcess, ForkedWhileOtherThreadsLogACopyFindsTheLogFree)
+TEST(FaultProcess, AChildForkedWhileOtherThreadsLogCanLog)
 {
     if (!ChildRole().empty()) {
         static Session* const session = new Session({{"LogFlush", "0"}});
         session->Construct();
         session->Fake().Discard();
         static std::atomic<bool> done = false;
-        // Nobody's to wait for, since the copies do not have it.
+        // Detached, since the forked child cannot join it.
         std::thread([] {
             for (UNUM32 i = 0; i < 100000; ++i)
                 session->Api().PDULockResource(1, i, 3);
@@ -243,7 +243,7 @@ TEST(FaultProcess, ForkedWhileOtherThreadsLogACopyFindsTheLogFree)
     ExpectCalls(log, "PDULockResource", 100000u);
 }
 
-/// Makes calls and expects what the target answers.
+/// Makes calls and expects the target's statuses.
 void ExpectUnchangedCalls(Session& session, UNUM32 count)
 {
     session.Fake().Answer = [](const FakeCall& call) {
@@ -253,7 +253,7 @@ void ExpectUnchangedCalls(Session& session, UNUM32 count)
         ASSERT_EQ(session.Api().PDULockResource(1, i, 3), i);
 }
 
-TEST(FaultTwoProcesses, InOneFolderTrimEachOthersFilesAndBothGoOn)
+TEST(FaultTwoProcesses, InOneFolderTrimEachOthersFilesAndBothContinue)
 {
     if (!ChildRole().empty()) {
         const std::string shared = (std::filesystem::temp_directory_path() / "shared").string();

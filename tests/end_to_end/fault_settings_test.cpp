@@ -1,4 +1,4 @@
-// Faults of what steers the logger: the level file, the temporary folder, the configuration.
+// Faults of the level file, the temporary folder and the configuration.
 #include <fstream>
 
 #include <gtest/gtest.h>
@@ -27,20 +27,20 @@ std::filesystem::path LevelFile(const std::filesystem::path& userFolder)
     return userFolder / "Kestrix" / "PDUAPI" / "DEBUG.CFG";
 }
 
-TEST(FaultLevelFile, ShortenedUnderTheRunningProcessLeavesErrorsAndWarnings)
+TEST(FaultLevelFile, ThatIsTruncatedWhileInUseLeavesErrorsAndWarnings)
 {
     Session session(NewFileAtDisconnect);
     session.Construct();
     std::error_code refused;
     std::filesystem::resize_file(LevelFile(session.Folder().Path()), 0, refused);
-    // The change of file has something to report, if its level lets it.
+    // A rotation writes diagnostic records, if their level is enabled.
     session.Api().PDUModuleDisconnect(1);
     EXPECT_EQ(LoggedCall(session), ACall);
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
     EXPECT_EQ(session.Api().PDUDestruct(), PDU_STATUS_NOERROR);
 }
 
-TEST(FaultLevelFile, ThatIsReadOnlyIsDoneWithout)
+TEST(FaultLevelFile, ThatIsReadOnlyIsNotUsed)
 {
     Session session;
     using std::filesystem::perms;
@@ -58,12 +58,12 @@ TEST(FaultLevelFile, ThatIsReadOnlyIsDoneWithout)
     SetReadOnly(file.string(), false);
 }
 
-TEST(FaultLevelFile, ThatAnotherProcessChangesSteersTheNextRecord)
+TEST(FaultLevelFile, ThatAnotherProcessChangesAppliesToTheNextRecord)
 {
     if (!ChildRole().empty()) {
         const auto userFolder = platform::EnvironmentVariable("APPDATA").value();
         std::fstream levels(LevelFile(userFolder), std::ios::in | std::ios::out | std::ios::binary);
-        levels.seekp(4); // The second level: of what the change of a log file reports.
+        levels.seekp(4); // The second level is that of the records of a rotation.
         levels.put(4);
         return;
     }
@@ -77,7 +77,7 @@ TEST(FaultLevelFile, ThatAnotherProcessChangesSteersTheNextRecord)
     EXPECT_NE(session.Diagnostics().find(":TrimLogFiles:FileName=D-PDU_API_Logger\n"), std::string::npos);
 }
 
-TEST(FaultTemporaryFolder, ThatIsMissingIsDoneWithout)
+TEST(FaultTemporaryFolder, ThatIsMissingIsNotUsed)
 {
     Session session({{"DbgAPP", "DEBUG"}});
     const EnvironmentValue missing("TEMP", session.Folder() / "none");
@@ -86,7 +86,7 @@ TEST(FaultTemporaryFolder, ThatIsMissingIsDoneWithout)
     EXPECT_FALSE(std::filesystem::exists(session.Folder() / "none"));
 }
 
-TEST(FaultTemporaryFolder, ThatMayNotBeWrittenIsDoneWithout)
+TEST(FaultTemporaryFolder, ThatIsNotWritableIsNotUsed)
 {
     if (platform::PathSeparator != '/')
         GTEST_SKIP() << "this system's read-only folders take new files";
@@ -123,7 +123,7 @@ TEST(FaultTemporaryFolder, LinksPlantedAtTheFixedNamesAreNotFollowed)
     EXPECT_FALSE(std::filesystem::exists(unmade));
 }
 
-TEST(FaultTemporaryFolder, PipesPlantedAtTheFixedNamesBlockNobody)
+TEST(FaultTemporaryFolder, PipesPlantedAtTheFixedNamesBlockNoThread)
 {
     Session session({{"DbgAPP", "DEBUG"}});
     for (const char* name : FixedNames)
@@ -134,7 +134,7 @@ TEST(FaultTemporaryFolder, PipesPlantedAtTheFixedNamesBlockNobody)
     EXPECT_EQ(session.Api().PDUDestruct(), PDU_STATUS_NOERROR);
 }
 
-TEST(FaultConfiguration, ThatIsGoneAtTheNextConstructStopsTheLogAndNoCall)
+TEST(FaultConfiguration, ThatIsMissingAtTheNextConstructStopsTheLogButNoCall)
 {
     Session session;
     session.Construct();
@@ -150,7 +150,7 @@ TEST(FaultConfiguration, ThatIsGoneAtTheNextConstructStopsTheLogAndNoCall)
               "PDUConnect PDUConstruct PDU_MS_SetLogCallback PDUConnect");
 }
 
-TEST(FaultConfiguration, ThatChangesToGarbageStopsTheLogAndNoCall)
+TEST(FaultConfiguration, ThatChangesToGarbageStopsTheLogButNoCall)
 {
     Session session;
     session.Construct();

@@ -1,4 +1,4 @@
-// What a target library may do amiss while it is called.
+// Faults of the target library during a call.
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
@@ -7,7 +7,7 @@
 namespace marvane::testing {
 namespace {
 
-TEST(FaultTarget, WithoutItsOwnDependencyItIsAFailedLoad)
+TEST(FaultTarget, WithoutItsDependencyIsAFailedLoad)
 {
     const std::string name =
         platform::PathSeparator == '/' ? "fake_target_dependent.so" : "fake_target_dependent.dll";
@@ -21,7 +21,7 @@ TEST(FaultTarget, WithoutItsOwnDependencyItIsAFailedLoad)
               "{stamp} PDUConnect - Called but library not loaded!\n");
 }
 
-TEST(FaultTarget, ThrowingFromConstructAndDestructItIsHeardAndMayBeCalledAgain)
+TEST(FaultTarget, ThrowingFromConstructAndDestructReachesTheApplicationAndMayBeCalledAgain)
 {
     if (platform::PathSeparator != '/')
         GTEST_SKIP()
@@ -47,7 +47,7 @@ void CallBack(T_PDU_EVT_DATA, UNUM32 hMod, UNUM32 hCLL, void*, void*)
     EventApi->PDUCancelComPrimitive(hMod, hCLL, 3);
 }
 
-TEST(FaultTarget, SignallingAnEventFromInsideACallItMayBeCalledBackFromThere)
+TEST(FaultTarget, SignallingAnEventInsideACallMayBeCalledBackFromTheHandler)
 {
     Session session({{"LogCbCalls", "1"}, {"LogFnCalls", "1"}});
     session.Construct();
@@ -70,7 +70,7 @@ TEST(FaultTarget, SignallingAnEventFromInsideACallItMayBeCalledBackFromThere)
               "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST(FaultTarget, ReportingItsTrafficAfterDestructItIsAnsweredAndNothingIsLogged)
+TEST(FaultTarget, ReportingTrafficAfterDestructGetsAnAnswerAndNothingIsLogged)
 {
     Session session;
     PDU_MS_LOG_CALLBACK report = nullptr;

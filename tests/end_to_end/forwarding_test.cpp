@@ -1,4 +1,4 @@
-// All 29 functions: arguments, results and statuses pass unchanged.
+// All 29 functions: arguments, results and statuses are passed on unchanged.
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
@@ -7,13 +7,13 @@
 namespace marvane::testing {
 namespace {
 
-/// A pointer that nobody follows as long as the call fails.
+/// A pointer that must not be followed when the call fails.
 template <class Pointed> Pointed* Opaque(std::uintptr_t address)
 {
     return reinterpret_cast<Pointed*>(address);
 }
 
-/// One call of the table: how it is made, and what the target has to see.
+/// One call of the table: how it is made, and the arguments that the target must receive.
 struct Forwarded
 {
     const char* Function;
@@ -203,7 +203,7 @@ void ExpectForwarded(Session& session, const std::vector<Forwarded>& table, T_PD
     }
 }
 
-TEST(Forwarding, TheTableHasAllButTheTwoLifecycleCalls)
+TEST(Forwarding, TheTableHasAllCallsExceptTheTwoOfTheLifecycle)
 {
     EXPECT_EQ(Table27().size(), 27u);
 }
@@ -242,7 +242,7 @@ TEST(Forwarding, NullForEveryPointerPassesWithAFailure)
               PDU_ERR_INVALID_PARAMETERS);
 }
 
-TEST(Forwarding, WithoutATargetEveryCallIsNotConstructedAndTouchesNothing)
+TEST(Forwarding, WithoutATargetEveryCallIsNotConstructedAndAccessesNothing)
 {
     Session session({}, "no_such_library");
     session.Construct();
@@ -253,7 +253,7 @@ TEST(Forwarding, WithoutATargetEveryCallIsNotConstructedAndTouchesNothing)
         EXPECT_EQ(call.Call(session.Api()), PDU_ERR_PDUAPI_NOT_CONSTRUCTED) << call.Function;
 }
 
-TEST(Forwarding, ATargetThatThrowsIsHeardByTheApplication)
+TEST(Forwarding, AnExceptionOfTheTargetReachesTheApplication)
 {
     if (platform::PathSeparator != '/')
         GTEST_SKIP()

@@ -1,4 +1,4 @@
-// PDUIoCtl: items on both ways, and the two lines that stand behind no gate.
+// PDUIoCtl: input and output items, and the two lines that are written at all levels.
 #include <gtest/gtest.h>
 
 #include "tests/support/call_test.h"
@@ -17,15 +17,15 @@ protected:
         };
     }
 
-    /// What the target does: hands back its item if there is a place for it.
+    /// What the target does: returns its item through the output pointer, if there is one.
     void Return(const FakeCall& call) const
     {
         if (call.Arguments[4])
             At<PDU_DATA_ITEM*>(call.Arguments[4]) = returned_;
     }
 
-    /// A call with handles 1 and 2 and command 9, whose place holds `held_` before; it has no decoded lines
-    /// yet.
+    /// A call with handles 1 and 2 and command 9, without decoded lines. `place_` is set to `held_` before
+    /// it.
     LoggedCall Call(PDU_DATA_ITEM* input, PDU_DATA_ITEM** output)
     {
         return {.Name = "PDUIoCtl",
@@ -47,12 +47,12 @@ protected:
                "), pInputData=" + PointerText(input) + ", ppOutputData=" + PointerText(output) + ")";
     }
 
-    /// The line of the application's pointer before the call.
+    /// The line that shows the output before the call.
     static std::string PlaceLine(const void* held)
     {
         return "{stamp}    -->  *ppOutputData\t= " + PointerText(held) + "\n";
     }
-    /// The line of the pointer that came back.
+    /// The line that shows the returned output.
     static std::string OutputLine(const void* item)
     {
         return "{stamp}    <--  pOutputData\t= " + PointerText(item) + "\n";
@@ -62,10 +62,10 @@ protected:
     UNUM32 found_ = 0xFFFFFFFF;
     PDU_DATA_ITEM input_ = {PDU_IT_IO_UNUM32, &given_};
     PDU_DATA_ITEM item_ = {PDU_IT_IO_UNUM32, &found_};
-    /// What the target answers with.
+    /// The item that the target returns.
     PDU_DATA_ITEM* returned_ = &item_;
     T_PDU_ERROR status_ = PDU_STATUS_NOERROR;
-    /// The application's pointer, and what it held before.
+    /// The application's output variable, and its value before the call.
     PDU_DATA_ITEM* place_ = nullptr;
     PDU_DATA_ITEM* held_ = nullptr;
 
@@ -110,7 +110,7 @@ TEST_F(IoControlCall, BothItemsAreShown)
     EXPECT_EQ(given_, 0x10u);
 }
 
-TEST_F(IoControlCall, ItemsStandBehindTheirGatesAndTheOutputPointersBehindNone)
+TEST_F(IoControlCall, ItemsAreDecodedByLevelAndTheOutputPointersAtAllLevels)
 {
     held_ = &input_;
     LoggedCall call = Call(&input_, &place_);
@@ -120,7 +120,7 @@ TEST_F(IoControlCall, ItemsStandBehindTheirGatesAndTheOutputPointersBehindNone)
     EXPECT_EQ(place_, &item_);
 }
 
-TEST_F(IoControlCall, WithNoCallsLoggedThePointerBeforeIsWrittenAndTheOneBehindIsLost)
+TEST_F(IoControlCall, WithNoCallsLoggedThePointerBeforeTheCallIsWrittenAndTheOneAfterIsLost)
 {
     Reconfigure(Levels{.Calls = 0});
     EXPECT_EQ(Logged([&] { Api().PDUIoCtl(1, 2, 9, &input_, &place_); }),
@@ -157,7 +157,7 @@ TEST_F(IoControlCall, WithLoggingOffNoPointerIsFollowedUnlessTheCallSucceeds)
     ExpectSeen("PDUIoCtl", {1, 2, 9, 8, 8});
 }
 
-TEST_F(IoControlCall, ANullOutputIsAResultBehindItsGate)
+TEST_F(IoControlCall, ANullOutputIsDecodedAsAResult)
 {
     returned_ = nullptr;
     LoggedCall call = Call(&input_, &place_);
@@ -166,7 +166,7 @@ TEST_F(IoControlCall, ANullOutputIsAResultBehindItsGate)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(IoControlCall, WithoutDecodedResultsANullOutputHasNoLineAndAnotherStillHasItsPointer)
+TEST_F(IoControlCall, WithoutDecodedResultsANullOutputHasNoLineAndAnyOtherHasItsPointer)
 {
     Reconfigure(Levels{.Arguments = 0, .Results = 0});
     const std::string head = "{stamp} + PDUIoCtl" + Arguments(&input_, &place_) + "\n" + PlaceLine(nullptr);
@@ -197,7 +197,7 @@ TEST_F(IoControlCall, AfterAFailureNothingIsReadThroughTheOutputPointer)
     EXPECT_EQ(place_, returned_);
 }
 
-TEST_F(IoControlCall, WhatTheOutputPointerHeldBeforeIsShownAndNotFollowed)
+TEST_F(IoControlCall, TheFormerValueOfTheOutputIsShownAndNotFollowed)
 {
     PDU_DATA_ITEM* const wild = reinterpret_cast<PDU_DATA_ITEM*>(std::uintptr_t{8});
     place_ = wild;
@@ -206,7 +206,7 @@ TEST_F(IoControlCall, WhatTheOutputPointerHeldBeforeIsShownAndNotFollowed)
                   OutputLine(&item_) + outputLines_ + "{stamp} - PDUIoCtl<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(IoControlCall, ANullInputIsAnArgumentBehindItsGate)
+TEST_F(IoControlCall, ANullInputIsDecodedAsAnArgument)
 {
     LoggedCall call = Call(nullptr, &place_);
     call.Before = Join(ArgumentLines("{stamp}    -->  pInputData\t= <NULL>\n"), Always(PlaceLine(nullptr)));
@@ -214,7 +214,7 @@ TEST_F(IoControlCall, ANullInputIsAnArgumentBehindItsGate)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(IoControlCall, ANullPlaceForTheOutputGivesNoLine)
+TEST_F(IoControlCall, ANullOutputPointerGivesNoLine)
 {
     LoggedCall call = Call(&input_, nullptr);
     call.Before = ArgumentLines(inputLines_);
@@ -228,7 +228,7 @@ TEST_F(IoControlCall, NullForInputAndOutputIsForwarded)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(IoControlCall, ACommandShowsItsShortNameOnceTheApplicationAskedForIt)
+TEST_F(IoControlCall, ACommandShowsItsShortNameOnceTheApplicationHasAskedForIt)
 {
     const auto head = [&] {
         const std::string text = Logged([&] { Api().PDUIoCtl(1, 2, 9, nullptr, nullptr); });
@@ -288,7 +288,7 @@ TEST_F(IoControlCall, AnItemOfAnUnknownTypeIsForwardedLikeAnyOther)
     EXPECT_EQ(input_.ItemType, 0x1234u);
 }
 
-TEST_F(IoControlCall, TheClosingLineOfTheCallOutStandsBetweenBothWays)
+TEST_F(IoControlCall, TheClosingLineOfTheCallOutIsBetweenArgumentsAndResults)
 {
     LogCallOuts();
     EXPECT_EQ(Logged([&] { Api().PDUIoCtl(1, 2, 9, &input_, &place_); }),

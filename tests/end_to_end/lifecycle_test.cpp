@@ -21,7 +21,7 @@ TEST(Lifecycle, EveryCallBeforeConstructReturnsNotConstructed)
     EXPECT_TRUE(session.LogNames().empty());
 }
 
-TEST(Lifecycle, ANullOptionStringIsNamedAndForwarded)
+TEST(Lifecycle, ANullOptionStringIsMarkedAndForwarded)
 {
     Session session;
     int tag = 0;
@@ -42,7 +42,7 @@ TEST(Lifecycle, TheCommsCallbackIsSetAfterASuccessfulConstruct)
     EXPECT_EQ(session.Fake().TakeNames(), "PDUConstruct PDU_MS_SetLogCallback");
 }
 
-TEST(Lifecycle, AFailedConstructSetsNoCommsCallbackAndKeepsTheLoggerUp)
+TEST(Lifecycle, AFailedConstructSetsNoCommsCallbackAndTheLoggerKeepsRunning)
 {
     Session session;
     session.Fake().Answer = [](const FakeCall&) { return PDU_ERR_FCT_FAILED; };
@@ -55,7 +55,7 @@ TEST(Lifecycle, AFailedConstructSetsNoCommsCallbackAndKeepsTheLoggerUp)
     EXPECT_EQ(session.LogNames().size(), 1u);
 }
 
-TEST(Lifecycle, DestructTakesTheCommsCallbackBackFirst)
+TEST(Lifecycle, DestructRemovesTheCommsCallbackFirst)
 {
     Session session;
     session.Construct();
@@ -99,7 +99,7 @@ TEST(Lifecycle, ATargetWithoutTheCommsExtensionWorks)
     EXPECT_EQ(session.Fake().TakeNames(), "PDUConstruct PDUDestruct");
 }
 
-TEST(Lifecycle, ARefusedDestructIsReturnedAndEndsTheLoggerAllTheSame)
+TEST(Lifecycle, ARefusedDestructIsReturnedAndEndsTheLoggerAnyway)
 {
     Session session;
     session.Construct();
@@ -118,7 +118,7 @@ TEST(Lifecycle, DestructWithoutALoadedTargetTearsNothingDown)
               "{stamp} PDUModuleConnect - Called but library not loaded!\n");
 }
 
-TEST(Lifecycle, ANewConstructAfterDestructLooksTheFunctionsUpAnewAndLogsAgain)
+TEST(Lifecycle, ANewConstructAfterDestructBindsTheFunctionsAgainAndLogs)
 {
     Session session;
     session.Construct();
@@ -130,7 +130,7 @@ TEST(Lifecycle, ANewConstructAfterDestructLooksTheFunctionsUpAnewAndLogsAgain)
         WithoutStamps(session.Log()).ends_with("{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n"));
 }
 
-TEST(Lifecycle, HundredSessionsLeaveNothingBehind)
+TEST(Lifecycle, AHundredSessionsLeakNothing)
 {
     Session session({{"LogFileMaxNum", "0"}, {"LogFnCalls", "1"}});
     for (int i = 0; i < 100; ++i) {

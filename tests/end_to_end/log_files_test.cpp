@@ -1,4 +1,4 @@
-// Where the log files lie, how they are named and trimmed, and their header.
+// The log files: their folders, names, trimming and headers.
 #include <regex>
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace {
 
 const std::string Separator(1, platform::PathSeparator);
 
-/// Puts files of the API log's family into a session's log folder; the names are the day of the stamp.
+/// Creates API log files in a session's log folder, one for each day.
 void MakeLogs(const Session& session, std::initializer_list<const char*> days)
 {
     std::filesystem::create_directories(session.LogFolder());
@@ -29,7 +29,7 @@ std::string Days(const Session& session)
     return days;
 }
 
-TEST(LogFiles, ANameIsTheStampOfItsSecond)
+TEST(LogFiles, ANameHoldsTheSecondInWhichTheFileBegan)
 {
     Session session;
     session.Construct();
@@ -50,7 +50,7 @@ TEST(LogFiles, AFolderWithASeparatorAtItsEndHasTheCommsFileInside)
     EXPECT_EQ(session.LogNames("D-PDU_API_Comms_").size(), 1u);
 }
 
-TEST(LogFiles, AFolderOfSeveralPartsIsMade)
+TEST(LogFiles, AFolderAndItsMissingParentsAreCreated)
 {
     Session session;
     const auto folder = session.LogFolder() / "deep" / "deeper";
@@ -59,7 +59,7 @@ TEST(LogFiles, AFolderOfSeveralPartsIsMade)
     EXPECT_TRUE(std::filesystem::is_directory(folder));
 }
 
-/// Names of the comms files that are in the log folder after a start with three of them there before.
+/// Names of the comms files in the log folder after a start that finds three of them.
 std::vector<std::string> CommsNamesAfterStart(const char* logCommsFile, const char* logDoIPComms)
 {
     Session session;
@@ -97,9 +97,9 @@ TEST(LogFiles, WithLogCommsFile256CommsFilesAreNeitherTrimmedNorOpened)
     EXPECT_EQ(CommsNamesAfterStart("256", "1"), UntouchedCommsNames);
 }
 
-TEST(LogFiles, ACommsFileThatCanNotBeOpenedIsDoneWithout)
+TEST(LogFiles, LoggingGoesOnWithoutACommsFileThatCanNotBeOpened)
 {
-    // A sole API file is reused, there is no comms file to reuse, and so the comms path is the folder's.
+    // The sole API file is reused. There is no comms file to reuse, so the comms path is that of the folder.
     Session session({{"LogDoIPComms", "1"}, {"LogCommsFile", "1"}});
     MakeLogs(session, {"05"});
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
@@ -107,7 +107,7 @@ TEST(LogFiles, ACommsFileThatCanNotBeOpenedIsDoneWithout)
     EXPECT_TRUE(session.LogNames("D-PDU_API_Comms_").empty());
 }
 
-TEST(LogFiles, AFolderThatIsRemovedIsNotMadeAgain)
+TEST(LogFiles, AFolderThatIsRemovedIsNotCreatedAgain)
 {
     Session session;
     session.Construct();
@@ -126,7 +126,7 @@ TEST(Trimming, TheLimitIsOneMoreThanLogFileMaxNum)
     EXPECT_EQ(four.LogNames().size(), 5u);
 }
 
-TEST(Trimming, OneBeyondTheLimitGoes)
+TEST(Trimming, OneFileAboveTheLimitIsErased)
 {
     Session five({{"LogFileMaxNum", "3"}});
     MakeLogs(five, {"01", "02", "03", "04", "05"});
@@ -134,7 +134,7 @@ TEST(Trimming, OneBeyondTheLimitGoes)
     EXPECT_EQ(Days(five), "02 03 04 05 ");
 }
 
-TEST(Trimming, TwoBeyondTheLimitGo)
+TEST(Trimming, TwoFilesAboveTheLimitAreErased)
 {
     Session six({{"LogFileMaxNum", "3"}});
     MakeLogs(six, {"01", "02", "03", "04", "05", "06"});
@@ -142,7 +142,7 @@ TEST(Trimming, TwoBeyondTheLimitGo)
     EXPECT_EQ(Days(six), "03 04 05 06 ");
 }
 
-TEST(Trimming, WithLogFileMaxNumZeroTheHighestNameStaysAndIsAppendedTo)
+TEST(Trimming, WithLogFileMaxNumZeroTheFileWithTheLastNameIsAppendedTo)
 {
     Session session;
     MakeLogs(session, {"07", "09", "08"});
@@ -165,7 +165,7 @@ TEST(Trimming, NamesThatMerelyResembleThePatternAreNotCounted)
     EXPECT_TRUE(std::filesystem::exists(session.LogFolder() / "D-PDU_API_Logger_01-03-2020_10-11-12.TXT"));
 }
 
-TEST(Trimming, AnyCharactersStandForThoseOfTheStamp)
+TEST(Trimming, AnyCharactersMatchThoseOfTheDateAndTime)
 {
     Session session({{"LogFileMaxNum", "1"}});
     MakeLogs(session, {"01", "02"});
@@ -175,7 +175,7 @@ TEST(Trimming, AnyCharactersStandForThoseOfTheStamp)
     EXPECT_TRUE(std::filesystem::exists(session.LogFolder() / "D-PDU_API_Logger_ab-cd-efgh_ij-kl-mn.LGR"));
 }
 
-TEST(Trimming, AFolderWhoseNameFitsIsNotCounted)
+TEST(Trimming, AFolderWhoseNameMatchesIsNotCounted)
 {
     Session session({{"LogFileMaxNum", "1"}});
     MakeLogs(session, {"02", "03"});
@@ -184,7 +184,7 @@ TEST(Trimming, AFolderWhoseNameFitsIsNotCounted)
     EXPECT_EQ(Days(session), "01 02 03 ");
 }
 
-TEST(Trimming, OnlyAFolderThatFitsGivesNoSoleFile)
+TEST(Trimming, AFolderWhoseNameMatchesIsNoSoleFile)
 {
     Session session;
     std::filesystem::create_directories(session.LogFolder() / "D-PDU_API_Logger_01-03-2020_10-11-12.LGR");
@@ -201,7 +201,7 @@ TEST(Trimming, TheLargestLogFileMaxNumErasesEveryFile)
     EXPECT_EQ(session.LogNames().size(), 1u);
 }
 
-TEST(Trimming, InAChangeTheFileJustClosedIsTheFirstToGoIfItsNameIsTheLowest)
+TEST(Trimming, InARotationTheFileJustClosedIsErasedFirstIfItsNameIsTheLowest)
 {
     Session session({{"LogNewFileCfg", "1"}, {"LogFileMaxNum", "1"}});
     MakeLogs(session, {"98", "99"});
@@ -316,7 +316,7 @@ TEST(Header, LogEngineeringModeHasALineOnlyWhenItIsNotZero)
               std::string::npos);
 }
 
-TEST(Header, WithLogEnabledZeroAContinuationHeaderStopsBehindTheFolder)
+TEST(Header, WithLogEnabledZeroAContinuationHeaderEndsAfterTheFolder)
 {
     Session session(
         {{"LogEnabled", "0"}, {"LogNewFileCfg", "1"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "5"}});
@@ -325,7 +325,7 @@ TEST(Header, WithLogEnabledZeroAContinuationHeaderStopsBehindTheFolder)
     EXPECT_TRUE(text.ends_with("Config setting: LogFileDir=" + session.LogFolder().string() + "\n")) << text;
 }
 
-TEST(Header, LongValuesBringTheMarkerOnceAndDropTheRest)
+TEST(Header, LongValuesEndTheHeaderWithOneMarker)
 {
     Session session;
     std::string text = "<?xml?>\n<D_PDU_API_CFG>\n";

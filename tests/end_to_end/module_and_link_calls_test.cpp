@@ -1,4 +1,4 @@
-// Modules, links and resource locks: what each call logs, and the forced change of the log file.
+// Modules, links and resource locks: what each call logs, and the forced rotation.
 #include "tests/support/call_test.h"
 
 namespace marvane::testing {
@@ -7,7 +7,7 @@ namespace {
 class ModuleAndLinkCalls : public CallTest
 {
 protected:
-    /// The calls that have nothing but an argument line.
+    /// The calls that log their arguments and decode nothing.
     std::vector<LoggedCall> PlainCalls(T_PDU_ERROR status, const std::string& text)
     {
         const std::string link = "(hMod=0x00000001, hCLL=0x0000002A)";
@@ -49,14 +49,14 @@ protected:
         return calls;
     }
 
-    /// The target makes a link with this handle.
+    /// The target creates links with this handle.
     void AnswerWithLink(UNUM32 handle, T_PDU_ERROR status = PDU_STATUS_NOERROR)
     {
         Answer("PDUCreateComLogicalLink", status,
                [handle](const FakeCall& call) { At<UNUM32>(call.Arguments[4]) = handle; });
     }
 
-    /// The text without the lines of the settings, which a header has.
+    /// The text without the lines of a header that show settings.
     static std::string WithoutSettings(const std::string& text)
     {
         std::string rest;
@@ -96,18 +96,18 @@ protected:
     void* const tag = Unreadable<void>();
 };
 
-TEST_F(ModuleAndLinkCalls, PlainCallsAddTheirArgumentLineAndNothingElse)
+TEST_F(ModuleAndLinkCalls, PlainCallsAddTheirArgumentsAndNothingElse)
 {
     ExpectAtAllLevels(PlainCalls(PDU_STATUS_NOERROR, "PDU_STATUS_NOERROR (0x0000)"));
 }
 
-TEST_F(ModuleAndLinkCalls, PlainCallsThatFailDifferByTheirStatusOnly)
+TEST_F(ModuleAndLinkCalls, PlainCallsThatFailDifferInTheirStatusOnly)
 {
     ExpectAtAllLevels(
         PlainCalls(PDU_ERR_RSC_LOCKED_BY_OTHER_CLL, "PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)"));
 }
 
-TEST_F(ModuleAndLinkCalls, ALinkIsMadeWithItsResourceItsFlagsAndItsHandleInDecimal)
+TEST_F(ModuleAndLinkCalls, ANewLinkShowsItsResourceItsFlagsAndItsHandleInDecimal)
 {
     const std::string pinLines = "{stamp}    -->  pRscData       : BusTypeId = <UNKNOWN> (11), ProtocolId = "
                                  "<UNKNOWN> (12), NumPinData = 2\n"
@@ -137,7 +137,7 @@ TEST_F(ModuleAndLinkCalls, ALinkIsMadeWithItsResourceItsFlagsAndItsHandleInDecim
     EXPECT_EQ(flagByte, 0x80);
 }
 
-TEST_F(ModuleAndLinkCalls, ALinkThatFailsShowsNoHandleThoughTheTargetWroteOne)
+TEST_F(ModuleAndLinkCalls, AFailedLinkShowsNoHandleAlthoughTheTargetWroteOne)
 {
     Start({{"LogFnDecodeRsps", "2"}});
     AnswerWithLink(0x12345678, PDU_ERR_RESOURCE_BUSY);
@@ -153,7 +153,7 @@ TEST_F(ModuleAndLinkCalls, ALinkThatFailsShowsNoHandleThoughTheTargetWroteOne)
     EXPECT_EQ(hCLL, 0x12345678u);
 }
 
-TEST_F(ModuleAndLinkCalls, AFailureReadsNothingThroughTheHandlesPlace)
+TEST_F(ModuleAndLinkCalls, AFailureReadsNothingThroughTheOutputPointer)
 {
     Start({{"LogFnDecodeRsps", "2"}});
     Answer("PDUCreateComLogicalLink", PDU_ERR_FCT_FAILED);
@@ -178,7 +178,7 @@ TEST_F(ModuleAndLinkCalls, NullForEveryPointerOfALinkIsReportedAndForwarded)
           .Before = ArgumentLines(lines)}});
 }
 
-TEST_F(ModuleAndLinkCalls, WithLogFnDecodeArgsZeroANullHandlePlaceGivesNoWarningAndIsForwarded)
+TEST_F(ModuleAndLinkCalls, WithLogFnDecodeArgsZeroANullOutputPointerGivesNoWarningAndIsForwarded)
 {
     Start({{"LogFnDecodeRsps", "2"}});
     EXPECT_EQ(Logged([&] {
@@ -193,7 +193,7 @@ TEST_F(ModuleAndLinkCalls, WithLogFnDecodeArgsZeroANullHandlePlaceGivesNoWarning
     ExpectSeen("PDUCreateComLogicalLink", {1, Raw(&resource), 7, Raw(tag), 0, Raw(&flags)});
 }
 
-TEST_F(ModuleAndLinkCalls, WithLogFnCallsOneTheEntryLineStandsAloneAndTheStatusLineFollows)
+TEST_F(ModuleAndLinkCalls, WithLogFnCallsOneThereAreOnlyTheEntryAndTheStatusLine)
 {
     Start({{"LogFnCalls", "1"}, {"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}});
     EXPECT_EQ(Logged([&] { Api().PDUCreateComLogicalLink(1, &resource, 7, tag, nullptr, &flags); }),
@@ -201,7 +201,7 @@ TEST_F(ModuleAndLinkCalls, WithLogFnCallsOneTheEntryLineStandsAloneAndTheStatusL
               "{stamp} - PDUCreateComLogicalLink<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ModuleAndLinkCalls, TheHandleStandsBetweenTheCallOutsClosingLineAndTheStatus)
+TEST_F(ModuleAndLinkCalls, TheHandleIsBetweenTheClosingLineOfTheCallOutAndTheStatus)
 {
     Start({{"LogCallOuts", "1"}, {"LogFnDecodeRsps", "1"}});
     AnswerWithLink(5);
@@ -215,7 +215,7 @@ TEST_F(ModuleAndLinkCalls, TheHandleStandsBetweenTheCallOutsClosingLineAndTheSta
                   "{stamp} - PDUCreateComLogicalLink<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ModuleAndLinkCalls, AnUndefinedHandleIsNamedAndForwardedAsItIs)
+TEST_F(ModuleAndLinkCalls, AnUndefinedHandleIsNamedAndForwardedUnchanged)
 {
     constexpr UNUM32 undefined = 0xFFFFFFFF;
     Start({});
@@ -255,7 +255,7 @@ TEST_F(ModuleAndLinkCalls, AnUndefinedHandleIsNamedAndForwardedAsItIs)
     EXPECT_EQ(seen, expected);
 }
 
-TEST_F(ModuleAndLinkCalls, AResourceIsUnknownUntilItsIdWasAskedForByName)
+TEST_F(ModuleAndLinkCalls, AResourceIsUnknownUntilTheApplicationAsksForItsId)
 {
     Start({});
     const auto entry = [&] {
@@ -276,7 +276,7 @@ TEST_F(ModuleAndLinkCalls, AResourceIsUnknownUntilItsIdWasAskedForByName)
                            ", resourceId=RSC_CAN (7)");
 }
 
-TEST_F(ModuleAndLinkCalls, TheRecordOfAResourceShowsTheNamesThatWereAskedFor)
+TEST_F(ModuleAndLinkCalls, TheRecordOfAResourceShowsTheNamesThatWereLearned)
 {
     Start({{"LogFnDecodeArgs", "1"}});
     AskObjectId(PDU_OBJT_BUSTYPE, "BUS_CAN", 11);
@@ -293,7 +293,7 @@ TEST_F(ModuleAndLinkCalls, TheRecordOfAResourceShowsTheNamesThatWereAskedFor)
         "{stamp} - PDUCreateComLogicalLink<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST(ModuleAndLinkCallsWithoutATarget, EachCallIsNotLoadedAndTheHandlesPlaceStays)
+TEST(ModuleAndLinkCallsWithoutATarget, EachCallIsNotLoadedAndTheHandleIsUnchanged)
 {
     Session session({{"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}}, "no_such_library");
     session.Construct();
@@ -333,7 +333,7 @@ TEST_F(ModuleAndLinkCalls, EveryDisconnectOfAModuleChangesTheFileAndNoConnectDoe
     }
 }
 
-TEST_F(ModuleAndLinkCalls, NoOtherCallOfModulesAndLinksChangesTheFile)
+TEST_F(ModuleAndLinkCalls, NoOtherModuleOrLinkCallChangesTheFile)
 {
     Start({{"LogNewFileCfg", "1"}, {"LogFileMaxNum", "9"}, {"LogFnCalls", "0"}});
     EXPECT_EQ(Logged([&] {
@@ -357,42 +357,42 @@ TEST_F(ModuleAndLinkCalls, ADisconnectThatFailsChangesTheFileToo)
                                       ChangeOfFile());
 }
 
-TEST_F(ModuleAndLinkCalls, WithLogFnCallsZeroOnlyTheLinesOfTheChangeAreWritten)
+TEST_F(ModuleAndLinkCalls, WithLogFnCallsZeroOnlyTheLinesOfTheRotationAreWritten)
 {
     Start({{"LogNewFileCfg", "1"}, {"LogFileMaxNum", "9"}, {"LogFnCalls", "0"}, {"LogCallOuts", "1"}});
     EXPECT_EQ(LoggedDisconnect(), ChangeOfFile());
     ExpectSeen("PDUModuleDisconnect", {1});
 }
 
-TEST_F(ModuleAndLinkCalls, WithLogFileMaxNumZeroTheForcedChangeGoesOnInTheSoleFile)
+TEST_F(ModuleAndLinkCalls, WithLogFileMaxNumZeroAForcedRotationAppendsToTheSoleFile)
 {
     Start({{"LogNewFileCfg", "1"}});
     EXPECT_EQ(LoggedDisconnect(), DisconnectLines + ChangeOfFile());
     EXPECT_EQ(session.LogNames().size(), 1u);
 }
 
-TEST_F(ModuleAndLinkCalls, WithLogEnabledZeroNoFileIsForced)
+TEST_F(ModuleAndLinkCalls, WithLogEnabledZeroNoRotationIsForced)
 {
     Start({{"LogNewFileCfg", "1"}, {"LogEnabled", "0"}, {"LogFileMaxNum", "9"}});
     EXPECT_EQ(LoggedDisconnect(), DisconnectLines);
 }
 
-TEST_F(ModuleAndLinkCalls, OnlyTheExactValuesOneForceANewFile)
+TEST_F(ModuleAndLinkCalls, OnlyTheValueOneForcesANewFile)
 {
-    Start({}); // LogEnabled 2 finds no target, but keeps one that an earlier start found.
+    Start({}); // LogEnabled 2 composes no target path, but keeps a target that an earlier start loaded.
     Start({{"LogNewFileCfg", "1"}, {"LogEnabled", "2"}, {"LogFileMaxNum", "9"}});
     EXPECT_EQ(LoggedDisconnect(), DisconnectLines);
     Start({{"LogNewFileCfg", "2"}, {"LogEnabled", "1"}, {"LogFileMaxNum", "9"}});
     EXPECT_EQ(LoggedDisconnect(), DisconnectLines);
 }
 
-TEST_F(ModuleAndLinkCalls, AFileFarBelowItsLimitIsChangedByForce)
+TEST_F(ModuleAndLinkCalls, AForcedRotationIgnoresTheSizeLimit)
 {
     Start({{"LogNewFileCfg", "1"}, {"LogFileMaxSize", "99999999"}, {"LogFileMaxNum", "9"}});
     EXPECT_EQ(LoggedDisconnect(), DisconnectLines + ChangeOfFile());
 }
 
-TEST_F(ModuleAndLinkCalls, WithoutForceADisconnectChangesAnOutgrownFile)
+TEST_F(ModuleAndLinkCalls, WithoutForceADisconnectChangesAFileAboveItsLimit)
 {
     Start({{"LogFileMaxSize", "1"}, {"LogFileMaxNum", "9"}});
     EXPECT_EQ(LoggedDisconnect(), DisconnectLines + ChangeOfFile());

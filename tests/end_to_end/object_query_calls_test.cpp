@@ -1,4 +1,4 @@
-// PDUGetObjectId and the names that it teaches; PDUGetModuleIds.
+// PDUGetObjectId and the names that the logger learns from it; PDUGetModuleIds.
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace {
 class ObjectIdCall : public RunningCallTest
 {
 protected:
-    /// Asks for an object of which the target knows this id; the result is the status.
+    /// Calls PDUGetObjectId, which the target answers with this id and status. Returns the status.
     T_PDU_ERROR Ask(T_PDU_OBJT type, const std::string& name, UNUM32 id,
                     T_PDU_ERROR status = PDU_STATUS_NOERROR)
     {
@@ -27,7 +27,7 @@ protected:
         return result;
     }
 
-    /// A call for the ComParam's name that stores into `id_`.
+    /// A call with a ComParam's name, whose output is `id_`.
     LoggedCall Call()
     {
         return {.Name = "PDUGetObjectId",
@@ -37,7 +37,7 @@ protected:
                 .After = ResultLines("{stamp}    <--  pPduObjectId  \t= 42\n")};
     }
 
-    /// How a ComParam shows in the argument list of PDUGetComParam.
+    /// How a ComParam is shown in the argument list of PDUGetComParam.
     std::string ComParamText(UNUM32 id)
     {
         const std::string text = Logged([&] { Api().PDUGetComParam(1, 2, id, nullptr); });
@@ -45,7 +45,7 @@ protected:
         return text.substr(begin, text.find(", pParamItem") - begin);
     }
 
-    /// How an I/O control shows in the argument list of PDUIoCtl.
+    /// How an I/O control is shown in the argument list of PDUIoCtl.
     std::string IoControlText(UNUM32 id)
     {
         const std::string text = Logged([&] { Api().PDUIoCtl(1, 2, id, nullptr, nullptr); });
@@ -53,7 +53,7 @@ protected:
         return text.substr(begin, text.find(", pInputData") - begin);
     }
 
-    /// How a resource shows in the argument list of PDUCreateComLogicalLink.
+    /// How a resource is shown in the argument list of PDUCreateComLogicalLink.
     std::string ResourceText(UNUM32 id)
     {
         AnswerAll(PDU_ERR_FCT_FAILED);
@@ -64,7 +64,7 @@ protected:
         return text.substr(begin, text.find(", pCLLTag") - begin);
     }
 
-    /// How a bus type, a protocol and a pin type of this one id show in the request of PDUGetResourceIds.
+    /// How a bus type, a protocol and a pin type with this id are shown in the request of PDUGetResourceIds.
     std::string RequestText(UNUM32 id)
     {
         PDU_PIN_DATA pin = {1, id};
@@ -81,7 +81,7 @@ protected:
         PointerText(&id_) + ")";
 };
 
-TEST_F(ObjectIdCall, TheIdThatCameBackIsShown)
+TEST_F(ObjectIdCall, TheReturnedIdIsShown)
 {
     Fake().Answer = [](const FakeCall& call) {
         At<UNUM32>(call.Arguments[2]) = 7;
@@ -97,12 +97,12 @@ TEST_F(ObjectIdCall, TheIdThatCameBackIsShown)
     EXPECT_STREQ(name_, "CP_Baudrate");
 }
 
-TEST_F(ObjectIdCall, TheIdStandsBehindTheResultGate)
+TEST_F(ObjectIdCall, TheIdIsDecodedAsAResult)
 {
     ExpectAtAllLevels({Call()});
 }
 
-TEST_F(ObjectIdCall, AFailureShowsWhatThePlaceHeldBefore)
+TEST_F(ObjectIdCall, AFailureShowsTheFormerValue)
 {
     LoggedCall call = Call();
     call.Status = PDU_ERR_INVALID_PARAMETERS;
@@ -110,7 +110,7 @@ TEST_F(ObjectIdCall, AFailureShowsWhatThePlaceHeldBefore)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(ObjectIdCall, AFailureTeachesNothing)
+TEST_F(ObjectIdCall, ANameIsNotLearnedFromAFailure)
 {
     EXPECT_EQ(Ask(PDU_OBJT_COMPARAM, "CP_Baudrate", 7, PDU_ERR_FCT_FAILED), PDU_ERR_FCT_FAILED);
     EXPECT_EQ(ComParamText(7), "ParamID=[NOT YET READ] (7)");
@@ -118,14 +118,14 @@ TEST_F(ObjectIdCall, AFailureTeachesNothing)
     EXPECT_EQ(ComParamText(7), "ParamID=CP_P2Max (7)");
 }
 
-TEST_F(ObjectIdCall, AFailureLeavesTheNamesAsTheyWere)
+TEST_F(ObjectIdCall, AFailureChangesNoName)
 {
     Ask(PDU_OBJT_COMPARAM, "CP_Baudrate", 7);
     Ask(PDU_OBJT_COMPARAM, "CP_P2Max", 7, PDU_ERR_FCT_FAILED);
     EXPECT_EQ(ComParamText(7), "ParamID=CP_Baudrate (7)");
 }
 
-TEST_F(ObjectIdCall, ANullPlaceGivesNoLineAndTeachesNothing)
+TEST_F(ObjectIdCall, ANullOutputPointerGivesNoLineAndNoName)
 {
     EXPECT_EQ(
         Logged([&] { Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name_, nullptr); }),
@@ -136,7 +136,7 @@ TEST_F(ObjectIdCall, ANullPlaceGivesNoLineAndTeachesNothing)
     EXPECT_EQ(ComParamText(0), "ParamID=[NOT YET READ] (0)");
 }
 
-TEST_F(ObjectIdCall, ANullNameIsNamedInTheArguments)
+TEST_F(ObjectIdCall, ANullNameIsMarkedInTheArguments)
 {
     AnswerAll(PDU_ERR_INVALID_PARAMETERS);
     EXPECT_EQ(
@@ -149,7 +149,7 @@ TEST_F(ObjectIdCall, ANullNameIsNamedInTheArguments)
     ExpectSeen("PDUGetObjectId", {0x8026, 0, Raw(&id_)});
 }
 
-TEST_F(ObjectIdCall, NullForNameAndPlaceIsForwarded)
+TEST_F(ObjectIdCall, NullForNameAndOutputIsForwarded)
 {
     EXPECT_EQ(
         Logged([&] { Api().PDUGetObjectId(PDU_OBJT_RESOURCE, nullptr, nullptr); }),
@@ -159,13 +159,13 @@ TEST_F(ObjectIdCall, NullForNameAndPlaceIsForwarded)
     ExpectSeen("PDUGetObjectId", {0x8026, 0, 0});
 }
 
-TEST_F(ObjectIdCall, ANullNameTeachesNothing)
+TEST_F(ObjectIdCall, ANullNameIsNotLearned)
 {
     EXPECT_EQ(Api().PDUGetObjectId(PDU_OBJT_COMPARAM, nullptr, &id_), PDU_STATUS_NOERROR);
     EXPECT_EQ(ComParamText(42), "ParamID=[NOT YET READ] (42)");
 }
 
-TEST_F(ObjectIdCall, AFailureBehindAShutGateReadsNoId)
+TEST_F(ObjectIdCall, AFailureWithoutDecodedResultsReadsNoId)
 {
     Reconfigure(Levels{.Results = 0});
     AnswerAll(PDU_ERR_INVALID_PARAMETERS);
@@ -191,7 +191,7 @@ TEST_F(ObjectIdCall, EachObjectTypeHasItsNameInTheArguments)
     EXPECT_EQ(type(0xFFFFFFFF), "{stamp} + PDUGetObjectId(pduObjectType=<NULL> (0xFFFFFFFF)");
 }
 
-TEST_F(ObjectIdCall, AComParamShowsTheShortNameThatTheApplicationAskedBy)
+TEST_F(ObjectIdCall, AComParamShowsTheShortNameThatTheApplicationUsed)
 {
     EXPECT_EQ(ComParamText(7), "ParamID=[NOT YET READ] (7)");
     Ask(PDU_OBJT_COMPARAM, "CP_Baudrate", 7);
@@ -199,7 +199,7 @@ TEST_F(ObjectIdCall, AComParamShowsTheShortNameThatTheApplicationAskedBy)
     EXPECT_EQ(ComParamText(8), "ParamID=[NOT YET READ] (8)");
 }
 
-TEST_F(ObjectIdCall, TheFirstNameOfAnIdStays)
+TEST_F(ObjectIdCall, AnIdKeepsItsFirstName)
 {
     Ask(PDU_OBJT_COMPARAM, "CP_Baudrate", 7);
     Ask(PDU_OBJT_COMPARAM, "CP_P2Max", 7);
@@ -214,7 +214,7 @@ TEST_F(ObjectIdCall, AnotherIdUnderTheSameNameIsLearnedToo)
     EXPECT_EQ(ComParamText(8), "ParamID=CP_Baudrate (8)");
 }
 
-TEST_F(ObjectIdCall, TheNameIsACopyOfTheApplicationsText)
+TEST_F(ObjectIdCall, TheNameIsACopyOfTheApplicationsString)
 {
     Fake().Answer = [](const FakeCall& call) {
         At<UNUM32>(call.Arguments[2]) = 7;
@@ -235,7 +235,7 @@ TEST_F(ObjectIdCall, OneIdUnderTwoTypesHasTwoNames)
     EXPECT_EQ(ResourceText(7), "resourceId=<UNKNOWN> (7)");
 }
 
-TEST_F(ObjectIdCall, NamesOfEachTypeShowWhereObjectsOfThatTypeAreShown)
+TEST_F(ObjectIdCall, NamesAppearWhereObjectsOfTheirTypeAreShown)
 {
     EXPECT_EQ(RequestText(7), "BusTypeId = <UNKNOWN> (7), ProtocolId = <UNKNOWN> (7), NumPinData = 1\n"
                               "{stamp}     >>> pDLCPinData[0]:\tNum =  1, Type = <UNKNOWN> (7)\n");
@@ -280,7 +280,7 @@ TEST_F(ObjectIdCall, AnUndefinedIdIsLearnedLikeAnyOther)
     EXPECT_EQ(ComParamText(0), "ParamID=CP_Lowest (0)");
 }
 
-TEST_F(ObjectIdCall, AnEmptyNameIsAName)
+TEST_F(ObjectIdCall, AnEmptyNameIsLearnedToo)
 {
     Ask(PDU_OBJT_COMPARAM, "", 7);
     Ask(PDU_OBJT_COMPARAM, "CP_Baudrate", 7);
@@ -323,7 +323,7 @@ TEST_F(ObjectIdCall, NamesStayThroughASecondConstruct)
 
 TEST_F(ObjectIdCall, ManyThreadsLearnAndShowNamesAtOnce)
 {
-    // Ids 0 to 199 are asked for by all threads, each of which shows what it has just learned.
+    // All threads look up ids 0 to 199, and each logs a call with the name that it has just learned.
     Fake().Answer = [](const FakeCall& call) {
         if (std::string(call.Function) == "PDUGetObjectId")
             At<UNUM32>(call.Arguments[2]) = static_cast<UNUM32>(std::stoul(&At<CHAR8>(call.Arguments[1])));
@@ -348,7 +348,7 @@ TEST_F(ObjectIdCall, ManyThreadsLearnAndShowNamesAtOnce)
                   std::string::npos);
 }
 
-TEST_F(ObjectIdCall, TheClosingLineOfTheCallOutStandsBeforeTheId)
+TEST_F(ObjectIdCall, TheClosingLineOfTheCallOutComesBeforeTheId)
 {
     LogCallOuts();
     EXPECT_EQ(Logged([&] { Api().PDUGetObjectId(PDU_OBJT_COMPARAM, name_, &id_); }),
@@ -369,14 +369,14 @@ protected:
         };
     }
 
-    /// What the target does: hands back its item if there is a place for it.
+    /// What the target does: returns its item through the output pointer, if there is one.
     void Return(const FakeCall& call) const
     {
         if (call.Arguments[0])
             At<PDU_MODULE_ITEM*>(call.Arguments[0]) = returned_;
     }
 
-    /// A call with these lines behind it.
+    /// A call with these decoded lines after it.
     LoggedCall Call(PDU_MODULE_ITEM** place, LinesAt after)
     {
         return {.Name = "PDUGetModuleIds",
@@ -392,10 +392,10 @@ protected:
     PDU_MODULE_DATA modules_[2] = {{11, 1, name_, info_, PDU_MODST_AVAIL},
                                    {12, PDU_HANDLE_UNDEF, nullptr, nullptr, 0x7FFF}};
     PDU_MODULE_ITEM item_ = {PDU_IT_MODULE_ID, 2, modules_};
-    /// What the target answers with.
+    /// The item that the target returns.
     PDU_MODULE_ITEM* returned_ = &item_;
     T_PDU_ERROR status_ = PDU_STATUS_NOERROR;
-    /// The application's pointer.
+    /// The application's output variable.
     PDU_MODULE_ITEM* place_ = nullptr;
 
     const std::string arguments_ = "(pModuleItem=" + PointerText(&place_) + ")";
@@ -414,7 +414,7 @@ protected:
                                "{stamp}     <<< ModuleStatus         \t= <NULL> (0x7FFF)\n";
 };
 
-TEST_F(ModuleIdsCall, TheModulesThatCameBackAreShown)
+TEST_F(ModuleIdsCall, TheReturnedModulesAreShown)
 {
     EXPECT_EQ(Logged([&] { EXPECT_EQ(Api().PDUGetModuleIds(&place_), PDU_STATUS_NOERROR); }),
               "{stamp} + PDUGetModuleIds" + arguments_ + "\n" + lines_ +
@@ -423,7 +423,7 @@ TEST_F(ModuleIdsCall, TheModulesThatCameBackAreShown)
     EXPECT_EQ(place_, &item_);
 }
 
-TEST_F(ModuleIdsCall, TheModulesStandBehindTheResultGate)
+TEST_F(ModuleIdsCall, TheModulesAreDecodedAsResults)
 {
     ExpectAtAllLevels({Call(&place_, ResultLines(lines_))});
 }
@@ -436,7 +436,7 @@ TEST_F(ModuleIdsCall, AFailureWithModulesShowsNoneOfThem)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(ModuleIdsCall, ANullItemIsAResultWhateverTheStatus)
+TEST_F(ModuleIdsCall, ANullItemIsDecodedAsAResultWhateverTheStatus)
 {
     returned_ = nullptr;
     const LoggedCall success = Call(&place_, ResultLines("{stamp}    <--  *pModuleItem\t= <NULL>\n"));
@@ -446,7 +446,7 @@ TEST_F(ModuleIdsCall, ANullItemIsAResultWhateverTheStatus)
     ExpectAtAllLevels({success, failure});
 }
 
-TEST_F(ModuleIdsCall, ANullPlaceIsAnArgumentReportedBehindTheCall)
+TEST_F(ModuleIdsCall, ANullOutputPointerIsDecodedAsAnArgumentAfterTheCall)
 {
     const LoggedCall success = Call(nullptr, ArgumentLines("{stamp}    -->  pModuleItem\t= <NULL>\n"));
     LoggedCall failure = success;
@@ -455,7 +455,7 @@ TEST_F(ModuleIdsCall, ANullPlaceIsAnArgumentReportedBehindTheCall)
     ExpectAtAllLevels({success, failure});
 }
 
-TEST_F(ModuleIdsCall, AFailureWithANullPlaceStillReportsTheArgumentBehindTheCallOut)
+TEST_F(ModuleIdsCall, AFailureWithANullOutputPointerStillReportsItAfterTheCallOut)
 {
     status_ = PDU_ERR_FCT_FAILED;
     LogCallOuts();
@@ -466,7 +466,7 @@ TEST_F(ModuleIdsCall, AFailureWithANullPlaceStillReportsTheArgumentBehindTheCall
                   "{stamp} - PDUGetModuleIds<PDU_ERR_FCT_FAILED (0x0001)>\n");
 }
 
-TEST_F(ModuleIdsCall, AnItemWithoutModulesSaysSo)
+TEST_F(ModuleIdsCall, AnItemWithoutModulesIsReported)
 {
     item_.NumEntries = 0;
     EXPECT_EQ(Logged([&] { Api().PDUGetModuleIds(&place_); }),
@@ -475,7 +475,7 @@ TEST_F(ModuleIdsCall, AnItemWithoutModulesSaysSo)
                   "{stamp} - PDUGetModuleIds<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ModuleIdsCall, CountedModulesWithoutAListAreReported)
+TEST_F(ModuleIdsCall, AModuleCountWithoutAListIsReported)
 {
     item_.pModuleData = nullptr;
     EXPECT_EQ(Logged([&] { Api().PDUGetModuleIds(&place_); }),
@@ -493,7 +493,7 @@ TEST_F(ModuleIdsCall, AWrongItemTypeIsAWarningBeforeTheModules)
                   "{stamp} - PDUGetModuleIds<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST(ObjectQueryCallsWithoutATarget, ReturnNotConstructedAndTouchNothing)
+TEST(ObjectQueryCallsWithoutATarget, ReturnNotConstructedAndAccessNothing)
 {
     Session session({}, "no_such_library");
     session.Construct();

@@ -1,4 +1,5 @@
-// PDUGetResourceStatus, PDUGetResourceIds and PDUGetConflictingResources: records on both ways.
+// PDUGetResourceStatus, PDUGetResourceIds and PDUGetConflictingResources: records that are passed in and
+// returned.
 #include <gtest/gtest.h>
 
 #include "tests/support/call_test.h"
@@ -37,7 +38,7 @@ protected:
                                 "{stamp}     <<< [1] ResourceStatus\t= 0xabcdef01\n";
 };
 
-TEST_F(ResourceStatusCall, TheEntriesAreShownAsFilledInAndAsTheyCameBack)
+TEST_F(ResourceStatusCall, TheEntriesAreShownBeforeAndAfterTheCall)
 {
     Fake().Answer = [](const FakeCall& call) {
         auto& item = At<PDU_RSC_STATUS_ITEM>(call.Arguments[0]);
@@ -69,7 +70,7 @@ TEST_F(ResourceStatusCall, TheEntriesAreShownAsFilledInAndAsTheyCameBack)
     EXPECT_EQ(entries_[1].ResourceId, 401u);
 }
 
-TEST_F(ResourceStatusCall, EachWayHasItsGate)
+TEST_F(ResourceStatusCall, ArgumentsAndResultsAreDecodedByTheirOwnLevels)
 {
     LoggedCall call = Call(&item_);
     call.Before = ArgumentLines(before_);
@@ -77,7 +78,7 @@ TEST_F(ResourceStatusCall, EachWayHasItsGate)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(ResourceStatusCall, AFailureShowsTheEntriesOnTheirWayInOnly)
+TEST_F(ResourceStatusCall, AFailureShowsTheEntriesBeforeTheCallOnly)
 {
     LoggedCall call = Call(&item_);
     call.Status = PDU_ERR_FCT_FAILED;
@@ -91,7 +92,7 @@ TEST_F(ResourceStatusCall, ANullItemGivesNoLineAndIsForwarded)
     ExpectAtAllLevels({Call(nullptr)});
 }
 
-TEST_F(ResourceStatusCall, ACountedEntryOfANullListIsNull)
+TEST_F(ResourceStatusCall, AnEntryOfANullListIsShownAsNull)
 {
     item_.NumEntries = 1;
     item_.pResourceStatusData = nullptr;
@@ -114,7 +115,7 @@ TEST_F(ResourceStatusCall, AnEmptyListShowsItsCountsOnly)
     EXPECT_EQ(Logged([&] { Api().PDUGetResourceStatus(&item_); }), ExpectedText(call));
 }
 
-TEST_F(ResourceStatusCall, TheClosingLineOfTheCallOutStandsBetweenBothWays)
+TEST_F(ResourceStatusCall, TheClosingLineOfTheCallOutIsBetweenArgumentsAndResults)
 {
     LogCallOuts();
     EXPECT_EQ(Logged([&] { Api().PDUGetResourceStatus(&item_); }),
@@ -134,7 +135,7 @@ protected:
         };
     }
 
-    /// What the target does: hands back its list if there is a place for it.
+    /// What the target does: returns its list through the output pointer, if there is one.
     void Return(const FakeCall& call) const
     {
         if (call.Arguments[2])
@@ -151,14 +152,14 @@ protected:
                 .Arguments = Arguments(request, list)};
     }
 
-    /// The argument list of a call with handle 1, the request and this place for the list.
+    /// The argument list of a call with handle 1 and these pointers.
     std::string Arguments(const void* request, const void* list) const
     {
         return "(hMod=0x00000001, pResourceIdData=" + PointerText(request) +
                ", pResourceIdList=" + PointerText(list) + ")";
     }
 
-    /// The header lines of the answer, with this type.
+    /// The header lines of a list with this type and count.
     std::string HeaderLines(const std::string& type, const std::string& count) const
     {
         return "{stamp}    <--  pResourceIdList\t= " + PointerText(&place_) +
@@ -175,7 +176,7 @@ protected:
         return "{stamp}     <<< pRsrcIdLst->pResourceIdDataArray[" + index + "]\n";
     }
 
-    /// The lines of the answer: headers count as results, contents as arguments.
+    /// The lines of the returned list: headers are decoded as results, contents as arguments.
     LinesAt After() const
     {
         const std::string header = HeaderLines("PDU_IT_RSC_ID (0x1400)", "2");
@@ -189,9 +190,9 @@ protected:
     UNUM32 ids_[2] = {400, 7};
     PDU_RSC_ID_ITEM_DATA modules_[2] = {{1, 2, ids_}, {PDU_HANDLE_UNDEF, 0, nullptr}};
     PDU_RSC_ID_ITEM item_ = {PDU_IT_RSC_ID, 2, modules_};
-    /// What the target answers with.
+    /// The list that the target returns.
     PDU_RSC_ID_ITEM* returned_ = &item_;
-    /// The application's pointer.
+    /// The application's output variable.
     PDU_RSC_ID_ITEM* place_ = nullptr;
 
     const std::string before_ = "{stamp}    -->  pResourceIdData: BusTypeId = <UNKNOWN> (200), ProtocolId = "
@@ -211,7 +212,7 @@ protected:
         "{stamp} \t\t  <<< pResourceId[pResourceIdData]\t= <NULL>\n";
 };
 
-TEST_F(ResourceIdsCall, TheRequestAndTheIdsThatCameBackAreShown)
+TEST_F(ResourceIdsCall, TheRequestAndTheReturnedIdsAreShown)
 {
     AskObjectId(PDU_OBJT_BUSTYPE, "ISO_11898", 200);
     AskObjectId(PDU_OBJT_PROTOCOL, "ISO_UDS", 100);
@@ -241,7 +242,7 @@ TEST_F(ResourceIdsCall, TheRequestAndTheIdsThatCameBackAreShown)
     EXPECT_EQ(place_, &item_);
 }
 
-TEST_F(ResourceIdsCall, HeadersFollowTheResultGateAndContentsTheArgumentGate)
+TEST_F(ResourceIdsCall, HeadersAreDecodedAsResultsAndContentsAsArguments)
 {
     LoggedCall call = Call(&request_, &place_);
     call.Before = ArgumentLines(before_);
@@ -299,14 +300,14 @@ TEST_F(ResourceIdsCall, ANullRequestIsReported)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(ResourceIdsCall, ANullPlaceGivesNoLineBehindTheCall)
+TEST_F(ResourceIdsCall, ANullOutputPointerGivesNoLineAfterTheCall)
 {
     LoggedCall call = Call(&request_, nullptr);
     call.Before = ArgumentLines(before_);
     ExpectAtAllLevels({call});
 }
 
-TEST_F(ResourceIdsCall, ANullListShowsThePlaceAndNoMore)
+TEST_F(ResourceIdsCall, ANullListShowsTheOutputPointerOnly)
 {
     returned_ = nullptr;
     LoggedCall call = Call(&request_, &place_);
@@ -316,7 +317,7 @@ TEST_F(ResourceIdsCall, ANullListShowsThePlaceAndNoMore)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(ResourceIdsCall, AnItemTypeWithoutANameIsNull)
+TEST_F(ResourceIdsCall, AnItemTypeWithoutANameIsShownAsNull)
 {
     item_ = {PDU_IT_IO_VEHICLE_ID_REQUEST_EX, 0, modules_};
     EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
@@ -325,7 +326,7 @@ TEST_F(ResourceIdsCall, AnItemTypeWithoutANameIsNull)
                   "{stamp} - PDUGetResourceIds<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(ResourceIdsCall, ACountedModuleOfANullListIsNull)
+TEST_F(ResourceIdsCall, AModuleOfANullListIsShownAsNull)
 {
     item_ = {PDU_IT_RSC_ID, 1, nullptr};
     EXPECT_EQ(Logged([&] { Api().PDUGetResourceIds(1, &request_, &place_); }),
@@ -356,7 +357,7 @@ protected:
         };
     }
 
-    /// What the target does: hands back its list if there is a place for it.
+    /// What the target does: returns its list through the output pointer, if there is one.
     void Return(const FakeCall& call) const
     {
         if (call.Arguments[2])
@@ -380,7 +381,7 @@ protected:
                ", pOutputConflictList=" + PointerText(conflicts) + ")";
     }
 
-    /// The header lines of an answer of this type and count.
+    /// The header lines of a list with this type and count.
     std::string HeaderLines(const std::string& type, const std::string& count) const
     {
         return "{stamp}    <--  pOutputConflictList\t=" + PointerText(&place_) +
@@ -401,7 +402,7 @@ protected:
     }
 
     LinesAt Before() const { return OnlyUnderLogEnabled(ArgumentLines(before_)); }
-    /// The lines of the answer: headers count as results, contents as arguments.
+    /// The lines of the returned list: headers are decoded as results, contents as arguments.
     LinesAt After() const
     {
         const std::string header = HeaderLines("PDU_IT_RSC_CONFLICT (0x1500)", "2");
@@ -419,9 +420,9 @@ protected:
     PDU_MODULE_ITEM input_ = {PDU_IT_MODULE_ID, 2, modules_};
     PDU_RSC_CONFLICT_DATA conflicts_[2] = {{1, 401}, {PDU_HANDLE_UNDEF, 0xFFFFFFFF}};
     PDU_RSC_CONFLICT_ITEM item_ = {PDU_IT_RSC_CONFLICT, 2, conflicts_};
-    /// What the target answers with.
+    /// The list that the target returns.
     PDU_RSC_CONFLICT_ITEM* returned_ = &item_;
-    /// The application's pointer.
+    /// The application's output variable.
     PDU_RSC_CONFLICT_ITEM* place_ = nullptr;
 
     const std::string before_ = "{stamp}    -->  pInputModuleList->ItemType=5632, NumEntries=2\n"
@@ -437,7 +438,7 @@ protected:
                                 "{stamp}     >>> ModuleStatus         \t= <NULL> (0x0000)\n";
 };
 
-TEST_F(ConflictsCall, TheModulesAndTheConflictsThatCameBackAreShown)
+TEST_F(ConflictsCall, TheModulesAndTheReturnedConflictsAreShown)
 {
     AskObjectId(PDU_OBJT_RESOURCE, "RSC_CAN", 400);
     AskObjectId(PDU_OBJT_RESOURCE, "RSC_KLINE", 401);
@@ -466,7 +467,7 @@ TEST_F(ConflictsCall, TheModulesAndTheConflictsThatCameBackAreShown)
     EXPECT_EQ(place_, &item_);
 }
 
-TEST_F(ConflictsCall, HeadersFollowTheResultGateAndContentsTheArgumentGate)
+TEST_F(ConflictsCall, HeadersAreDecodedAsResultsAndContentsAsArguments)
 {
     LoggedCall call = Call(&input_, &place_);
     call.Before = Before();
@@ -499,14 +500,14 @@ TEST_F(ConflictsCall, ANullListOfModulesGivesNoLineBeforeTheCall)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(ConflictsCall, ANullPlaceGivesNoLineBehindTheCall)
+TEST_F(ConflictsCall, ANullOutputPointerGivesNoLineAfterTheCall)
 {
     LoggedCall call = Call(&input_, nullptr);
     call.Before = Before();
     ExpectAtAllLevels({call});
 }
 
-TEST_F(ConflictsCall, ANullListOfConflictsShowsBothPointersAndNoMore)
+TEST_F(ConflictsCall, ANullListOfConflictsShowsBothPointersOnly)
 {
     returned_ = nullptr;
     LoggedCall call = Call(nullptr, &place_);
@@ -544,7 +545,7 @@ TEST_F(ConflictsCall, AListOfConflictsMayBeEmptyOrNull)
                   "{stamp} \t\t  >>> pConflictData\t= <NULL>\n" + exit);
 }
 
-TEST_F(ConflictsCall, TheResourceIsABareNumber)
+TEST_F(ConflictsCall, TheResourceIsShownAsANumberOnly)
 {
     AskObjectId(PDU_OBJT_RESOURCE, "RSC_CAN", 0xFFFFFFFE);
     EXPECT_EQ(Logged([&] { Api().PDUGetConflictingResources(0xFFFFFFFE, nullptr, nullptr); }),
@@ -554,7 +555,7 @@ TEST_F(ConflictsCall, TheResourceIsABareNumber)
     ExpectSeen("PDUGetConflictingResources", {0xFFFFFFFE, 0, 0});
 }
 
-/// With shut gates the target alone decides whether a pointer is followed.
+/// Without decoding, the logger must not follow the pointers of a call.
 class ResourceQueryPointers : public RunningCallTest
 {
 protected:
@@ -580,7 +581,7 @@ TEST_F(ResourceQueryPointers, AreNotFollowedWithLoggingOff)
     ExpectNoneFollowed(PDU_ERR_INVALID_PARAMETERS);
 }
 
-TEST_F(ResourceQueryPointers, AreNotFollowedBehindShutGates)
+TEST_F(ResourceQueryPointers, AreNotFollowedWithoutDecoding)
 {
     Reconfigure(Levels{.Arguments = 0, .Results = 0});
     ExpectNoneFollowed(PDU_STATUS_NOERROR);

@@ -1,4 +1,4 @@
-// The change of the log file.
+// Rotation: the change of the log file.
 #include <algorithm>
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 namespace marvane::testing {
 namespace {
 
-/// Starts anew with the limit at what the log will hold after that start and one call more, plus `more`.
+/// Restarts with a size limit that the log reaches after that start and one call, plus `more` bytes.
 std::string LoggedAtLimit(Session& session, int more)
 {
     const auto call = [&] { session.Api().PDUConnect(1, 2); };
@@ -22,14 +22,14 @@ std::string LoggedAtLimit(Session& session, int more)
         return size() - before;
     };
     configureLimit(99999999);
-    session.Construct(); // Knows versions that the first start did not, as all later ones do.
+    session.Construct(); // Its header has the versions, as all later ones have; the first one does not.
     const std::size_t added = growth([&] { session.Construct(); }) + growth(call);
     configureLimit(static_cast<std::size_t>(static_cast<int>(size() + added) + more));
     session.Construct();
     return session.Logged(call);
 }
 
-TEST(Rotation, AFileOfExactlyTheLimitStays)
+TEST(Rotation, AFileOfExactlyTheLimitIsNotChanged)
 {
     Session session;
     session.Construct();
@@ -68,7 +68,7 @@ TEST(Rotation, EveryCallChangesTheFileWhenTheLimitIsOneByte)
     EXPECT_NE(text.find("{stamp} # PDUModuleConnect - Continuation file\n"), std::string::npos);
 }
 
-TEST(Rotation, TheHeaderOfAContinuationFileRunsToItsEnd)
+TEST(Rotation, TheHeaderOfAContinuationFileIsComplete)
 {
     Session session({{"LogFileMaxSize", "1"}, {"LogFileMaxNum", "3"}});
     session.Construct();
@@ -81,7 +81,7 @@ TEST(Rotation, TheHeaderOfAContinuationFileRunsToItsEnd)
     EXPECT_TRUE(text.ends_with(end)) << text;
 }
 
-TEST(Rotation, WithLoggingOffBothLimitsDoNothing)
+TEST(Rotation, WithLoggingOffBothLimitsHaveNoEffect)
 {
     Session session({{"LogEnabled", "0"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "3"}});
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
@@ -89,7 +89,7 @@ TEST(Rotation, WithLoggingOffBothLimitsDoNothing)
     EXPECT_FALSE(std::filesystem::exists(session.LogFolder()));
 }
 
-TEST(Rotation, AFileThatCanNotBeReopenedSwallowsWhatFollows)
+TEST(Rotation, IfAFileCanNotBeReopenedLinesAreDropped)
 {
     Session session({{"LogFileMaxSize", "1"}, {"LogFileMaxNum", "3"}});
     session.Construct();
@@ -117,7 +117,7 @@ TEST(Rotation, ModuleDisconnectChangesTheFileWithLogNewFileCfg)
         << text;
 }
 
-TEST(Rotation, ModuleConnectLeavesTheFileAlone)
+TEST(Rotation, ModuleConnectDoesNotChangeTheFile)
 {
     Session session({{"LogNewFileCfg", "1"}, {"LogFileMaxNum", "5"}});
     session.Construct();
@@ -144,11 +144,11 @@ TEST(Rotation, LogNewFileCfgWithoutLogEnabledForcesNoNewFile)
               "{stamp} - PDUModuleDisconnect<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST(Rotation, TwoInOneSecondGoOnInOneFile)
+TEST(Rotation, TwoRotationsInOneSecondAppendToOneFile)
 {
     Session session({{"LogFileMaxSize", "1"}, {"LogFileMaxNum", "100000"}});
     session.Construct();
-    // Until two changes have fallen into one second.
+    // Repeated until two rotations have happened in one second.
     std::size_t files = 0;
     do {
         files = session.LogNames().size();

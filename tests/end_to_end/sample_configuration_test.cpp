@@ -1,4 +1,4 @@
-// The sample configuration as it stands, read by the reader of configuration files.
+// The sample configuration, unmodified, read by the reader of configuration files.
 #include <algorithm>
 #include <sstream>
 
@@ -16,7 +16,7 @@ namespace {
 using ::testing::Pair;
 using ::testing::UnorderedElementsAre;
 
-/// The sample, read with warnings recorded.
+/// Reads the sample, with warnings recorded.
 class SampleConfiguration : public ::testing::Test
 {
 protected:
@@ -29,7 +29,7 @@ protected:
                std::any_of(StringKeyNames.begin(), StringKeyNames.end(), isIt);
     }
 
-    /// How many lines between the tags hold no attribute: comments and blank lines.
+    /// Number of lines between the tags without an attribute: comments and blank lines.
     static long LinesWithoutAttribute()
     {
         std::istringstream lines(FileText(SampleConfigurationPath()));
@@ -44,7 +44,7 @@ protected:
     CConfigData config_{"D_PDU_API_CFG"};
 };
 
-TEST_F(SampleConfiguration, GivesTheValuesThatItShows)
+TEST_F(SampleConfiguration, ItsValuesAreRead)
 {
     EXPECT_THAT(config_.Texts(),
                 UnorderedElementsAre(Pair("InstalledPath", "."), Pair("PDUAPILibDll", "SimVci.dll"),
@@ -66,7 +66,7 @@ TEST_F(SampleConfiguration, HasKnownKeysOnly)
         EXPECT_TRUE(IsKnown(key)) << key;
 }
 
-TEST_F(SampleConfiguration, IsReadToItsEndAndOnlyItsCommentsAreNoAttributes)
+TEST_F(SampleConfiguration, IsReadCompletelyAndOnlyItsCommentsAreNoAttributes)
 {
     std::string expected;
     for (long i = 0; i < LinesWithoutAttribute(); ++i)

@@ -1,4 +1,4 @@
-// The sample application on the simulated interface, directly and through the logger library.
+// The sample application with the simulated interface, directly and through the logger library.
 #include <regex>
 
 #include <gmock/gmock.h>
@@ -101,7 +101,7 @@ protected:
                        std::regex_replace(FileBytes(SampleConfigurationPath()), name, "$1" + target));
     }
 
-    /// The text of the one API log file.
+    /// The contents of the only API log file.
     std::string Log() const
     {
         std::vector<std::string> logs;
@@ -119,9 +119,9 @@ private:
     EnvironmentValue configuration_{"PDU_CFG_FILE", folder_ / "D_PDU_API_CFG.xml"};
 };
 
-// The interface complains of items that were not given back on the error output.
+// The interface reports items that were never destroyed on standard error.
 
-TEST_F(SampleSession, RunsDirectlyOnTheInterfaceAndLeavesNoItem)
+TEST_F(SampleSession, RunsDirectlyOnTheInterfaceAndLeaksNoItem)
 {
     const ProgramResult result = Run(Library("SimVci"));
     EXPECT_EQ(result.Errors, "");
@@ -185,7 +185,7 @@ TEST_F(SampleSession, UsesEveryCallAndEveryKindOfItem)
         EXPECT_THAT(log, HasSubstr(shown));
 }
 
-TEST_F(SampleSession, ShowsThatTheControlUnitTakesTwoMillisecondsAtLeastToAnswer)
+TEST_F(SampleSession, ShowsThatTheControlUnitTakesAtLeastTwoMillisecondsToAnswer)
 {
     Configure(LibraryName("SimVci"));
     Run(Library("Marvane"), " --quiet");
@@ -204,7 +204,7 @@ TEST_F(SampleSession, PrintsNothingWhenQuiet)
     EXPECT_EQ(result.Status, 0);
 }
 
-TEST_F(SampleSession, RefusesWrongOptionsAndSaysWhichAreRight)
+TEST_F(SampleSession, RefusesWrongOptionsAndListsTheValidOnes)
 {
     const ProgramResult help = RunProgram("diag_session", "--help");
     EXPECT_THAT(help.Output, StartsWith("Usage: diag_session --library PATH [--quiet]\n"));
@@ -221,7 +221,7 @@ TEST_F(SampleSession, RefusesWrongOptionsAndSaysWhichAreRight)
     EXPECT_EQ(noPath.Status, 2);
 }
 
-TEST_F(SampleSession, SaysThatALibraryIsMissing)
+TEST_F(SampleSession, ReportsAMissingLibrary)
 {
     const ProgramResult result = Run(Library("no_such_library"));
     EXPECT_EQ(result.Output, "");
@@ -229,7 +229,7 @@ TEST_F(SampleSession, SaysThatALibraryIsMissing)
     EXPECT_EQ(result.Status, 1);
 }
 
-TEST_F(SampleSession, SaysThatALibraryIsNoneOfTheApi)
+TEST_F(SampleSession, ReportsALibraryWithoutTheApi)
 {
     const std::string library = BuildFolder() + "dependent" + platform::PathSeparator + "fake_dependency" +
                                 std::filesystem::path(Library("SimVci")).extension().string();
@@ -239,7 +239,7 @@ TEST_F(SampleSession, SaysThatALibraryIsNoneOfTheApi)
     EXPECT_EQ(result.Status, 1);
 }
 
-TEST_F(SampleSession, SaysThatTheLoggerLibraryHasNoTarget)
+TEST_F(SampleSession, ReportsThatTheLoggerLibraryHasNoTarget)
 {
     Configure("no_such_library");
     const ProgramResult result = Run(Library("Marvane"));

@@ -1,4 +1,4 @@
-// Start-up and configuration, as far as they show from outside.
+// Start-up and configuration as seen from outside.
 #include <gtest/gtest.h>
 
 #include "tests/support/diagnostic_log.h"
@@ -16,7 +16,7 @@ TEST(StartUp, WithoutLogFileDirConstructIsRefusedWithoutAFileOrATarget)
     EXPECT_TRUE(session.LogNames().empty());
 }
 
-TEST(StartUp, AMissingConfigurationIsToldInTheDiagnosticLogAndNoOtherIsTried)
+TEST(StartUp, AMissingConfigurationIsReportedInTheDiagnosticLogAndNoOtherIsTried)
 {
     Session session;
     const EnvironmentValue elsewhere("PDU_CFG_FILE", session.Folder() / "none.xml");
@@ -37,7 +37,7 @@ TEST(StartUp, AConfigurationAppearsAndTheNextConstructWorks)
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
 }
 
-TEST(StartUp, ALogFolderThatCanNotBeMadeIsRefusedAlthoughTheTargetWouldWork)
+TEST(StartUp, ALogFolderThatCanNotBeCreatedIsRefusedAlthoughTheTargetWouldWork)
 {
     Session session;
     WriteFileBytes(session.Folder().Path() / "file", "");
@@ -67,7 +67,7 @@ TEST(StartUp, AFaultInTheTargetsConstructLeavesTheStartUpLinesInTheFile)
 TEST(StartUp, WhenTheTargetIsLoadedTheLinesUpToItsVersionAreInTheFile)
 {
     Session session({}, "watching_target");
-    // A sole file is reused, so its name is known beforehand.
+    // A sole file is reused, so its name is known in advance.
     const std::string log = (session.LogFolder() / "D-PDU_API_Logger_05-03-2020_10-11-12.LGR").string();
     std::filesystem::create_directories(session.LogFolder());
     WriteFileBytes(log, "");
@@ -112,7 +112,7 @@ TEST(StartUp, ASecondConstructTakesNewSettingsButNoNewFolderOrTarget)
     EXPECT_FALSE(std::filesystem::exists(session.Folder().Path() / "other"));
 }
 
-TEST(StartUp, AnAbsentTextKeepsItsFormerValueAndAnAbsentNumberItsDefault)
+TEST(StartUp, AnAbsentStringKeepsItsFormerValueAndAnAbsentNumberGetsItsDefault)
 {
     Session session({{"ShortName", "first"}, {"LogMaxPduBuff", "77"}});
     session.Construct();
@@ -128,7 +128,7 @@ TEST(StartUp, ADroppedLogFlushIsZeroInTheNextHeader)
     Session session;
     session.Construct();
     session.Configure({{"LogFlush", "-"}});
-    // The end of the session brings out what is no longer flushed.
+    // The end of the session writes what is no longer flushed.
     const std::string text = session.Logged([&] {
         session.Construct();
         session.Api().PDUDestruct();
@@ -145,7 +145,7 @@ TEST(StartUp, AZeroInTheFileIsNotTheDefault)
               std::string::npos);
 }
 
-TEST(StartUp, AKeySpelledOtherwiseIsIgnoredWithoutAWord)
+TEST(StartUp, AMisspelledKeyIsIgnoredSilently)
 {
     Session session({{"logflush", "7"}, {"NoSuchKey", "8"}});
     // All subsystems at INFO.
@@ -160,7 +160,7 @@ TEST(StartUp, AKeySpelledOtherwiseIsIgnoredWithoutAWord)
     EXPECT_EQ(session.Diagnostics(), "");
 }
 
-TEST(StartUp, ANumberDeclaredAsTextTakesItsDefault)
+TEST(StartUp, ANumberDeclaredAsStringGetsItsDefault)
 {
     Session session;
     std::string text = FileBytes(session.ConfigurationPath());
@@ -182,7 +182,7 @@ TEST(StartUp, AValueOfMinusOneIsAllBits)
               std::string::npos);
 }
 
-TEST(StartUp, EnvironmentReferencesInTextsAreExpanded)
+TEST(StartUp, EnvironmentReferencesInStringsAreExpanded)
 {
     const EnvironmentValue variable("MARVANE_TEST_NAME", "expanded");
     Session session({{"ShortName", "<%MARVANE_TEST_NAME%> %NO_SUCH_VARIABLE_HERE%"}});
@@ -191,7 +191,7 @@ TEST(StartUp, EnvironmentReferencesInTextsAreExpanded)
               std::string::npos);
 }
 
-TEST(StartUp, ADebugLevelKeyWritesTheStartUpsRecords)
+TEST(StartUp, ADebugLevelKeyEnablesTheRecordsOfTheStartUp)
 {
     Session session({{"DbgAPP", "DEBUG1"}, {"DbgDATA", "INFO"}});
     session.Construct();

@@ -19,7 +19,7 @@ constexpr UNUM32 ReportThreads = 2;
 constexpr UNUM32 EventsEach = 150;
 constexpr UNUM32 BlockingModule = 0xB10C;
 
-// What the target answers with: never changed, so that all threads may read it.
+// What the target returns. Constant during a test, so all threads may read it.
 UNUM32 Value = 500000;
 PDU_PARAM_ITEM Param = {PDU_IT_PARAM, 0, PDU_PT_UNUM32, PDU_PC_COM, &Value};
 UNUM8 Payload[] = {0x62, 0xF1, 0x90, 0x57, 0x41};
@@ -35,7 +35,7 @@ template <class Pointed> void Give(std::uint64_t place, Pointed value)
     *reinterpret_cast<Pointed*>(static_cast<std::uintptr_t>(place)) = value;
 }
 
-/// The target: fills what the calls hand back, and holds one call until it is let go.
+/// The target: returns items, and blocks one call until it is released.
 class BusyTarget
 {
 public:
@@ -86,7 +86,7 @@ private:
     bool released_ = false;
 };
 
-// The application's callback calls back into the API, as real ones do.
+// The application's callback calls the API, as real ones do.
 const CPduDll* EventApi = nullptr;
 std::atomic<UNUM32> EventsSeen = 0;
 void OnEvent(T_PDU_EVT_DATA, UNUM32 hMod, UNUM32 hCLL, void*, void*)
@@ -97,7 +97,7 @@ void OnEvent(T_PDU_EVT_DATA, UNUM32 hMod, UNUM32 hCLL, void*, void*)
     ++EventsSeen;
 }
 
-/// One round through all 27 calls that a thread makes between PDUConstruct and PDUDestruct.
+/// Makes each of the 27 calls that are allowed between PDUConstruct and PDUDestruct.
 void CallAll(const CPduDll& api, UNUM32 thread, UNUM32 round)
 {
     UNUM32 places[4] = {};
@@ -147,7 +147,7 @@ void CallAll(const CPduDll& api, UNUM32 thread, UNUM32 round)
     api.PDUModuleDisconnect(thread);
 }
 
-/// Address that the target was given as argument of its only call of a function.
+/// A pointer argument of the only call of a function.
 std::uintptr_t Given(const std::vector<SeenCall>& calls, const std::string& function, std::size_t argument)
 {
     for (const SeenCall& call : calls)
@@ -156,7 +156,7 @@ std::uintptr_t Given(const std::vector<SeenCall>& calls, const std::string& func
     return 0;
 }
 
-/// A session in which all threads run at once, with what the target saw of it.
+/// A session in which all threads run at once, and the calls that the target received.
 class Stress : public ::testing::Test
 {
 protected:
@@ -191,7 +191,7 @@ protected:
 
     Session session;
     BusyTarget target;
-    std::map<std::string, std::size_t> seen; ///< the target's calls by function
+    std::map<std::string, std::size_t> seen; ///< calls received by the target, by function
 
 private:
     void Take()
@@ -233,7 +233,7 @@ private:
     PDU_MS_LOG_CALLBACK report = nullptr;
 };
 
-TEST_F(Stress, EveryCallEventAndReportIsInTheLogAndEveryLineWhole)
+TEST_F(Stress, EveryCallEventAndReportIsInTheLogAndEveryLineIsWhole)
 {
     Run();
     const LogSummary log = Summarise(LogInOrder(session.LogFolder()));

@@ -1,4 +1,4 @@
-// Loading the target library, and finding it.
+// Finding and loading the target library.
 #include <regex>
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ std::string HeaderOf(const Session& session)
     return WithoutStamps(session.Log());
 }
 
-TEST(TargetLibrary, OneThatLacksAFunctionLoadsAndTheOthersWork)
+TEST(TargetLibrary, ALibraryThatLacksAFunctionLoadsAndItsOthersWork)
 {
     Session session({}, "fake_target_no_lock");
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
@@ -41,7 +41,7 @@ TEST(TargetLibrary, ADependencyBesideTheTargetIsFound)
     EXPECT_EQ(time, 4711u);
 }
 
-TEST(TargetLibrary, AMissingOneGivesNotConstructedAndALineForEachCall)
+TEST(TargetLibrary, AMissingLibraryGivesNotConstructedAndALineForEachCall)
 {
     Session session({}, "no_such_library");
     EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
@@ -72,9 +72,9 @@ TEST(TargetLibrary, TheLoggerItselfAsTargetIsAFailedLoad)
     EXPECT_TRUE(HeaderOf(session).ends_with("{stamp} PDUConstruct - Called but library not loaded!\n"));
 }
 
-TEST(TargetLibrary, AFailedLoadShowsPathAndReasonUnderItsNarrowGate)
+TEST(TargetLibrary, WithAnUnsupportedLogEnabledAFailedLoadShowsPathAndReason)
 {
-    // Only an unusable LogEnabled shows these lines, while LogNewFileCfg keeps the log going.
+    // Only an unsupported LogEnabled writes these lines, and LogNewFileCfg must keep logging active.
     Session session({}, "no_such_library");
     session.Construct();
     session.Configure({{"LogEnabled", "2"}, {"LogNewFileCfg", "1"}, {"LogFnDecodeRsps", "1"}});
@@ -91,9 +91,9 @@ TEST(TargetLibrary, AFailedLoadShowsPathAndReasonUnderItsNarrowGate)
         << text;
 }
 
-TEST(TargetLibrary, AnEmptyPathIsAFailedLoadThatShowsItAsItStands)
+TEST(TargetLibrary, AnEmptyPathIsAFailedLoadAndIsShownEmpty)
 {
-    // With this LogEnabled no path is composed.
+    // With this value of LogEnabled no path is composed.
     Session session({{"LogEnabled", "2"}, {"LogNewFileCfg", "1"}, {"LogFnDecodeRsps", "1"}});
     EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
     const std::string reason = platform::LoadTargetLibrary("").Error;
@@ -110,9 +110,9 @@ TEST(TargetLibrary, AnEmptyPathIsAFailedLoadThatShowsItAsItStands)
         << HeaderOf(session);
 }
 
-TEST(TargetLibrary, LoadingAndUnloadingAreToldUnderTheirNarrowGate)
+TEST(TargetLibrary, WithAnUnsupportedLogEnabledLoadingAndUnloadingAreLogged)
 {
-    // The path of the first start stays, so the second one loads although it composes none.
+    // The path of the first start is kept, so the second start loads although it composes none.
     Session session;
     session.Construct();
     session.Api().PDUDestruct();
@@ -143,7 +143,7 @@ TEST(TargetLibrary, LoadingAndUnloadingAreToldUnderTheirNarrowGate)
               "{stamp} # PDUDestruct - Close this log file\n");
 }
 
-TEST(TargetLibrary, AfterDestructTheFunctionsOfAnotherOneAreLookedUp)
+TEST(TargetLibrary, AfterDestructTheFunctionsOfAnotherTargetAreLookedUp)
 {
     Session session;
     Target other(BuildFolder() + LibraryName("fake_target_no_log"));
@@ -181,7 +181,7 @@ TEST(TargetLibrary, CallsOfTheTargetToItselfDoNotComeBackThroughTheLogger)
     EXPECT_EQ(session.Fake().TakeNames(), "PDUGetTimestamp PDULockResource");
 }
 
-TEST(LibraryPath, AStandAloneTargetLiesBesideTheLogger)
+TEST(LibraryPath, AStandAloneTargetIsFoundBesideTheLogger)
 {
     Session session({{"InstalledPath", "."}});
     EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
@@ -193,7 +193,7 @@ TEST(LibraryPath, AStandAloneTargetLiesBesideTheLogger)
         << HeaderOf(session);
 }
 
-TEST(LibraryPath, WithoutTheTrailingSeparatorTheNameIsGluedOn)
+TEST(LibraryPath, WithoutATrailingSeparatorTheNameIsAppendedDirectly)
 {
     std::string folder = BuildFolder();
     folder.pop_back();
@@ -203,7 +203,7 @@ TEST(LibraryPath, WithoutTheTrailingSeparatorTheNameIsGluedOn)
               std::string::npos);
 }
 
-TEST(LibraryPath, ADotWithASeparatorIsARelativePrefixAndNotTheStandAloneForm)
+TEST(LibraryPath, ADotWithASeparatorIsARelativePrefixNotTheStandAloneForm)
 {
     const std::string prefix = std::string(".") + platform::PathSeparator;
     Session session({{"InstalledPath", prefix}, {"PDUAPILibDll", "no_such_library"}});
@@ -232,7 +232,7 @@ TEST(LibraryPath, AnAbsentFileNameIsReportedAndTheFolderAloneIsTried)
               std::string::npos);
 }
 
-TEST(LibraryPath, AnAbsentFolderLeavesTheNameAlone)
+TEST(LibraryPath, WithoutAFolderTheNameAloneIsTried)
 {
     Session session({{"InstalledPath", "-"}, {"PDUAPILibDll", "no_such_library"}});
     EXPECT_EQ(session.Construct(), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
@@ -261,13 +261,13 @@ TEST(LibraryVersion, AFileWithoutAVersionShowsTheFallbackInTheNextHeader)
     const std::string path = (session.Folder().Path() / "text.so").string();
     EXPECT_NE(HeaderOf(session).find("{stamp}    <--  LOADING:  Failed to load - '" + path + "'\n"),
               std::string::npos);
-    // The start-up's own rotation brings a whole header.
+    // The rotation of the start-up writes a complete header.
     EXPECT_NE(HeaderOf(session).find("{stamp}    <--  LOADED:  Version '<UNKNOWN' of '" + path + "'\n"),
               std::string::npos)
         << HeaderOf(session);
 }
 
-TEST(LibraryVersion, TheLoggersOwnVersionStandsInTheFirstHeader)
+TEST(LibraryVersion, TheLoggersOwnVersionIsInTheFirstHeader)
 {
     Session session;
     session.Construct();
@@ -279,11 +279,11 @@ TEST(LibraryVersion, TheLoggersOwnVersionStandsInTheFirstHeader)
         << HeaderOf(session);
 }
 
-TEST(LibraryVersion, OneThatWasNotReadWhileNothingWasLoggedStaysUnread)
+TEST(LibraryVersion, AVersionNotReadWhileLoggingWasOffStaysUnread)
 {
     Session session({{"LogEnabled", "0"}});
     session.Construct();
-    // Logging comes on, and the forced change of file opens the first one.
+    // Logging is turned on, and the forced rotation opens the first file.
     session.Configure({{"LogNewFileCfg", "1"}});
     session.Construct();
     session.Api().PDUModuleDisconnect(1);

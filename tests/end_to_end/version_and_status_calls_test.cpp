@@ -1,4 +1,5 @@
-// PDUGetVersion, PDUGetStatus, PDUGetLastError and PDUGetTimestamp: what comes back is shown and passed on.
+// PDUGetVersion, PDUGetStatus, PDUGetLastError and PDUGetTimestamp: the returned values are shown and passed
+// on.
 #include <cstring>
 
 #include <gtest/gtest.h>
@@ -11,7 +12,7 @@ namespace {
 class VersionCall : public RunningCallTest
 {
 protected:
-    /// What the fake target knows of itself.
+    /// The version that the fake target returns.
     static PDU_VERSION_DATA KnownVersion()
     {
         PDU_VERSION_DATA version = {};
@@ -51,7 +52,7 @@ protected:
                "{stamp}    <--  PDUApiSwDate             \t= 00/00/1970 (week 0)\n";
     }
 
-    /// A call with handle 1 that shows the version as it is.
+    /// A call with handle 1 that leaves `version_` unchanged.
     LoggedCall Call()
     {
         return {.Name = "PDUGetVersion",
@@ -64,7 +65,7 @@ protected:
     PDU_VERSION_DATA version_ = KnownVersion();
 };
 
-TEST_F(VersionCall, FourteenLinesShowWhatCameBack)
+TEST_F(VersionCall, TheReturnedVersionIsFourteenLines)
 {
     version_ = {};
     Fake().Answer = [](const FakeCall& call) {
@@ -79,7 +80,7 @@ TEST_F(VersionCall, FourteenLinesShowWhatCameBack)
     EXPECT_EQ(std::memcmp(&version_, &known, sizeof known), 0);
 }
 
-TEST_F(VersionCall, TheVersionStandsBehindTheResultGate)
+TEST_F(VersionCall, TheVersionIsDecodedAsAResult)
 {
     ExpectAtAllLevels({Call()});
 }
@@ -101,7 +102,7 @@ TEST_F(VersionCall, WithoutDecodedResultsThereIsNoVersion)
                   ")\n{stamp} - PDUGetVersion<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-TEST_F(VersionCall, ANullPlaceGivesNoLineAndIsForwarded)
+TEST_F(VersionCall, ANullOutputPointerGivesNoLineAndIsForwarded)
 {
     EXPECT_EQ(Logged([&] { Api().PDUGetVersion(0xFFFFFFFF, nullptr); }),
               "{stamp} + PDUGetVersion(hMod=<PDU_HANDLE_UNDEF>, pVersionData=" + PointerText(nullptr) +
@@ -109,7 +110,7 @@ TEST_F(VersionCall, ANullPlaceGivesNoLineAndIsForwarded)
     ExpectSeen("PDUGetVersion", {0xFFFFFFFF, 0});
 }
 
-TEST_F(VersionCall, ADatesFieldsAreReadFromTheirOwnBytes)
+TEST_F(VersionCall, TheFieldsOfADateAreReadFromTheirOwnBytes)
 {
     version_.HwDate = 0x32010C07;
     version_.FwDate = 0x00000100;
@@ -134,7 +135,7 @@ TEST_F(VersionCall, AVersionShowsItsThreeHighestBytes)
     EXPECT_NE(text.find("\n{stamp}    <--  HwVersion                \t= 000.000.255\n"), std::string::npos);
 }
 
-TEST_F(VersionCall, ANameThatFillsItsPlaceEndsThere)
+TEST_F(VersionCall, ANameThatFillsItsArrayEndsThere)
 {
     std::memset(version_.HwName, 'h', sizeof version_.HwName);
     version_.HwVersion = 0x41414141;
@@ -144,7 +145,7 @@ TEST_F(VersionCall, ANameThatFillsItsPlaceEndsThere)
               std::string::npos);
 }
 
-TEST_F(VersionCall, TheClosingLineOfTheCallOutStandsBeforeTheVersion)
+TEST_F(VersionCall, TheClosingLineOfTheCallOutComesBeforeTheVersion)
 {
     LogCallOuts();
     EXPECT_EQ(Logged([&] { Api().PDUGetVersion(1, &version_); }),
@@ -156,14 +157,14 @@ TEST_F(VersionCall, TheClosingLineOfTheCallOutStandsBeforeTheVersion)
 class StatusCall : public RunningCallTest
 {
 protected:
-    /// The argument list of a call with handles 1 to 3 and these places.
+    /// The argument list of a call with handles 1 to 3 and these pointers.
     static std::string Arguments(const void* status, const void* time, const void* extra)
     {
         return "(hMod=0x00000001, hCLL=0x00000002, hCoP=0x00000003, pStatusCode=" + PointerText(status) +
                ", pTimestamp=" + PointerText(time) + ", pExtraInfo=" + PointerText(extra) + ")";
     }
 
-    /// A call with handles 1 to 3 and these places, without decoded lines.
+    /// A call with handles 1 to 3 and these pointers, without decoded lines.
     LoggedCall Call(T_PDU_STATUS* status, UNUM32* time, UNUM32* extra)
     {
         return {.Name = "PDUGetStatus",
@@ -190,7 +191,7 @@ protected:
                                "{stamp}    <--  pExtraInfo\t= 0\n";
 };
 
-TEST_F(StatusCall, ThreeLinesShowWhatCameBack)
+TEST_F(StatusCall, TheReturnedStatusIsThreeLines)
 {
     Fake().Answer = [](const FakeCall& call) {
         At<T_PDU_STATUS>(call.Arguments[3]) = PDU_CLLST_COMM_STARTED;
@@ -211,7 +212,7 @@ TEST_F(StatusCall, ThreeLinesShowWhatCameBack)
     EXPECT_EQ(extra_, 89u);
 }
 
-TEST_F(StatusCall, TheLinesStandBehindTheResultGate)
+TEST_F(StatusCall, TheLinesAreDecodedAsResults)
 {
     LoggedCall call = Call(&status_, &time_, &extra_);
     call.After = ResultLines(lines_);
@@ -268,7 +269,7 @@ TEST_F(StatusCall, AFailureWithNullPointersShowsNoLineOfItsOwn)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(StatusCall, ANullPlaceForTheStatusIsNotReadBehindAShutResultGate)
+TEST_F(StatusCall, ANullStatusPointerIsNotReadWithoutDecodedResults)
 {
     Reconfigure(Levels{.Results = 0});
     EXPECT_EQ(Logged([&] { Api().PDUGetStatus(1, 2, 3, nullptr, nullptr, nullptr); }),
@@ -302,7 +303,7 @@ TEST_F(StatusCall, UndefinedHandlesAreNamedAndForwarded)
                {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, Raw(&status_), Raw(&time_), Raw(&extra_)});
 }
 
-TEST_F(StatusCall, TheClosingLineOfTheCallOutStandsBeforeTheStatus)
+TEST_F(StatusCall, TheClosingLineOfTheCallOutComesBeforeTheStatus)
 {
     LogCallOuts();
     EXPECT_EQ(Logged([&] { Api().PDUGetStatus(1, 2, 3, &status_, &time_, &extra_); }),
@@ -313,7 +314,7 @@ TEST_F(StatusCall, TheClosingLineOfTheCallOutStandsBeforeTheStatus)
 class LastErrorCall : public RunningCallTest
 {
 protected:
-    /// The argument list of a call with handles 1 and 2 and these places.
+    /// The argument list of a call with handles 1 and 2 and these pointers.
     static std::string Arguments(const void* code, const void* hCoP, const void* time, const void* extra)
     {
         return "(hMod=0x00000001, hCLL=0x00000002, pErrorCode=" + PointerText(code) +
@@ -321,7 +322,7 @@ protected:
                ", pExtraErrorInfo=" + PointerText(extra) + ")";
     }
 
-    /// A call with handles 1 and 2 and these places, without decoded lines.
+    /// A call with handles 1 and 2 and these pointers, without decoded lines.
     LoggedCall Call(T_PDU_ERR_EVT* code, UNUM32* hCoP, UNUM32* time, UNUM32* extra)
     {
         return {.Name = "PDUGetLastError",
@@ -330,7 +331,7 @@ protected:
                 .Arguments = Arguments(code, hCoP, time, extra)};
     }
 
-    /// The result lines of a successful call with these places.
+    /// The result lines of a successful call with these pointers.
     std::string Lines(UNUM32* hCoP, UNUM32* time, UNUM32* extra)
     {
         const std::string entry = "{stamp} + PDUGetLastError" + Arguments(&code_, hCoP, time, extra) + "\n";
@@ -352,7 +353,7 @@ protected:
                                "{stamp}    <--  pExtraErrorInfo\t= 20\n";
 };
 
-TEST_F(LastErrorCall, FourLinesShowWhatCameBack)
+TEST_F(LastErrorCall, TheReturnedErrorIsFourLines)
 {
     Fake().Answer = [](const FakeCall& call) {
         At<T_PDU_ERR_EVT>(call.Arguments[2]) = PDU_ERR_TLS_CIPHER_NOT_SUPPORTED;
@@ -372,14 +373,14 @@ TEST_F(LastErrorCall, FourLinesShowWhatCameBack)
     EXPECT_EQ(extra_, 4294967295u);
 }
 
-TEST_F(LastErrorCall, TheLinesStandBehindTheResultGate)
+TEST_F(LastErrorCall, TheLinesAreDecodedAsResults)
 {
     LoggedCall call = Call(&code_, &hCoP_, &time_, &extra_);
     call.After = ResultLines(lines_);
     ExpectAtAllLevels({call});
 }
 
-TEST_F(LastErrorCall, EachNullPlaceIsReportedInItsTurn)
+TEST_F(LastErrorCall, EachNullOutputPointerIsReportedInItsLine)
 {
     const std::string code = "{stamp}    <--  pErrorCode= PDU_ERR_CLL_NOT_CONNECTED (0x0040)\n";
     EXPECT_EQ(Lines(nullptr, &time_, &extra_), code + "{stamp}    <--  phCoP was NULL\n"
@@ -412,7 +413,7 @@ TEST_F(LastErrorCall, AFailureWithNullPointersShowsNoLineOfItsOwn)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(LastErrorCall, ANullPlaceForTheErrorIsNotReadBehindAShutResultGate)
+TEST_F(LastErrorCall, ANullErrorPointerIsNotReadWithoutDecodedResults)
 {
     Reconfigure(Levels{.Calls = 1});
     EXPECT_EQ(Logged([&] { Api().PDUGetLastError(1, 2, nullptr, nullptr, nullptr, nullptr); }),
@@ -426,7 +427,7 @@ TEST_F(LastErrorCall, ACodeWithoutANameIsUnknownAndShowsItsNumber)
         Lines(&hCoP_, &time_, &extra_).starts_with("{stamp}    <--  pErrorCode= <UNKNOWN> (0x0099)\n"));
 }
 
-TEST_F(LastErrorCall, TheNamesAreThoseOfResultsAndNotOfEventErrors)
+TEST_F(LastErrorCall, TheNamesAreThoseOfStatusesNotOfEventErrors)
 {
     code_ = PDU_ERR_EVT_RX_TIMEOUT;
     EXPECT_TRUE(
@@ -457,7 +458,7 @@ TEST_F(LastErrorCall, UndefinedHandlesAreNamedAndForwarded)
                {0xFFFFFFFF, 0xFFFFFFFF, Raw(&code_), Raw(&hCoP_), Raw(&time_), Raw(&extra_)});
 }
 
-TEST_F(LastErrorCall, TheClosingLineOfTheCallOutStandsBeforeTheError)
+TEST_F(LastErrorCall, TheClosingLineOfTheCallOutComesBeforeTheError)
 {
     LogCallOuts();
     EXPECT_EQ(Logged([&] { Api().PDUGetLastError(1, 2, &code_, &hCoP_, &time_, &extra_); }),
@@ -468,7 +469,7 @@ TEST_F(LastErrorCall, TheClosingLineOfTheCallOutStandsBeforeTheError)
 class TimestampCall : public RunningCallTest
 {
 protected:
-    /// A call with handle 1 that shows the time as it is.
+    /// A call with handle 1 that leaves `time_` unchanged.
     LoggedCall Call()
     {
         return {.Name = "PDUGetTimestamp",
@@ -482,7 +483,7 @@ protected:
     const std::string arguments_ = "(hMod=0x00000001, pTimestamp=" + PointerText(&time_) + ")";
 };
 
-TEST_F(TimestampCall, TheTimeThatCameBackIsShown)
+TEST_F(TimestampCall, TheReturnedTimeIsShown)
 {
     Fake().Answer = [](const FakeCall& call) {
         At<UNUM32>(call.Arguments[1]) = 4294967295u;
@@ -496,12 +497,12 @@ TEST_F(TimestampCall, TheTimeThatCameBackIsShown)
     EXPECT_EQ(time_, 4294967295u);
 }
 
-TEST_F(TimestampCall, TheTimeStandsBehindTheResultGate)
+TEST_F(TimestampCall, TheTimeIsDecodedAsAResult)
 {
     ExpectAtAllLevels({Call()});
 }
 
-TEST_F(TimestampCall, AFailureShowsWhatThePlaceHeldBefore)
+TEST_F(TimestampCall, AFailureShowsTheFormerValue)
 {
     LoggedCall call = Call();
     call.Status = PDU_ERR_INVALID_HANDLE;
@@ -509,7 +510,7 @@ TEST_F(TimestampCall, AFailureShowsWhatThePlaceHeldBefore)
     ExpectAtAllLevels({call});
 }
 
-TEST_F(TimestampCall, ANullPlaceIsReportedWhateverTheResult)
+TEST_F(TimestampCall, ANullOutputPointerIsReportedWhateverTheResult)
 {
     const LoggedCall success = {.Name = "PDUGetTimestamp",
                                 .Call = [&] { return Api().PDUGetTimestamp(0xFFFFFFFF, nullptr); },
@@ -533,7 +534,7 @@ TEST_F(TimestampCall, LogCallOutsShowsASingleClosingLine)
                   "{stamp} - PDUGetTimestamp<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
-/// With shut gates the target alone decides whether a pointer is followed.
+/// Without decoding, the logger must not follow the pointers of a call.
 class VersionAndStatusPointers : public RunningCallTest
 {
 protected:
@@ -555,7 +556,7 @@ TEST_F(VersionAndStatusPointers, AreNotFollowedWithLoggingOff)
     ExpectNoneFollowed();
 }
 
-TEST_F(VersionAndStatusPointers, AreNotFollowedBehindAShutResultGate)
+TEST_F(VersionAndStatusPointers, AreNotFollowedWithoutDecodedResults)
 {
     Reconfigure(Levels{.Results = 0});
     ExpectNoneFollowed();

@@ -30,7 +30,7 @@ class CallSequences : public ::testing::TestWithParam<unsigned>
 {
 };
 
-TEST_P(CallSequences, KeepWhatTheLoggerPromises)
+TEST_P(CallSequences, AgreeWithTheModelOfTheLogger)
 {
     const unsigned seed = FromEnvironment("MARVANE_SEQUENCE_SEED", 0) + GetParam();
     RecordProperty("seed", static_cast<int>(seed));

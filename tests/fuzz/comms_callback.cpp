@@ -1,4 +1,4 @@
-// The comms reports of a target library, with parameters of every type.
+// Communication reports of a target library, with parameters of every type.
 #include <filesystem>
 
 #include "logger/call/comms_log.h"
@@ -15,17 +15,17 @@ LogParameter Parameter(RecordSource& source)
     const CHAR8* const label = source.Text();
     const CHAR8* const name = label ? label : source.New('\0');
     switch (source.Below(4)) {
-    case 0: // A name of 20 characters at most, or the whole place without an end.
+    case 0: // A name of at most 20 characters, or a full array without a NUL.
         return {0x1000, 0, reinterpret_cast<CHAR8*>(source.Bytes(21)), source.Bytes(4)};
     case 1: {
         const UNUM32 size = source.Below(64);
         return {0x1002, 0, name,
                 source.New(LogParameterBytes{size, source.Coin() ? source.Bytes(size) : nullptr})};
     }
-    case 2: // Longer than the buffer, and of a wild length.
+    case 2: // Longer than the buffer, or of any length.
         return {0x1002, 0, name,
                 source.New(LogParameterBytes{2400 + source.Take<UNUM32>() / 2, source.Bytes(2400)})};
-    default: // Nothing of an unknown type is read.
+    default: // The value of an unknown type is not read.
         return {source.Take<UNUM32>() | 1, 0, nullptr, nullptr};
     }
 }
@@ -53,7 +53,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 
     const std::string written = FileText(path);
     Require(written.empty() == !LoggingActive() && written.size() < LogBuffer::Size, "one block is written");
-    // Names of fixed size may hold line breaks.
+    // Names of fixed size may contain line breaks.
     if (std::string_view(reinterpret_cast<const char*>(data), size).find('\n') == std::string_view::npos)
         Require(FirstOddLine(written).empty(), "each line has its stamp", FirstOddLine(written));
     return 0;

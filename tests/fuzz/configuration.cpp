@@ -1,4 +1,4 @@
-// The configuration reader on whole files: nothing comes out that did not stand in one line of the file.
+// The configuration reader on whole files: every value that it returns occurs in a line of the file.
 #include <algorithm>
 
 #include "logger/state/CConfigData.h"
@@ -9,7 +9,7 @@ using namespace marvane::testing;
 
 namespace {
 
-/// Keeps the records of the diagnostic log away; each change of levels brings its init log back.
+/// Discards the records of the diagnostic log; each change of levels creates its init log again.
 void DiscardRecords()
 {
     static std::FILE* const sink = std::fopen((FuzzFolder() / "sink").c_str(), "w");
@@ -43,7 +43,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
         RequireFromOneLine(bytes, text);
         std::string value = "?";
         Require(config.GetStringValue(key, value) == 0, "a key that was read is found", key);
-        // What other characters become is up to the system and its encoding.
+        // Other characters are converted by the encoding of the system.
         const bool isPlain =
             std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~' && c != '%'; });
         Require(!isPlain || value == text, "a text without references stays", text);

@@ -1,4 +1,4 @@
-// Every decoder but DecodeItem and DumpBuffer, at the levels at which its callers use it.
+// Every decoder except DecodeItem and DumpBuffer, at the levels at which its callers use it.
 #include "tests/fuzz/fuzz_target.h"
 
 using namespace marvane;
@@ -47,7 +47,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     RecordSource source(data, size);
     const FuzzedFrame frame(source);
     DecodeOne(frame.Frame(), source);
-    // The buffer may hold what several decoders have to say.
+    // Several decoders may write into one buffer.
     const PDU_EVENT_ITEM event = source.EventItem();
     DecodeEventItem(frame.Frame(), event.ItemType, event.pData);
     frame.Check();

@@ -1,4 +1,4 @@
-// DumpBuffer against a listing that is put together by other means.
+// DumpBuffer compared with a slower listing.
 #include <algorithm>
 #include <array>
 

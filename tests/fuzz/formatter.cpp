@@ -1,5 +1,5 @@
-// The formatter against the C library's snprintf: directives and arguments that come from the bytes. And the
-// statements that are written where they stand against the formatter.
+// The formatter compared with the C library's snprintf, with conversions and arguments chosen by the bytes;
+// and the fast path for literal formats compared with the formatter.
 #include <algorithm>
 #include <cinttypes>
 #include <vector>
@@ -13,7 +13,7 @@ using namespace marvane::testing;
 
 namespace {
 
-/// A directive for the formatter, and what snprintf makes of the same.
+/// A conversion for the formatter, and the output of snprintf for the same one.
 struct Piece
 {
     std::string Directive;
@@ -24,7 +24,7 @@ struct Piece
 template <class... Values> std::string Printed(const std::string& format, Values... values)
 {
     char text[2000];
-    // The length counts, since a character may be NUL.
+    // The length is needed, since a character may be NUL.
     return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, format.c_str(), values...))};
 }
 
@@ -120,7 +120,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
         expected += literal + piece.Expected;
         arguments.push_back(piece.Argument);
     }
-    // Exactly the room of a cut text, so that a byte too many is seen.
+    // Exactly the size of the cut text, so that a sanitizer detects a byte too many.
     const std::size_t room = source.Coin() ? source.Take<UNUM16>() % (expected.size() + 1) : expected.size();
     auto* const out = reinterpret_cast<char*>(source.Bytes(room));
     const char* const end = FormatAtRunTime(out, out + room, format, arguments.data());

@@ -1,5 +1,4 @@
-// What the fuzz targets share. A target is one function over bytes; it ends the process when something is
-// wrong.
+// Shared by the fuzz targets. A target is a function of bytes that aborts the process on a fault.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +24,7 @@ inline void Require(bool holds, const char* what, std::string_view found = "")
     std::abort();
 }
 
-/// A folder for the whole run that stands for the user's folders. Lies in memory if TMPDIR does.
+/// A folder in place of the user's folders for the whole run, below TMPDIR.
 inline const TemporaryFolder& FuzzFolder()
 {
     static const TemporaryFolder folder;
@@ -35,7 +34,7 @@ inline const TemporaryFolder& FuzzFolder()
     return folder;
 }
 
-/// A decoder's frame with levels, settings, names and a fill of the buffer that come from the bytes.
+/// The context of a decoder: levels, settings, learned names and buffer contents are chosen by the bytes.
 class FuzzedFrame
 {
 public:
@@ -53,7 +52,7 @@ public:
     }
     const DecoderFrame& Frame() const { return frame_; }
 
-    /// What holds behind every decoder.
+    /// Conditions that hold after every decoder.
     void Check() const
     {
         Require(buffer_.Text().size() < LogBuffer::Size, "the text fits the buffer");

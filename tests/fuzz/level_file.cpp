@@ -1,4 +1,4 @@
-// The level file, whatever it holds: which records are wanted, and what becomes of the file.
+// The level file with any contents: which records are enabled, and how the file is changed.
 #include "logger/diagnostics/CLog.h"
 #include "tests/fuzz/fuzz_target.h"
 
@@ -13,7 +13,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     WriteFileBytes(folder / "DEBUG.CFG", bytes);
     Require(CLog::EnsureLevelTable(), "there is a level table");
 
-    // Whole entries that are missing are appended, behind an odd end too.
+    // Missing entries are appended, even after an incomplete one.
     constexpr std::int32_t warn = 1;
     for (std::size_t entries = size / sizeof warn; entries < SubsystemCount; ++entries)
         bytes.append(reinterpret_cast<const char*>(&warn), sizeof warn);

@@ -86,7 +86,7 @@ std::vector<LogFollower::NewText> LogFollower::NewTexts()
 std::vector<LogLine> LogFollower::NewLines()
 {
     std::vector<NewText> texts = NewTexts();
-    // The text that begins a file is the later one.
+    // Of two files, the one with a header is the later one.
     if (texts.size() > 2)
         Lost = true;
     else if (texts.size() == 2) {
@@ -108,7 +108,7 @@ std::string LogFollower::BytesFrom(const std::string& name, std::uintmax_t begin
     std::ifstream file(folder_ / name, std::ios::binary);
     file.seekg(static_cast<std::streamoff>(begin));
     std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    // What lies in a stream's buffer may leave a part of a line on the disc.
+    // The rest of the last line may still be in the logger's buffer.
     bytes.erase(bytes.rfind('\n') + 1);
     return bytes;
 }

@@ -9,13 +9,13 @@
 
 namespace marvane::testing {
 
-/// One line as it lies in its file.
+/// One line of a log file.
 struct LogLine
 {
     std::string File;
     std::uintmax_t End;  ///< offset of the next line's first byte
     std::string Thread;  ///< the stamp's thread id; empty for a line without a stamp
-    std::string Content; ///< behind the stamp
+    std::string Content; ///< after the stamp
 };
 
 class LogFollower
@@ -24,17 +24,17 @@ public:
     explicit LogFollower(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
     /// The lines since the last call, in the order in which they were written. Expects that every line has
-    /// its stamp. If the order can't be told, or the file that was written last is gone, `Lost` becomes true.
+    /// its stamp. If the order can't be determined, or the last file written is gone, `Lost` becomes true.
     std::vector<LogLine> NewLines();
     bool Lost = false;
 
-    /// Takes all that is there for known.
+    /// Skips everything written so far.
     void SkipAll();
 
-    /// Puts a file into the folder that is no news.
+    /// Creates a file in the folder whose lines do not count as new.
     void Plant(const std::string& name);
 
-    /// Names of the files of the family, without folders of such names.
+    /// Names of the API log files, without folders that have such names.
     std::set<std::string> Names() const;
 
 private:

@@ -24,13 +24,13 @@ bool Fits(char character, char form)
 bool MayStandBehind(std::string_view line, std::string_view former)
 {
     constexpr std::string_view marker = marks::BufferFull.substr(0, marks::BufferFull.size() - 1);
-    // The reserve may be reached between two lines.
+    // The buffer may be full exactly at the end of a line.
     if (line == marker)
         return true;
     if (!IsStamped(former))
         return false;
     const std::string_view text = former.substr(StampForm.size());
-    // The deepest indent of a ComParam has a line break of its own.
+    // The deepest indent of a ComParam contains a line break.
     if (text == marker)
         return true;
     if (text.starts_with("+ PDUStartComPrimitive("))

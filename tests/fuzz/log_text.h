@@ -1,4 +1,4 @@
-// What every text of the log must look like, whatever went into it.
+// The form that every text of the log must have, whatever was logged.
 #pragma once
 
 #include <string_view>
@@ -8,9 +8,9 @@ namespace marvane::testing {
 /// True for a line that begins with "{hh:mm:ss.mmm - TTTTTTTT} ".
 bool IsStamped(std::string_view line);
 
-/// The first line of a text that neither begins with a stamp nor is known to stand behind the line before it;
-/// empty if there is none. `former` is the line before the text. Texts of the other side must have no line
-/// breaks.
+/// The first line of a text that neither begins with a stamp nor is a known continuation of the line before
+/// it; empty if there is none. `former` is the line before the text. Strings of the application and the
+/// target must not contain line breaks.
 std::string_view FirstOddLine(std::string_view text, std::string_view former = {});
 
 } // namespace marvane::testing

@@ -6,8 +6,8 @@ namespace marvane::testing {
 
 namespace {
 
-// A decoder stops at the full log buffer, whatever the count says, and each entry is a line at least. So
-// lists of these sizes are long enough for any count.
+// A decoder stops when the log buffer is full, and each entry takes at least one line. So lists of these
+// sizes are long enough for any count.
 constexpr UNUM32 EntriesOfAnyCount = 600;
 constexpr UNUM32 BytesOfAnyCount = 2400;
 
@@ -45,7 +45,7 @@ CHAR8* RecordSource::Text()
     const std::size_t length = kind == 1 ? Take<UNUM16>() % 20000 : Below(40);
     auto* const text = reinterpret_cast<CHAR8*>(Bytes(length + 1));
     std::replace(text, text + length, '\n', '.');
-    // Those on Windows take it for the end of a text file.
+    // On Windows 0x1A ends a text file.
     std::replace(text, text + length, '\x1A', '.');
     std::replace(text, text + length, '\r', '.');
     text[length] = 0;
@@ -59,7 +59,7 @@ UNUM8* RecordSource::Bytes(std::size_t size)
     if (present != 0)
         std::memcpy(bytes, next_, present);
     next_ += present;
-    // A long block repeats itself in place of zeros.
+    // A long block repeats its bytes.
     for (std::size_t i = present; i < size; ++i)
         bytes[i] = present == 0 ? 0 : bytes[i - present];
     return bytes;
@@ -80,7 +80,7 @@ template <class Entry, class Make> Entry* RecordSource::List(UNUM32& count, Make
         return nullptr;
     const UNUM32 present = std::min(count, EntriesOfAnyCount);
     auto* const list = static_cast<Entry*>(NewMemory(present * sizeof(Entry)));
-    // Few entries that differ, the rest repeats them.
+    // A few different entries, repeated.
     constexpr UNUM32 most = 4;
     for (UNUM32 i = 0; i < present; ++i)
         list[i] = i < most ? make() : list[i % most];
@@ -362,7 +362,7 @@ void* RecordSource::ItemData(T_PDU_IT itemType)
     case PDU_IT_STATUS:
     case PDU_IT_ERROR:
     case PDU_IT_INFO: {
-        // The type of the event inside is its own.
+        // The event item inside has a type of its own.
         return New(EventItem());
     }
     case PDU_IT_RSC_ID:
@@ -378,14 +378,14 @@ void* RecordSource::ItemData(T_PDU_IT itemType)
     case PDU_IT_IO_ENTITY_STATUS:
         return Bytes(sizeof(PDU_IO_ENTITY_STATUS_DATA));
     default:
-        // Two numbers for the types that hold them; for an unknown type nothing that could be read.
+        // Known types hold up to two numbers; the data of an unknown type must not be read.
         return Bytes(NameOf(ItemTypeNames, itemType, "").empty() ? 0 : 2 * sizeof(UNUM32));
     }
 }
 
 PDU_DATA_ITEM RecordSource::DataItem()
 {
-    // The table of names lacks this one.
+    // This type is not in the table of names.
     const T_PDU_IT type = Below(16) == 0 ? PDU_IT_IO_VEHICLE_ID_REQUEST_EX : Code(ItemTypeNames);
     return {type, Below(16) == 0 ? nullptr : ItemData(type)};
 }

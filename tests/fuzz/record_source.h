@@ -1,5 +1,5 @@
-// Turns bytes into numbers, texts and records of the API, for fuzz targets and random sequences of calls.
-// Each block of memory has exactly its size, so that a sanitizer sees the first byte that is read behind it.
+// Turns bytes into numbers, strings and records of the API, for fuzz targets and random sequences of calls.
+// Each block of memory has exactly its size, so that a sanitizer detects the first byte read past its end.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 
 namespace marvane::testing {
 
-/// Owns what it makes. The same bytes give the same records; bytes that have run out are zeros.
+/// Owns the records. The same bytes give the same records; after the last byte all bytes are 0.
 class RecordSource
 {
 public:
@@ -36,16 +36,16 @@ public:
     /// A number below a limit of at most 256.
     UNUM32 Below(UNUM32 limit) { return Take<UNUM8>() % limit; }
     bool Coin() { return Below(2) != 0; }
-    /// Small, or anything.
+    /// Small, or any number.
     UNUM32 Number() { return Coin() ? Below(8) : Take<UNUM32>(); }
-    /// Small, undefined, or anything.
+    /// Small, undefined, or any number.
     UNUM32 Handle() { return Below(4) == 0 ? PDU_HANDLE_UNDEF : Number(); }
-    /// One of a table's codes, or anything.
+    /// One of a table's codes, or any number.
     UNUM32 Code(NameTable table);
 
-    /// Null, or text without line breaks.
+    /// Null, or a string without line breaks.
     CHAR8* Text();
-    /// `size` bytes in memory of their own.
+    /// A block of `size` bytes.
     UNUM8* Bytes(std::size_t size);
 
     template <class Record> Record* New(const Record& record)
@@ -75,10 +75,10 @@ public:
     PDU_EVENT_ITEM EventItem();
     PDU_DATA_ITEM DataItem();
     PDU_VERSION_DATA Version();
-    /// What an event item of this type points at, or null.
+    /// The data of an event item of this type, or null.
     void* EventData(T_PDU_IT itemType);
 
-    /// What lies in all the memory that was made.
+    /// The contents of all blocks so far.
     std::string Contents() const;
 
 private:

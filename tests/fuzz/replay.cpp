@@ -1,4 +1,4 @@
-// Runs a fuzz target over the files of folders, where there is no fuzzer: the corpus as an ordinary test.
+// Runs a fuzz target on all files of the given folders, without a fuzzer: its corpus as an ordinary test.
 #include <algorithm>
 #include <cstdio>
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Number of files that were run.
+/// Returns the number of files.
 int Replay(const std::filesystem::path& folder)
 {
     std::vector<std::filesystem::path> files;
@@ -15,7 +15,7 @@ int Replay(const std::filesystem::path& folder)
     std::sort(files.begin(), files.end());
     for (const std::filesystem::path& file : files) {
         const std::string bytes = marvane::testing::FileBytes(file);
-        // Memory of exactly this size, as the fuzzer gives it.
+        // Memory of exactly this size, as the fuzzer allocates it.
         const std::vector<std::uint8_t> data(bytes.begin(), bytes.end());
         std::printf("%s\n", file.string().c_str());
         std::fflush(stdout);
@@ -32,6 +32,6 @@ int main(int count, char** arguments)
     for (int i = 1; i < count; ++i)
         files += Replay(arguments[i]);
     std::printf("%d files\n", files);
-    // A corpus that is not there proves nothing.
+    // A missing corpus is an error.
     return files > 0 ? 0 : 1;
 }

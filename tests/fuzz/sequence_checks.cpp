@@ -79,7 +79,7 @@ void SequenceChecks::Doubt()
 
 void SequenceChecks::CheckLines(const LoggerModel& model)
 {
-    // A file may have been made anew under its name; its lines are looked at when all is over.
+    // A file may have been created again under its name. Its lines are checked at the end of the sequence.
     if (doubt_) {
         ++counts_.DoubtfulSteps;
         return follower_.SkipAll();
@@ -93,7 +93,7 @@ void SequenceChecks::CheckLines(const LoggerModel& model)
         return follower_.SkipAll();
     }
     GatherMarks(lines);
-    // What lies in the stream is seen later.
+    // Buffered lines are checked when they reach the file.
     if (isOnDisk || !model.FileIsOpen())
         CheckMarks();
     const auto changes =
@@ -101,7 +101,7 @@ void SequenceChecks::CheckLines(const LoggerModel& model)
             return line.Content.ends_with(" - Continuation file");
         }));
     opened_ += changes;
-    // Which limits were in force when a file was opened is known only if one start at most came, ahead of it.
+    // The limits at the opening of a file are known only if there was at most one start, and before it.
     const bool limitsAreKnown = starts_ == 0 || (starts_ == 1 && changes == 0);
     if (!isOnDisk || !limitsAreKnown)
         opened_ = 0;
@@ -166,7 +166,7 @@ void SequenceChecks::CheckChanges(const std::vector<LogLine>& lines, const Logge
             EXPECT_TRUE(lines[i + 2].Content.starts_with("########## D-PDU API LOGGER VERSION: "))
                 << lines[i + 2].Content;
         } else if (!isLast) {
-            EXPECT_EQ(lines[i].File, lines[i + 1].File) << "the file changed behind: " << text;
+            EXPECT_EQ(lines[i].File, lines[i + 1].File) << "the file changed after: " << text;
         }
         if (!text.starts_with("- PDU") || text == "- PDUCallbackTrap")
             continue;
@@ -174,7 +174,7 @@ void SequenceChecks::CheckChanges(const std::vector<LogLine>& lines, const Logge
         const bool changes = (model.BeginsFileAtDisconnect() && name == "PDUModuleDisconnect") ||
                              (limit != 0 && lines[i].End > limit);
         EXPECT_EQ(next == "# " + name + " - Changing log file", changes)
-            << text << " ends at " << lines[i].End << " of " << limit << ", behind it: " << next;
+            << text << " ends at " << lines[i].End << " of " << limit << ", after it: " << next;
     }
 }
 
@@ -190,9 +190,9 @@ void SequenceChecks::CheckFiles(const LoggerModel& model)
     std::vector<std::string> added;
     std::set_difference(after.begin(), after.end(), kept.begin(), kept.end(), std::back_inserter(added));
     EXPECT_TRUE(std::includes(after.begin(), after.end(), kept.begin(), kept.end()))
-        << "a file too many was erased";
+        << "too many files were erased";
     EXPECT_LE(added.size(), model.Value("LogFileMaxNum") == 0 && !kept.empty() ? 0u : 1u)
-        << "surplus files stayed";
+        << "surplus files were not erased";
 }
 
 } // namespace marvane::testing

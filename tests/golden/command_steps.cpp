@@ -50,7 +50,7 @@ void UseCommands(Stage& stage)
     Fetch<PDU_IO_ENTITY_ADDRESS_DATA>(stage, 509, PDU_IT_IO_ENTITY_ADDRESS, "entity address", {0x1010, 2000});
     Fetch<PDU_IO_ENTITY_STATUS_DATA>(stage, 510, PDU_IT_IO_ENTITY_STATUS, "entity status", {0, 8, 1, 4095});
     Fetch<PDU_IO_ENTITY_STATUS_DATA>(stage, 510, PDU_IT_IO_ENTITY_STATUS, "node status", {1, 4, 0, 64});
-    // The command needs neither.
+    // The command has neither input nor output.
     stage.script.On("PDUIoCtl", nullptr);
     stage.api.PDUIoCtl(1, 2, 505, nullptr, nullptr);
 }

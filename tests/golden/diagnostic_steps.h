@@ -20,12 +20,12 @@ void OpenLink(Stage& stage);
 void UseComParams(Stage& stage);
 void UseResponseTable(Stage& stage);
 
-/// ComPrimitives, and the events that come of them.
+/// ComPrimitives, and the events that they cause.
 void Talk(Stage& stage);
 
-/// PDUIoCtl with what modules and links offer.
+/// PDUIoCtl with the commands of modules and links.
 void UseCommands(Stage& stage);
-/// PDUIoCtl with the other kinds of item that it may carry.
+/// PDUIoCtl with the other kinds of items.
 void UseItemsOfOtherKinds(Stage& stage);
 
 } // namespace marvane::testing

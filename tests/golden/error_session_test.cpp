@@ -10,7 +10,7 @@ namespace {
 
 using ::testing::Each;
 
-/// Every call is refused by the logger library itself, PDUDestruct too.
+/// Every call is refused by the logger library itself, including PDUDestruct.
 void ExpectAllRefused(Stage& stage)
 {
     EXPECT_THAT(CallAllWithNulls(stage.api), Each(PDU_ERR_PDUAPI_NOT_CONSTRUCTED));
@@ -18,7 +18,7 @@ void ExpectAllRefused(Stage& stage)
     EXPECT_EQ(stage.session.Fake().TakeNames(), "");
 }
 
-/// A start that comes to no log file, and one that comes to no target library.
+/// A start without a log file, and one without a target library.
 void FailToStart(Stage& stage)
 {
     stage.session.Configure({{"LogFileDir", "-"}});

@@ -7,15 +7,15 @@
 
 namespace marvane::testing {
 
-/// All calls but PDUConstruct and PDUDestruct with null for every pointer; `code` is where a state or an
-/// error goes, which a target that succeeds must be able to write. Returns their statuses.
+/// Makes all calls except PDUConstruct and PDUDestruct with null for every pointer. Only the output of a
+/// state or an error code is `code`, which must not be null when the call succeeds. Returns their statuses.
 std::vector<T_PDU_ERROR> CallAllWithNulls(const CPduDll& api, UNUM32* code = nullptr);
 
-/// Good pointers behind which the target leaves null, or with a failure whatever was there.
+/// Valid output pointers through which the target returns null, or nothing at all on a failure.
 void GetNothing(Stage& stage);
 void FailWithValues(Stage& stage);
 
-/// Numbers that no name is known for.
+/// Numbers without a name.
 void UseUnknownValues(Stage& stage);
 void UseUnknownParameters(Stage& stage);
 /// Counts above 0 with null arrays, arrays with a count of 0, and items of the wrong type.

@@ -40,7 +40,7 @@ std::string InBrackets(const std::string& name)
     return std::string("<").append(name).append(">");
 }
 
-/// Each well-formed stamp with the word for the time and a small number for the thread.
+/// Replaces each well-formed stamp by one with the word "time" and a small number for the thread.
 std::string WithPlainStamps(const std::string& text)
 {
     static const std::regex stamp(R"(^\{[0-2]\d:[0-5]\d:[0-5]\d\.\d{3} - ([0-9A-F]{8})\} )");
@@ -68,7 +68,7 @@ std::vector<std::string> Lines(const std::string& text)
     return lines;
 }
 
-/// The first line in which two different texts differ, as both have it.
+/// The first line in which two texts differ, from both of them.
 std::string FirstDifference(const std::string& golden, const std::string& actual)
 {
     const std::vector<std::string> expected = Lines(golden), seen = Lines(actual);

@@ -17,15 +17,15 @@ namespace marvane::testing {
 /// - each named address is its name in angle brackets, and a null pointer is <null>;
 /// - the folders of the libraries and of the logs, the name of the target library and the version of the
 ///   logger library are words in angle brackets.
-/// Anything else that varies has to fail the comparison.
+/// Any other difference must fail the comparison.
 class GoldenLog
 {
 public:
     explicit GoldenLog(Session& session);
 
-    /// Names the address of what stays where it is to the end of the test.
+    /// Names an address that is valid until the end of the test.
     void Name(const void* address, const std::string& name);
-    /// A value with a named address that stays to the end of the test.
+    /// Stores a value under a named address until the end of the test.
     template <class Value> Value& Keep(const std::string& name, Value value)
     {
         const auto kept = std::make_shared<Value>(std::move(value));
@@ -33,7 +33,7 @@ public:
         Name(kept.get(), name);
         return *kept;
     }
-    /// A text that stays to the end of the test.
+    /// Stores a string until the end of the test.
     CHAR8* KeepText(const std::string& text)
     {
         const auto kept = std::make_shared<std::string>(text);
@@ -58,24 +58,24 @@ private:
     std::vector<std::pair<std::string, std::string>> words_;
 };
 
-/// The fake target's answers by function; what has none returns 0.
+/// The fake target's answers by function; functions without one return 0.
 class Script
 {
 public:
     using Answer = std::function<T_PDU_ERROR(const FakeCall&)>;
 
     explicit Script(Session& session) { Begin(session); }
-    /// Takes the answering over again, after a test has answered by itself.
+    /// Becomes the answer of the fake target again, after a test has set another one.
     void Begin(Session& session);
 
-    /// Answers a function from now on; with none, by 0.
+    /// Sets the answer of a function from now on; null for status 0.
     void On(const std::string& function, Answer answer) { answers_[function] = std::move(answer); }
-    /// Answers with a status.
+    /// Returns a status.
     void Fail(const std::string& function, T_PDU_ERROR status)
     {
         On(function, [status](const FakeCall&) { return status; });
     }
-    /// Writes a value through a pointer among the arguments and answers 0.
+    /// Writes a value through a pointer argument and returns 0.
     template <class Value> void Give(const std::string& function, std::size_t argument, Value value)
     {
         On(function, [argument, value](const FakeCall& call) {
@@ -88,18 +88,18 @@ public:
         *reinterpret_cast<Value*>(static_cast<std::uintptr_t>(call.Arguments[argument])) = value;
     }
 
-    /// Signals an event, as soon as a callback is registered with the target.
+    /// Signals an event. A callback must be registered with the target.
     void Signal(UNUM32 hMod, UNUM32 hCLL, void* linkTag, void* apiTag) const
     {
         trap_(PDU_EVT_DATA_AVAILABLE, hMod, hCLL, linkTag, apiTag);
     }
-    /// Reports comms traffic, between PDUConstruct and PDUDestruct.
+    /// Reports communication. Only between PDUConstruct and PDUDestruct.
     void Report(const char* text, UNUM8 direction, UNUM32 protocol,
                 const std::vector<LogParameter>& values) const
     {
         report_(text, direction, protocol, static_cast<UNUM32>(values.size()), values.data());
     }
-    /// True while the target holds a comms callback.
+    /// True while the target has a comms callback.
     bool CanReport() const { return report_ != nullptr; }
 
 private:

@@ -72,7 +72,7 @@ void FailWithValues(Stage& stage)
     auto& output = stage.log.Keep("old output", &item);
     stage.script.Fail("PDUIoCtl", PDU_ERR_FCT_FAILED);
     stage.api.PDUIoCtl(1, 2, 4321, nullptr, &output);
-    // The failed look-up of the name has taught nothing; a status of no name shows its number.
+    // The failed look-up has added no name; a status without a name shows its number.
     stage.script.Fail("PDULockResource", 0x12345);
     stage.api.PDULockResource(PDU_HANDLE_UNDEF, 0, 0xFFFFFFFF);
 }

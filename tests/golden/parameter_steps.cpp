@@ -6,7 +6,7 @@ namespace marvane::testing {
 
 namespace {
 
-/// Reads a ComParam of a value, and sets it to the same.
+/// Gets a ComParam with a value, and sets it to the same value.
 template <class Value>
 void Use(Stage& stage, UNUM32 id, T_PDU_PT type, T_PDU_PC parameterClass, const std::string& name,
          Value& value)

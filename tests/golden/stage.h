@@ -1,5 +1,4 @@
-// What the steps of a golden session share: the session, its script, its golden log, and the calls that carry
-// an item.
+// Shared by the steps of a golden session: the session, its script, its golden log, and calls with items.
 #pragma once
 
 #include "tests/golden/golden_log.h"
@@ -16,7 +15,7 @@ struct Stage
     const CPduDll& api = session.Api();
 };
 
-/// A command to link 2 with an input of that type and no output.
+/// A command to link 2 with an input item of this type and no output.
 template <class Record>
 void Send(Stage& stage, UNUM32 command, T_PDU_IT type, const std::string& name, Record record)
 {
@@ -26,7 +25,7 @@ void Send(Stage& stage, UNUM32 command, T_PDU_IT type, const std::string& name, 
     stage.api.PDUIoCtl(1, 2, command, &item, nullptr);
 }
 
-/// A command to the module with an output of that type and no input.
+/// A command to the module with an output item of this type and no input.
 template <class Record>
 void Fetch(Stage& stage, UNUM32 command, T_PDU_IT type, const std::string& name, Record record)
 {
@@ -38,7 +37,7 @@ void Fetch(Stage& stage, UNUM32 command, T_PDU_IT type, const std::string& name,
     stage.api.PDUDestroyItem(fetched);
 }
 
-/// An event of link 2, fetched and given back.
+/// Gets an event item of link 2 and destroys it.
 inline void Take(Stage& stage, const std::string& name, const PDU_EVENT_ITEM& event)
 {
     auto& item = stage.log.Keep(name, event);

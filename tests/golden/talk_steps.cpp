@@ -29,7 +29,7 @@ void StartCommunication(Stage& stage, const Caller& caller)
                                    &caller.Handle);
 }
 
-/// Forty bytes are sent, so that the listing is cut at its limit of 32.
+/// Sends 40 bytes, so that the dump is cut at its limit of 32.
 void SendRequest(Stage& stage, const Caller& caller)
 {
     auto& request = stage.log.Keep<std::array<UNUM8, 40>>("request", {});
@@ -94,7 +94,7 @@ void Talk(Stage& stage)
     Caller caller(stage);
     StartCommunication(stage, caller);
     SendRequest(stage, caller);
-    // The interface signals from a thread of its own.
+    // The interface signals events on its own thread.
     std::thread([&] { stage.script.Signal(1, 2, &caller.Tag, nullptr); }).join();
     TakeEvents(stage, caller);
     stage.api.PDUCancelComPrimitive(1, 2, 9);

@@ -18,7 +18,7 @@ void OnLinkEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
 constexpr CHAR8 AddressName[21] = "Address";
 constexpr UNUM32 Number = 0x1000, Bytes = 0x1002, Unhandled = 0x1001;
 
-/// A call-out in the midst of which the target reports and signals, on the thread of the call.
+/// A call during which the target reports communication and signals an event on the same thread.
 void Begin(Stage& stage)
 {
     stage.api.PDUConstruct(nullptr, nullptr);
@@ -31,7 +31,7 @@ void Begin(Stage& stage)
     stage.api.PDUModuleConnect(1);
 }
 
-/// Calls whose arguments and results would be decoded at the level above.
+/// Calls whose arguments and results would be decoded at the next level.
 void CallAll(Stage& stage)
 {
     UNUM32 number = 0;
@@ -45,14 +45,14 @@ void CallAll(Stage& stage)
     stage.api.PDURegisterEventCallback(1, 2, OnLinkEvent);
     PDU_COP_CTRL_DATA control = {1, 1, 1, 0, {1, &flagByte}, 0, nullptr};
     stage.api.PDUStartComPrimitive(1, 2, PDU_COPT_SENDRECV, 1, &flagByte, &control, nullptr, &number);
-    // An empty payload is reported from this level on.
+    // An empty payload is reported at this level too.
     stage.api.PDUStartComPrimitive(1, 2, PDU_COPT_SENDRECV, 0, &flagByte, &control, nullptr, &number);
     stage.script.Fail("PDUGetEventItem", PDU_ERR_EVENT_QUEUE_EMPTY);
     PDU_EVENT_ITEM* event = nullptr;
     stage.api.PDUGetEventItem(1, 2, &event);
 }
 
-/// The addresses of an output stand in the log at every level.
+/// The addresses of an output are logged at every level.
 void UseCommand(Stage& stage)
 {
     auto& voltage = stage.log.Keep<UNUM32>("voltage", 12640);
@@ -62,7 +62,7 @@ void UseCommand(Stage& stage)
     stage.api.PDUIoCtl(1, 2, 500, nullptr, &output);
 }
 
-/// Reports and signals from a thread of the interface.
+/// Reports communication and signals events on a thread of the interface.
 void ReportTraffic(Stage& stage)
 {
     const UNUM32 address = 0x0E80;
@@ -76,13 +76,13 @@ void ReportTraffic(Stage& stage)
         stage.script.Report("Diagnostic message", 0, 257, {{Bytes, 0, "Message", &none}});
         stage.script.Report("Alive check", 0, 258, {{Unhandled, 0, nullptr, nullptr}});
         stage.script.Signal(1, 2, nullptr, nullptr);
-        // No callback is registered for this module, nor a default one: no line comes of it.
+        // Neither this module nor the default has a callback: nothing is logged.
         stage.script.Signal(9, PDU_HANDLE_UNDEF, nullptr, nullptr);
     }).join();
 }
 
-/// Waits for the next second, which gives the next log file a name of its own. The clocks that a name may
-/// come from differ by some milliseconds.
+/// Waits for the next second, so that the next log file gets a new name. The clocks that a name may come from
+/// differ by some milliseconds.
 void WaitForANewName()
 {
     using namespace std::chrono;
@@ -90,7 +90,7 @@ void WaitForANewName()
     std::this_thread::sleep_until(floor<seconds>(system_clock::now() + margin) + seconds(1) + margin);
 }
 
-/// Outgrows the limit of 16,000 bytes by a report; the next call changes the file.
+/// Exceeds the limit of 16,000 bytes by a report; the next call changes the file.
 void OutgrowTheFile(Stage& stage)
 {
     std::array<UNUM8, 1536> payload;

@@ -11,7 +11,7 @@ void AskUnknownStates(Stage& stage)
     auto& number = stage.log.Keep("number", UNUM32());
     stage.script.Give<UNUM32>("PDUGetStatus", 3, 0x8064);
     stage.api.PDUGetStatus(1, 2, 3, &number, nullptr, nullptr);
-    // A code of an event is none of a call.
+    // The code of an event error is not the status of a call.
     stage.script.Give<UNUM32>("PDUGetLastError", 2, PDU_ERR_EVT_RX_TIMEOUT);
     stage.api.PDUGetLastError(1, 2, &number, nullptr, nullptr, nullptr);
     stage.script.Give<UNUM32>("PDUGetObjectId", 2, 9);

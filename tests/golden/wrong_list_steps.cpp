@@ -12,7 +12,7 @@ void SendControl(Stage& stage, const std::string& name, const PDU_COP_CTRL_DATA&
     stage.api.PDUStartComPrimitive(1, 2, PDU_COPT_SENDRECV, 0, nullptr, &control, nullptr, nullptr);
 }
 
-/// A response list that is null; one whose second of three entries has identifiers that are null.
+/// A null response list; a list of three whose second entry has null identifiers.
 void ExpectWrongResponses(Stage& stage)
 {
     SendControl(stage, "control without responses", {0, -2, -1, 0, {3, nullptr}, 3, nullptr});

@@ -1,4 +1,4 @@
-// Who includes whom: each folder only those that its row names.
+// Include rules: a folder may include only the folders that its row names.
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder and the folders it may include, itself apart. A folder without a row is an error.
+/// A folder and the other folders that it may include. A folder without a row is an error.
 const std::map<std::string, std::set<std::string>> MayInclude = {
     {"pdu", {}},
     {"platform", {}},
@@ -79,8 +79,8 @@ bool IsSource(const fs::path& file)
     return !isTest && (file.extension() == ".h" || file.extension() == ".cpp");
 }
 
-/// Every include of a quoted name below the folders of the table; unit tests, which may also use the test
-/// kit, are left out.
+/// All includes with quotes in the folders of the table, except in unit tests, which may use the test kit
+/// too.
 std::vector<Include> AllIncludes(const fs::path& root)
 {
     std::vector<Include> all;
@@ -103,7 +103,7 @@ TEST(Includes, GoOnlyToTheFoldersOfTheTable)
         EXPECT_TRUE(IsAllowed(include)) << include.Text();
 }
 
-TEST(Includes, AnArrowUpIsRefused)
+TEST(Includes, AnIncludeOfAHigherFolderIsRefused)
 {
     EXPECT_FALSE(IsAllowed({"text/format.h", "logger/log/log_buffer.h"}));
     EXPECT_FALSE(IsAllowed({"logger/log/rotation.h", "logger/call/call_frame.h"}));

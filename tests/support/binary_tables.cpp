@@ -29,7 +29,7 @@ private:
     std::string bytes_;
 };
 
-/// A PE file's offset of an address of the loaded image.
+/// The offset in a PE file of an address in the loaded image.
 std::size_t PeOffset(const File& file, std::uint32_t address)
 {
     const std::size_t header = file.At<std::uint32_t>(0x3C);
@@ -75,7 +75,7 @@ std::vector<std::string> ElfExports(const File& file)
         const auto names = file.At<std::uint64_t>(strings + 24);
         const auto symbols = file.At<std::uint64_t>(section + 24);
         for (std::size_t at = 0; at < file.At<std::uint64_t>(section + 32); at += symbolSize)
-            // Defined in a section of this file, so not a need of its own.
+            // Defined in a section of this file: exported, not imported.
             if (file.At<std::uint16_t>(symbols + at + 6) != 0)
                 found.push_back(file.TextAt(names + file.At<std::uint32_t>(symbols + at)));
     }

@@ -1,4 +1,4 @@
-// The tables of a shared library's file, read from its bytes: a PE or a 64-bit ELF file.
+// Reads the tables of a shared library's file, PE or 64-bit ELF.
 #pragma once
 
 #include <string>
@@ -6,14 +6,14 @@
 
 namespace marvane::testing {
 
-/// Names of the functions that a library defines for others, sorted.
+/// Names of the functions that a library exports, sorted.
 std::vector<std::string> ExportedNames(const std::string& path);
 
 /// Names of the libraries that a PE file imports.
 std::vector<std::string> ImportedLibraries(const std::string& path);
 
-/// The guards that a library's file asks the system for, in one text: "dynamic base, no execution, high
-/// entropy" of a PE file, "bound at load, read-only relocations, no executable stack" of an ELF file.
+/// The hardening flags of a library's file, as one text: "dynamic base, no execution, high entropy" for a PE
+/// file, "bound at load, read-only relocations, no executable stack" for an ELF file, if all are set.
 std::string LinkerGuards(const std::string& path);
 
 } // namespace marvane::testing

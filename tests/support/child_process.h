@@ -1,4 +1,4 @@
-// A second process of the test program: the same test once more, in a role of its own.
+// Runs the current test in a second process, in another role.
 #pragma once
 
 #include <cstdint>
@@ -9,25 +9,25 @@
 
 namespace marvane::testing {
 
-/// The role that this process was started in; empty in the process that runs the suite.
+/// The role of this process; empty in the process that runs the suite.
 std::string ChildRole();
 
-/// Runs the current test in a process of its own. The test asks ChildRole and plays that part.
+/// Runs the current test in another process, where ChildRole returns `role`: the test branches on it.
 class ChildProcess
 {
 public:
-    /// `folder` is the child's temporary folder, for all that it leaves behind, and takes what it prints.
+    /// `folder` becomes the child's temporary folder and receives its output; it must outlive this object.
     ChildProcess(const std::string& role, const TemporaryFolder& folder);
-    /// Ends a child that still runs.
+    /// Kills the child if it still runs.
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    /// Ends the child at once, wherever it is.
+    /// Kills the child at once.
     void Kill();
-    /// Waits for its end: 0 if all went well; a signal or a fault is another number.
+    /// Waits for its end and returns its exit status; another number than 0 for a signal or a fault.
     int Wait();
-    /// What it printed.
+    /// Its output so far, standard error included.
     std::string Output() const { return FileText(output_); }
 
 private:
@@ -35,7 +35,7 @@ private:
     std::intptr_t process_ = 0; ///< id or handle; 0 once waited for
 };
 
-/// Forks this process, has the child perform an action and end as processes do, and waits for that: its exit
+/// Forks this process, runs an action in the child, and waits for the child's normal exit. Returns its exit
 /// status, or -1 where the system has no fork.
 int RunForked(const std::function<void()>& action);
 

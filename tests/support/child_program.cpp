@@ -14,11 +14,11 @@ ProgramResult RunProgram(const std::string& name, const std::string& arguments)
     const std::string output = folder / "output", errors = folder / "errors";
     std::string command = Quoted(BuildFolder() + name + (onWindows ? ".exe" : "")) + " " + arguments + " > " +
                           Quoted(output) + " 2> " + Quoted(errors);
-    // The Windows shell takes the first and the last quote of a line away.
+    // The Windows shell removes the first and the last quote of a line.
     if (onWindows)
         command = Quoted(command);
     const int status = std::system(command.c_str());
-    // Elsewhere the exit status is the second byte of what system gives; a signal is in the first one.
+    // Elsewhere the exit status is the second byte of the result of system(), and a signal the first one.
     return {onWindows || status % 256 != 0 ? status : status / 256, FileText(output), FileText(errors)};
 }
 

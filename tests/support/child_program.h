@@ -1,4 +1,4 @@
-// A program of the build that a test runs to its end.
+// Runs programs of the build.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace marvane::testing {
 
-/// What came of a program: line ends are line feeds.
+/// Exit status and output of a program, with CR LF turned into LF.
 struct ProgramResult
 {
     int Status;
@@ -15,11 +15,11 @@ struct ProgramResult
     std::string Errors;
 };
 
-/// Runs a program of the build folder with arguments as a command line has them; paths are quoted by the
-/// caller. It has the environment of the test.
+/// Runs a program of the build folder and waits for its end. `arguments` is a part of a command line, in
+/// which the caller quotes paths. The program inherits the environment of the test.
 ProgramResult RunProgram(const std::string& name, const std::string& arguments);
 
-/// A path as an argument.
+/// A path, quoted as an argument.
 std::string Quoted(const std::string& path);
 
 } // namespace marvane::testing

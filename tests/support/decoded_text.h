@@ -1,4 +1,4 @@
-// What a decoder writes, for tests of decoders: without the stamps, which are checked exactly.
+// The fixture for tests of decoders: runs one and returns its lines without the stamps, which are checked.
 #pragma once
 
 #include <cstdio>
@@ -13,7 +13,7 @@
 
 namespace marvane::testing {
 
-/// Logging is active and no object has a name, at the beginning and the end of each test.
+/// At the beginning of each test logging is active and no object has a name; both are reset at its end.
 class Decoding : public ::testing::Test
 {
 protected:
@@ -24,7 +24,8 @@ protected:
     }
     ~Decoding() override { Reset(); }
 
-    /// The text that a decoder adds with levels 2 and 2, or others.
+    /// The text that a decoder writes, by default at LogFnCalls 2 and a decoding level of 2. Each stamp must
+    /// be that of this thread and of 07:08:09.010, or it stays in the text.
     template <class Decode> static std::string Decoded(Decode decode, UNUM32 calls = 2, UNUM32 level = 2)
     {
         LogBuffer buffer;
@@ -32,7 +33,7 @@ protected:
         return WithoutStamp(std::string(buffer.Text()));
     }
 
-    /// Expects that a decoder writes nothing if any of its three gates is shut.
+    /// Expects that a decoder writes nothing if LogFnCalls is below 2, its own level is 0, or logging is off.
     template <class Decode> static void ExpectThreeGates(Decode decode)
     {
         EXPECT_NE(Decoded(decode, 2, 1), "");
@@ -47,7 +48,7 @@ protected:
         SetSetting(NumericKey::LogEnabled, 1);
     }
 
-    /// Expects that a text ends with the marker, has it once, and fits the buffer.
+    /// Expects that a text ends with the marker, contains it once, and fits the buffer.
     static void ExpectCutOff(const std::string& stripped)
     {
         EXPECT_EQ(stripped.find(marks::BufferFull), stripped.size() - marks::BufferFull.size());

@@ -1,5 +1,4 @@
-// The diagnostic log of a unit test: its files in a folder of the test's own, its records without what
-// varies.
+// The diagnostic log in unit tests: its files in a temporary folder, its records without time and thread.
 #pragma once
 
 #include <array>
@@ -11,12 +10,12 @@
 
 namespace marvane::testing {
 
-/// Points the diagnostic log at a new folder and brings it up with one level for all subsystems. The records
-/// go to a file of their own until the end, or until the test redirects them.
+/// Starts the diagnostic log in a new folder, with one level for all subsystems. The records go to a file
+/// there until the end, or until the test redirects them.
 class DiagnosticLog
 {
 public:
-    /// A level of -2 leaves the level file unmade.
+    /// With level -2 no level file is created.
     explicit DiagnosticLog(std::int32_t level = 7);
     ~DiagnosticLog();
     DiagnosticLog(const DiagnosticLog&) = delete;
@@ -29,7 +28,7 @@ public:
     /// The records so far as "LEVEL|file|function|message" lines.
     std::string Records() const { return Stripped(FileText(folder_.Path() / "records.log")); }
 
-    /// Records of a text in that form. A record of another shape stays as it is.
+    /// Converts the records of a text to that form. Other lines stay as they are.
     static std::string Stripped(const std::string& records);
 
 private:

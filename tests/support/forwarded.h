@@ -1,4 +1,4 @@
-// Arguments as the fake target sees them: raw 64-bit values.
+// Arguments as the fake target receives them: raw 64-bit values.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,25 +7,25 @@
 
 namespace marvane::testing {
 
-/// A pointer as the target sees it.
+/// A pointer as the target receives it.
 inline std::uint64_t Raw(const void* pointer)
 {
     return reinterpret_cast<std::uintptr_t>(pointer);
 }
 
-/// What a raw argument points at.
+/// The object that a raw argument points to.
 template <class Pointed> Pointed& At(std::uint64_t argument)
 {
     return *reinterpret_cast<Pointed*>(static_cast<std::uintptr_t>(argument));
 }
 
-/// An address that faults whoever follows it.
+/// An address at which any access faults.
 template <class Pointed> Pointed* Unreadable()
 {
     return reinterpret_cast<Pointed*>(std::uintptr_t{0x10});
 }
 
-/// Expects that the target saw one call since the last look, with these arguments.
+/// Expects that exactly this call was recorded by the target, and clears the record.
 inline void ExpectForwarded(Target& target, const std::string& function,
                             const std::vector<std::uint64_t>& arguments)
 {

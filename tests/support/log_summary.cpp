@@ -25,7 +25,7 @@ bool HasStamp(std::string_view line)
            std::equal(StampForm.begin(), StampForm.end(), line.begin(), Fits);
 }
 
-/// True for a line that belongs to no phase of a call's frame: decoded, of a header, or of a report.
+/// True for a line that is decoded, or part of a header or a report.
 bool IsOther(std::string_view text)
 {
     for (std::size_t indent = 0; indent < IndentIndex(DirectionOut, 4); ++indent)
@@ -37,7 +37,7 @@ bool IsOther(std::string_view text)
                        [&](std::string_view beginning) { return text.starts_with(beginning); });
 }
 
-/// Reads line after line, keeping for each thread the calls that it is inside of.
+/// Reads line by line, and tracks which calls each thread is inside of.
 class Reader
 {
 public:
@@ -45,7 +45,7 @@ public:
 
     void Read(std::string_view line)
     {
-        // The one entry of two lines.
+        // The only entry with two lines.
         const bool second = line.starts_with("\t\t\t\tCoPDataSize=") &&
                             previous_.find("+ PDUStartComPrimitive(") == StampForm.size();
         previous_ = line;

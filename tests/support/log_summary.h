@@ -1,4 +1,4 @@
-// What a whole API log says: the calls in it, and whatever is wrong with its lines.
+// A summary of an API log: the calls in it, and the lines that are wrong.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ struct LogSummary
     std::vector<std::string> Wrong;
 };
 
-/// The API log files of a folder in one text, in the order of their making.
+/// The API log files of a folder as one text, in the order in which they were created.
 std::string LogInOrder(const std::filesystem::path& folder);
 
 /// Reads a log of calls that were logged with LogFnCalls 2. A last line without a line end is left out.

@@ -1,4 +1,4 @@
-// The logger's process-wide state for unit tests, without a start of the logger.
+// The logger's process-wide state in unit tests, without starting the logger.
 #pragma once
 
 #include <string>
@@ -13,7 +13,8 @@
 
 namespace marvane::testing {
 
-/// Logging is active, into a file of the test's own; at the end all is as before the first start.
+/// Logging is active, with a log file in a temporary folder. At the end all state is as before the first
+/// start.
 class LoggerState : public ::testing::Test
 {
 protected:
@@ -31,7 +32,7 @@ protected:
 
     std::string LogPath() const { return folder / "api.log"; }
 
-    /// The log so far, with what was not flushed yet.
+    /// The text logged so far. Flushes the file.
     std::string Log() const
     {
         ApiLogFile.load()->Flush();

@@ -38,7 +38,7 @@ std::size_t MemoryInUse()
 
 NoMoreFiles::NoMoreFiles()
 {
-    // The C library has a table of streams, which all modules of the process share.
+    // All modules of the process share the table of streams of the C library.
     while (std::FILE* const file = std::fopen(NullDevice, "r"))
         files_.push_back(file);
 }
@@ -66,7 +66,7 @@ bool MakeNamedPipe(const std::string&)
     return false;
 }
 
-// Read-only files and folders in use bind whoever runs the tests.
+// Read-only files and folders in use can't be changed by any user.
 WithoutPrivileges::WithoutPrivileges() = default;
 WithoutPrivileges::~WithoutPrivileges() = default;
 

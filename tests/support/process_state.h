@@ -1,4 +1,4 @@
-// The state of this process as the system sees it, and shortages that a test brings about.
+// Resources of this process, and shortages of them that a test creates.
 #pragma once
 
 #include <cstddef>
@@ -8,13 +8,13 @@
 
 namespace marvane::testing {
 
-/// Number of files and other system objects that the process holds open or mapped.
+/// Number of files and other system objects that the process has open or mapped.
 std::size_t OpenHandles();
 
-/// Bytes of memory that the process has taken and not given back.
+/// Bytes of memory that the process has allocated.
 std::size_t MemoryInUse();
 
-/// While it exists, no file can be opened: the process has used up what the system, or its C library, allows.
+/// While it exists, no file can be opened: the limit of the system, or of its C library, is reached.
 class NoMoreFiles
 {
 public:
@@ -28,8 +28,8 @@ private:
     std::size_t formerLimit_ = 0;
 };
 
-/// While it exists, no file of the process grows past a size: its writes fail as on a full disk. Where the
-/// system can't do that, IsInForce is false.
+/// While it exists, no file of the process can grow past a size: writes fail as on a full disk. Has no
+/// effect, and IsInForce is false, where the system can't do that.
 class LargestFile
 {
 public:
@@ -44,7 +44,7 @@ private:
     std::size_t former_ = 0;
 };
 
-/// While it exists, the process has no more rights than a guest of the system: read-only means read-only.
+/// While it exists, the process has no special rights: even started as root it can't write read-only files.
 class WithoutPrivileges
 {
 public:
@@ -57,10 +57,10 @@ private:
     unsigned former_ = 0;
 };
 
-/// Makes a file read-only, or takes that back.
+/// Makes a file read-only or writable.
 void SetReadOnly(const std::string& path, bool readOnly);
 
-/// Makes a named pipe where files can be one; false where they can't.
+/// Creates a named pipe; false on a failure, and where the system has none among its files.
 bool MakeNamedPipe(const std::string& path);
 
 } // namespace marvane::testing

@@ -1,4 +1,4 @@
-// Formats that are known only when the test runs.
+// Formatting with formats that are not literals.
 #pragma once
 
 #include <vector>
@@ -7,7 +7,7 @@
 
 namespace marvane::testing {
 
-/// Formats into [out, end), cutting what does not fit. Returns the end of the text.
+/// Formats into [out, end), and cuts what does not fit. Returns the end of the text.
 inline char* FormatAtRunTime(char* out, char* end, std::string_view format, const FormatArgument* arguments)
 {
     std::vector<FormatPiece> pieces;

@@ -1,4 +1,4 @@
-// The sample configuration, as the build copies it for the tests.
+// Path of the sample configuration that the build copies for the tests.
 #pragma once
 
 #include "platform/files.h"

@@ -32,7 +32,7 @@ std::string ConfigurationText(const Settings& settings)
 
 std::string BuildFolder()
 {
-    // The program may have been started by a relative path.
+    // The program may have been started with a relative path.
     const std::string own =
         std::filesystem::absolute(platform::OwnModulePath(4096).Path).lexically_normal().string();
     return own.substr(0, own.rfind(platform::PathSeparator) + 1);
@@ -40,7 +40,7 @@ std::string BuildFolder()
 
 std::string LibraryName(const std::string& name)
 {
-    // Told by the name under which the logger library knows itself.
+    // Prefix and extension are those of the logger library.
     const std::string own = platform::OwnLibraryName;
     const std::size_t at = own.find("Marvane");
     return own.substr(0, at) + name + own.substr(at + 7);
@@ -143,12 +143,12 @@ Session::Session(Changes changes, const std::string& target)
 
 Session::~Session()
 {
-    // What the test had the target answer may refer to what is gone by now.
+    // The answer of the test may refer to objects that no longer exist.
     if (target_)
         target_->Answer = nullptr;
     Api().PDUDestruct();
 #ifndef MARVANE_SANITIZED
-    // A leak check sees what the library keeps for good only while the library is there to point at it.
+    // A leak checker finds what the library keeps for good only while the library is loaded.
     platform::UnloadLibrary(library_);
 #endif
 }
@@ -192,7 +192,7 @@ std::string Session::Log() const
 
 std::string Session::Logged(const std::function<void()>& action) const
 {
-    // Only what is new is read: some tests log thousands of calls.
+    // Only new text is read: some tests log thousands of calls.
     std::map<std::string, std::uintmax_t> before;
     for (const std::string& name : LogNames())
         before[name] = std::filesystem::file_size(LogFolder() / name);

@@ -1,5 +1,5 @@
-// A session of a test with the logger library: configuration, logs, the library loaded as an application
-// loads it, and the fake target behind it.
+// A session of a test: the logger library, loaded as an application loads it, its configuration, its logs,
+// and the fake target that it forwards to.
 #pragma once
 
 #include <atomic>
@@ -18,26 +18,27 @@
 
 namespace marvane::testing {
 
-/// Folder of the test program, with its separator: all libraries lie there.
+/// Folder of the test program and of all libraries, with a separator at its end.
 std::string BuildFolder();
 
-/// File name of a shared library of the build.
+/// File name of a shared library of the build, from its CMake target.
 std::string LibraryName(const std::string& name);
 
-/// What "%8p" has to give: glibc's text on Linux, 16 upper-case digits on Windows.
+/// The expected text of a "%8p" conversion: as glibc prints it on Linux, 16 upper-case digits on Windows.
 std::string PointerText(const void* pointer);
 
-/// Replaces each well-formed stamp by "{stamp} ".
+/// Replaces each well-formed stamp, with the blank after it, by "{stamp} ".
 std::string WithoutStamps(const std::string& text);
 
-/// A call as the fake target saw it.
+/// A call as the fake target received it.
 struct SeenCall
 {
     std::string Function;
     std::vector<std::uint64_t> Arguments;
 };
 
-/// The fake target of a session. It is loaded before the logger loads it, so both hold the same one.
+/// The fake target of a session. Loaded before the logger loads it, so that both share one instance. Calls
+/// may come from any thread.
 class Target
 {
 public:
@@ -46,14 +47,14 @@ public:
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
 
-    /// Answers calls; if it is not set, all return 0. Set it while no call runs.
+    /// Returns the status of each call; if empty, all return 0. Change it only while no call is under way.
     std::function<T_PDU_ERROR(const FakeCall&)> Answer;
 
-    /// The calls so far, and forgets them.
+    /// Returns the calls recorded so far and clears the record.
     std::vector<SeenCall> TakeCalls();
-    /// Names of the calls so far in one line, and forgets them.
+    /// Returns the names of the calls recorded so far, separated by blanks, and clears the record.
     std::string TakeNames();
-    /// Keeps no more calls from now on, for tests that make endlessly many.
+    /// Stops recording calls, for tests that make very many.
     void Discard() { keeps_ = false; }
 
 private:
@@ -68,25 +69,27 @@ private:
 using Settings = std::map<std::string, std::string>;
 using Changes = std::initializer_list<Settings::value_type>;
 
-/// A logger library under a configuration of its own; PDUDestruct and unloading come at the end.
+/// The logger library with a configuration, a log folder and a temporary folder of its own. Calls PDUDestruct
+/// and unloads the library at the end. One at a time in a process: it sets environment variables. Throws
+/// std::runtime_error if a library does not load.
 class Session
 {
 public:
-    /// `changes` are laid over LogEnabled 1, LogFnCalls 2, LogFlush 1 and the paths of the fake target and
-    /// the log folder. A value of "-" leaves the key out.
+    /// The configuration is LogEnabled 1, LogFnCalls 2, LogFlush 1 and the paths of the target and the log
+    /// folder, with these changes. The value "-" leaves a key out.
     explicit Session(Changes changes = {}, const std::string& target = "fake_target");
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Writes the configuration anew with other changes, for the next PDUConstruct.
+    /// Rewrites the configuration with other changes, for the next PDUConstruct.
     void Configure(Changes changes);
-    /// Writes the configuration file as it stands here.
+    /// Rewrites the configuration file with this text.
     void ConfigureText(const std::string& text);
 
     /// The logger library's functions.
     const CPduDll& Api() const { return *api_; }
-    /// The fake target; null for a target that is no fake.
+    /// The fake target. Only for a session whose target is one.
     Target& Fake() { return *target_; }
 
     T_PDU_ERROR Construct() { return Api().PDUConstruct(nullptr, nullptr); }
@@ -96,13 +99,13 @@ public:
     std::string ConfigurationPath() const { return folder_ / "D_PDU_API_CFG.xml"; }
     std::string TargetPath() const { return targetPath_; }
 
-    /// Names of the files of a family in the log folder, sorted.
+    /// Names of the files in the log folder that begin with `family`, sorted.
     std::vector<std::string> LogNames(const std::string& family = "D-PDU_API_Logger") const;
-    /// Text of the one API log file, or of all in the order of their names.
+    /// Text of all API log files in the order of their names, line ends as line feeds.
     std::string Log() const;
-    /// What an action adds to the log, without stamps.
+    /// The text that an action adds to the log, stamps replaced as by WithoutStamps.
     std::string Logged(const std::function<void()>& action) const;
-    /// The diagnostic log of the running logger.
+    /// Text of the running logger's diagnostic log.
     std::string Diagnostics() const { return FileText(folder_.Path() / "d-pdu-api-logger.log"); }
 
 private:

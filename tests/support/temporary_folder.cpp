@@ -29,7 +29,7 @@ void SetVariable(const std::string& name, const std::optional<std::string>& valu
 TemporaryFolder::TemporaryFolder()
 {
     static std::random_device random;
-    // Names of one length: some tests count the bytes of a log that shows the name.
+    // Names of equal length: some tests count the bytes of a log that contains the name.
     do
         path_ = std::filesystem::temp_directory_path() /
                 ("marvane-test-" + std::to_string(1000000000 + random() % 1000000000));

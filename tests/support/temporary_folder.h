@@ -1,4 +1,5 @@
-// A folder of a test's own, and environment variables that a test sets; both are undone at the end.
+// Temporary folders and environment variables for one test, both undone at its end; reading and writing
+// files.
 #pragma once
 
 #include <filesystem>
@@ -7,7 +8,7 @@
 
 namespace marvane::testing {
 
-/// A new empty folder, removed with all its contents at the end.
+/// A new empty folder, removed with its contents at the end. Errors of the removal are ignored.
 class TemporaryFolder
 {
 public:
@@ -23,7 +24,7 @@ private:
     std::filesystem::path path_;
 };
 
-/// Sets an environment variable of this process, or with none removes it; restores it at the end.
+/// Sets an environment variable of this process, or removes it if there is no value; restores it at the end.
 class EnvironmentValue
 {
 public:
@@ -37,9 +38,9 @@ private:
     std::optional<std::string> former_;
 };
 
-/// Contents of a file from a byte on, line ends as line feeds; empty if there is no such file.
+/// Contents of a file from an offset on, with CR LF turned into LF; empty if the file does not exist.
 std::string FileText(const std::filesystem::path& path, std::uintmax_t from = 0);
-/// The bytes of a file from one on.
+/// Bytes of a file from an offset on; empty if the file does not exist.
 std::string FileBytes(const std::filesystem::path& path, std::uintmax_t from = 0);
 void WriteFileBytes(const std::filesystem::path& path, const std::string& bytes);
 

@@ -1,4 +1,4 @@
-// A library that one of the fake targets needs, and that lies beside it and nowhere else.
+// A library that one of the fake targets needs. It exists only beside that target.
 #include "pdu/pdu_api.h"
 
 extern "C" {

@@ -97,7 +97,7 @@ T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL)
 T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 mask)
 {
 #ifdef FAKE_CALLS_ITSELF
-    // As a library's own code does: by name, not knowing who else has a function of that name.
+    // As a library's own code does: by name, whether or not another library has a function of that name.
     UNUM32 time = 0;
     PDUGetTimestamp(hMod, &time);
 #endif

@@ -1,4 +1,4 @@
-// The scriptable target library of the end-to-end tests: it hands every call to a hook of the test.
+// The scriptable target library of the end-to-end tests: it passes every call to a hook of the test.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 #include "pdu/pdu_api.h"
 
-/// One call as it arrived: name and raw arguments in order.
+/// One call as received: name and raw arguments in order.
 struct FakeCall
 {
     const char* Function;
@@ -14,13 +14,13 @@ struct FakeCall
     std::uint64_t Arguments[8];
 };
 
-/// What the test and the fake target share. Plain data, since each has a runtime library of its own.
+/// Shared by the test and the fake target. Plain data, since each may have a runtime library of its own.
 struct FakeTargetControl
 {
-    /// Answers a call with its status; may write through pointers among the arguments. None: status 0.
+    /// Returns the status of a call; may write through pointer arguments. If null, the status is 0.
     T_PDU_ERROR (*OnCall)(void* context, const FakeCall* call);
     void* Context;
 };
 
-/// The one exported function that is not the API's.
+/// The only exported function that is not part of the API.
 using GetFakeTargetControl_t = FakeTargetControl* (*)();

@@ -1,4 +1,4 @@
-// Keeps a copy of the log as it stood when this library was loaded.
+// Saves a copy of the log at the moment when this library is loaded.
 #include <cstdlib>
 #include <fstream>
 #include <string>

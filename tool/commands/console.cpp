@@ -31,7 +31,7 @@ bool WantsColour(ColourChoice choice)
 } // namespace
 
 Console::Console(ColourChoice choice)
-    : columns_(std::max(columns_, std::size_t{platform::TerminalColumns(Stream::Output)})),
+    : columns_(std::max(std::size_t{100}, std::size_t{platform::TerminalColumns(Stream::Output)})),
       terminal_(platform::IsTerminal(Stream::Output)), colour_(WantsColour(choice))
 {
 }

@@ -64,7 +64,7 @@ public:
 
 private:
     std::string buffer_;
-    std::size_t columns_ = 100;
+    std::size_t columns_;
     bool terminal_ = false;
     bool colour_ = false;
     bool complained_ = false;

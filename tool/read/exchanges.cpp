@@ -1,0 +1,435 @@
+#include "tool/read/exchanges.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "pdu/pdu_api.h"
+#include "tool/read/call_text.h"
+
+namespace marvane::read {
+
+namespace {
+
+// Late answers and reports are looked for among so many; the rest is forgotten.
+constexpr std::size_t MostEnded = 256;
+constexpr std::size_t MostSent = 64;
+constexpr std::size_t MostHeld = 256;
+
+constexpr std::uint8_t NegativeResponse = 0x7F;
+constexpr std::uint8_t ResponsePending = 0x78;
+
+/// Of two moments of a clock that wraps around; nothing if `to` was not after `from`.
+std::optional<std::uint32_t> Elapsed(std::uint32_t from, std::uint32_t to)
+{
+    const std::uint32_t passed = to - from;
+    if (passed == 0 || passed > 0x7FFFFFFF)
+        return std::nullopt;
+    return passed;
+}
+
+std::int32_t Cycles(std::string_view value)
+{
+    if (value == "<INFINITE>")
+        return -1;
+    if (value == "<MULTIPLE>")
+        return -2;
+    return static_cast<std::int32_t>(NumberInValue(value).value_or(1));
+}
+
+bool IsRefusal(Bytes answer, const std::vector<std::uint8_t>& request)
+{
+    return answer.size() == 3 && answer[0] == NegativeResponse &&
+           (request.empty() || answer[1] == request[0]);
+}
+
+/// The kinds of ComPrimitive that send something and may be answered.
+bool SendsRequest(const Exchange& exchange)
+{
+    return exchange.Type == PDU_COPT_SENDRECV;
+}
+
+/// Whether silence is a failure. A request that the log does not show counts as wanting an answer only if the
+/// library itself missed one.
+bool IsSilenceWrong(const Exchange& exchange)
+{
+    if (exchange.ErrorCode != 0 && exchange.ErrorCode != PDU_ERR_EVT_RX_TIMEOUT)
+        return true;
+    if (!SendsRequest(exchange) || exchange.IsSuppressed)
+        return false;
+    return exchange.ReceiveCycles ? exchange.ReceiveCycles != 0 : exchange.ErrorCode != 0;
+}
+
+Outcome OutcomeOf(const Exchange& exchange, bool isCancelled)
+{
+    if (isCancelled)
+        return Outcome::Cancelled;
+    if (const Answer* deciding = exchange.Deciding())
+        return deciding->Kind == AnswerKind::Good ? Outcome::Answered : Outcome::Refused;
+    if (!exchange.IsEnded)
+        return Outcome::Open;
+    return IsSilenceWrong(exchange) ? Outcome::Silent : Outcome::Sent;
+}
+
+/// Drops answers of no interest, so that a request with thousands of them stays small.
+void KeepAnswer(Exchange& exchange, Answer&& answer)
+{
+    const bool isKindKnown =
+        std::ranges::find(exchange.Answers, answer.Kind, &Answer::Kind) != exchange.Answers.end();
+    if (answer.Kind == AnswerKind::Pending && isKindKnown)
+        return;
+    if (exchange.Answers.size() < Exchange::MostAnswers)
+        exchange.Answers.push_back(std::move(answer));
+    else if (!isKindKnown)
+        exchange.Answers.back() = std::move(answer);
+}
+
+void ReadControlData(const Call& start, Exchange& exchange, std::vector<std::uint32_t>& negative)
+{
+    if (const auto value = ValueOf(start.LinesIn, "NumSendCycles"))
+        exchange.SendCycles = Cycles(*value);
+    if (const auto value = ValueOf(start.LinesIn, "NumReceiveCycles"))
+        exchange.ReceiveCycles = Cycles(*value);
+    constexpr std::string_view label = "AcceptanceId = ";
+    for (const CallLine& line : start.LinesIn) {
+        const std::size_t at = line.Text.find(label);
+        if (at == std::string_view::npos || line.Text.find("(NEGATIVE)") == std::string_view::npos)
+            continue;
+        const std::string_view rest = line.Text.substr(at + label.size());
+        if (const auto id = NumberInValue(rest.substr(0, rest.find(','))))
+            negative.push_back(*id);
+    }
+}
+
+} // namespace
+
+void ExchangeSink::OnLateAnswer(const LateAnswer&) {}
+
+Exchanges::LinkKey Exchanges::LinkOf(const Call& call)
+{
+    return {call.Session, call.Module.value_or(UndefinedHandle), call.Link.value_or(UndefinedHandle)};
+}
+
+void Exchanges::OnEntry(const Call& call, bool isEvent)
+{
+    if (!isEvent && call.Which == Function::StartComPrimitive)
+        starting_[LinkOf(call)].push_back(call.Begin);
+}
+
+void Exchanges::OnCall(const Call& call)
+{
+    const bool isGood = call.State == CallState::Returned && call.Status == 0u;
+    switch (call.Which) {
+    case Function::StartComPrimitive: {
+        const LinkKey link = LinkOf(call);
+        if (isGood)
+            Start(call);
+        if (const auto starting = starting_.find(link); starting != starting_.end()) {
+            std::erase(starting->second, call.Begin);
+            if (starting->second.empty())
+                starting_.erase(starting);
+        }
+        TakeHeld(link);
+        break;
+    }
+    case Function::CancelComPrimitive:
+        if (isGood && call.Primitive)
+            if (const auto found = openByHandle_.find({LinkOf(call), *call.Primitive});
+                found != openByHandle_.end())
+                open_.at(found->second).IsCancelRequested = true;
+        break;
+    case Function::DestroyComLogicalLink:
+        if (isGood)
+            EndWhere([link = LinkOf(call)](const LinkKey& key) { return key == link; });
+        break;
+    case Function::ModuleDisconnect:
+        if (isGood)
+            EndWhere([link = LinkOf(call)](const LinkKey& key) {
+                return key.Session == link.Session && key.Module == link.Module;
+            });
+        break;
+    case Function::Destruct:
+        EndWhere([&](const LinkKey& key) { return key.Session == call.Session; });
+        break;
+    default:
+        break;
+    }
+    links_.OnCall(call);
+}
+
+Exchanges::OpenExchange Exchanges::Begin(const Call& start)
+{
+    OpenExchange open;
+    Exchange& exchange = open.What;
+    exchange.Seq = start.Seq;
+    exchange.Session = start.Session;
+    exchange.Thread = start.Thread;
+    exchange.At = start.Begin;
+    exchange.Time = start.BeginTime;
+    exchange.EndTime = start.EndTime;
+    exchange.On = links_.Find(start);
+    exchange.HasHandles = start.HasArguments;
+    exchange.Primitive = start.Primitive;
+    if (const auto type = Argument(start.Arguments, "CoPType")) {
+        exchange.Type = NumberInValue(*type).value_or(0);
+        exchange.TypeName = NameInValue(*type);
+    }
+    std::vector<std::uint8_t> storage;
+    const Payload request = RequestOf(start, storage);
+    exchange.Request.assign(request.Shown.begin(), request.Shown.end());
+    exchange.RequestSize = request.Size;
+    exchange.IsRequestCut = request.IsCut;
+    exchange.IsRequestKnown = request.IsPresent;
+    ReadControlData(start, exchange, open.NegativeAcceptances);
+    exchange.IsSuppressed = rule_ && rule_(*exchange.On, exchange.Request);
+    return open;
+}
+
+void Exchanges::Start(const Call& start)
+{
+    OpenExchange open = Begin(start);
+    FindSending(open.What);
+    if (!open.What.Primitive) {
+        // Without its handle nothing can be found that belongs to it.
+        sink_.OnExchange(open.What);
+        return;
+    }
+    const Key key = {LinkOf(start), *open.What.Primitive};
+    if (const auto old = openByHandle_.find(key); old != openByHandle_.end())
+        End(open_.find(old->second));
+    if (open_.size() >= MostOpen)
+        End(open_.begin());
+    openByHandle_[key] = open.What.Seq;
+    open_.emplace(open.What.Seq, std::move(open));
+}
+
+Exchanges::Arrival Exchanges::ArrivalOf(const Item& item)
+{
+    Arrival arrival = {{LinkOf(*item.Fetch), *item.Primitive},
+                       item.Kind,
+                       item.At,
+                       item.Fetch->EndTime,
+                       item.Timestamp,
+                       item.Code,
+                       std::string(item.CodeName),
+                       item.AcceptanceId,
+                       {},
+                       {}};
+    if (item.IsTxDoneValid && item.IsStartValid && item.TxDone && item.Start)
+        arrival.TransferTime = Elapsed(*item.TxDone, *item.Start);
+    arrival.Result.Data.assign(item.Data.Shown.begin(), item.Data.Shown.end());
+    arrival.Result.Size = item.Data.Size;
+    arrival.Result.IsCut = item.Data.IsCut;
+    arrival.Result.From = item.UniqueResponseId;
+    arrival.Result.At = item.At;
+    arrival.Result.Time = arrival.Time;
+    return arrival;
+}
+
+void Exchanges::OnItem(const Item& item)
+{
+    if (!item.Fetch || !item.Primitive)
+        return;
+    const Key key = {LinkOf(*item.Fetch), *item.Primitive};
+    if (!openByHandle_.contains(key) && starting_.contains(key.On)) {
+        // It may belong to the ComPrimitive whose handle is not known before its start returns.
+        held_.push_back(ArrivalOf(item));
+        if (held_.size() > MostHeld)
+            held_.pop_front();
+        return;
+    }
+    Take(ArrivalOf(item));
+}
+
+void Exchanges::TakeHeld(const LinkKey& link)
+{
+    if (starting_.contains(link)) {
+        // Another start on this link is still out: keep what is not for those that are known now.
+        std::deque<Arrival> rest;
+        for (Arrival& arrival : held_)
+            if (arrival.Of.On == link && openByHandle_.contains(arrival.Of))
+                Take(std::move(arrival));
+            else
+                rest.push_back(std::move(arrival));
+        held_ = std::move(rest);
+        return;
+    }
+    std::deque<Arrival> all = std::move(held_);
+    held_.clear();
+    for (Arrival& arrival : all)
+        if (arrival.Of.On == link)
+            Take(std::move(arrival));
+        else
+            held_.push_back(std::move(arrival));
+}
+
+void Exchanges::Take(Arrival&& arrival)
+{
+    const auto found = openByHandle_.find(arrival.Of);
+    if (found != openByHandle_.end())
+        Apply(open_.find(found->second), std::move(arrival));
+    else if (arrival.Kind == ItemKind::Result)
+        TakeLate(std::move(arrival));
+}
+
+namespace {
+
+AnswerKind KindOf(Answer& answer, const std::vector<std::uint8_t>& request,
+                  std::optional<std::uint32_t> acceptanceId, const std::vector<std::uint32_t>& negative)
+{
+    if (IsRefusal(answer.Data, request)) {
+        answer.Nrc = answer.Data[2];
+        return answer.Data[2] == ResponsePending ? AnswerKind::Pending : AnswerKind::Refusal;
+    }
+    const bool isNegative =
+        answer.Data.empty() && acceptanceId && std::ranges::count(negative, *acceptanceId);
+    return isNegative ? AnswerKind::Refusal : AnswerKind::Good;
+}
+
+Latency Passed(std::optional<std::uint32_t> byLibrary, LogTime from, LogTime to)
+{
+    if (byLibrary)
+        return {*byLibrary, false};
+    return {static_cast<std::uint64_t>(std::max<std::int64_t>(to - from, 0)) * 1000, true};
+}
+
+} // namespace
+
+void Exchanges::Apply(Slot slot, Arrival&& arrival)
+{
+    OpenExchange& open = slot->second;
+    Exchange& exchange = open.What;
+    exchange.EndTime = arrival.Time;
+    std::optional<std::uint32_t> sinceExecuting;
+    if (open.ExecutingAt)
+        sinceExecuting = Elapsed(*open.ExecutingAt, arrival.Timestamp);
+    if (arrival.Kind == ItemKind::Result) {
+        const auto us = arrival.TransferTime ? arrival.TransferTime : sinceExecuting;
+        arrival.Result.After = Passed(us, exchange.Time, arrival.Time);
+        arrival.Result.Kind =
+            KindOf(arrival.Result, exchange.Request, arrival.AcceptanceId, open.NegativeAcceptances);
+        ++exchange.AnswerCount;
+        exchange.PendingCount += arrival.Result.Kind == AnswerKind::Pending;
+        exchange.LastAnswerTime = arrival.Time;
+        KeepAnswer(exchange, std::move(arrival.Result));
+    } else if (arrival.Kind == ItemKind::Error && exchange.ErrorCode == 0) {
+        exchange.ErrorCode = arrival.Code;
+        exchange.ErrorName = std::move(arrival.CodeName);
+        exchange.ErrorAfter = Passed(sinceExecuting, exchange.Time, arrival.Time);
+        exchange.ErrorAt = arrival.At;
+    } else if (arrival.Kind == ItemKind::Status && arrival.Code == PDU_COPST_EXECUTING && !open.ExecutingAt) {
+        open.ExecutingAt = arrival.Timestamp;
+    } else if (arrival.Kind == ItemKind::Status &&
+               (arrival.Code == PDU_COPST_FINISHED || arrival.Code == PDU_COPST_CANCELLED)) {
+        exchange.IsEnded = true;
+        exchange.Whole = Passed(sinceExecuting, exchange.Time, arrival.Time);
+        open.IsCancelRequested = arrival.Code == PDU_COPST_CANCELLED;
+        End(slot);
+    }
+}
+
+void Exchanges::TakeLate(Arrival&& arrival)
+{
+    const auto ended = std::find_if(ended_.rbegin(), ended_.rend(),
+                                    [&](const Ended& each) { return each.Of == arrival.Of; });
+    if (ended == ended_.rend())
+        return;
+    LateAnswer& late = ended->Late;
+    late.What = std::move(arrival.Result);
+    late.What.After = Passed(std::nullopt, late.RequestTime, arrival.Time);
+    late.What.Kind = KindOf(late.What, late.Request, arrival.AcceptanceId, ended->NegativeAcceptances);
+    late.AfterEndMs = std::max<std::int64_t>(arrival.Time - ended->EndTime, 0);
+    sink_.OnLateAnswer(late);
+}
+
+void Exchanges::OnComms(const Comms& report)
+{
+    if (report.Way != Direction::ToTarget || report.Data.Shown.empty())
+        return;
+    SentReport sent = {
+        report.Session, report.At, report.Time, {report.Data.Shown.begin(), report.Data.Shown.end()}};
+    // The oldest of the latest requests that has these bytes and waits for them.
+    auto oldest = open_.end();
+    std::size_t looked = 0;
+    for (auto at = open_.end(); at != open_.begin() && looked < MostSent; ++looked) {
+        --at;
+        const Exchange& exchange = at->second.What;
+        if (exchange.Session == sent.Session && !exchange.SentAfterMs && exchange.Request == sent.Data)
+            oldest = at;
+    }
+    if (oldest != open_.end()) {
+        oldest->second.What.SentAfterMs = sent.Time - oldest->second.What.Time;
+        oldest->second.What.SentAt = sent.At;
+        return;
+    }
+    sent_.push_back(std::move(sent));
+    if (sent_.size() > MostSent)
+        sent_.pop_front();
+}
+
+/// A report that came before the start returned.
+void Exchanges::FindSending(Exchange& exchange)
+{
+    if (exchange.Request.empty())
+        return;
+    const auto found = std::ranges::find_if(sent_, [&](const SentReport& sent) {
+        return sent.Session == exchange.Session && sent.At > exchange.At && sent.Data == exchange.Request;
+    });
+    if (found == sent_.end())
+        return;
+    exchange.SentAfterMs = found->Time - exchange.Time;
+    exchange.SentAt = found->At;
+    sent_.erase(found);
+}
+
+void Exchanges::End(Slot slot)
+{
+    OpenExchange open = std::move(slot->second);
+    Exchange& exchange = open.What;
+    const Key key = {{exchange.Session, exchange.On->Module, exchange.On->Handle}, *exchange.Primitive};
+    openByHandle_.erase(key);
+    open_.erase(slot);
+    exchange.Result = OutcomeOf(exchange, open.IsCancelRequested);
+    ended_.push_back({key,
+                      {exchange.Seq,
+                       exchange.Session,
+                       exchange.At,
+                       exchange.Time,
+                       exchange.On,
+                       *exchange.Primitive,
+                       exchange.Request,
+                       {},
+                       0},
+                      exchange.EndTime,
+                      std::move(open.NegativeAcceptances)});
+    if (ended_.size() > MostEnded)
+        ended_.pop_front();
+    sink_.OnExchange(exchange);
+}
+
+void Exchanges::EndWhere(const auto& isMeant)
+{
+    for (auto at = open_.begin(); at != open_.end();) {
+        const auto slot = at++;
+        const Link& link = *slot->second.What.On;
+        if (isMeant(LinkKey{link.Session, link.Module, link.Handle}))
+            End(slot);
+    }
+}
+
+void Exchanges::Finish()
+{
+    EndWhere([](const LinkKey&) { return true; });
+}
+
+std::optional<Position> Exchanges::FirstOpen() const
+{
+    std::optional<Position> first;
+    if (!open_.empty())
+        first = open_.begin()->second.What.At;
+    for (const auto& [link, starts] : starting_)
+        for (const Position& at : starts)
+            first = first ? std::min(*first, at) : at;
+    return first;
+}
+
+} // namespace marvane::read

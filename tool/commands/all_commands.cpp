@@ -10,12 +10,17 @@ namespace marvane::tool {
 
 extern const Command CompletionCommand;
 extern const Command ManCommand;
+extern const Command ErrorsCommand;
+extern const Command SummaryCommand;
+extern const Command TalkCommand;
 
 namespace {
 
+constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand, &ErrorsCommand};
 constexpr const Command* HelpCommands[] = {&CompletionCommand, &ManCommand};
 
 constexpr CommandGroup Groups[] = {
+    {"Read a log", ReadCommands},
     {"Help", HelpCommands},
 };
 

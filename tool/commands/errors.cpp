@@ -1,0 +1,274 @@
+// marvane errors: what went wrong, each with its why.
+#include <map>
+
+#include "tool/commands/arguments.h"
+#include "tool/commands/findings.h"
+#include "tool/commands/json_text.h"
+#include "tool/commands/log_source.h"
+#include "tool/commands/row_text.h"
+#include "tool/commands/shared_options.h"
+
+namespace marvane::tool {
+
+namespace {
+
+constexpr std::size_t LineColumn = 5; // columns where a field ends or begins
+constexpr std::size_t TimeColumn = 14;
+constexpr std::size_t SubjectColumn = 16;
+constexpr std::size_t TextColumn = 46;
+
+// Findings wait to be shown in the order of lines, but no more than so many.
+constexpr std::size_t MostWaiting = 50'000;
+
+/// Findings in the order of their lines.
+class SortedFindings : public Findings
+{
+public:
+    SortedFindings(Console& console, const std::vector<read::LogFile>& files, bool isAll)
+        : console_(console), files_(files), isAll_(isAll)
+    {
+    }
+
+    virtual void Show(const Finding& finding) = 0;
+
+    void OnSession(const read::Session& session) override
+    {
+        Findings::OnSession(session);
+        begins_[session.Number] = session.BeginTime;
+    }
+
+    void OnProblem(const read::Problem& problem) override
+    {
+        ComplainAbout(problem, files_, console_);
+        Findings::OnProblem(problem);
+    }
+
+    void OnFinding(const Finding& finding) override
+    {
+        counts_[static_cast<std::size_t>(finding.Kind)] += finding.Count;
+        if (IsNormal(finding.Kind) && !isAll_)
+            return;
+        waiting_.emplace(std::pair(finding.Session, finding.At), finding);
+        if (waiting_.size() > MostWaiting)
+            ShowWaiting();
+    }
+
+    void Finish()
+    {
+        FinishFindings();
+        ShowWaiting();
+    }
+
+    std::uint64_t Count(FindingKind kind) const { return counts_[static_cast<std::size_t>(kind)]; }
+    /// Of all that are not normal.
+    std::uint64_t ErrorCount() const
+    {
+        std::uint64_t sum = 0;
+        for (std::size_t i = 0; i < std::size(counts_); ++i)
+            sum += IsNormal(static_cast<FindingKind>(i)) ? 0 : counts_[i];
+        return sum;
+    }
+    bool HasSeveralSessions() const { return begins_.size() > 1; }
+    read::LogTime BeginOf(const Finding& finding) const
+    {
+        const auto found = begins_.find(finding.Session);
+        return found == begins_.end() ? finding.Time : found->second;
+    }
+
+private:
+    void ShowWaiting()
+    {
+        for (const auto& [place, finding] : waiting_)
+            Show(finding);
+        waiting_.clear();
+    }
+
+    Console& console_;
+    const std::vector<read::LogFile>& files_;
+    bool isAll_;
+    std::map<std::uint32_t, read::LogTime> begins_; ///< by session
+    std::multimap<std::pair<std::uint32_t, read::Position>, Finding> waiting_;
+    std::uint64_t counts_[12] = {};
+};
+
+class ErrorRows : public SortedFindings
+{
+public:
+    ErrorRows(Console& console, const std::vector<read::LogFile>& files, bool isAll)
+        : SortedFindings(console, files, isAll), console_(console)
+    {
+    }
+
+    void Show(const Finding& finding) override
+    {
+        if (HasSeveralSessions() && finding.Session != session_) {
+            const read::LogTime begin = BeginOf(finding);
+            console_.Write((session_ == 0 ? "== session " : "\n== session ") +
+                           std::to_string(finding.Session) + "   " + DateText(begin) + "  " +
+                           ClockText(begin) + "\n");
+        }
+        session_ = finding.Session;
+        std::string row;
+        if (finding.At.Line != 0) {
+            PutBefore(row, LineColumn, PositionText(finding.At));
+            PutBefore(row, TimeColumn, "+" + SecondsText(BeginOf(finding), finding.Time));
+        }
+        PutAt(row, SubjectColumn, finding.Subject);
+        console_.Write(Wrapped(std::move(row), TextColumn, finding.Text, console_.Columns()));
+        for (const std::string& why : finding.Why)
+            console_.Write(Wrapped({}, SubjectColumn, why, console_.Columns()));
+    }
+
+private:
+    Console& console_;
+    std::uint32_t session_ = 0;
+};
+
+std::string LeftOutText(const SortedFindings& found)
+{
+    const std::uint64_t queues = found.Count(FindingKind::EmptyQueue);
+    const std::uint64_t pending = found.Count(FindingKind::Pending);
+    std::string text;
+    if (queues > 0)
+        text = Counted(queues, "empty queue");
+    if (pending > 0)
+        text += (text.empty() ? "" : " and ") + Grouped(pending) + " \"response pending\"";
+    return text;
+}
+
+/// What is good to know even if nothing is wrong with it.
+std::string AllClearText(const SortedFindings& found)
+{
+    std::string text;
+    const auto add = [&](FindingKind kind, std::string_view clear) {
+        if (found.Count(kind) == 0)
+            text.append(text.empty() ? "" : "; ").append(clear);
+    };
+    if (found.Count(FindingKind::NotLoaded) == 0)
+        add(FindingKind::InFlight, "every call has returned");
+    add(FindingKind::Cut, "nothing was cut");
+    add(FindingKind::DataLost, "no event was lost");
+    add(FindingKind::Damaged, "no line is damaged");
+    if (!text.empty())
+        text.front() = static_cast<char>(text.front() - ('a' - 'A'));
+    return text.empty() ? text : text + ".";
+}
+
+void WriteFooter(Console& console, const SortedFindings& found, bool isAll)
+{
+    std::string line = (found.ErrorCount() == 0 ? "None" : Grouped(found.ErrorCount())) + " found.";
+    const std::string normal = LeftOutText(found);
+    const bool isOne = found.Count(FindingKind::EmptyQueue) + found.Count(FindingKind::Pending) == 1;
+    if (!normal.empty())
+        line +=
+            "  " + normal + (isOne ? " is normal" : " are normal") + (isAll ? "." : " and left out (--all).");
+    console.Write((found.ErrorCount() == 0 && !isAll ? "" : "\n") + line + "\n");
+    if (const std::string clear = AllClearText(found); !clear.empty())
+        console.Write(clear + "\n");
+}
+
+class ErrorJson : public SortedFindings
+{
+public:
+    ErrorJson(Console& console, const std::vector<read::LogFile>& files, bool isAll)
+        : SortedFindings(console, files, isAll), console_(console), files_(files)
+    {
+    }
+
+    void Show(const Finding& finding) override
+    {
+        JsonObject object;
+        object.Add("what", FindingName(finding.Kind)).Add("session", finding.Session);
+        if (finding.At.Line != 0) {
+            if (finding.At.File < files_.size())
+                object.Add("file", files_[finding.At.File].Begin.Name);
+            object.Add("line", finding.At.Line)
+                .Add("time", DateTimeText(finding.Time))
+                .Add("since_begin_ms", finding.Time - BeginOf(finding));
+        }
+        if (finding.Seq != 0)
+            object.Add("seq", finding.Seq);
+        if (finding.Count != 1)
+            object.Add("count", finding.Count);
+        JsonArray why;
+        for (const std::string& each : finding.Why)
+            why.Add(each);
+        object.Add("subject", finding.Subject).Add("text", finding.Text).AddRaw("why", why.Text());
+        console_.Write((isFirst_ ? "\n" : ",\n") + object.Text());
+        isFirst_ = false;
+    }
+
+    void WriteBegin()
+    {
+        JsonArray files;
+        for (const read::LogFile& file : files_)
+            files.Add(file.Begin.Name);
+        console_.Write("{\"schema\":\"marvane.errors/1\",\"files\":" + files.Text() + ",\"problems\":[");
+    }
+
+    void WriteEnd()
+    {
+        JsonObject normal;
+        normal.Add("empty_queue", Count(FindingKind::EmptyQueue)).Add("pending", Count(FindingKind::Pending));
+        console_.Write(std::string(isFirst_ ? "" : "\n") + "],\"found\":" + std::to_string(ErrorCount()) +
+                       ",\"normal\":" + normal.Text() + "}\n");
+    }
+
+private:
+    Console& console_;
+    const std::vector<read::LogFile>& files_;
+    bool isFirst_ = true;
+};
+
+int RunErrors(const Arguments& arguments, Console& console)
+{
+    const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    const bool isAll = arguments.Has("--all");
+    if (arguments.Has("--json")) {
+        ErrorJson found(console, files, isAll);
+        found.WriteBegin();
+        read::LogReader reader(found, Findings::Wants);
+        ReadLogs(files, reader);
+        found.Finish();
+        found.WriteEnd();
+        return found.ErrorCount() == 0 ? 0 : 1;
+    }
+    console.UsePager();
+    ErrorRows found(console, files, isAll);
+    read::LogReader reader(found, Findings::Wants);
+    ReadLogs(files, reader);
+    found.Finish();
+    WriteFooter(console, found, isAll);
+    return found.ErrorCount() == 0 ? 0 : 1;
+}
+
+constexpr Option ErrorOptionList[] = {
+    {"--all", "", "Also what is normal: empty event queues and pending answers"},
+    {"--json", "", "As JSON, schema marvane.errors/1"},
+};
+constexpr OptionGroup ErrorOptions = {"What to show", ErrorOptionList};
+constexpr OptionGroup ErrorGroups[] = {ErrorOptions, LogOptions};
+
+constexpr Example ErrorExamples[] = {
+    {"errors", "what failed in the newest session, and why"},
+    {"errors run.LGR --json", "the same for a program"},
+    {"errors run.LGR > /dev/null && echo clean", "the exit status tells whether there are any"},
+};
+
+} // namespace
+
+extern const Command ErrorsCommand;
+constinit const Command ErrorsCommand = {
+    .Name = "errors",
+    .Purpose = "What went wrong, each with its why: failed calls, refused and silent requests, lost data",
+    .Takes = LogOperands,
+    .Description =
+        "LOG is a file (.gz too), a folder, a pattern or - for standard input. Without it, the newest "
+        "session in the log folder of the configuration that applies here.",
+    .Examples = ErrorExamples,
+    .Groups = ErrorGroups,
+    .ExitStatus = "0 if nothing is wrong, 1 if something is, 2 for trouble or wrong usage",
+    .Run = RunErrors,
+};
+
+} // namespace marvane::tool

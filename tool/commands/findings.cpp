@@ -1,0 +1,307 @@
+#include "tool/commands/findings.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "pdu/pdu_api.h"
+#include "tool/commands/link_words.h"
+#include "tool/commands/row_text.h"
+#include "tool/words/describe.h"
+
+namespace marvane::tool {
+
+namespace {
+
+using read::CallState;
+using read::Outcome;
+
+// Callbacks that may have held something up are remembered from this length on, and no more than so many.
+constexpr std::int64_t LongCallbackMs = 20;
+constexpr std::size_t MostCallbacks = 256;
+
+// A request that went out so much later than the call is a reason for silence.
+constexpr std::int64_t LateSendingMs = 50;
+
+constexpr std::uint32_t DataLostEvent = 0x802;
+
+std::string_view WithoutPrefix(std::string_view name, std::string_view prefix)
+{
+    return name.starts_with(prefix) ? name.substr(prefix.size()) : name;
+}
+
+std::string Code(std::uint32_t code)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "(0x%04X)", code);
+    return text;
+}
+
+std::string RequestSubject(read::Bytes request, std::uint64_t size, const read::Link& link)
+{
+    const std::string bytes = request.empty() ? "request" : BytesText(request, size, 6, 4);
+    const std::string on = LinkText(link);
+    return on.empty() ? bytes : bytes + ", " + on;
+}
+
+std::string After(const std::optional<read::Latency>& latency)
+{
+    return latency ? ", after " + MillisecondsText(*latency) + " ms" : std::string();
+}
+
+} // namespace
+
+std::string_view FindingName(FindingKind kind)
+{
+    constexpr std::string_view names[] = {"failed_call", "refused",   "silent",      "late",
+                                          "data_lost",   "in_flight", "cut",         "damaged",
+                                          "not_loaded",  "item_leak", "empty_queue", "pending"};
+    return names[static_cast<std::size_t>(kind)];
+}
+
+Findings::Findings() : exchanges_(static_cast<read::ExchangeSink&>(*this), SuppressesAnswer) {}
+
+void Findings::OnSession(const read::Session& session)
+{
+    targets_[session.Number] = session.Target;
+}
+
+void Findings::OnEntry(const read::Call& call, bool isEvent)
+{
+    exchanges_.OnEntry(call, isEvent);
+}
+
+void Findings::Put(FindingKind kind, const read::Call& call, std::string text, std::vector<std::string> why)
+{
+    std::string subject(call.Name);
+    if (call.Module || call.Link) {
+        read::Link link;
+        link.Module = call.Module.value_or(read::UndefinedHandle);
+        link.Handle = call.Link.value_or(read::UndefinedHandle);
+        subject += ", " + LinkText(link);
+    }
+    OnFinding({kind, call.Begin, call.BeginTime, call.Session, call.Seq, std::move(subject), std::move(text),
+               std::move(why), 1});
+}
+
+void Findings::PutFailed(const read::Call& call)
+{
+    const std::uint32_t status = call.Status.value_or(0);
+    const std::string text =
+        std::string(WithoutPrefix(WithoutPrefix(call.StatusName, "PDU_ERR_"), "PDU_")) + " " + Code(status);
+    if (status == PDU_ERR_EVENT_QUEUE_EMPTY)
+        return Put(FindingKind::EmptyQueue, call, text);
+    const auto why = history_.Why(call);
+    Put(FindingKind::FailedCall, call, text,
+        why ? std::vector<std::string>{*why} : std::vector<std::string>());
+}
+
+void Findings::PutUnfinished(const read::Call& call)
+{
+    if (call.State == CallState::Cut)
+        return Put(FindingKind::Cut, call,
+                   "its exit line was lost: the text outgrew the buffer of 15,000 bytes",
+                   {"its status is not in the log; lower LogMaxPduBuff, LogFnDecodeArgs or LogFnDecodeRsps"});
+    if (call.State == CallState::InFlight)
+        return Put(FindingKind::InFlight, call, "entered, never returned: the log ends in it");
+    if (call.State == CallState::NotLoaded && ++notLoaded_[call.Session] == 1) {
+        const std::string& target = targets_[call.Session];
+        Put(FindingKind::NotLoaded, call, "called, but no target library is loaded (0x0020)",
+            target.empty() ? std::vector<std::string>()
+                           : std::vector<std::string>{"could not be loaded: " + Printable(target)});
+    }
+}
+
+void Findings::OnCall(const read::Call& call)
+{
+    if (call.State != CallState::Returned)
+        PutUnfinished(call);
+    else if (call.Status.value_or(0) != 0)
+        PutFailed(call);
+    if (call.State == CallState::Returned && (call.IsCutIn || call.IsCutOut))
+        Put(FindingKind::Cut, call,
+            call.IsCutIn ? "its arguments are cut: they outgrew the buffer of 15,000 bytes"
+                         : "its results are cut: they outgrew the buffer of 15,000 bytes");
+    items_[call.Session].OnCall(call);
+    if (call.Which == read::Function::Destruct)
+        PutLeak(call);
+    history_.OnCall(call);
+    exchanges_.OnCall(call);
+}
+
+void Findings::PutLeak(const read::Call& destruct)
+{
+    ItemBalance& items = items_[destruct.Session];
+    if (items.Given() <= items.Destroyed())
+        return items.Forget();
+    std::vector<std::string> why;
+    for (const ItemBalance::OutItem& item : items.Out(5))
+        why.push_back("not destroyed: item of " + item.By + ", line " + PositionText(item.At));
+    Put(FindingKind::ItemLeak, destruct,
+        Counted(items.Given() - items.Destroyed(), "item") + " of " + Grouped(items.Given()) +
+            " not destroyed",
+        std::move(why));
+    items.Forget();
+}
+
+void Findings::OnEvent(const read::Event& event)
+{
+    if (event.State == CallState::InFlight)
+        Put(FindingKind::InFlight, event, "the callback was entered and never returned: the log ends in it");
+    if (event.Type == DataLostEvent)
+        Put(FindingKind::DataLost, event, "PDU_EVT_DATA_LOST (0x0802): the event queue overflowed");
+    if (event.Duration() >= LongCallbackMs) {
+        callbacks_.push_back({event.Session, event.Begin, event.BeginTime, event.EndTime});
+        if (callbacks_.size() > MostCallbacks)
+            callbacks_.pop_front();
+    }
+}
+
+void Findings::OnItem(const read::Item& item)
+{
+    if (item.Fetch)
+        items_[item.Fetch->Session].OnItem(item);
+    exchanges_.OnItem(item);
+}
+
+void Findings::OnComms(const read::Comms& report)
+{
+    exchanges_.OnComms(report);
+}
+
+void Findings::OnProblem(const read::Problem& problem)
+{
+    Finding finding = {
+        FindingKind::Damaged, problem.At, problem.Time, problem.Session, problem.Seq, {}, {}, {}, 1};
+    if (problem.What == read::ProblemKind::Damaged)
+        finding.Text = "belongs to nothing: \"" + Shortened(Printable(problem.Text), 40) + "\"";
+    else if (problem.What == read::ProblemKind::ExitWithoutEntry)
+        finding.Text = "its first half is not in the log: \"" + Shortened(Printable(problem.Text), 40) + "\"";
+    else if (problem.What == read::ProblemKind::LastLineCut)
+        finding.Text = "the file ends inside this line";
+    else
+        return; // calls are found as calls, and trouble with a file is no fact of the log
+    finding.Subject = "damaged line";
+    OnFinding(finding);
+}
+
+std::vector<std::string> Findings::WhySilent(const read::Exchange& exchange) const
+{
+    std::vector<std::string> why;
+    const std::int64_t sent = exchange.SentAfterMs.value_or(0);
+    if (sent < LateSendingMs)
+        return why;
+    why.push_back("sent " + Grouped(static_cast<std::uint64_t>(sent)) + " ms after the call");
+    const LongCallback* longest = nullptr;
+    for (const LongCallback& callback : callbacks_) {
+        const bool isMeanwhile = callback.Session == exchange.Session &&
+                                 callback.Begin.Ms < exchange.Time.Ms + sent && callback.End > exchange.Time;
+        if (isMeanwhile && (!longest || callback.End - callback.Begin > longest->End - longest->Begin))
+            longest = &callback;
+    }
+    if (longest)
+        why.back() += "; meanwhile a callback was open for " +
+                      Grouped(static_cast<std::uint64_t>(longest->End - longest->Begin)) + " ms (" +
+                      PositionText(longest->At) + ")";
+    return why;
+}
+
+std::vector<std::string> Findings::WhyRefused(const read::Exchange& exchange) const
+{
+    const read::Answer* refusal = exchange.Deciding();
+    const bool isUds = DialectOf(*exchange.On) == words::Dialect::Uds;
+    constexpr std::uint8_t OfState[] = {0x22, 0x24, 0x33, 0x7E, 0x7F};
+    if (isUds && refusal && refusal->Nrc && std::ranges::count(OfState, *refusal->Nrc))
+        return {"at that moment: " + states_.Text(*exchange.On)};
+    return {};
+}
+
+void Findings::OnExchange(const read::Exchange& exchange)
+{
+    Finding finding = {FindingKind::Silent,
+                       exchange.At,
+                       exchange.Time,
+                       exchange.Session,
+                       exchange.Seq,
+                       RequestSubject(exchange.Request, exchange.RequestSize, *exchange.On),
+                       {},
+                       {},
+                       1};
+    const read::Answer* deciding = exchange.Deciding();
+    if (exchange.PendingCount > 0) {
+        Finding pending = finding;
+        pending.Kind = FindingKind::Pending;
+        pending.Count = exchange.PendingCount;
+        pending.Text = Counted(exchange.PendingCount, "pending answer") + " (7F xx 78)";
+        OnFinding(pending);
+    }
+    if (exchange.Result == Outcome::Refused && deciding) {
+        finding.Kind = FindingKind::Refused;
+        finding.Text = BytesText(deciding->Data, deciding->Size, 9, 8);
+        if (deciding->Nrc)
+            finding.Text += "  " + NrcText(DialectOf(*exchange.On), *deciding->Nrc);
+        finding.Text += After(exchange.FirstAnswer());
+        finding.Why = WhyRefused(exchange);
+        OnFinding(finding);
+    } else if (exchange.Result == Outcome::Silent || exchange.ErrorCode != 0) {
+        const bool isWanted = exchange.Result != Outcome::Sent;
+        finding.Text = exchange.ErrorCode == 0 ? "no answer" + After(exchange.Whole)
+                                               : std::string(WithoutPrefix(exchange.ErrorName, "PDU_ERR_")) +
+                                                     " " + Code(exchange.ErrorCode);
+        if (exchange.ErrorAfter)
+            finding.Text += ", " + MillisecondsText(*exchange.ErrorAfter) + " ms after " +
+                            (exchange.ErrorAfter->IsByLog ? "the call" : "sending");
+        finding.Why = WhySilent(exchange);
+        if (isWanted)
+            OnFinding(finding);
+    }
+    states_.Change(exchange);
+    OnEnded(exchange);
+}
+
+void Findings::OnLateAnswer(const read::LateAnswer& late)
+{
+    const std::string bytes = BytesText(late.What.Data, late.What.Size, 9, 8);
+    OnFinding({FindingKind::Late,
+               late.What.At,
+               late.What.Time,
+               late.Session,
+               late.Seq,
+               RequestSubject(late.Request, late.Request.size(), *late.On),
+               bytes + "  came " + std::to_string(late.AfterEndMs) + " ms after its end",
+               {"requested in line " + PositionText(late.RequestAt)},
+               1});
+}
+
+void Findings::FinishFindings()
+{
+    exchanges_.Finish();
+    for (const auto& [session, count] : notLoaded_)
+        if (count > 1)
+            OnFinding({FindingKind::NotLoaded,
+                       {},
+                       {},
+                       session,
+                       0,
+                       "",
+                       Counted(count - 1, "more call") + " alike",
+                       {},
+                       count - 1});
+}
+
+std::uint64_t Findings::ItemsGiven() const
+{
+    std::uint64_t sum = 0;
+    for (const auto& [session, items] : items_)
+        sum += items.Given();
+    return sum;
+}
+
+std::uint64_t Findings::ItemsDestroyed() const
+{
+    std::uint64_t sum = 0;
+    for (const auto& [session, items] : items_)
+        sum += items.Destroyed();
+    return sum;
+}
+
+} // namespace marvane::tool

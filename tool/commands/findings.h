@@ -1,0 +1,111 @@
+// What went wrong in a log, each with its why where the log has it.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tool/commands/ecu_state.h"
+#include "tool/commands/item_balance.h"
+#include "tool/commands/link_history.h"
+#include "tool/read/exchanges.h"
+#include "tool/read/log_reader.h"
+
+namespace marvane::tool {
+
+enum class FindingKind : std::uint8_t
+{
+    FailedCall,
+    Refused,
+    Silent,
+    Late,
+    DataLost,
+    InFlight,
+    Cut,
+    Damaged,
+    NotLoaded,
+    ItemLeak,
+    // Normal, and shown on demand only.
+    EmptyQueue,
+    Pending,
+};
+
+/// "failed_call", ...
+std::string_view FindingName(FindingKind kind);
+constexpr bool IsNormal(FindingKind kind)
+{
+    return kind == FindingKind::EmptyQueue || kind == FindingKind::Pending;
+}
+
+struct Finding
+{
+    FindingKind Kind = FindingKind::Damaged;
+    read::Position At;
+    read::LogTime Time;
+    std::uint32_t Session = 0;
+    std::uint64_t Seq = 0;        ///< of the call; 0 if it is about none
+    std::string Subject;          ///< "PDULockResource, link 2"
+    std::string Text;             ///< "RSC_LOCKED_BY_OTHER_CLL (0x00A1)"
+    std::vector<std::string> Why; ///< "link 1 holds the lock since line 510"
+    std::uint64_t Count = 1;      ///< how many of its kind it stands for
+};
+
+/// A sink that finds what went wrong. It gives out each finding when it is known, which is not always in the
+/// order of lines.
+class Findings : public read::LogSink, private read::ExchangeSink
+{
+public:
+    static constexpr read::Wants Wants = read::Wants::Calls | read::Wants::Comms | read::Wants::Items;
+
+    Findings();
+
+    virtual void OnFinding(const Finding& finding) = 0;
+    /// To be overridden by one who also wants the exchanges.
+    virtual void OnEnded(const read::Exchange&) {}
+
+    /// To be called after LogReader::Finish.
+    void FinishFindings();
+
+    void OnSession(const read::Session& session) override;
+    void OnEntry(const read::Call& call, bool isEvent) override;
+    void OnCall(const read::Call& call) override;
+    void OnEvent(const read::Event& event) override;
+    void OnItem(const read::Item& item) override;
+    void OnComms(const read::Comms& report) override;
+    void OnProblem(const read::Problem& problem) override;
+
+    /// Of all sessions together.
+    std::uint64_t ItemsGiven() const;
+    std::uint64_t ItemsDestroyed() const;
+    read::LinkBook& Links() { return exchanges_.Links(); }
+
+private:
+    struct LongCallback
+    {
+        std::uint32_t Session;
+        read::Position At;
+        read::LogTime Begin;
+        read::LogTime End;
+    };
+
+    void OnExchange(const read::Exchange& exchange) override;
+    void OnLateAnswer(const read::LateAnswer& answer) override;
+    void Put(FindingKind kind, const read::Call& call, std::string text, std::vector<std::string> why = {});
+    void PutFailed(const read::Call& call);
+    void PutUnfinished(const read::Call& call);
+    std::vector<std::string> WhySilent(const read::Exchange& exchange) const;
+    std::vector<std::string> WhyRefused(const read::Exchange& exchange) const;
+    void PutLeak(const read::Call& destruct);
+
+    read::Exchanges exchanges_;
+    LinkHistory history_;
+    EcuStates states_;
+    std::map<std::uint32_t, ItemBalance> items_;       ///< by session
+    std::map<std::uint32_t, std::uint64_t> notLoaded_; ///< calls, by session
+    std::map<std::uint32_t, std::string> targets_;     ///< path, by session
+    std::deque<LongCallback> callbacks_;
+};
+
+} // namespace marvane::tool

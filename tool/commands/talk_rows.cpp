@@ -1,0 +1,265 @@
+#include "tool/commands/talk_rows.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "pdu/pdu_api.h"
+#include "tool/commands/link_words.h"
+#include "tool/commands/row_text.h"
+#include "tool/words/describe.h"
+
+namespace marvane::tool {
+
+namespace {
+
+using read::AnswerKind;
+using read::Exchange;
+using read::Outcome;
+
+constexpr std::size_t NumberColumn = 12; // columns where a field ends or begins
+constexpr std::size_t RequestColumn = 14;
+constexpr std::size_t WordsColumn = 32;
+constexpr std::size_t MarkColumn = 53;
+constexpr std::size_t ResponseColumn = 55;
+constexpr std::size_t LatencyColumn = 90;
+constexpr std::size_t LineColumn = 98;
+constexpr std::size_t ResponseWidth = 29;
+
+constexpr std::size_t MostAnswerRows = 12;
+// A request that went out so much later than the call is worth a remark.
+constexpr std::int64_t LateSendingMs = 50;
+
+bool IsText(read::Bytes bytes)
+{
+    return bytes.size() >= 4 &&
+           std::ranges::all_of(bytes, [](auto byte) { return byte >= 0x20 && byte < 0x7F; });
+}
+
+std::string WordsOfType(std::uint32_t type)
+{
+    switch (type) {
+    case PDU_COPT_STARTCOMM:
+        return "start communication";
+    case PDU_COPT_STOPCOMM:
+        return "stop communication";
+    case PDU_COPT_UPDATEPARAM:
+        return "update parameters";
+    case PDU_COPT_DELAY:
+        return "delay";
+    case PDU_COPT_RESTORE_PARAM:
+        return "restore parameters";
+    default:
+        return {};
+    }
+}
+
+std::string ErrorText(std::string_view name)
+{
+    constexpr std::string_view prefix = "PDU_ERR_EVT_";
+    return std::string(name.starts_with(prefix) ? name.substr(prefix.size()) : name);
+}
+
+bool AreAllEqual(const std::vector<const read::Answer*>& answers)
+{
+    return std::ranges::all_of(answers, [&](const read::Answer* answer) {
+        return answer->Data == answers.front()->Data && answer->From == answers.front()->From;
+    });
+}
+
+bool HaveSeveralSenders(const std::vector<const read::Answer*>& answers)
+{
+    return std::ranges::any_of(
+        answers, [&](const read::Answer* answer) { return answer->From != answers.front()->From; });
+}
+
+void AddPending(const Exchange& exchange, words::Dialect dialect, std::vector<ResponseRow>& rows)
+{
+    const auto first = std::ranges::find(exchange.Answers, AnswerKind::Pending, &read::Answer::Kind);
+    if (first == exchange.Answers.end())
+        return;
+    std::string text = BytesText(first->Data, first->Size, 9, 8);
+    text += dialect == words::Dialect::Unknown ? "" : " pending";
+    if (exchange.PendingCount > 1)
+        text += ", " + std::to_string(exchange.PendingCount) + " times";
+    rows.push_back({'.', std::move(text), first->After});
+}
+
+void AddAnswers(const Exchange& exchange, words::Dialect dialect, std::vector<ResponseRow>& rows)
+{
+    std::vector<const read::Answer*> answers;
+    for (const read::Answer& answer : exchange.Answers)
+        if (answer.Kind != AnswerKind::Pending)
+            answers.push_back(&answer);
+    if (answers.empty())
+        return;
+    const std::uint64_t count = exchange.AnswerCount - exchange.PendingCount;
+    const bool isRepeated = count > 1 && AreAllEqual(answers);
+    const bool hasSenders = HaveSeveralSenders(answers);
+    const std::size_t shown = isRepeated ? 1 : std::min(answers.size(), MostAnswerRows);
+    for (std::size_t i = 0; i < shown; ++i) {
+        const read::Answer& answer = *answers[i];
+        std::string text = AnswerText(answer, dialect);
+        if (isRepeated)
+            text += "  " + Grouped(count) + " times";
+        if (hasSenders && answer.From)
+            text += "  from " + std::to_string(*answer.From);
+        const auto after = isRepeated && exchange.Whole ? *exchange.Whole : answer.After;
+        rows.push_back({answer.Kind == AnswerKind::Refusal ? 'X' : ' ', std::move(text), after});
+    }
+    if (!isRepeated && count > shown)
+        rows.push_back({'.', "and " + Grouped(count - shown) + " more answers", {}});
+}
+
+/// What the outcome adds to the answers.
+void AddEnd(const Exchange& exchange, std::vector<ResponseRow>& rows)
+{
+    const std::string error = ErrorText(exchange.ErrorName);
+    switch (exchange.Result) {
+    case Outcome::Silent:
+        rows.push_back({'X', exchange.PendingCount == 0 ? "no answer" : "no final answer",
+                        exchange.ErrorAfter ? exchange.ErrorAfter : exchange.Whole});
+        if (!error.empty())
+            rows.back().Text += ": " + error;
+        return;
+    case Outcome::Cancelled:
+        rows.push_back({'.', "cancelled", exchange.Whole});
+        break;
+    case Outcome::Sent:
+        if (exchange.Type == PDU_COPT_SENDRECV || exchange.Type == 0)
+            rows.push_back({'.', "no answer wanted", {}});
+        return;
+    case Outcome::Open:
+        rows.push_back(
+            {'?', exchange.Primitive ? "the log ends before an answer" : "answers are not in the log", {}});
+        return;
+    default:
+        break;
+    }
+    if (!error.empty())
+        rows.push_back({'!', error, exchange.ErrorAfter});
+}
+
+} // namespace
+
+RequestText RequestTextOf(const Exchange& exchange)
+{
+    RequestText text;
+    if (exchange.RequestSize > 0 || !exchange.Request.empty()) {
+        text.Bytes = exchange.Request.empty() ? Counted(exchange.RequestSize, "byte")
+                                              : BytesText(exchange.Request, exchange.RequestSize, 6, 4);
+        text.Words = words::DescribeRequest(DialectOf(*exchange.On), exchange.Request).Summary;
+    } else {
+        text.Words = exchange.Type == 0 ? "?" : WordsOfType(exchange.Type);
+    }
+    const std::int32_t cycles = exchange.SendCycles.value_or(1);
+    if (exchange.Type == PDU_COPT_SENDRECV && cycles != 1)
+        text.Bytes += cycles < 0 ? "  endless" : "  " + std::to_string(cycles) + " cycles";
+    return text;
+}
+
+std::string AnswerText(const read::Answer& answer, words::Dialect dialect)
+{
+    const read::Bytes bytes = answer.Data;
+    if (answer.Kind != AnswerKind::Good && answer.Nrc && dialect != words::Dialect::Unknown)
+        return BytesText(bytes, answer.Size, 9, 8) + " " + NrcText(dialect, *answer.Nrc);
+    // The three bytes of "62 F1 90" name the identifier; what follows may be a text.
+    const bool isRead = dialect == words::Dialect::Uds && bytes.size() > 3 && bytes[0] == 0x62;
+    if (isRead && !answer.IsCut && IsText(bytes.subspan(3)))
+        return BytesText(bytes.first(3), 3, 3, 3) + " " + std::string(bytes.begin() + 3, bytes.end());
+    if (bytes.empty())
+        return answer.Size == 0 ? "(no bytes)" : "(" + Counted(answer.Size, "byte") + ")";
+    return BytesText(bytes, answer.Size, 9, 8);
+}
+
+std::vector<ResponseRow> ResponseRows(const Exchange& exchange)
+{
+    std::vector<ResponseRow> rows;
+    const words::Dialect dialect = DialectOf(*exchange.On);
+    AddPending(exchange, dialect, rows);
+    AddAnswers(exchange, dialect, rows);
+    AddEnd(exchange, rows);
+    if (rows.empty())
+        rows.emplace_back();
+    if (exchange.SentAfterMs.value_or(0) >= LateSendingMs)
+        rows.push_back(
+            {'!',
+             "sent " + Grouped(static_cast<std::uint64_t>(*exchange.SentAfterMs)) + " ms after the call",
+             {}});
+    return rows;
+}
+
+TalkLayout::TalkLayout(const Console& console)
+    : console_(console), extra_(console.Columns() > 100 ? console.Columns() - 100 : 0)
+{
+}
+
+std::string TalkLayout::Header() const
+{
+    std::string row;
+    PutBefore(row, 7, "time");
+    PutBefore(row, NumberColumn, "#");
+    PutAt(row, RequestColumn, "request");
+    PutAt(row, ResponseColumn, "response");
+    PutBefore(row, LatencyColumn + extra_, "ms");
+    PutBefore(row, LineColumn + extra_, "line");
+    return Finished(std::move(row));
+}
+
+std::string TalkLayout::Row(std::string_view time, std::string_view number, const RequestText& request,
+                            const ResponseRow& response, std::string_view line) const
+{
+    std::string row;
+    PutBefore(row, 7, time);
+    PutBefore(row, NumberColumn, number);
+    if (!request.Bytes.empty())
+        PutAt(row, RequestColumn, request.Bytes);
+    if (!request.Words.empty())
+        PutAt(row, request.Bytes.empty() ? RequestColumn : WordsColumn, request.Words);
+    const std::size_t width = ResponseWidth + extra_;
+    const std::size_t wide = ColumnsOf(response.Text);
+    // A long text breaks at a blank, so that the times stay in their column.
+    const std::size_t blank = wide <= width ? std::string::npos : response.Text.rfind(' ', width);
+    const bool isBroken = blank != std::string::npos && blank > 0;
+    const std::string first = isBroken ? response.Text.substr(0, blank) : Shortened(response.Text, width);
+    if (response.Mark != ' ')
+        PutAt(row, MarkColumn, std::string(1, response.Mark));
+    if (!first.empty())
+        PutAt(row, ResponseColumn, first);
+    if (response.After)
+        PutBefore(row, LatencyColumn + extra_, MillisecondsText(*response.After));
+    if (!line.empty())
+        PutBefore(row, LineColumn + extra_, line);
+    row = Finished(std::move(row));
+    if (isBroken) {
+        std::string rest;
+        PutAt(rest, ResponseColumn, Shortened(response.Text.substr(blank + 1), width + 16));
+        row += Finished(std::move(rest));
+    }
+    const Colour colour = response.Mark == 'X' ? Colour::Red : Colour::Yellow;
+    if (console_.HasColour() && (response.Mark == 'X' || response.Mark == '!') && row.size() > MarkColumn)
+        row.replace(row.find(response.Mark, MarkColumn), 1,
+                    console_.Coloured(colour, std::string_view(&response.Mark, 1)));
+    return row;
+}
+
+std::string TalkLayout::Remark(std::string_view time, std::string_view text, std::string_view line) const
+{
+    std::string row;
+    PutBefore(row, 7, time);
+    PutAt(row, RequestColumn, Shortened(text, LineColumn + extra_ - RequestColumn - line.size() - 1));
+    PutBefore(row, LineColumn + extra_, line);
+    return Finished(std::move(row));
+}
+
+std::string TalkLines(const TalkLayout& layout, const Exchange& exchange, read::LogTime begin)
+{
+    const std::vector<ResponseRow> rows = ResponseRows(exchange);
+    const std::string number = exchange.Primitive ? std::to_string(*exchange.Primitive) : "?";
+    std::string lines = layout.Row(SecondsText(begin, exchange.Time), number, RequestTextOf(exchange),
+                                   rows.front(), PositionText(exchange.At));
+    for (std::size_t i = 1; i < rows.size(); ++i)
+        lines += layout.Row("", "", {}, rows[i], "");
+    return lines;
+}
+
+} // namespace marvane::tool

@@ -126,7 +126,7 @@ Frame* LogReader::Engine::FindFrame(std::string_view name)
 {
     const Function function = FunctionOf(name);
     for (auto frame = thread_->Open.rbegin(); frame != thread_->Open.rend(); ++frame)
-        if (!(*frame)->IsOrphan && (*frame)->Record.Which == function && (*frame)->Entry().Name == name)
+        if (!(*frame)->IsOrphan && (*frame)->Record.Which == function && (*frame)->HasName(name))
             return frame->get();
     return nullptr;
 }
@@ -217,15 +217,13 @@ void LogReader::Engine::Deliver(Frame& frame)
         sink_.OnEvent(record);
     else if (Wanted(Wants::Calls))
         sink_.OnCall(record);
-    if (const Item* const item = items_.ItemOf(record)) {
+    if (const Item* const item = Wanted(Wants::Items) ? items_.ItemOf(record) : nullptr) {
         ++counts_.Items;
-        if (Wanted(Wants::Items))
-            sink_.OnItem(*item);
+        sink_.OnItem(*item);
     }
-    if (const Param* const param = items_.ParamOf(record)) {
+    if (const Param* const param = Wanted(Wants::Params) ? items_.ParamOf(record) : nullptr) {
         ++counts_.Params;
-        if (Wanted(Wants::Params))
-            sink_.OnParam(*param);
+        sink_.OnParam(*param);
     }
     const std::string_view name = record.Name;
     if (record.State == CallState::InFlight)

@@ -28,6 +28,18 @@ bool TakeHandle(std::string_view& rest, std::string_view name, std::optional<std
     return true;
 }
 
+/// Reads "NAME=VALUE" at the beginning of `rest` and takes it away; no value has a comma.
+std::string_view TakeValue(std::string_view& rest, std::string_view name)
+{
+    if (!rest.starts_with(name))
+        return {};
+    const std::size_t end = std::min(rest.find(','), rest.size());
+    std::string_view value = rest.substr(name.size(), end - name.size());
+    rest.remove_prefix(std::min(end + 2, rest.size()));
+    value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
+    return value;
+}
+
 } // namespace
 
 void Frame::Reset()
@@ -52,12 +64,17 @@ void Frame::SetEntry(std::string_view text)
     IsEvent = Record.Which == Function::CallbackTrap;
     ReadEntry();
     std::string_view handles = Record.Arguments;
-    if (IsEvent) {
-        const std::size_t comma = handles.find(", ");
-        handles.remove_prefix(comma == std::string_view::npos ? handles.size() : comma + 2);
-    }
+    if (IsEvent)
+        Record.Type = NumberInValue(TakeValue(handles, "Type=")).value_or(0);
     if (TakeHandle(handles, "hMod=", Record.Module) && TakeHandle(handles, "hCLL=", Record.Link))
         TakeHandle(handles, "hCoP=", Record.Primitive);
+}
+
+bool Frame::HasName(std::string_view name) const
+{
+    const std::string_view entry = std::string_view(text_).substr(0, entryLength_);
+    return entry.starts_with(name) &&
+           (entry.size() == name.size() || entry[name.size()] == '(' || entry[name.size()] == '{');
 }
 
 void Frame::ContinueEntry(std::string_view text)
@@ -85,13 +102,12 @@ void Frame::ReadEntry()
         Record.Arguments.remove_suffix(1);
     if (!IsEvent)
         return;
-    const auto value = [this](std::string_view name) {
-        return Argument(Record.Arguments, name).value_or("");
-    };
-    Record.Type = NumberInValue(value("Type")).value_or(0);
-    Record.LinkTag = value("pCLLTag");
-    Record.ApiTag = value("pAPITag");
-    Record.Handler = value("Handler");
+    std::string_view rest = Record.Arguments;
+    for (const std::string_view name : {"Type=", "hMod=", "hCLL="})
+        TakeValue(rest, name);
+    Record.LinkTag = TakeValue(rest, "pCLLTag=");
+    Record.ApiTag = TakeValue(rest, "pAPITag=");
+    Record.Handler = TakeValue(rest, "Handler = ");
 }
 
 const Event& Frame::Entry()

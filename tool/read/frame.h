@@ -27,6 +27,8 @@ public:
     /// The entry line goes on in another line.
     void ContinueEntry(std::string_view text);
     bool HasWholeEntry() const;
+    /// True if the entry line has that name.
+    bool HasName(std::string_view name) const;
     /// The record with what an entry line says; valid until the next change of the frame.
     const Event& Entry();
 

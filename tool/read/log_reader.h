@@ -86,9 +86,9 @@ struct ReadCounts
     std::uint64_t Lines = 0;
     std::uint64_t Calls = 0;
     std::uint64_t Events = 0;
-    std::uint64_t Items = 0;
+    std::uint64_t Items = 0; ///< if they are wanted
     std::uint64_t Comms = 0;
-    std::uint64_t Params = 0;
+    std::uint64_t Params = 0; ///< if they are wanted
     std::uint64_t Marks = 0;
     std::uint64_t Sessions = 0;
     std::uint64_t DamagedLines = 0; ///< lines that belong to nothing; each is a Problem too

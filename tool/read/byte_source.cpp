@@ -15,7 +15,10 @@ namespace {
 class FileSource : public ByteSource
 {
 public:
-    explicit FileSource(const std::filesystem::path& path) : stream_(path, std::ios::binary) {}
+    FileSource(const std::filesystem::path& path, std::uint64_t begin) : stream_(path, std::ios::binary)
+    {
+        stream_.seekg(static_cast<std::streamoff>(begin));
+    }
     bool IsOpen() const { return stream_.is_open(); }
 
     std::size_t Read(std::span<char> buffer) override
@@ -131,9 +134,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<ByteSource> OpenFileSource(const std::filesystem::path& path)
+std::unique_ptr<ByteSource> OpenFileSource(const std::filesystem::path& path, std::uint64_t begin)
 {
-    auto source = std::make_unique<FileSource>(path);
+    auto source = std::make_unique<FileSource>(path, begin);
     return source->IsOpen() ? std::unique_ptr<ByteSource>(std::move(source)) : nullptr;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <span>
@@ -20,8 +21,8 @@ public:
     virtual std::string Trouble() const { return {}; }
 };
 
-/// A file as it is on disk. Null if it can't be opened.
-std::unique_ptr<ByteSource> OpenFileSource(const std::filesystem::path& path);
+/// A file as it is on disk, from a byte on. Null if it can't be opened.
+std::unique_ptr<ByteSource> OpenFileSource(const std::filesystem::path& path, std::uint64_t begin = 0);
 /// Standard input, which the caller has set to pass bytes as they are.
 std::unique_ptr<ByteSource> StandardInputSource();
 /// Unpacks what `source` gives if that begins as a gzip file does; else passes it on.

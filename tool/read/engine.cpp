@@ -83,7 +83,8 @@ void LogReader::Engine::Skip(std::uint64_t bytes, std::uint64_t lines)
     SettleMark();
     CloseReport(false);
     tail_ = Tail::Nothing;
-    LeaveAll(0);
+    ForgetAll();
+    hasSkipped_ = true;
     offset_ += bytes;
     lines_ += lines;
 }

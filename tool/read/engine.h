@@ -91,10 +91,11 @@ private:
     void Close(ThreadState& thread, CallState state);
     void Deliver(Frame& frame);
     void DropOrphan(Frame& frame);
-    void Forget();
+    void Forget(ThreadState& thread);
     void DropOldest();
     void KeepBounds();
     void LeaveAll(std::uint32_t session);
+    void ForgetAll();
 
     LogSink& sink_;
     Wants wants_;
@@ -104,6 +105,7 @@ private:
     bool hasFile_ = false;
     bool isComms_ = false;
     bool isFileFresh_ = false; ///< no stamped line was read of it
+    bool hasSkipped_ = false;  ///< so that second halves without first are no wonder
     std::uint32_t files_ = 0;
     std::uint32_t headersInFile_ = 0;
     std::uint64_t offset_ = 0;

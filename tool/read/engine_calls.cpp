@@ -158,8 +158,10 @@ void LogReader::Engine::ReadExit(std::string_view rest)
     Frame* const frame = FindFrame(exit.Name);
     if (!frame) {
         if (thread_->Top() && thread_->Top()->IsOrphan)
-            Forget();
-        return Tell(ProblemKind::ExitWithoutEntry, at_, nullptr, rest);
+            Forget(*thread_);
+        if (!hasSkipped_)
+            Tell(ProblemKind::ExitWithoutEntry, at_, nullptr, rest);
+        return;
     }
     LeaveAbove(*frame);
     Event& record = frame->Record;
@@ -201,13 +203,21 @@ void LogReader::Engine::Close(ThreadState& thread, CallState state)
     pool_.Put(std::move(frame));
 }
 
-/// Takes an innermost frame without entry away: its exit line is told instead.
-void LogReader::Engine::Forget()
+/// Takes the thread's innermost frame away without a word.
+void LogReader::Engine::Forget(ThreadState& thread)
 {
     --openFrames_;
-    openBytes_ -= std::min(openBytes_, thread_->Top()->Size());
-    pool_.Put(std::move(thread_->Open.back()));
-    thread_->Open.pop_back();
+    openBytes_ -= std::min(openBytes_, thread.Top()->Size());
+    pool_.Put(std::move(thread.Open.back()));
+    thread.Open.pop_back();
+}
+
+void LogReader::Engine::ForgetAll()
+{
+    threads_.ForEach([this](ThreadState& thread) {
+        while (thread.Top())
+            Forget(thread);
+    });
 }
 
 void LogReader::Engine::Deliver(Frame& frame)

@@ -44,7 +44,7 @@ LogTime LocalTime(std::time_t moment)
             ((local->tm_hour * 60 + local->tm_min) * 60 + local->tm_sec) * 1000LL};
 }
 
-LogTime LastChange(const fs::path& path)
+LogTime ChangeOf(const fs::path& path)
 {
     std::error_code error;
     const fs::file_time_type changed = fs::last_write_time(path, error);
@@ -71,8 +71,9 @@ LogFile FileAt(const fs::path& path)
     const std::uintmax_t size = fs::file_size(path, error);
     file.Size = error ? 0 : size;
     const std::optional<LogFileName> name = NameOf(file.Begin.Name);
+    file.LastChange = ChangeOf(path);
     file.Begin.HasNameTime = name.has_value();
-    file.Begin.NameTime = name ? TimeOf(name->Begun) : LastChange(path);
+    file.Begin.NameTime = name ? TimeOf(name->Begun) : file.LastChange;
     if (name)
         file.Family = name->Family;
     file.Begin.IsComms = file.Family == LogFamily::Comms;

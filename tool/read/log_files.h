@@ -17,6 +17,7 @@ struct LogFile
     std::filesystem::path Path;      ///< "-" for standard input
     std::optional<LogFamily> Family; ///< by its name; none if it is named otherwise
     FileBegin Begin;
+    LogTime LastChange;
     std::uint64_t Size = 0; ///< in bytes on disk; 0 for standard input
     bool IsCompressed = false;
     bool IsStandardInput = false;

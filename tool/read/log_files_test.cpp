@@ -163,4 +163,93 @@ TEST_F(LogFilesTest, BridgesTheFilesOfASession)
               "4..2 call PDUConnect returned 0 thread 1 depth 0 in 0 out 0 86400000 ms\n");
 }
 
+/// A log of `hours` hours from 20:00 on with a call each second, and a line that tells its time.
+std::string LongLog(int hours)
+{
+    std::string log =
+        "{20:00:00.000 - 00000001} ########## INITIALISE ##########\n"
+        "{20:00:00.000 - 00000001} Config setting: LogCbCalls           =         1 (0x00000001)\n";
+    for (int second = 1; second < hours * 3600; ++second) {
+        char line[128];
+        const int day = 20 * 3600 + second;
+        std::snprintf(line, sizeof line, "{%02d:%02d:%02d.000 - 00000001} ", day / 3600 % 24, day / 60 % 60,
+                      day % 60);
+        log.append(line).append("+ PDUGetStatus\n").append(line);
+        log.append("- PDUGetStatus<PDU_STATUS_NOERROR (0x0000)>\n");
+    }
+    return log;
+}
+
+/// Counts calls from a time on, and all of them.
+struct CountSince : LogSink
+{
+    LogTime Since;
+    std::uint64_t Later = 0;
+    std::uint64_t All = 0;
+    std::uint64_t FirstLine = 0;
+    std::uint64_t Problems = 0;
+
+    void OnCall(const Call& call) override
+    {
+        ++All;
+        if (call.BeginTime < Since)
+            return;
+        if (++Later == 1)
+            FirstLine = call.Begin.Line;
+    }
+    void OnProblem(const Problem&) override { ++Problems; }
+};
+
+TEST_F(LogFilesTest, SkipsWhatIsBeforeATime)
+{
+    const std::string path = Put("D-PDU_API_Logger_31-01-2026_20-00-00.LGR", LongLog(6));
+    std::vector<LogFile> files = FindLogFiles({path}).Files;
+    files[0].LastChange = {files[0].Begin.NameTime.Ms + 6 * 3600 * 1000};
+    CountSince sink;
+    sink.Since = {files[0].Begin.NameTime.Ms + 5 * 3600 * 1000}; // after midnight
+    LogReader reader(sink);
+    EXPECT_TRUE(ReadLogFile(files[0], reader, {.Since = sink.Since}));
+    reader.Finish();
+    EXPECT_EQ(sink.Later, 3600u);
+    EXPECT_LT(sink.All, 3600u + 500u);
+    EXPECT_EQ(sink.FirstLine, 3u + (5 * 3600 - 1) * 2);
+    EXPECT_EQ(sink.Problems, 0u);
+    EXPECT_EQ(reader.FindSession(1)->NumberOf("LogCbCalls"), 1u);
+}
+
+TEST_F(LogFilesTest, ReadsAllOfAFileThatMayBeLongerThanADay)
+{
+    const std::string path = Put("D-PDU_API_Logger_31-01-2026_20-00-00.LGR", LongLog(6));
+    std::vector<LogFile> files = FindLogFiles({path}).Files;
+    files[0].LastChange = {files[0].Begin.NameTime.Ms + 3 * MillisecondsPerDay};
+    CountSince sink;
+    LogReader reader(sink);
+    ReadLogFile(files[0], reader, {.Since = LogTime{files[0].Begin.NameTime.Ms + 5 * 3600 * 1000}});
+    reader.Finish();
+    EXPECT_EQ(sink.All, 6u * 3600 - 1);
+}
+
+TEST_F(LogFilesTest, FindsATimeAlthoughTheClockWasSetBack)
+{
+    // An hour and a half, then the clock goes back by an hour.
+    const std::string log = LongLog(3);
+    const std::string_view stamp = "{21:30:00.000";
+    const std::string before = log.substr(0, log.find(stamp));
+    const std::string again = log.substr(log.find("{20:30:00.000"));
+    const std::string path = Put("D-PDU_API_Logger_31-01-2026_20-00-00.LGR", before + again);
+    std::vector<LogFile> files = FindLogFiles({path}).Files;
+    files[0].LastChange = {files[0].Begin.NameTime.Ms + 3 * 3600 * 1000};
+    for (const int minute : {10, 40, 70, 95, 120, 170}) {
+        CountSince all;
+        CountSince some;
+        all.Since = some.Since = {files[0].Begin.NameTime.Ms + minute * 60000LL};
+        LogReader readsAll(all);
+        LogReader readsSome(some);
+        ReadLogFile(files[0], readsAll);
+        ReadLogFile(files[0], readsSome, {.Since = some.Since});
+        EXPECT_EQ(all.Later, some.Later) << minute;
+        EXPECT_EQ(all.FirstLine, some.FirstLine) << minute;
+    }
+}
+
 } // namespace marvane::read::testing

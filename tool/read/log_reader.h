@@ -108,7 +108,8 @@ public:
     /// The next bytes of the file, cut anywhere. A line is read when its line end has come.
     void Feed(std::string_view bytes);
     /// The next `bytes` of the file, which are `lines` whole lines, are not read. To be called where a line
-    /// begins. Calls that are open there are told as in flight.
+    /// begins. Calls that are open there are not told.
+    /// From then on second halves without a first half are no problem.
     void Skip(std::uint64_t bytes, std::uint64_t lines);
     /// The file ends; a last line without line end is read as it stands.
     void EndFile();

@@ -4,6 +4,7 @@
 #include "line/stamp.h"
 #include "tool/read/byte_source.h"
 #include "tool/read/log_files.h"
+#include "tool/read/since.h"
 
 namespace marvane::read {
 
@@ -49,11 +50,11 @@ bool Fail(LogReader& reader, const LogFile& file, std::string_view reason)
     return false;
 }
 
-bool ReadAll(const LogFile& file, ByteSource& source, LogReader& reader)
+bool ReadAll(const LogFile& file, ByteSource& source, LogReader& reader, std::uint64_t begin)
 {
     std::vector<char> buffer(BufferSize);
-    std::uint64_t total = 0;
-    for (bool isFirst = true; !reader.IsEnough(); isFirst = false) {
+    std::uint64_t end = begin;
+    for (bool isFirst = begin == 0; !reader.IsEnough(); isFirst = false) {
         const std::size_t count = isFirst ? Fill(source, buffer) : source.Read(buffer);
         const std::string_view bytes(buffer.data(), count);
         if (isFirst && count == 0 && source.Trouble().empty())
@@ -62,23 +63,37 @@ bool ReadAll(const LogFile& file, ByteSource& source, LogReader& reader)
             return Fail(reader, file, "is no log");
         if (count == 0)
             break;
-        total += count;
+        end += count;
         reader.Feed(bytes);
     }
     if (const std::string trouble = source.Trouble(); !trouble.empty())
         return Fail(reader, file, trouble);
-    if (!reader.IsEnough() && !file.IsCompressed && total < file.Size)
+    if (!reader.IsEnough() && !file.IsCompressed && end < file.Size)
         reader.Report(ProblemKind::FileChanged, file.Begin.Name + ": became shorter while it was read");
     return true;
 }
 
+/// Feeds the header and leaves the rest up to part.End out.
+void FeedHeader(ByteSource& source, LogReader& reader, const SkippedPart& part)
+{
+    std::vector<char> header(static_cast<std::size_t>(part.Begin));
+    reader.Feed({header.data(), Fill(source, header)});
+    reader.Skip(part.End - part.Begin, part.Lines);
+}
+
 } // namespace
 
-bool ReadLogFile(const LogFile& file, LogReader& reader, const ReadOptions&)
+bool ReadLogFile(const LogFile& file, LogReader& reader, const ReadOptions& options)
 {
     reader.BeginFile(file.Begin);
-    const std::unique_ptr<ByteSource> source = Open(file);
-    const bool isGood = source ? ReadAll(file, *source, reader) : Fail(reader, file, "can't be opened");
+    std::unique_ptr<ByteSource> source = Open(file);
+    const auto part = source && options.Since ? PartBefore(file, *options.Since) : std::nullopt;
+    if (part) {
+        FeedHeader(*source, reader, *part);
+        source = OpenFileSource(file.Path, part->End);
+    }
+    const bool isGood =
+        source ? ReadAll(file, *source, reader, part ? part->End : 0) : Fail(reader, file, "can't be opened");
     reader.EndFile();
     return isGood;
 }

@@ -29,11 +29,11 @@ const std::array<UNUM8, MostBytes>& Payload()
 
 void DumpByMarvane(UNUM32 size, std::size_t times)
 {
-    static LogBuffer buffer;
-    const DecoderFrame frame{2, 2, buffer, {14, 3, 7, 250}};
+    static PhaseText text(PhaseTime(14, 3, 7, 250));
+    const DecoderContext context{2, 2, text};
     for (std::size_t i = 0; i < times; ++i) {
-        buffer.Clear();
-        DumpBuffer(frame, DirectionIn, 0, "pCoPData", Payload().data(), size, size);
+        text.Clear();
+        DumpBuffer(context, ToTarget, "pCoPData", Payload().data(), size, size);
     }
 }
 

@@ -61,6 +61,10 @@ private:
     std::size_t index_;
 };
 
+/// The arrows of lines that are not nested.
+inline constexpr Arrow ToTarget(Direction::ToTarget);
+inline constexpr Arrow FromTarget(Direction::FromTarget);
+
 /// The arrow that a text begins with: one of the eight. The text is that of a line after its stamp.
 std::optional<Arrow> ParseArrow(std::string_view text);
 

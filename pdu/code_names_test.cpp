@@ -368,7 +368,7 @@ class MissingNames : public testing::Decoding
 TEST_F(MissingNames, DifferFromTableToTable)
 {
     const auto event = [](T_PDU_IT type, const void* data) {
-        return Decoded([&](const DecoderFrame& frame) { DecodeEventItem(frame, type, data); });
+        return Decoded([&](const DecoderContext& context) { DecodeEventItem(context, type, data); });
     };
     const T_PDU_STATUS status = 1;
     EXPECT_EQ(event(PDU_IT_STATUS, &status), "    <<< Status        \t= <NULL> (0x0001)\n");

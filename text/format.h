@@ -166,6 +166,15 @@ template <std::size_t Size> struct FormatLiteral
     char Text[Size];
 };
 
+/// A literal with a line break after its last character.
+template <std::size_t Size> consteval FormatLiteral<Size + 1> WithLineBreak(const FormatLiteral<Size>& literal)
+{
+    char text[Size + 1] = {};
+    std::copy_n(literal.Text, Size - 1, text);
+    text[Size - 1] = '\n';
+    return text;
+}
+
 /// A format literal, taken apart by the compiler: nothing of it is left to search when a line is written.
 template <FormatLiteral Literal> struct LogFormat
 {
@@ -229,8 +238,7 @@ struct FormattedText
     std::size_t Count; ///< of both
 };
 
-/// A text up to its terminator, or as much of it as `room` shows if that comes first: it may have none. Null
-/// shows as "(null)".
+/// A string up to its NUL, or its first `room` characters if there is none among them. Null shows as "(null)".
 std::string_view VisibleText(const char* text, std::size_t room);
 
 /// Writes the text of a number or character. Returns its end.

@@ -16,9 +16,6 @@ namespace {
 class StatementTest : public ::testing::Test
 {
 protected:
-    StatementTest() { SetSetting(NumericKey::LogEnabled, 1); }
-    ~StatementTest() override { SetSetting(NumericKey::LogEnabled, 0); }
-
     template <class Format, class... Arguments> void Check(Format format, const Arguments&... arguments)
     {
         char place[500];
@@ -29,7 +26,7 @@ protected:
         const std::string expected =
             text(testing::FormatAtRunTime(place, std::end(place), Format::Text, list.data()));
         buffer->Clear();
-        LogAppend(*buffer, format, arguments...);
+        buffer->Append(format, arguments...);
         ASSERT_EQ(buffer->Text(), expected);
         ASSERT_EQ(text(FormatText(place, std::end(place), format, arguments...)), expected);
         ASSERT_EQ(text(FormatText(place, place + 5, format, arguments...)), expected.substr(0, 5));
@@ -155,13 +152,13 @@ TEST_F(StatementTest, AtEveryDistanceFromTheEndOfTheBufferTheTextIsTheSame)
     for (std::size_t filled = LogBuffer::Capacity - 500; filled < LogBuffer::Capacity - 200; ++filled) {
         const std::string before(filled, 'f');
         buffer->Clear();
-        LogAppend(*buffer, "%s"_fmt, before);
+        buffer->Append("%s"_fmt, before);
         const bool room = buffer->HasRoom();
         ASSERT_TRUE(room) << filled;
-        LogAppendLine(*buffer, "%-10s = %u (0x%08X)"_fmt, "name", 0xFFFFFFFFu, 0xFFFFFFFFu);
-        const bool inReserve = filled + expected.size() + LogBuffer::Reserve >= LogBuffer::Capacity;
+        buffer->Append("%-10s = %u (0x%08X)\n"_fmt, "name", 0xFFFFFFFFu, 0xFFFFFFFFu);
+        const bool inMargin = filled + expected.size() + LogBuffer::Margin >= LogBuffer::Capacity;
         ASSERT_EQ(buffer->Text(),
-                  before + std::string(expected) + std::string(inReserve ? marks::BufferFull : ""))
+                  before + std::string(expected) + std::string(inMargin ? marks::BufferFull : ""))
             << filled;
     }
 }
@@ -171,8 +168,8 @@ TEST_F(StatementTest, ATextWithoutAnEndIsReadNoFurtherThanTheRoomReaches)
     // On the heap, so that a sanitizer sees a byte read behind it.
     const std::size_t filled = 14000;
     const std::vector<char> endless(LogBuffer::Capacity - filled, 'x');
-    LogAppend(*buffer, "%s"_fmt, std::string(filled, 'f'));
-    LogAppend(*buffer, "%s"_fmt, static_cast<const char*>(endless.data()));
+    buffer->Append("%s"_fmt, std::string(filled, 'f'));
+    buffer->Append("%s"_fmt, static_cast<const char*>(endless.data()));
     EXPECT_EQ(buffer->Text(), std::string(filled, 'f') + std::string(endless.begin(), endless.end()) +
                                   std::string(marks::BufferFull));
 }

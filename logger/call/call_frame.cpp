@@ -11,14 +11,14 @@ namespace {
 T_PDU_ERROR AnswerNotLoaded(std::string_view name)
 {
     if (IsLoaded()) {
-        CallText text;
-        ReadFrameTime(text);
+        PhaseText text;
+        text.Begin();
         LogNotLoaded(text, name);
     }
     return PDU_ERR_PDUAPI_NOT_CONSTRUCTED;
 }
 
-void LogEntryLine(const CallForm& call, CallText& text)
+void LogEntryLine(const CallForm& call, PhaseText& text)
 {
     const UNUM32 calls = Setting(NumericKey::LogFnCalls);
     if (!IsLoaded() || !LoggingActive() || calls == 0)
@@ -26,19 +26,19 @@ void LogEntryLine(const CallForm& call, CallText& text)
     LogEntry(text, call.name);
     if (calls >= 2) {
         if (!call.arguments)
-            LogAppend(text.Buffer, "()"_fmt);
-        else if (text.Buffer.HasRoom())
-            call.arguments(text.Buffer);
+            text.Add("()"_fmt);
+        else if (text.HasRoom())
+            call.arguments(text);
     }
-    LogLineEnd(text.Buffer);
+    text.Add("\n"_fmt);
 }
 
-void LogExitLine(const CallForm& call, CallText& text, T_PDU_ERROR status)
+void LogExitLine(const CallForm& call, PhaseText& text, T_PDU_ERROR status)
 {
     if (!LoggingActive() || Setting(NumericKey::LogFnCalls) == 0)
         return;
     LogExit(text, call.name, status);
-    LogCommit(text.Buffer, ApiLogFile);
+    WritePhase(text, ApiLogFile);
 }
 
 } // namespace
@@ -49,8 +49,8 @@ T_PDU_ERROR LogWholeCall(const CallForm& call)
     if (!target)
         return AnswerNotLoaded(call.name);
 
-    CallText text;
-    ReadFrameTime(text);
+    PhaseText text;
+    text.Begin();
     LogEntryLine(call, text);
     if (call.before)
         call.before(text);
@@ -73,59 +73,42 @@ T_PDU_ERROR LogWholeCall(const CallForm& call)
     return status;
 }
 
-DecoderFrame ArgumentFrame(CallText& text)
+void LogEntry(PhaseText& text, std::string_view name)
 {
-    return {Setting(NumericKey::LogFnCalls), Setting(NumericKey::LogFnDecodeArgs), text.Buffer, text.Time};
+    text.AddStamped(marks::Entry, name);
 }
 
-DecoderFrame ResultFrame(CallText& text)
-{
-    return {Setting(NumericKey::LogFnCalls), Setting(NumericKey::LogFnDecodeRsps), text.Buffer, text.Time};
-}
-
-void ReadFrameTime(CallText& text)
-{
-    if (LoggingActive())
-        text.Time.Read();
-}
-
-void LogEntry(CallText& text, std::string_view name)
-{
-    LogStamped(text.Buffer, text.Time, marks::Entry, name, {});
-}
-
-void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status)
+void LogExit(PhaseText& text, std::string_view name, T_PDU_ERROR status)
 {
     // What most calls return is not looked up.
     if (status == PDU_STATUS_NOERROR)
-        return LogStamped(text.Buffer, text.Time, marks::Exit, name, "<PDU_STATUS_NOERROR (0x0000)>\n");
-    LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "%s%s<%s (0x%04X)>\n"_fmt, marks::Exit, name, StatusText(status), status);
+        return text.AddStamped(marks::Exit, name, "<PDU_STATUS_NOERROR (0x0000)>\n");
+    text.AddStamp();
+    text.Add("%s%s<%s (0x%04X)>\n"_fmt, marks::Exit, name, StatusText(status), status);
 }
 
-void LogNotLoaded(CallText& text, std::string_view name)
+void LogNotLoaded(PhaseText& text, std::string_view name)
 {
-    LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "%s"_fmt, name);
-    LogAppendLine(text.Buffer, "%s"_fmt, marks::NotLoaded);
-    LogCommit(text.Buffer, ApiLogFile);
+    text.AddStamp();
+    text.Add("%s"_fmt, name);
+    text.AddLine("%s"_fmt, marks::NotLoaded);
+    WritePhase(text, ApiLogFile);
 }
 
-void CommitEntry(CallText& text)
+void CommitEntry(PhaseText& text)
 {
     if (IsLoaded() && LoggingActive())
-        WriteToLog(ApiLogFile, text.Buffer.Text());
+        WriteToLog(ApiLogFile, text.Text());
 }
 
-void CloseCallOut(CallText& text, std::string_view name)
+void CloseCallOut(PhaseText& text, std::string_view name)
 {
     if (!LoggingActive())
         return;
-    text.Buffer.Clear();
-    ReadFrameTime(text);
+    text.Begin();
     if (Setting(NumericKey::LogCallOuts) == 1) {
-        LogStamp(text.Buffer, text.Time);
-        LogAppendLine(text.Buffer, "%s%s"_fmt, marks::CallOutEnd, name);
+        text.AddStamp();
+        text.AddLine("%s%s"_fmt, marks::CallOutEnd, name);
     }
 }
 

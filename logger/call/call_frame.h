@@ -3,7 +3,7 @@
 
 #include "logger/base/function_ref.h"
 #include "logger/decode/decode.h"
-#include "logger/log/log_buffer.h"
+#include "logger/log/phase_text.h"
 #include "logger/target/target_library.h"
 #include "pdu/pdu_api.h"
 
@@ -15,15 +15,15 @@ struct CallForm
 {
     std::string_view name;
     /// The argument text, if LogFnCalls is 2 or more. Without it: "()".
-    FunctionRef<void(LogBuffer&)> arguments = {};
+    FunctionRef<void(PhaseText&)> arguments = {};
     /// Decoded arguments, outside the gate of the entry line; runs with logging off too.
-    FunctionRef<void(CallText&)> before = {};
+    FunctionRef<void(PhaseText&)> before = {};
     /// The call into the target library. No lock is held.
     FunctionRef<T_PDU_ERROR(const CPduDll&)> forward = {};
     /// Decoded results and what is learned from them, ahead of the exit line; runs with logging off too.
-    FunctionRef<void(CallText&, T_PDU_ERROR)> after = {};
+    FunctionRef<void(PhaseText&, T_PDU_ERROR)> after = {};
     /// In place of the rotation check.
-    FunctionRef<void(CallText&)> finish = {};
+    FunctionRef<void(PhaseText&)> finish = {};
 };
 
 /// Logs a call, forwards it and returns the target library's status, or PDU_ERR_PDUAPI_NOT_CONSTRUCTED if
@@ -42,39 +42,17 @@ inline T_PDU_ERROR LogCall(const CallForm& call)
     return LogWholeCall(CallForm(call));
 }
 
-/// Levels and text for the decoders of arguments and of results.
-DecoderFrame ArgumentFrame(CallText& text);
-DecoderFrame ResultFrame(CallText& text);
-
-/// One decoded line of a call, if the frame's gate is open.
-template <class Format, class... Arguments>
-void GatedLine(const DecoderFrame& frame, std::string_view prefix, Format format,
-               const Arguments&... arguments)
-{
-    if (frame.IsOpen())
-        DecodeLine(frame, prefix, format, arguments...);
-}
-
-// Prefixes of decoded lines.
-inline constexpr std::string_view Outgoing = IndentTable[0];
-inline constexpr std::string_view OutgoingNested = IndentTable[1];
-inline constexpr std::string_view Incoming = IndentTable[4];
-inline constexpr std::string_view IncomingNested = IndentTable[5];
-
 // The phases, for the functions that put them together in an order of their own.
 
-/// Reads the clock for a new phase. Without logging nobody would see it, and it is not read.
-void ReadFrameTime(CallText& text);
-
 /// "+ name", without its line end.
-void LogEntry(CallText& text, std::string_view name);
+void LogEntry(PhaseText& text, std::string_view name);
 /// "- name<status (number)>".
-void LogExit(CallText& text, std::string_view name, T_PDU_ERROR status);
+void LogExit(PhaseText& text, std::string_view name, T_PDU_ERROR status);
 /// The line for a call that found no target library, written at once.
-void LogNotLoaded(CallText& text, std::string_view name);
+void LogNotLoaded(PhaseText& text, std::string_view name);
 /// Writes what was composed before the call-out.
-void CommitEntry(CallText& text);
+void CommitEntry(PhaseText& text);
 /// Begins the phase after a call-out: empty text, new time, and the closing line if LogCallOuts is 1.
-void CloseCallOut(CallText& text, std::string_view name);
+void CloseCallOut(PhaseText& text, std::string_view name);
 
 } // namespace marvane

@@ -42,14 +42,14 @@ TEST_F(Frame, ThePartsRunInTheirOrderAndTheirTextIsWrittenInTwoPhases)
     const T_PDU_ERROR status = LogCall({
         .name = "Call",
         .arguments =
-            [&](LogBuffer& text) {
+            [&](PhaseText& text) {
                 parts += "arguments ";
-                LogAppend(text, "(arguments)"_fmt);
+                text.Add("(arguments)"_fmt);
             },
         .before =
-            [&](CallText& text) {
+            [&](PhaseText& text) {
                 parts += "before ";
-                LogAppendLine(text.Buffer, "before"_fmt);
+                text.AddLine("before"_fmt);
             },
         .forward =
             [&](const CPduDll& target) {
@@ -59,12 +59,12 @@ TEST_F(Frame, ThePartsRunInTheirOrderAndTheirTextIsWrittenInTwoPhases)
                 return PDU_ERR_FCT_FAILED;
             },
         .after =
-            [&](CallText& text, T_PDU_ERROR answer) {
+            [&](PhaseText& text, T_PDU_ERROR answer) {
                 parts += "after ";
-                LogAppendLine(text.Buffer, "after %u"_fmt, answer);
+                text.AddLine("after %u"_fmt, answer);
             },
         .finish =
-            [&](CallText&) {
+            [&](PhaseText&) {
                 parts += "finish";
                 EXPECT_TRUE(Text().ends_with("{stamp} - Call<PDU_ERR_FCT_FAILED (0x0001)>\n"));
             },
@@ -108,7 +108,7 @@ TEST_F(Frame, AResultOf14790BytesStillLetsTheExitLinesStampIn)
     LogCall({
         .name = "Call",
         .forward = [](const CPduDll&) { return PDU_STATUS_NOERROR; },
-        .after = [&](CallText& text, T_PDU_ERROR) { LogAppend(text.Buffer, "%s"_fmt, result); },
+        .after = [&](PhaseText& text, T_PDU_ERROR) { text.Add("%s"_fmt, result); },
     });
     EXPECT_EQ(Text(), "{stamp} + Call()\n" + result + "{stamp} \t\t\t\t...\n");
 }
@@ -119,7 +119,7 @@ TEST_F(Frame, AResultOf14791BytesIsFollowedByTheMarkerAndNoExitLine)
     LogCall({
         .name = "Call",
         .forward = [](const CPduDll&) { return PDU_STATUS_NOERROR; },
-        .after = [&](CallText& text, T_PDU_ERROR) { LogAppend(text.Buffer, "%s"_fmt, result); },
+        .after = [&](PhaseText& text, T_PDU_ERROR) { text.Add("%s"_fmt, result); },
     });
     EXPECT_EQ(Text(), "{stamp} + Call()\n" + result + "\t\t\t\t...\n");
 }
@@ -129,8 +129,8 @@ TEST_F(Frame, ArgumentsThatFillTheBufferLeaveTheExitLineAlone)
     const std::string argument(20000, 'a');
     LogCall({
         .name = "Call",
-        .arguments = [&](LogBuffer& text) { LogAppend(text, "(%s)"_fmt, argument); },
-        .before = [](CallText& text) { LogAppendLine(text.Buffer, "dropped"_fmt); },
+        .arguments = [&](PhaseText& text) { text.Add("(%s)"_fmt, argument); },
+        .before = [](PhaseText& text) { text.AddLine("dropped"_fmt); },
         .forward = [](const CPduDll&) { return PDU_STATUS_NOERROR; },
     });
     const std::string text = Log();
@@ -148,10 +148,10 @@ TEST_F(Frame, ATargetWithoutAStartedLoggerIsForwardedToAndNothingElse)
     const auto never = [](const char* part) { ADD_FAILURE() << part; };
     EXPECT_EQ(LogCall({
                   .name = "Call",
-                  .arguments = [&](LogBuffer&) { never("arguments"); },
+                  .arguments = [&](PhaseText&) { never("arguments"); },
                   .forward = [](const CPduDll&) { return PDU_ERR_FCT_FAILED; },
-                  .after = [&](CallText&, T_PDU_ERROR) { never("after"); },
-                  .finish = [&](CallText&) { never("finish"); },
+                  .after = [&](PhaseText&, T_PDU_ERROR) { never("after"); },
+                  .finish = [&](PhaseText&) { never("finish"); },
               }),
               PDU_ERR_FCT_FAILED);
     EXPECT_EQ(Text(), "");
@@ -166,8 +166,8 @@ TEST_F(Frame, AStopOfTheLoggerDuringTheForwardEndsTheLoggingOfTheCall)
                           Loaded = 0;
                           return PDU_ERR_FCT_FAILED;
                       },
-                  .after = [](CallText&, T_PDU_ERROR) { ADD_FAILURE() << "after"; },
-                  .finish = [](CallText&) { ADD_FAILURE() << "finish"; },
+                  .after = [](PhaseText&, T_PDU_ERROR) { ADD_FAILURE() << "after"; },
+                  .finish = [](PhaseText&) { ADD_FAILURE() << "finish"; },
               }),
               PDU_ERR_FCT_FAILED);
     EXPECT_EQ(Text(), "{stamp} + Call()\n");

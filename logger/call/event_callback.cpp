@@ -68,8 +68,8 @@ void LogEventNotLoaded()
 {
     if (!IsLoaded())
         return;
-    CallText text;
-    ReadFrameTime(text);
+    PhaseText text;
+    text.Begin();
     LogNotLoaded(text, Name);
 }
 
@@ -78,24 +78,24 @@ void LogEventEntry(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCL
 {
     if (!IsLoaded() || !LoggingActive())
         return;
-    CallText text;
-    ReadFrameTime(text);
+    PhaseText text;
+    text.Begin();
     LogEntry(text, Name);
     if (Setting(NumericKey::LogFnCalls) >= 2)
-        LogAppend(text.Buffer, "(Type=0x%X, hMod=%s, hCLL=%s, pCLLTag=%8p, pAPITag=%8p, Handler = %8p)"_fmt,
-                  eventType, HandleText(hMod), HandleText(hCLL), pCLLTag, pAPITag, handler);
-    LogAppend(text.Buffer, "\n"_fmt);
+        text.Add("(Type=0x%X, hMod=%s, hCLL=%s, pCLLTag=%8p, pAPITag=%8p, Handler = %8p)"_fmt, eventType,
+                 HandleText(hMod), HandleText(hCLL), pCLLTag, pAPITag, handler);
+    text.Add("\n"_fmt);
     CommitEntry(text);
 }
 
 void LogEventExit()
 {
-    CallText text;
+    PhaseText text;
     if (IsLoaded())
         CloseCallOut(text, Name);
-    LogStamp(text.Buffer, text.Time);
-    LogAppendLine(text.Buffer, "%s%s"_fmt, marks::Exit, Name);
-    LogCommit(text.Buffer, ApiLogFile);
+    text.AddStamp();
+    text.AddLine("%s%s"_fmt, marks::Exit, Name);
+    WritePhase(text, ApiLogFile);
 }
 
 } // namespace

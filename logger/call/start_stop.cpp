@@ -41,13 +41,13 @@ void FillSettings(const CConfigData& config)
 }
 
 /// Finds the log folder and opens the log file if anything is to be logged. Returns 0 on success, else 1.
-int OpenLog(CallText& text, const CConfigData& config)
+int OpenLog(PhaseText& text, const CConfigData& config)
 {
     const auto configured = config.Texts().find(LogFileDirKey.Name);
     if (configured == config.Texts().end())
         return 1;
     const std::string directory = LogFolder(configured->second, platform::ExpandEnvironment);
-    LogLogFileDir(text.Buffer, text.Time, directory);
+    LogLogFileDir(text, directory);
     {
         LogMutexHold hold;
         LogDirectory = directory;
@@ -55,34 +55,33 @@ int OpenLog(CallText& text, const CConfigData& config)
     return LoggingActive() ? OpenLogFile(directory) : 0;
 }
 
-void LogTargetVersion(CallText& text)
+void LogTargetVersion(PhaseText& text)
 {
     const std::string path = CopyGuarded(TargetLibraryPath);
     const bool read = ReadVersionText(path, TargetVersionText);
     if (Setting(NumericKey::LogEnabled) == 0)
         return;
-    LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "%s"_fmt, Incoming);
+    text.AddStamp();
+    text.Add("%s"_fmt, FromTarget.Text());
     if (read)
-        LogAppendLine(text.Buffer, "LOADED:  Version '%s' of '%s'"_fmt, CopyGuarded(TargetVersionText), path);
+        text.AddLine("LOADED:  Version '%s' of '%s'"_fmt, CopyGuarded(TargetVersionText), path);
     else
-        LogAppendLine(text.Buffer, "LOADING:  Failed to load - '%s'"_fmt, path);
+        text.AddLine("LOADING:  Failed to load - '%s'"_fmt, path);
 }
 
 // These lines ask LogEnabled where those of the calls ask LogFnCalls.
-DecoderFrame StartUpFrame(CallText& text, NumericKey decodeLevel)
+DecoderContext StartUpContext(PhaseText& text, NumericKey decodeLevel)
 {
-    return {Setting(NumericKey::LogEnabled), Setting(decodeLevel), text.Buffer, text.Time};
+    return {Setting(NumericKey::LogEnabled), Setting(decodeLevel), text};
 }
 
-void LoadTarget(CallText& text, const CConfigData& config)
+void LoadTarget(PhaseText& text, const CConfigData& config)
 {
-    if (GetLibPath(text.Buffer, text.Time, config))
+    if (GetLibPath(text, config))
         LogTargetVersion(text);
     else {
-        LogStamp(text.Buffer, text.Time);
-        LogAppend(text.Buffer, "\tERROR: Couldn't find library path (%s)"_fmt,
-                  CopyGuarded(TargetLibraryPath));
+        text.AddStamp();
+        text.Add("\tERROR: Couldn't find library path (%s)"_fmt, CopyGuarded(TargetLibraryPath));
     }
     CommitEntry(text);
     std::string failure;
@@ -92,31 +91,31 @@ void LoadTarget(CallText& text, const CConfigData& config)
         failure = error.what();
     }
     CloseCallOut(text, "LOGGER_Initialise");
-    const DecoderFrame results = StartUpFrame(text, NumericKey::LogFnDecodeRsps);
+    const DecoderContext results = StartUpContext(text, NumericKey::LogFnDecodeRsps);
     if (!failure.empty())
-        GatedLine(results, Incoming, "LOAD FAILURE: %s"_fmt, failure);
+        GatedLine(results, FromTarget, "LOAD FAILURE: %s"_fmt, failure);
     if (const CPduDll* target = TargetLibrary())
-        GatedLine(results, Incoming, "DLL Loaded @ %8p"_fmt, target);
+        GatedLine(results, FromTarget, "DLL Loaded @ %8p"_fmt, target);
     else
-        GatedLine(results, Incoming, "DLL Load *FAILED*"_fmt);
+        GatedLine(results, FromTarget, "DLL Load *FAILED*"_fmt);
 }
 
-void LogResult(CallText& text, const char* name, T_PDU_ERROR result)
+void LogResult(PhaseText& text, const char* name, T_PDU_ERROR result)
 {
     if (LoggingActive() && Setting(NumericKey::LogEnabled) != 0) {
         LogExit(text, name, result);
-        LogCommit(text.Buffer, ApiLogFile);
+        WritePhase(text, ApiLogFile);
     }
     CheckRotation(text, name);
 }
 
-void UnloadTarget(CallText& text)
+void UnloadTarget(PhaseText& text)
 {
-    GatedLine(StartUpFrame(text, NumericKey::LogFnDecodeArgs), Outgoing, "Deleting DLL"_fmt);
+    GatedLine(StartUpContext(text, NumericKey::LogFnDecodeArgs), ToTarget, "Deleting DLL"_fmt);
     CommitEntry(text);
     UnloadTargetLibrary();
     CloseCallOut(text, "LOGGER_Uninitialise");
-    GatedLine(StartUpFrame(text, NumericKey::LogFnDecodeRsps), Incoming, "DLL Deleted"_fmt);
+    GatedLine(StartUpContext(text, NumericKey::LogFnDecodeRsps), FromTarget, "DLL Deleted"_fmt);
 }
 
 } // namespace
@@ -131,11 +130,11 @@ int LOGGER_Initialise()
     FillSettings(config);
     ReadVersionText(platform::OwnLibraryName, LoggerVersionText);
 
-    CallText text;
-    ReadFrameTime(text);
-    LogStamp(text.Buffer, text.Time);
-    LogAppendLine(text.Buffer, "%s"_fmt, marks::Initialise);
-    LogHeader(text.Buffer, text.Time);
+    PhaseText text;
+    text.Begin();
+    text.AddStamp();
+    text.AddLine("%s"_fmt, marks::Initialise);
+    LogHeader(text);
 
     if (!IsLoaded()) {
         const int result = OpenLog(text, config);
@@ -151,15 +150,15 @@ int LOGGER_Initialise()
 
 int LOGGER_Uninitialise()
 {
-    CallText text;
-    ReadFrameTime(text);
+    PhaseText text;
+    text.Begin();
     const bool up = IsLoaded();
     if (up) {
         if (LoggingActive() && Setting(NumericKey::LogEnabled) != 0) {
             LogEntry(text, "LOGGER_Uninitialise");
             if (Setting(NumericKey::LogFnCalls) >= 2)
-                LogAppend(text.Buffer, "{Loaded=%d}"_fmt, Loaded.load());
-            LogAppend(text.Buffer, "\n"_fmt);
+                text.Add("{Loaded=%d}"_fmt, Loaded.load());
+            text.Add("\n"_fmt);
         }
         if (TargetLibrary())
             UnloadTarget(text);

@@ -22,34 +22,30 @@ template <class Number> Number Read(const void* data)
 
 } // namespace
 
-void DecodeComParam(const DecoderFrame& frame, const PDU_PARAM_ITEM* item, int direction, int level)
+void DecodeComParam(const DecoderContext& context, Arrow arrow, const PDU_PARAM_ITEM* item)
 {
-    if (!frame.IsOpen())
+    if (!context.IsOpen())
         return;
-    const std::size_t indent = IndentIndex(direction, level);
     if (!item)
-        return DecodeLine(frame, indent, "ComParam pointer\t= <NULL>"_fmt);
-    DecodeLine(frame, indent,
+        return DecodeLine(context, arrow, "ComParam pointer\t= <NULL>"_fmt);
+    DecodeLine(context, arrow,
                "ComParam (%8p) Id = %s (id=%u), DataType = %s (0x%04X), Class = %s (0x%04X)"_fmt, item,
                ComParamName(item->ComParamId), item->ComParamId,
                NameOf(ComParamTypeNames, item->ComParamDataType, "<UNKNOWN>"), item->ComParamDataType,
                NameOf(ComParamClassNames, item->ComParamClass, "<UNKNOWN>"), item->ComParamClass);
-    DecodeParamValue(frame, item->ComParamId, item->ComParamDataType, item->pComParamData, direction,
-                     level + 1);
+    DecodeParamValue(context, arrow.Deeper(), item->ComParamId, item->ComParamDataType, item->pComParamData);
 }
 
-void DecodeParamValue(const DecoderFrame& frame, UNUM32 id, T_PDU_PT type, const void* data, int direction,
-                      int level)
+void DecodeParamValue(const DecoderContext& context, Arrow arrow, UNUM32 id, T_PDU_PT type, const void* data)
 {
     if (!LoggingActive())
         return;
-    const std::size_t indent = IndentIndex(direction, level);
     if (!data)
-        return DecodeLine(frame, indent, "pDataVal\t= <NULL>"_fmt);
+        return DecodeLine(context, arrow, "pDataVal\t= <NULL>"_fmt);
     const std::string_view name = ComParamName(id);
     // A narrow signed number shows all its eight digits: it is printed as the wide number that it became.
     const auto number = [&](auto format, auto value) {
-        DecodeLine(frame, indent, format, name, id, value, value);
+        DecodeLine(context, arrow, format, name, id, value, value);
     };
     switch (type) {
     case PDU_PT_UNUM8:
@@ -65,100 +61,95 @@ void DecodeParamValue(const DecoderFrame& frame, UNUM32 id, T_PDU_PT type, const
     case PDU_PT_SNUM32:
         return number("%-30s (id=%3u): =\t(s32)%10d\t(0x%08X)"_fmt, Read<SNUM32>(data));
     case PDU_PT_BYTEFIELD:
-        return DecodeByteField(frame, direction, level, id,
-                               static_cast<const PDU_PARAM_BYTEFIELD_DATA*>(data));
+        return DecodeByteField(context, arrow, id, static_cast<const PDU_PARAM_BYTEFIELD_DATA*>(data));
     case PDU_PT_STRUCTFIELD:
-        return DecodeStructField(frame, direction, level, id,
-                                 static_cast<const PDU_PARAM_STRUCTFIELD_DATA*>(data));
+        return DecodeStructField(context, arrow, id, static_cast<const PDU_PARAM_STRUCTFIELD_DATA*>(data));
     case PDU_PT_LONGFIELD:
-        return DecodeLongField(frame, direction, level, id,
-                               static_cast<const PDU_PARAM_LONGFIELD_DATA*>(data));
+        return DecodeLongField(context, arrow, id, static_cast<const PDU_PARAM_LONGFIELD_DATA*>(data));
     default:
-        return DecodeLine(frame, indent, "%s (id=%3u): \tunknown type= %s (%u)"_fmt, name, id,
+        return DecodeLine(context, arrow, "%s (id=%3u): \tunknown type= %s (%u)"_fmt, name, id,
                           NameOf(ComParamTypeNames, type, "<UNKNOWN>"), type);
     }
 }
 
-void DecodeByteField(const DecoderFrame& frame, int direction, int level, UNUM32 id,
+void DecodeByteField(const DecoderContext& context, Arrow arrow, UNUM32 id,
                      const PDU_PARAM_BYTEFIELD_DATA* field)
 {
-    if (!frame.IsOpen())
+    if (!context.IsOpen())
         return;
-    const std::size_t indent = IndentIndex(direction, level);
     if (!field)
-        return DecodeLine(frame, indent, "pByteField\t= <NULL>"_fmt);
-    DecodeLine(frame, indent, "%s (id=%u): MaxLen\t= %u, ActLen\t= %u"_fmt, ComParamName(id), id,
+        return DecodeLine(context, arrow, "pByteField\t= <NULL>"_fmt);
+    DecodeLine(context, arrow, "%s (id=%u): MaxLen\t= %u, ActLen\t= %u"_fmt, ComParamName(id), id,
                field->ParamMaxLen, field->ParamActLen);
-    DumpBuffer(frame, direction, level, "pDataArray", field->pDataArray, field->ParamActLen,
-               field->ParamActLen);
+    DumpBuffer(context, arrow, "pDataArray", field->pDataArray, field->ParamActLen, field->ParamActLen);
 }
 
-void DecodeLongField(const DecoderFrame& frame, int direction, int level, UNUM32 id,
+void DecodeLongField(const DecoderContext& context, Arrow arrow, UNUM32 id,
                      const PDU_PARAM_LONGFIELD_DATA* field)
 {
-    if (!frame.IsOpen())
+    if (!context.IsOpen())
         return;
-    const std::size_t indent = IndentIndex(direction, level + 1);
+    const Arrow nested = arrow.Deeper();
     if (!field)
-        return DecodeLine(frame, indent, "pLongField\t= <NULL>"_fmt);
-    DecodeLine(frame, indent, "Id = %s (id=%u): MaxLen\t= %u, ActLen\t= %u"_fmt, ComParamName(id), id,
+        return DecodeLine(context, nested, "pLongField\t= <NULL>"_fmt);
+    DecodeLine(context, nested, "Id = %s (id=%u): MaxLen\t= %u, ActLen\t= %u"_fmt, ComParamName(id), id,
                field->ParamMaxLen, field->ParamActLen);
     const UNUM32 bytes = field->ParamActLen * static_cast<UNUM32>(sizeof(UNUM32));
-    DumpBuffer(frame, direction, level + 1, "pDataArray", reinterpret_cast<const UNUM8*>(field->pDataArray),
-               bytes, bytes);
+    DumpBuffer(context, nested, "pDataArray", reinterpret_cast<const UNUM8*>(field->pDataArray), bytes,
+               bytes);
 }
 
-void DecodeStructField(const DecoderFrame& frame, int direction, int level, UNUM32 id,
+void DecodeStructField(const DecoderContext& context, Arrow arrow, UNUM32 id,
                        const PDU_PARAM_STRUCTFIELD_DATA* field)
 {
-    if (!frame.IsOpen())
+    if (!context.IsOpen())
         return;
-    const std::size_t indent = IndentIndex(direction, level + 1);
+    const Arrow nested = arrow.Deeper();
     if (!field)
-        return DecodeLine(frame, indent, "pStructField\t= <NULL>"_fmt);
-    DecodeLine(frame, indent, "Id = %s (id=%u): ComParamStructType\t= %d"_fmt, ComParamName(id), id,
+        return DecodeLine(context, nested, "pStructField\t= <NULL>"_fmt);
+    DecodeLine(context, nested, "Id = %s (id=%u): ComParamStructType\t= %d"_fmt, ComParamName(id), id,
                field->ComParamStructType);
-    DecodeLine(frame, indent, "MaxEntries\t= %u"_fmt, field->ParamMaxEntries);
-    DecodeLine(frame, indent, "ActEntries\t= %u"_fmt, field->ParamActEntries);
+    DecodeLine(context, nested, "MaxEntries\t= %u"_fmt, field->ParamMaxEntries);
+    DecodeLine(context, nested, "ActEntries\t= %u"_fmt, field->ParamActEntries);
     // The first element stands for all.
     if (field->ComParamStructType == PDU_CPST_SESSION_TIMING)
-        DecodeSessionTiming(frame, direction, level + 1,
+        DecodeSessionTiming(context, nested,
                             static_cast<const PDU_PARAM_STRUCT_SESSION_TIMING*>(field->pStructArray));
     else if (field->ComParamStructType == PDU_CPST_ACCESS_TIMING)
-        DecodeAccessTiming(frame, direction, level + 1,
+        DecodeAccessTiming(context, nested,
                            static_cast<const PDU_PARAM_STRUCT_ACCESS_TIMING*>(field->pStructArray));
 }
 
-void DecodeSessionTiming(const DecoderFrame& frame, int direction, int level,
+void DecodeSessionTiming(const DecoderContext& context, Arrow arrow,
                          const PDU_PARAM_STRUCT_SESSION_TIMING* timing)
 {
-    if (!frame.IsOpen())
+    if (!context.IsOpen())
         return;
-    const std::size_t indent = IndentIndex(direction, level + 1);
+    const Arrow nested = arrow.Deeper();
     if (!timing)
-        return DecodeLine(frame, indent, "pSessionTiming\t= <NULL>"_fmt);
-    DecodeLine(frame, indent, "session\t= %hu"_fmt, timing->session);
-    DecodeLine(frame, indent, "P2Max_high\t= %hhu"_fmt, timing->P2Max_high);
-    DecodeLine(frame, indent, "P2Max_low\t= %hhu"_fmt, timing->P2Max_low);
-    DecodeLine(frame, indent, "P2Star_high\t= %hhu"_fmt, timing->P2Star_high);
-    DecodeLine(frame, indent, "P2Star_low\t= %hhu"_fmt, timing->P2Star_low);
+        return DecodeLine(context, nested, "pSessionTiming\t= <NULL>"_fmt);
+    DecodeLine(context, nested, "session\t= %hu"_fmt, timing->session);
+    DecodeLine(context, nested, "P2Max_high\t= %hhu"_fmt, timing->P2Max_high);
+    DecodeLine(context, nested, "P2Max_low\t= %hhu"_fmt, timing->P2Max_low);
+    DecodeLine(context, nested, "P2Star_high\t= %hhu"_fmt, timing->P2Star_high);
+    DecodeLine(context, nested, "P2Star_low\t= %hhu"_fmt, timing->P2Star_low);
 }
 
-void DecodeAccessTiming(const DecoderFrame& frame, int direction, int level,
+void DecodeAccessTiming(const DecoderContext& context, Arrow arrow,
                         const PDU_PARAM_STRUCT_ACCESS_TIMING* timing)
 {
-    if (!frame.IsOpen())
+    if (!context.IsOpen())
         return;
-    const std::size_t indent = IndentIndex(direction, level + 1);
+    const Arrow nested = arrow.Deeper();
     if (!timing)
-        return DecodeLine(frame, indent, "pAccessTiming\t= <NULL>"_fmt);
-    DecodeLine(frame, indent, "P2Min\t= %hhu"_fmt, timing->P2Min);
-    DecodeLine(frame, indent, "P2Max\t= %hhu"_fmt, timing->P2Max);
-    DecodeLine(frame, indent, "P3Min\t= %hhu"_fmt, timing->P3Min);
-    DecodeLine(frame, indent, "P3Max\t= %hhu"_fmt, timing->P3Max);
-    DecodeLine(frame, indent, "P4Min\t= %hhu"_fmt, timing->P4Min);
-    DecodeLine(frame, indent, "TimingSet\t= %hhu"_fmt, timing->TimingSet);
-    DecodeLine(frame, IndentIndex(direction, level + 2), "%s"_fmt,
+        return DecodeLine(context, nested, "pAccessTiming\t= <NULL>"_fmt);
+    DecodeLine(context, nested, "P2Min\t= %hhu"_fmt, timing->P2Min);
+    DecodeLine(context, nested, "P2Max\t= %hhu"_fmt, timing->P2Max);
+    DecodeLine(context, nested, "P3Min\t= %hhu"_fmt, timing->P3Min);
+    DecodeLine(context, nested, "P3Max\t= %hhu"_fmt, timing->P3Max);
+    DecodeLine(context, nested, "P4Min\t= %hhu"_fmt, timing->P4Min);
+    DecodeLine(context, nested, "TimingSet\t= %hhu"_fmt, timing->TimingSet);
+    DecodeLine(context, nested.Deeper(), "%s"_fmt,
                NameOf(TimingSetNames, timing->TimingSet, "UNKNOWN \"TimingSet\" SPECIFIED"));
 }
 

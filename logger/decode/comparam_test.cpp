@@ -9,19 +9,20 @@ namespace {
 class ComParamTest : public testing::Decoding
 {
 protected:
-    static std::string Value(T_PDU_PT type, const void* data, int direction = 0, int level = 1, UNUM32 id = 7)
+    static std::string Value(T_PDU_PT type, const void* data, Arrow arrow = ToTarget.Deeper(), UNUM32 id = 7)
     {
         return Decoded(
-            [&](const DecoderFrame& frame) { DecodeParamValue(frame, id, type, data, direction, level); });
+            [&](const DecoderContext& context) { DecodeParamValue(context, arrow, id, type, data); });
     }
 };
 
 TEST_F(ComParamTest, ANullItemIsReportedAtItsLevel)
 {
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeComParam(frame, nullptr, 0, 0); }),
+    EXPECT_EQ(Decoded([](const DecoderContext& context) { DecodeComParam(context, ToTarget, nullptr); }),
               "   -->  ComParam pointer\t= <NULL>\n");
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeComParam(frame, nullptr, 1, 1); }),
-              "    <<< ComParam pointer\t= <NULL>\n");
+    EXPECT_EQ(
+        Decoded([](const DecoderContext& context) { DecodeComParam(context, FromTarget.Deeper(), nullptr); }),
+        "    <<< ComParam pointer\t= <NULL>\n");
 }
 
 TEST_F(ComParamTest, AnItemIsALineAndItsValueOneLevelDeeper)
@@ -30,7 +31,7 @@ TEST_F(ComParamTest, AnItemIsALineAndItsValueOneLevelDeeper)
     PDU_PARAM_ITEM item = {0xDEAD, 7, PDU_PT_UNUM32, PDU_PC_BUSTYPE, &value};
     RecordObjectName(PDU_OBJT_COMPARAM, 7, "CP_Baudrate");
     EXPECT_EQ(
-        Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 1, 0); }),
+        Decoded([&](const DecoderContext& context) { DecodeComParam(context, FromTarget, &item); }),
         "   <--  ComParam (" + testing::PointerText(&item) +
             ") Id = CP_Baudrate (id=7), DataType = PDU_PT_UNUM32 (0x0105), Class = PDU_PC_BUSTYPE (0x0005)\n"
             "    <<< CP_Baudrate                    (id=  7): =\t(u32)    500000\t(0x0007A120)\n");
@@ -41,7 +42,7 @@ TEST_F(ComParamTest, UnknownTypesAndClassesAreNamedSo)
     UNUM32 value = 1;
     PDU_PARAM_ITEM item = {PDU_IT_PARAM, 12345, 0x10A, 8, &value};
     EXPECT_EQ(
-        Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 0, 0); }),
+        Decoded([&](const DecoderContext& context) { DecodeComParam(context, ToTarget, &item); }),
         "   -->  ComParam (" + testing::PointerText(&item) +
             ") Id = [NOT YET READ] (id=12345), DataType = <UNKNOWN> (0x010A), Class = <UNKNOWN> (0x0008)\n"
             "    >>> [NOT YET READ] (id=12345): \tunknown type= <UNKNOWN> (266)\n");
@@ -51,7 +52,7 @@ TEST_F(ComParamTest, ANullValueIsReportedOneLevelDeeper)
 {
     PDU_PARAM_ITEM item = {PDU_IT_PARAM, 7, PDU_PT_UNUM8, PDU_PC_TIMING, nullptr};
     EXPECT_EQ(
-        Decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &item, 0, 0); }),
+        Decoded([&](const DecoderContext& context) { DecodeComParam(context, ToTarget, &item); }),
         "   -->  ComParam (" + testing::PointerText(&item) +
             ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_TIMING (0x0001)\n"
             "    >>> pDataVal\t= <NULL>\n");
@@ -104,7 +105,7 @@ TEST_F(ComParamTest, AnEmptyByteFieldHasNoListing)
 TEST_F(ComParamTest, AByteFieldWithoutItsArrayIsReported)
 {
     const PDU_PARAM_BYTEFIELD_DATA field = {1, 3, nullptr};
-    EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field, 1, 2),
+    EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field, FromTarget.Deeper(2)),
               "\t\t <--  [NOT YET READ] (id=7): MaxLen\t= 1, ActLen\t= 3\n"
               "\t\t <--      pDataArray: Address \t= <NULL>\n");
 }
@@ -114,22 +115,32 @@ TEST_F(ComParamTest, ALongFieldStandsOneLevelDeeperAndCountsFourBytesEach)
     UNUM32 longs[] = {0x7E0, 0x7E8};
     const PDU_PARAM_LONGFIELD_DATA field = {4, 2, longs};
     EXPECT_EQ(
-        Value(PDU_PT_LONGFIELD, &field, 1, 1),
+        Value(PDU_PT_LONGFIELD, &field, FromTarget.Deeper()),
         "\t\t <--  Id = [NOT YET READ] (id=7): MaxLen\t= 4, ActLen\t= 2\n"
         "\t\t <--  pDataArray     |00000000 <E0 07 00 00 E8 07 00 00>                          ........        |\n");
 }
 
 TEST_F(ComParamTest, NullFieldsHaveTheirOwnWords)
 {
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeByteField(frame, 0, 1, 7, nullptr); }),
+    EXPECT_EQ(Decoded([](const DecoderContext& context) {
+                  DecodeByteField(context, ToTarget.Deeper(), 7, nullptr);
+              }),
               "    >>> pByteField\t= <NULL>\n");
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeLongField(frame, 0, 1, 7, nullptr); }),
+    EXPECT_EQ(Decoded([](const DecoderContext& context) {
+                  DecodeLongField(context, ToTarget.Deeper(), 7, nullptr);
+              }),
               "\t\t -->  pLongField\t= <NULL>\n");
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeStructField(frame, 0, 1, 7, nullptr); }),
+    EXPECT_EQ(Decoded([](const DecoderContext& context) {
+                  DecodeStructField(context, ToTarget.Deeper(), 7, nullptr);
+              }),
               "\t\t -->  pStructField\t= <NULL>\n");
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeSessionTiming(frame, 1, 2, nullptr); }),
+    EXPECT_EQ(Decoded([](const DecoderContext& context) {
+                  DecodeSessionTiming(context, FromTarget.Deeper(2), nullptr);
+              }),
               "\t\t  <<< pSessionTiming\t= <NULL>\n");
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeAccessTiming(frame, 1, 2, nullptr); }),
+    EXPECT_EQ(Decoded([](const DecoderContext& context) {
+                  DecodeAccessTiming(context, FromTarget.Deeper(2), nullptr);
+              }),
               "\t\t  <<< pAccessTiming\t= <NULL>\n");
 }
 
@@ -137,7 +148,7 @@ TEST_F(ComParamTest, SessionTimingsShowTheFirstElementAlone)
 {
     PDU_PARAM_STRUCT_SESSION_TIMING timings[] = {{1, 0, 50, 1, 244}, {2, 9, 9, 9, 9}};
     const PDU_PARAM_STRUCTFIELD_DATA field = {PDU_CPST_SESSION_TIMING, 8, 2, timings};
-    EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field, 1, 1),
+    EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field, FromTarget.Deeper()),
               "\t\t <--  Id = [NOT YET READ] (id=7): ComParamStructType\t= 1\n"
               "\t\t <--  MaxEntries\t= 8\n"
               "\t\t <--  ActEntries\t= 2\n"
@@ -167,10 +178,11 @@ TEST_F(ComParamTest, TheTextOfATimingSetRunsIntoTheIndentsOfTheOtherDirection)
 
 TEST_F(ComParamTest, OnTheWayBackTheTextOfATimingSetStandsBehindTheMarkersText)
 {
-    const auto setText = [](UNUM8 set, int level) {
+    const auto setText = [](UNUM8 set, unsigned depth) {
         PDU_PARAM_STRUCT_ACCESS_TIMING timing = {0, 0, 0, 0, 0, set};
-        const std::string text =
-            Decoded([&](const DecoderFrame& frame) { DecodeAccessTiming(frame, 1, level, &timing); });
+        const std::string text = Decoded([&](const DecoderContext& context) {
+            DecodeAccessTiming(context, FromTarget.Deeper(depth), &timing);
+        });
         return text.substr(text.find("TimingSet\t= ") + 12);
     };
     EXPECT_EQ(setText(1, 2), "1\n\t\t\t\t...\nDEFAULT ECU TIMING SET ON TPI 1 FROM TESTER\n");
@@ -199,14 +211,14 @@ TEST_F(ComParamTest, AFieldLargerThanTheBufferEndsWithTheMarker)
 
 TEST_F(ComParamTest, EachDecoderHasItsGates)
 {
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeComParam(frame, nullptr, 0, 0); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeByteField(frame, 0, 0, 1, nullptr); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeLongField(frame, 0, 0, 1, nullptr); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeStructField(frame, 0, 0, 1, nullptr); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeSessionTiming(frame, 0, 0, nullptr); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeAccessTiming(frame, 0, 0, nullptr); });
-    const auto value = [](const DecoderFrame& frame) {
-        DecodeParamValue(frame, 1, PDU_PT_UNUM8, nullptr, 0, 0);
+    ExpectThreeGates([](const DecoderContext& context) { DecodeComParam(context, ToTarget, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeByteField(context, ToTarget, 1, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeLongField(context, ToTarget, 1, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeStructField(context, ToTarget, 1, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeSessionTiming(context, ToTarget, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeAccessTiming(context, ToTarget, nullptr); });
+    const auto value = [](const DecoderContext& context) {
+        DecodeParamValue(context, ToTarget, 1, PDU_PT_UNUM8, nullptr);
     };
     EXPECT_EQ(Decoded(value, 0, 0), "   -->  pDataVal\t= <NULL>\n");
     SetSetting(NumericKey::LogEnabled, 0);

@@ -1,22 +1,22 @@
 #include <cstdlib>
 
 #include "logger/decode/decode.h"
+#include "logger/state/settings.h"
 
 namespace marvane {
 
 namespace {
 
-constexpr std::size_t Indent = IndentIndex(DirectionIn, 0);
-constexpr std::size_t Nested = IndentIndex(DirectionIn, 1);
+constexpr Arrow Nested = ToTarget.Deeper();
 
-void CyclesLine(const DecoderFrame& frame, std::string_view label, SNUM32 cycles)
+void CyclesLine(const DecoderContext& context, std::string_view label, SNUM32 cycles)
 {
     if (cycles == -2)
-        DecodeLine(frame, Indent, "%s<MULTIPLE>"_fmt, label);
+        DecodeLine(context, ToTarget, "%s<MULTIPLE>"_fmt, label);
     else if (cycles == -1)
-        DecodeLine(frame, Indent, "%s<INFINITE>"_fmt, label);
+        DecodeLine(context, ToTarget, "%s<INFINITE>"_fmt, label);
     else
-        DecodeLine(frame, Indent, "%s%d"_fmt, label, cycles);
+        DecodeLine(context, ToTarget, "%s%d"_fmt, label, cycles);
 }
 
 /// The list of identifiers of one expected response, in one line. A list of 700 characters ends the process.
@@ -25,7 +25,7 @@ class UridLine
 public:
     explicit UridLine(UNUM32 count)
     {
-        end_ = FormatText(text_, std::end(text_), "%s URIDs[%03u]: "_fmt, IndentTable[2], count);
+        end_ = FormatText(text_, std::end(text_), "%s URIDs[%03u]: "_fmt, Nested.Deeper().Text(), count);
     }
     void Add(UNUM32 identifier, bool last)
     {
@@ -51,69 +51,79 @@ private:
     char* end_ = text_;
 };
 
-void UridList(const DecoderFrame& frame, const PDU_EXP_RESP_DATA& response)
+void UridList(const DecoderContext& context, const PDU_EXP_RESP_DATA& response)
 {
-    LogStamp(frame.Text, frame.Time);
+    context.Text.AddStamp();
     UridLine line(response.NumUniqueRespIds);
     for (UNUM32 i = 0; i < response.NumUniqueRespIds; ++i)
         line.Add(response.pUniqueRespIds[i], i + 1 == response.NumUniqueRespIds);
-    LogAppend(frame.Text, "%s"_fmt, line.Finish());
+    context.Text.Add("%s"_fmt, line.Finish());
 }
 
 /// False if the walk over the responses ends here.
-bool DecodeExpectedResponse(const DecoderFrame& frame, const PDU_EXP_RESP_DATA& response)
+bool DecodeExpectedResponse(const DecoderContext& context, const PDU_EXP_RESP_DATA& response)
 {
     const UNUM32 length = response.NumMaskPatternBytes;
-    DecodeLine(frame, Nested, "Type = %u (%s), AcceptanceId = %u, Num match bytes\t= %u"_fmt,
+    DecodeLine(context, Nested, "Type = %u (%s), AcceptanceId = %u, Num match bytes\t= %u"_fmt,
                response.ResponseType, response.ResponseType == 0 ? "POSITIVE" : "NEGATIVE",
                response.AcceptanceId, length);
     if (length != 0) {
-        DumpBuffer(frame, DirectionIn, 1, "MaskData   ", response.pMaskData, length, length);
-        DumpBuffer(frame, DirectionIn, 1, "PatternData", response.pPatternData, length, length);
+        DumpBuffer(context, Nested, "MaskData   ", response.pMaskData, length, length);
+        DumpBuffer(context, Nested, "PatternData", response.pPatternData, length, length);
     }
     if (response.NumUniqueRespIds == 0)
-        DecodeLine(frame, Nested, "Num URIDs      \t= %u"_fmt, response.NumUniqueRespIds);
+        DecodeLine(context, Nested, "Num URIDs      \t= %u"_fmt, response.NumUniqueRespIds);
     else if (!response.pUniqueRespIds) {
-        DecodeLine(frame, Nested, "WARNING: NumURIDs=%u - but data array is NULL!"_fmt,
+        DecodeLine(context, Nested, "WARNING: NumURIDs=%u - but data array is NULL!"_fmt,
                    response.NumUniqueRespIds);
         return false;
     } else
-        UridList(frame, response);
+        UridList(context, response);
     return true;
 }
 
-void DecodeExpectedResponses(const DecoderFrame& frame, const PDU_COP_CTRL_DATA& control)
+void DecodeExpectedResponses(const DecoderContext& context, const PDU_COP_CTRL_DATA& control)
 {
     const UNUM32 count = control.NumPossibleExpectedResponses;
     const PDU_EXP_RESP_DATA* const responses = control.pExpectedResponseArray;
     if (count == 0)
-        return DecodeLine(frame, Indent, "NumExpResps     \t= %u"_fmt, count);
+        return DecodeLine(context, ToTarget, "NumExpResps     \t= %u"_fmt, count);
     if (!responses) {
-        DecodeLine(frame, Indent, "pCoPCtrlData->pExpectedRspArray\t= <NULL>"_fmt);
-        return DecodeLine(frame, Indent, "**ERROR** expected responses with no array! (%8p, %u)"_fmt,
+        DecodeLine(context, ToTarget, "pCoPCtrlData->pExpectedRspArray\t= <NULL>"_fmt);
+        return DecodeLine(context, ToTarget, "**ERROR** expected responses with no array! (%8p, %u)"_fmt,
                           responses, count);
     }
-    for (UNUM32 i = 0; i < count && frame.Text.HasRoom(); ++i) {
-        DecodeLine(frame, Indent, "Expected response\t= %u of %u"_fmt, i + 1, count);
-        if (!DecodeExpectedResponse(frame, responses[i]))
+    for (UNUM32 i = 0; i < count && context.Text.HasRoom(); ++i) {
+        DecodeLine(context, ToTarget, "Expected response\t= %u of %u"_fmt, i + 1, count);
+        if (!DecodeExpectedResponse(context, responses[i]))
             return;
     }
 }
 
 } // namespace
 
-void DecodeCopCtrlData(const DecoderFrame& frame, const PDU_COP_CTRL_DATA* control)
+void DecodeCopCtrlData(const DecoderContext& context, const PDU_COP_CTRL_DATA* control)
 {
-    if (!frame.IsOpen())
+    if (!context.IsOpen())
         return;
     if (!control)
-        return DecodeLine(frame, Indent, "pCoPCtrlData    \t= <NULL>"_fmt);
-    DecodeLine(frame, Indent, "Time            \t= %u"_fmt, control->Time);
-    CyclesLine(frame, "NumSendCycles   \t= ", control->NumSendCycles);
-    CyclesLine(frame, "NumReceiveCycles\t= ", control->NumReceiveCycles);
-    DecodeLine(frame, Indent, "TempParamUpdate \t= %u"_fmt, control->TempParamUpdate);
-    DecodeFlagData(frame, &control->TxFlag, "pCoPCtrlData->TxFlag", DirectionIn, 0, TxFlagNames);
-    DecodeExpectedResponses(frame, *control);
+        return DecodeLine(context, ToTarget, "pCoPCtrlData    \t= <NULL>"_fmt);
+    DecodeLine(context, ToTarget, "Time            \t= %u"_fmt, control->Time);
+    CyclesLine(context, "NumSendCycles   \t= ", control->NumSendCycles);
+    CyclesLine(context, "NumReceiveCycles\t= ", control->NumReceiveCycles);
+    DecodeLine(context, ToTarget, "TempParamUpdate \t= %u"_fmt, control->TempParamUpdate);
+    DecodeFlagData(context, ToTarget, "pCoPCtrlData->TxFlag", &control->TxFlag, TxFlagNames);
+    DecodeExpectedResponses(context, *control);
+}
+
+void DecodeComPrimitive(const DecoderContext& context, const PDU_COP_CTRL_DATA* control, const UNUM8* data,
+                        UNUM32 size)
+{
+    if (Setting(NumericKey::LogEnabled) != 1)
+        return;
+    DecodeCopCtrlData(context, control);
+    if (data)
+        DumpBuffer(context, ToTarget, "pCoPData", data, size, Setting(NumericKey::LogMaxPduBuff));
 }
 
 } // namespace marvane

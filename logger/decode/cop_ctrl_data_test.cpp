@@ -13,7 +13,8 @@ class CopCtrlData : public testing::Decoding
 protected:
     static std::string Control(const PDU_COP_CTRL_DATA* control, UNUM32 calls = 2, UNUM32 level = 2)
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeCopCtrlData(frame, control); }, calls, level);
+        return Decoded([&](const DecoderContext& context) { DecodeCopCtrlData(context, control); }, calls,
+                       level);
     }
 
     static PDU_COP_CTRL_DATA WithResponses(std::vector<PDU_EXP_RESP_DATA>& responses)
@@ -45,11 +46,11 @@ protected:
     {
         std::vector<PDU_EXP_RESP_DATA> responses = {WithIds(ids)};
         const PDU_COP_CTRL_DATA control = WithResponses(responses);
-        LogBuffer buffer;
-        buffer.Append(std::string(before, 'x'));
-        DecodeCopCtrlData({2, 2, buffer, {7, 8, 9, 10}}, &control);
-        EXPECT_LT(buffer.Text().size(), LogBuffer::Size);
-        return std::string(buffer.Text().substr(before));
+        PhaseText text(PhaseTime(7, 8, 9, 10));
+        text.Add("%s"_fmt, std::string(before, 'x'));
+        DecodeCopCtrlData({2, 2, text}, &control);
+        EXPECT_LT(text.Text().size(), LogBuffer::Size);
+        return std::string(text.Text().substr(before));
     }
 
     /// Identifiers that make a list line of 699 bytes, or of one byte more.
@@ -331,9 +332,9 @@ TEST_F(CopCtrlData, MatchBytesLargerThanTheBufferEndWithTheMarker)
 
 TEST_F(CopCtrlData, HasItsGates)
 {
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeCopCtrlData(frame, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeCopCtrlData(context, nullptr); });
     const PDU_COP_CTRL_DATA control = {500, 1, -1, 0, {0, nullptr}, 3, nullptr};
-    ExpectThreeGates([&](const DecoderFrame& frame) { DecodeCopCtrlData(frame, &control); });
+    ExpectThreeGates([&](const DecoderContext& context) { DecodeCopCtrlData(context, &control); });
 }
 
 TEST_F(CopCtrlData, BehindAShutGateNothingIsRead)

@@ -8,12 +8,11 @@ namespace {
 class DumpBufferTest : public testing::Decoding
 {
 protected:
-    static std::string Dumped(const std::vector<UNUM8>& bytes, UNUM32 limit, int direction = 0, int level = 0,
+    static std::string Dumped(const std::vector<UNUM8>& bytes, UNUM32 limit, Arrow arrow = ToTarget,
                               const char* label = "label")
     {
-        return Decoded([&](const DecoderFrame& frame) {
-            DumpBuffer(frame, direction, level, label, bytes.data(), static_cast<UNUM32>(bytes.size()),
-                       limit);
+        return Decoded([&](const DecoderContext& context) {
+            DumpBuffer(context, arrow, label, bytes.data(), static_cast<UNUM32>(bytes.size()), limit);
         });
     }
 
@@ -49,7 +48,7 @@ TEST_F(DumpBufferTest, SixteenBytesFillALine)
 TEST_F(DumpBufferTest, SeventeenBytesTakeASecondLineOfOneCell)
 {
     EXPECT_EQ(
-        Dumped(Count(17), 17, 1, 1),
+        Dumped(Count(17), 17, FromTarget.Deeper()),
         "    <<< label          |00000000 <00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F>  ................|\n"
         "    <<< label          |00000010 <10>                                               .               |\n");
 }
@@ -99,28 +98,37 @@ TEST_F(DumpBufferTest, OnlyPrintableBytesShowAsText)
 TEST_F(DumpBufferTest, ALongLabelIsCutInTheListingAndWholeInTheReports)
 {
     EXPECT_EQ(
-        Dumped({0x41}, 1, 0, 0, "pByteArrayArray"),
+        Dumped({0x41}, 1, ToTarget, "pByteArrayArray"),
         "   -->  pByteArrayArra |00000000 <41>                                               A               |\n");
-    EXPECT_EQ(Dumped({}, 0, 0, 0, "pByteArrayArray"),
+    EXPECT_EQ(Dumped({}, 0, ToTarget, "pByteArrayArray"),
               "   -->  pByteArrayArray: Size\t= <ZERO>\n   -->  pByteArrayArray: Address \t= <NULL>\n");
 }
 
 TEST_F(DumpBufferTest, AnEmptyBufferAndANullOneAreReported)
 {
     const UNUM8 byte = 1;
-    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DumpBuffer(frame, 0, 0, "label", &byte, 0, 0); }),
-              "   -->           label: Size\t= <ZERO>\n");
-    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DumpBuffer(frame, 1, 0, "label", nullptr, 5, 5); }),
+    EXPECT_EQ(
+        Decoded([&](const DecoderContext& context) { DumpBuffer(context, ToTarget, "label", &byte, 0, 0); }),
+        "   -->           label: Size\t= <ZERO>\n");
+    EXPECT_EQ(Decoded([&](const DecoderContext& context) {
+                  DumpBuffer(context, FromTarget, "label", nullptr, 5, 5);
+              }),
               "   <--           label: Address \t= <NULL>\n");
-    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DumpBuffer(frame, 1, 0, "label", nullptr, 0, 0); }),
+    EXPECT_EQ(Decoded([&](const DecoderContext& context) {
+                  DumpBuffer(context, FromTarget, "label", nullptr, 0, 0);
+              }),
               "   <--           label: Size\t= <ZERO>\n   <--           label: Address \t= <NULL>\n");
 }
 
 TEST_F(DumpBufferTest, ReportsNeedLevelOneAndListingsLevelTwo)
 {
     const UNUM8 byte = 0x41;
-    const auto report = [](const DecoderFrame& frame) { DumpBuffer(frame, 0, 0, "label", nullptr, 5, 5); };
-    const auto list = [&](const DecoderFrame& frame) { DumpBuffer(frame, 0, 0, "label", &byte, 1, 1); };
+    const auto report = [](const DecoderContext& context) {
+        DumpBuffer(context, ToTarget, "label", nullptr, 5, 5);
+    };
+    const auto list = [&](const DecoderContext& context) {
+        DumpBuffer(context, ToTarget, "label", &byte, 1, 1);
+    };
     for (UNUM32 calls = 0; calls <= 3; ++calls)
         for (UNUM32 level = 0; level <= 3; ++level) {
             EXPECT_EQ(Decoded(report, calls, level) != "", calls >= 1 && level >= 1) << calls << level;
@@ -138,7 +146,7 @@ TEST_F(DumpBufferTest, EachDirectionAndLevelHasItsIndent)
     const char* indents[] = {"   -->  ", "    >>> ",   "\t\t -->  ", "\t\t  >>> ",   "   <--  ",
                              "    <<< ", "\t\t <--  ", "\t\t  <<< ", "\t\t\t\t...\n"};
     for (int index = 0; index < 9; ++index)
-        EXPECT_EQ(Dumped({0x41}, 1, index < 4 ? 0 : 1, index < 4 ? index : index - 4), indents[index] + rest);
+        EXPECT_EQ(Dumped({0x41}, 1, ToTarget.Deeper(index)), indents[index] + rest);
 }
 
 TEST_F(DumpBufferTest, AListingThatOutgrowsTheBufferEndsWithTheMarkerOnce)
@@ -148,14 +156,14 @@ TEST_F(DumpBufferTest, AListingThatOutgrowsTheBufferEndsWithTheMarkerOnce)
 
 TEST_F(DumpBufferTest, NothingIsAddedToAFullBuffer)
 {
-    LogBuffer buffer;
-    const DecoderFrame frame{2, 2, buffer, {}};
+    PhaseText text;
+    const DecoderContext context{2, 2, text};
     const std::vector<UNUM8> bytes(100000);
-    DumpBuffer(frame, 0, 0, "label", bytes.data(), 100000, 100000);
-    const std::string full(buffer.Text());
-    DumpBuffer(frame, 0, 0, "label", bytes.data(), 100000, 100000);
-    DumpBuffer(frame, 0, 0, "label", nullptr, 0, 0);
-    EXPECT_EQ(buffer.Text(), full);
+    DumpBuffer(context, ToTarget, "label", bytes.data(), 100000, 100000);
+    const std::string full(text.Text());
+    DumpBuffer(context, ToTarget, "label", bytes.data(), 100000, 100000);
+    DumpBuffer(context, ToTarget, "label", nullptr, 0, 0);
+    EXPECT_EQ(text.Text(), full);
 }
 
 } // namespace

@@ -8,15 +8,15 @@ namespace {
 class EventItem : public testing::Decoding
 {
 protected:
-    static std::string Flags(const PDU_FLAG_DATA* flags, const char* label = "flags", int direction = 0,
-                             int level = 0, const BitNames& names = TxFlagNames)
+    static std::string Flags(const PDU_FLAG_DATA* flags, const char* label = "flags", Arrow arrow = ToTarget,
+                             const BitNames& names = TxFlagNames)
     {
         return Decoded(
-            [&](const DecoderFrame& frame) { DecodeFlagData(frame, flags, label, direction, level, names); });
+            [&](const DecoderContext& context) { DecodeFlagData(context, arrow, label, flags, names); });
     }
     static std::string Event(T_PDU_IT type, const void* data)
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeEventItem(frame, type, data); });
+        return Decoded([&](const DecoderContext& context) { DecodeEventItem(context, type, data); });
     }
 };
 
@@ -27,7 +27,7 @@ TEST_F(EventItem, FlagsInAllTheirNullForms)
     const PDU_FLAG_DATA unused = {0, &byte};
     const PDU_FLAG_DATA missing = {2, nullptr};
     EXPECT_EQ(Flags(nullptr), "   -->  flags\t= <NULL>\n");
-    EXPECT_EQ(Flags(nullptr, nullptr, 1, 1), "    <<< <NULL STRING>\t= <NULL>\n");
+    EXPECT_EQ(Flags(nullptr, nullptr, FromTarget.Deeper()), "    <<< <NULL STRING>\t= <NULL>\n");
     EXPECT_EQ(Flags(&none), "   -->  flags->NumFlagBytes\t= 0\n");
     EXPECT_EQ(Flags(&unused), "   -->  flags->NumFlagBytes\t= 0\n");
     EXPECT_EQ(Flags(&missing), "   -->  flags->pFlagData\t= <NULL>\n"
@@ -68,7 +68,7 @@ TEST_F(EventItem, EachTableNamesItsBits)
     UNUM8 bytes[] = {0xFF, 0xFF, 0xFF, 0xFF};
     const PDU_FLAG_DATA flags = {4, bytes};
     const auto named = [&](const BitNames& names) {
-        const std::string text = Flags(&flags, "f", 0, 0, names);
+        const std::string text = Flags(&flags, "f", ToTarget, names);
         return text.substr(text.find('\n') + 1);
     };
     EXPECT_EQ(named(TxFlagNames), "\t\t -->  [00] 0x20 = ENABLE_EXTRA_INFO\n"
@@ -240,9 +240,10 @@ TEST_F(EventItem, APayloadLargerThanTheBufferEndsWithTheMarker)
 
 TEST_F(EventItem, BothDecodersHaveTheirGates)
 {
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeEventItem(frame, PDU_IT_RESULT, nullptr); });
-    ExpectThreeGates(
-        [](const DecoderFrame& frame) { DecodeFlagData(frame, nullptr, "label", 0, 0, TxFlagNames); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeEventItem(context, PDU_IT_RESULT, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) {
+        DecodeFlagData(context, ToTarget, "label", nullptr, TxFlagNames);
+    });
 }
 
 } // namespace

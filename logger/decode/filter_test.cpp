@@ -8,9 +8,9 @@ namespace {
 class Filter : public testing::Decoding
 {
 protected:
-    static std::string List(const PDU_IO_FILTER_LIST* list, int direction = 0, UNUM32 level = 2)
+    static std::string List(const PDU_IO_FILTER_LIST* list, Arrow arrow = ToTarget.Deeper(), UNUM32 level = 2)
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeFilterList(frame, direction, list); }, 2,
+        return Decoded([&](const DecoderContext& context) { DecodeFilterList(context, arrow, list); }, 2,
                        level);
     }
 };
@@ -18,7 +18,7 @@ protected:
 TEST_F(Filter, ANullListIsReported)
 {
     EXPECT_EQ(List(nullptr), "    >>> pFltLst\t= <NULL>\n");
-    EXPECT_EQ(List(nullptr, 1), "    <<< pFltLst\t= <NULL>\n");
+    EXPECT_EQ(List(nullptr, FromTarget.Deeper()), "    <<< pFltLst\t= <NULL>\n");
 }
 
 TEST_F(Filter, AnEmptyListShowsItsAddress)
@@ -50,8 +50,9 @@ TEST_F(Filter, MaskAndPatternAreListedUnderTheEntry)
         "\t\t -->  FilterEntry[01] Type=<UNKNOWN> (3), Number=2, FilterSize=1\n"
         "\t\t  >>> pMaskMsg       |00000000 <0F>                                               .               |\n"
         "\t\t  >>> pPatternMsg    |00000000 <41>                                               A               |\n");
-    EXPECT_TRUE(List(&list, 1).starts_with("    <<< ->NumFilterEntries \t= 2\n\t\t <--  FilterEntry[00]"));
-    EXPECT_NE(List(&list, 1).find("\n\t\t  <<< pMaskMsg       |"), std::string::npos);
+    EXPECT_TRUE(List(&list, FromTarget.Deeper())
+                    .starts_with("    <<< ->NumFilterEntries \t= 2\n\t\t <--  FilterEntry[00]"));
+    EXPECT_NE(List(&list, FromTarget.Deeper()).find("\n\t\t  <<< pMaskMsg       |"), std::string::npos);
 }
 
 TEST_F(Filter, ASizeOfZeroIsReportedForBoth)
@@ -80,7 +81,7 @@ TEST_F(Filter, LevelOneShowsEntriesWithoutBytes)
 {
     PDU_IO_FILTER_DATA filter = {PDU_FLT_BLOCK_UUDT, 1, 4, {}, {}};
     const PDU_IO_FILTER_LIST list = {1, &filter};
-    EXPECT_EQ(List(&list, 0, 1),
+    EXPECT_EQ(List(&list, ToTarget.Deeper(), 1),
               "    >>> ->NumFilterEntries \t= 1\n"
               "\t\t -->  FilterEntry[00] Type=PDU_FLT_BLOCK_UUDT (18), Number=1, FilterSize=4\n");
 }
@@ -94,7 +95,8 @@ TEST_F(Filter, AListLargerThanTheBufferEndsWithTheMarker)
 
 TEST_F(Filter, HasItsGates)
 {
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeFilterList(frame, 0, nullptr); });
+    ExpectThreeGates(
+        [](const DecoderContext& context) { DecodeFilterList(context, ToTarget.Deeper(), nullptr); });
 }
 
 } // namespace

@@ -9,18 +9,18 @@ namespace {
 class Item : public testing::Decoding
 {
 protected:
-    static std::string Decode(T_PDU_IT type, const void* data, int direction, UNUM32 level = 2)
+    static std::string Decode(T_PDU_IT type, const void* data, Arrow arrow, UNUM32 level = 2)
     {
         const PDU_DATA_ITEM item = {type, const_cast<void*>(data)};
-        return Decoded([&](const DecoderFrame& frame) { DecodeItem(frame, "item", &item, direction); }, 2,
+        return Decoded([&](const DecoderContext& context) { DecodeItem(context, arrow, "item", &item); }, 2,
                        level);
     }
 
     /// The two lines with which an item of a type begins.
-    static std::string Head(const std::string& type, const void* data, int direction)
+    static std::string Head(const std::string& type, const void* data, Arrow arrow)
     {
-        const std::string arrow = direction == 0 ? "   -->  " : "   <--  ";
-        return arrow + "item->ItemType\t= " + type + "\n" + arrow +
+        const std::string shown = arrow == ToTarget ? "   -->  " : "   <--  ";
+        return shown + "item->ItemType\t= " + type + "\n" + shown +
                "item->pData   \t= " + testing::PointerText(data) + "\n";
     }
 
@@ -28,8 +28,8 @@ protected:
     static void ExpectLines(T_PDU_IT type, const std::string& name, const void* data, const std::string& in,
                             const std::string& back)
     {
-        EXPECT_EQ(Decode(type, data, 0), Head(name, data, 0) + in);
-        EXPECT_EQ(Decode(type, data, 1), Head(name, data, 1) + back);
+        EXPECT_EQ(Decode(type, data, ToTarget), Head(name, data, ToTarget) + in);
+        EXPECT_EQ(Decode(type, data, FromTarget), Head(name, data, FromTarget) + back);
     }
 
     /// What "%p" has to give: no more than eight columns need no padding.
@@ -42,21 +42,22 @@ protected:
 
 TEST_F(Item, ANullItemIsReportedUnderItsLabel)
 {
-    const auto null = [](int direction) {
+    const auto null = [](Arrow arrow) {
         return Decoded(
-            [&](const DecoderFrame& frame) { DecodeItem(frame, "pInputData", nullptr, direction); });
+            [&](const DecoderContext& context) { DecodeItem(context, arrow, "pInputData", nullptr); });
     };
-    EXPECT_EQ(null(0), "   -->  pInputData\t= <NULL>\n");
-    EXPECT_EQ(null(1), "   <--  pInputData\t= <NULL>\n");
+    EXPECT_EQ(null(ToTarget), "   -->  pInputData\t= <NULL>\n");
+    EXPECT_EQ(null(FromTarget), "   <--  pInputData\t= <NULL>\n");
 }
 
 TEST_F(Item, ANullLabelIsNamedInBothLinesOfTheHead)
 {
     const PDU_DATA_ITEM item = {PDU_IT_IO_UNUM32, nullptr};
-    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeItem(frame, nullptr, &item, 1); }),
-              "   <--  <NULL STRING>->ItemType\t= PDU_IT_IO_UNUM32 (4096)\n"
-              "   <--  <NULL STRING>->pData   \t= " +
-                  testing::PointerText(nullptr) + "\n");
+    EXPECT_EQ(
+        Decoded([&](const DecoderContext& context) { DecodeItem(context, FromTarget, nullptr, &item); }),
+        "   <--  <NULL STRING>->ItemType\t= PDU_IT_IO_UNUM32 (4096)\n"
+        "   <--  <NULL STRING>->pData   \t= " +
+            testing::PointerText(nullptr) + "\n");
 }
 
 TEST_F(Item, AnItemOfAnyTypeWithoutDataIsItsHead)
@@ -143,7 +144,8 @@ TEST_F(Item, BytesOfAnArrayAreNotListedAtLevelOne)
 {
     UNUM8 byte = 0x30;
     const PDU_IO_BYTEARRAY_DATA data = {1, &byte};
-    EXPECT_EQ(Decode(PDU_IT_IO_BYTEARRAY, &data, 0, 1), Head("PDU_IT_IO_BYTEARRAY (4098)", &data, 0));
+    EXPECT_EQ(Decode(PDU_IT_IO_BYTEARRAY, &data, ToTarget, 1),
+              Head("PDU_IT_IO_BYTEARRAY (4098)", &data, ToTarget));
 }
 
 TEST_F(Item, AnEmptyOrNullArrayIsReported)
@@ -217,7 +219,7 @@ TEST_F(Item, EachBitOfAResourcesStatusStandsInItsOwnPlace)
 {
     const auto decoded = [](UNUM32 status) {
         const PDU_RSC_STATUS_DATA data = {1, 2, status};
-        const std::string text = Decode(PDU_IT_RSC_STATUS, &data, 0);
+        const std::string text = Decode(PDU_IT_RSC_STATUS, &data, ToTarget);
         return text.substr(text.find("Phys"));
     };
     EXPECT_EQ(decoded(0), "Phys ComParams Locked = 0, TX Q locked = 0, Available = 0, In use = 0\n");
@@ -492,10 +494,10 @@ TEST_F(Item, BehindAShutGateNothingIsRead)
 {
     UNUM32 value = 1;
     const PDU_DATA_ITEM item = {PDU_IT_IO_UNUM32, &value};
-    ExpectThreeGates([&](const DecoderFrame& frame) { DecodeItem(frame, "item", &item, 0); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeItem(frame, "item", nullptr, 1); });
+    ExpectThreeGates([&](const DecoderContext& context) { DecodeItem(context, ToTarget, "item", &item); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeItem(context, FromTarget, "item", nullptr); });
     const auto* const wild = reinterpret_cast<const PDU_DATA_ITEM*>(std::uintptr_t{8});
-    const auto decode = [&](const DecoderFrame& frame) { DecodeItem(frame, "item", wild, 0); };
+    const auto decode = [&](const DecoderContext& context) { DecodeItem(context, ToTarget, "item", wild); };
     EXPECT_EQ(Decoded(decode, 1, 2), "");
     EXPECT_EQ(Decoded(decode, 2, 0), "");
     SetSetting(NumericKey::LogEnabled, 0);
@@ -510,14 +512,15 @@ TEST_F(Item, EachTypeHasItsGates)
                                    {PDU_IT_RSC_ID, const_cast<PDU_RSC_ID_ITEM*>(&ids)},
                                    {0x1234, const_cast<PDU_RSC_ID_ITEM*>(&ids)}};
     for (const PDU_DATA_ITEM& item : items)
-        ExpectThreeGates([&](const DecoderFrame& frame) { DecodeItem(frame, "item", &item, 0); });
+        ExpectThreeGates(
+            [&](const DecoderContext& context) { DecodeItem(context, ToTarget, "item", &item); });
 }
 
 TEST_F(Item, AListLargerThanTheBufferEndsWithTheMarker)
 {
     std::vector<PDU_RSC_ID_ITEM_DATA> modules(10000);
     const PDU_RSC_ID_ITEM data = {PDU_IT_RSC_ID, 10000, modules.data()};
-    ExpectCutOff(Decode(PDU_IT_RSC_ID, &data, 0));
+    ExpectCutOff(Decode(PDU_IT_RSC_ID, &data, ToTarget));
 }
 
 } // namespace

@@ -233,18 +233,18 @@ TEST_F(ObjectNames, EachKindOfObjectHasItsWordsForAMissingName)
     UNUM32 value = 1;
     const PDU_PARAM_ITEM param = {PDU_IT_PARAM, 7, PDU_PT_UNUM32, PDU_PC_COM, &value};
     EXPECT_EQ(
-        decoded([&](const DecoderFrame& frame) { DecodeComParam(frame, &param, 0, 0); }),
+        decoded([&](const DecoderContext& context) { DecodeComParam(context, ToTarget, &param); }),
         "   -->  ComParam (" + testing::PointerText(&param) +
             ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_UNUM32 (0x0105), Class = PDU_PC_COM (0x0003)\n"
             "    >>> [NOT YET READ]                 (id=  7): =\t(u32)         1\t(0x00000001)\n");
     PDU_PIN_DATA pin = {6, 7};
     const PDU_RSC_DATA data = {7, 7, 1, &pin};
     EXPECT_EQ(
-        decoded([&](const DecoderFrame& frame) { DecodeRscData(frame, &data, "pRscData"); }),
+        decoded([&](const DecoderContext& context) { DecodeRscData(context, "pRscData", &data); }),
         "   -->  pRscData       : BusTypeId = <UNKNOWN> (7), ProtocolId = <UNKNOWN> (7), NumPinData = 1\n"
         "    >>> pDLCPinData[0]:\tNum =  6, Type = <UNKNOWN> (7)\n");
     const PDU_RSC_CONFLICT_DATA conflict = {1, 7};
-    EXPECT_EQ(decoded([&](const DecoderFrame& frame) { DecodeRscConflictList(frame, &conflict); }),
+    EXPECT_EQ(decoded([&](const DecoderContext& context) { DecodeRscConflictList(context, &conflict); }),
               "\t\t  >>> pConflictData:\t\thMod=0x00000001, ResourceId=<UNKNOWN>(7)\n");
 }
 

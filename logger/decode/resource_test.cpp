@@ -11,20 +11,20 @@ class Resource : public testing::Decoding
 protected:
     static std::string Data(const PDU_RSC_DATA* data, const char* label = "pRscData")
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeRscData(frame, data, label); });
+        return Decoded([&](const DecoderContext& context) { DecodeRscData(context, label, data); });
     }
     static std::string Ids(const PDU_RSC_ID_ITEM_DATA* entry, const char* label = "RsrcItem",
-                           int direction = 1)
+                           Arrow arrow = FromTarget.Deeper(2))
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeRscIdList(frame, entry, label, direction); });
+        return Decoded([&](const DecoderContext& context) { DecodeRscIdList(context, arrow, label, entry); });
     }
-    static std::string Module(const PDU_MODULE_DATA* entry, int direction = 1)
+    static std::string Module(const PDU_MODULE_DATA* entry, Arrow arrow = FromTarget.Deeper())
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeModuleData(frame, entry, direction); });
+        return Decoded([&](const DecoderContext& context) { DecodeModuleData(context, arrow, entry); });
     }
     static std::string Modules(const PDU_MODULE_ITEM* item)
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeModuleIdList(frame, item); });
+        return Decoded([&](const DecoderContext& context) { DecodeModuleIdList(context, item); });
     }
 };
 
@@ -86,7 +86,7 @@ TEST_F(Resource, IdsStandTwoLevelsDeep)
                                "\n\t\t  <<< pResourceId[ 0]\t= 400 (CAN_6_14)\n"
                                "\t\t  <<< pResourceId[ 1]\t= 7 (<UNKNOWN>)\n");
     EXPECT_EQ(Ids(nullptr), "\t\t <--  RsrcItem\t= <NULL>\n");
-    EXPECT_EQ(Ids(nullptr, nullptr, 0), "\t\t -->  <NULL STRING>\t= <NULL>\n");
+    EXPECT_EQ(Ids(nullptr, nullptr, ToTarget.Deeper(2)), "\t\t -->  <NULL STRING>\t= <NULL>\n");
 }
 
 TEST_F(Resource, MissingIdsAreWarnedOfInTheWordsOfPins)
@@ -106,7 +106,7 @@ TEST_F(Resource, AConflictStandsAtTheDeepestOutgoingArrow)
 {
     const PDU_RSC_CONFLICT_DATA entry = {1, 400};
     const auto conflict = [](const PDU_RSC_CONFLICT_DATA* data) {
-        return Decoded([&](const DecoderFrame& frame) { DecodeRscConflictList(frame, data); });
+        return Decoded([&](const DecoderContext& context) { DecodeRscConflictList(context, data); });
     };
     EXPECT_EQ(conflict(&entry), "\t\t  >>> pConflictData:\t\thMod=0x00000001, ResourceId=<UNKNOWN>(400)\n");
     EXPECT_EQ(conflict(nullptr), "\t\t  >>> pConflictData\t= <NULL>\n");
@@ -122,11 +122,11 @@ TEST_F(Resource, AModulesTextsMayBeNull)
                               "    <<< pVendorAdditionalInfo\t= \"<NULL STRING>\"\n"
                               "    <<< ModuleStatus         \t= PDU_MODST_READY (0x8060)\n");
     const PDU_MODULE_DATA other = {3, 1, nullptr, name, 0x9999};
-    EXPECT_EQ(Module(&other, 0), "    >>> ModuleTypeId         \t= 3\n"
-                                 "    >>> hMod                 \t= 0x00000001\n"
-                                 "    >>> pVendorModuleName    \t= \"<NULL STRING>\"\n"
-                                 "    >>> pVendorAdditionalInfo\t= \"VCI\"\n"
-                                 "    >>> ModuleStatus         \t= <NULL> (0x9999)\n");
+    EXPECT_EQ(Module(&other, ToTarget.Deeper()), "    >>> ModuleTypeId         \t= 3\n"
+                                                 "    >>> hMod                 \t= 0x00000001\n"
+                                                 "    >>> pVendorModuleName    \t= \"<NULL STRING>\"\n"
+                                                 "    >>> pVendorAdditionalInfo\t= \"VCI\"\n"
+                                                 "    >>> ModuleStatus         \t= <NULL> (0x9999)\n");
     EXPECT_EQ(Module(nullptr), "    <<< pModuleData\t= <NULL>\n");
 }
 
@@ -182,11 +182,14 @@ TEST_F(Resource, AWildCountIsReadNoFurtherThanTheBufferReaches)
 TEST_F(Resource, EachDecoderHasItsGates)
 {
     const PDU_MODULE_ITEM item = {PDU_IT_MODULE_ID, 0, nullptr};
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeRscData(frame, nullptr, "label"); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeRscIdList(frame, nullptr, "label", 0); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeRscConflictList(frame, nullptr); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeModuleData(frame, nullptr, 0); });
-    ExpectThreeGates([&](const DecoderFrame& frame) { DecodeModuleIdList(frame, &item); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeRscData(context, "label", nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) {
+        DecodeRscIdList(context, ToTarget.Deeper(2), "label", nullptr);
+    });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeRscConflictList(context, nullptr); });
+    ExpectThreeGates(
+        [](const DecoderContext& context) { DecodeModuleData(context, ToTarget.Deeper(), nullptr); });
+    ExpectThreeGates([&](const DecoderContext& context) { DecodeModuleIdList(context, &item); });
 }
 
 } // namespace

@@ -2,30 +2,28 @@
 
 namespace marvane {
 
-void DecodeUniqueRespIdTable(const DecoderFrame& frame, const PDU_UNIQUE_RESP_ID_TABLE_ITEM* table,
-                             int direction, int level)
+void DecodeUniqueRespIdTable(const DecoderContext& context, Arrow arrow,
+                             const PDU_UNIQUE_RESP_ID_TABLE_ITEM* table)
 {
-    if (!frame.IsOpen())
+    if (!context.IsOpen())
         return;
-    const std::size_t indent = IndentIndex(direction, level);
     if (!table)
-        return DecodeLine(frame, indent, "pUniqueRespIdTable\t= <NULL>"_fmt);
+        return DecodeLine(context, arrow, "pUniqueRespIdTable\t= <NULL>"_fmt);
     if (table->ItemType != PDU_IT_UNIQUE_RESP_ID_TABLE)
-        DecodeLine(frame, indent, "WARNING: Wrong item type %u, should be %u!"_fmt, table->ItemType,
+        DecodeLine(context, arrow, "WARNING: Wrong item type %u, should be %u!"_fmt, table->ItemType,
                    PDU_IT_UNIQUE_RESP_ID_TABLE);
     if (!table->pUniqueData && table->NumEntries != 0)
-        return DecodeLine(frame, indent, "WARNING: Entries indicated but no buffer (%u)!"_fmt,
+        return DecodeLine(context, arrow, "WARNING: Entries indicated but no buffer (%u)!"_fmt,
                           table->NumEntries);
     if (table->NumEntries == 0)
-        return DecodeLine(frame, indent, "Num URIDs:\t%u"_fmt, table->NumEntries);
+        return DecodeLine(context, arrow, "Num URIDs:\t%u"_fmt, table->NumEntries);
     ForEachEntry(
-        frame, table->pUniqueData, table->NumEntries, [&](UNUM32 i, const PDU_ECU_UNIQUE_RESP_DATA* entry) {
-            DecodeLine(frame, indent, "[%4u of %4u] - URID = %s, Num params = %u"_fmt, i + 1,
+        context, table->pUniqueData, table->NumEntries, [&](UNUM32 i, const PDU_ECU_UNIQUE_RESP_DATA* entry) {
+            DecodeLine(context, arrow, "[%4u of %4u] - URID = %s, Num params = %u"_fmt, i + 1,
                        table->NumEntries, UridText(entry->UniqueRespIdentifier), entry->NumParamItems);
-            ForEachEntry(frame, entry->pParams, entry->NumParamItems,
-                         [&](UNUM32, const PDU_PARAM_ITEM* item) {
-                             DecodeComParam(frame, item, direction, level + 1);
-                         });
+            ForEachEntry(
+                context, entry->pParams, entry->NumParamItems,
+                [&](UNUM32, const PDU_PARAM_ITEM* item) { DecodeComParam(context, arrow.Deeper(), item); });
         });
 }
 

@@ -8,17 +8,17 @@ namespace {
 class ResponseTable : public testing::Decoding
 {
 protected:
-    static std::string Table(const PDU_UNIQUE_RESP_ID_TABLE_ITEM* table, int direction = 0, int level = 0)
+    static std::string Table(const PDU_UNIQUE_RESP_ID_TABLE_ITEM* table, Arrow arrow = ToTarget)
     {
         return Decoded(
-            [&](const DecoderFrame& frame) { DecodeUniqueRespIdTable(frame, table, direction, level); });
+            [&](const DecoderContext& context) { DecodeUniqueRespIdTable(context, arrow, table); });
     }
 };
 
 TEST_F(ResponseTable, ANullTableIsReported)
 {
     EXPECT_EQ(Table(nullptr), "   -->  pUniqueRespIdTable\t= <NULL>\n");
-    EXPECT_EQ(Table(nullptr, 1, 1), "    <<< pUniqueRespIdTable\t= <NULL>\n");
+    EXPECT_EQ(Table(nullptr, FromTarget.Deeper()), "    <<< pUniqueRespIdTable\t= <NULL>\n");
 }
 
 TEST_F(ResponseTable, AnEmptyTableSaysSo)
@@ -60,7 +60,7 @@ TEST_F(ResponseTable, ParametersStandOneLevelDeeper)
     PDU_ECU_UNIQUE_RESP_DATA entry = {7, 2, params};
     const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
     EXPECT_EQ(
-        Table(&table, 1),
+        Table(&table, FromTarget),
         "   <--  [   1 of    1] - URID = 7, Num params = 2\n"
         "    <<< ComParam (" +
             testing::PointerText(&params[0]) +
@@ -88,9 +88,9 @@ TEST_F(ResponseTable, BehindAnItemTableParametersAndValuesStandAtLevelsOneToThre
     PDU_ECU_UNIQUE_RESP_DATA entry = {7, 1, &param};
     PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
     const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
-    const auto behindItem = [&](int direction, const std::string& indent) {
+    const auto behindItem = [&](Arrow arrow, const std::string& indent) {
         const std::string text =
-            Decoded([&](const DecoderFrame& frame) { DecodeItem(frame, "item", &item, direction); });
+            Decoded([&](const DecoderContext& context) { DecodeItem(context, arrow, "item", &item); });
         const std::size_t at = text.find(indent + "[   1 of");
         return at == std::string::npos ? text : text.substr(at);
     };
@@ -99,10 +99,12 @@ TEST_F(ResponseTable, BehindAnItemTableParametersAndValuesStandAtLevelsOneToThre
         ") Id = [NOT YET READ] (id=1), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM "
         "(0x0003)\n";
     const std::string number = "[NOT YET READ]                 (id=  1): =\t(u 8)         3\t(0x03)\n";
-    EXPECT_EQ(behindItem(0, "    >>> "), "    >>> [   1 of    1] - URID = 7, Num params = 1\n\t\t -->  " +
-                                             param1 + "\t\t  >>> " + number);
-    EXPECT_EQ(behindItem(1, "    <<< "), "    <<< [   1 of    1] - URID = 7, Num params = 1\n\t\t <--  " +
-                                             param1 + "\t\t  <<< " + number);
+    EXPECT_EQ(behindItem(ToTarget, "    >>> "),
+              "    >>> [   1 of    1] - URID = 7, Num params = 1\n\t\t -->  " + param1 + "\t\t  >>> " +
+                  number);
+    EXPECT_EQ(behindItem(FromTarget, "    <<< "),
+              "    <<< [   1 of    1] - URID = 7, Num params = 1\n\t\t <--  " + param1 + "\t\t  <<< " +
+                  number);
 }
 
 TEST_F(ResponseTable, BehindAnItemAStructFieldRunsIntoTheNeighbouringIndents)
@@ -113,27 +115,27 @@ TEST_F(ResponseTable, BehindAnItemAStructFieldRunsIntoTheNeighbouringIndents)
     PDU_ECU_UNIQUE_RESP_DATA entry = {7, 1, &param};
     PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
     const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
-    const auto behindItem = [&](int direction) {
+    const auto behindItem = [&](Arrow arrow) {
         const std::string text =
-            Decoded([&](const DecoderFrame& frame) { DecodeItem(frame, "item", &item, direction); });
+            Decoded([&](const DecoderContext& context) { DecodeItem(context, arrow, "item", &item); });
         return text.substr(text.find("COM (0x0003)\n") + 13);
     };
-    EXPECT_EQ(behindItem(0), "   <--  Id = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
-                             "   <--  MaxEntries\t= 1\n"
-                             "   <--  ActEntries\t= 1\n"
-                             "    <<< session\t= 1\n"
-                             "    <<< P2Max_high\t= 2\n"
-                             "    <<< P2Max_low\t= 3\n"
-                             "    <<< P2Star_high\t= 4\n"
-                             "    <<< P2Star_low\t= 5\n");
-    EXPECT_EQ(behindItem(1), "\t\t\t\t...\nId = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
-                             "\t\t\t\t...\nMaxEntries\t= 1\n"
-                             "\t\t\t\t...\nActEntries\t= 1\n"
-                             "session\t= 1\n"
-                             "P2Max_high\t= 2\n"
-                             "P2Max_low\t= 3\n"
-                             "P2Star_high\t= 4\n"
-                             "P2Star_low\t= 5\n");
+    EXPECT_EQ(behindItem(ToTarget), "   <--  Id = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
+                                    "   <--  MaxEntries\t= 1\n"
+                                    "   <--  ActEntries\t= 1\n"
+                                    "    <<< session\t= 1\n"
+                                    "    <<< P2Max_high\t= 2\n"
+                                    "    <<< P2Max_low\t= 3\n"
+                                    "    <<< P2Star_high\t= 4\n"
+                                    "    <<< P2Star_low\t= 5\n");
+    EXPECT_EQ(behindItem(FromTarget), "\t\t\t\t...\nId = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
+                                      "\t\t\t\t...\nMaxEntries\t= 1\n"
+                                      "\t\t\t\t...\nActEntries\t= 1\n"
+                                      "session\t= 1\n"
+                                      "P2Max_high\t= 2\n"
+                                      "P2Max_low\t= 3\n"
+                                      "P2Star_high\t= 4\n"
+                                      "P2Star_low\t= 5\n");
 }
 
 TEST_F(ResponseTable, OneLargerThanTheBufferEndsWithTheMarker)
@@ -145,7 +147,8 @@ TEST_F(ResponseTable, OneLargerThanTheBufferEndsWithTheMarker)
 
 TEST_F(ResponseTable, HasItsGates)
 {
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeUniqueRespIdTable(frame, nullptr, 0, 0); });
+    ExpectThreeGates(
+        [](const DecoderContext& context) { DecodeUniqueRespIdTable(context, ToTarget, nullptr); });
 }
 
 } // namespace

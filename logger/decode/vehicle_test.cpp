@@ -8,27 +8,29 @@ namespace {
 class Vehicle : public testing::Decoding
 {
 protected:
-    static std::string Request(const PDU_IO_VEHICLE_ID_REQUEST_DATA* item, int direction = 0)
+    static std::string Request(const PDU_IO_VEHICLE_ID_REQUEST_DATA* item, Arrow arrow = ToTarget)
     {
-        return Decoded([&](const DecoderFrame& frame) { DecodeVehicleIdRequest(frame, item, direction); });
+        return Decoded([&](const DecoderContext& context) { DecodeVehicleIdRequest(context, arrow, item); });
     }
     static std::string Switch(UNUM32 state)
     {
         const PDU_IO_ETH_SWITCH_STATE_DATA item = {state, 8};
-        return Decoded([&](const DecoderFrame& frame) { DecodeEthSwitchState(frame, &item); });
+        return Decoded([&](const DecoderContext& context) { DecodeEthSwitchState(context, &item); });
     }
     static std::string Entity(UNUM32 type)
     {
         const PDU_IO_ENTITY_STATUS_DATA item = {type, 8, 1, 4095};
-        return Decoded([&](const DecoderFrame& frame) { DecodeEntityStatus(frame, &item); });
+        return Decoded([&](const DecoderContext& context) { DecodeEntityStatus(context, &item); });
     }
 };
 
 TEST_F(Vehicle, ANullRequestIsReported)
 {
     EXPECT_EQ(Request(nullptr), "   -->  pVehIdReq\t= <NULL>\n");
-    EXPECT_EQ(Request(nullptr, 1), "   <--  pVehIdReq\t= <NULL>\n");
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeVehicleIdRequestEx(frame, nullptr, 1); }),
+    EXPECT_EQ(Request(nullptr, FromTarget), "   <--  pVehIdReq\t= <NULL>\n");
+    EXPECT_EQ(Decoded([](const DecoderContext& context) {
+                  DecodeVehicleIdRequestEx(context, FromTarget, nullptr);
+              }),
               "   <--  pVehIdReq\t= <NULL>\n");
 }
 
@@ -54,7 +56,7 @@ TEST_F(Vehicle, ABufferWithoutEntriesAndEntriesWithoutABufferAreWarnings)
               "VehicleDiscoveryTime=0, NumDestAddrs=0\n"
               "   -->  WARNING: Destination address buffer but no entries!\n");
     const PDU_IO_VEHICLE_ID_REQUEST_DATA missing = {2, value, 9, 0, 4, nullptr};
-    EXPECT_EQ(Request(&missing, 1),
+    EXPECT_EQ(Request(&missing, FromTarget),
               "   <--  CombinationMode=<UNKNOWN> (9), PreselectionMode=2, PreselectionValue='VIN', "
               "VehicleDiscoveryTime=0, NumDestAddrs=4\n"
               "   <--  WARNING: Destination address entries indicated but no buffer (4)!\n");
@@ -81,10 +83,11 @@ TEST_F(Vehicle, AddressesOfBothKindsAndTheirFaults)
 TEST_F(Vehicle, TheExtendedRequestAddsItsVersion)
 {
     const PDU_IO_VEHICLE_ID_REQUEST_EX item = {{0, nullptr, 0, 2, 0, nullptr}, 3};
-    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeVehicleIdRequestEx(frame, &item, 1); }),
-              "   <--  CombinationMode=Entity (0), PreselectionMode=0, PreselectionValue='<NULL STRING>', "
-              "VehicleDiscoveryTime=2, NumDestAddrs=0\n"
-              "   <--  Ver=0x03\n");
+    EXPECT_EQ(
+        Decoded([&](const DecoderContext& context) { DecodeVehicleIdRequestEx(context, FromTarget, &item); }),
+        "   <--  CombinationMode=Entity (0), PreselectionMode=0, PreselectionValue='<NULL STRING>', "
+        "VehicleDiscoveryTime=2, NumDestAddrs=0\n"
+        "   <--  Ver=0x03\n");
 }
 
 TEST_F(Vehicle, TheSwitchIsOffOnOrInvalid)
@@ -105,17 +108,17 @@ TEST_F(Vehicle, AnEntityIsAGatewayANodeOrUnknown)
 TEST_F(Vehicle, AnEntitysAddressHasFourDigits)
 {
     const PDU_IO_ENTITY_ADDRESS_DATA item = {0xE80, 2000};
-    EXPECT_EQ(Decoded([&](const DecoderFrame& frame) { DecodeEntityAddress(frame, &item); }),
+    EXPECT_EQ(Decoded([&](const DecoderContext& context) { DecodeEntityAddress(context, &item); }),
               "   -->  PDU_IO_ENTITY_ADDRESS_DATA: Addr = 0x0E80, Ctrl T/O = 2000\n");
 }
 
 TEST_F(Vehicle, NullItemsHaveTheirOwnWords)
 {
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeEthSwitchState(frame, nullptr); }),
+    EXPECT_EQ(Decoded([](const DecoderContext& context) { DecodeEthSwitchState(context, nullptr); }),
               "   -->  pItem\t= <NULL>\n");
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeEntityAddress(frame, nullptr); }),
+    EXPECT_EQ(Decoded([](const DecoderContext& context) { DecodeEntityAddress(context, nullptr); }),
               "   -->  PDU_IO_ENTITY_ADDRESS_DATA: pItem\t= <NULL>\n");
-    EXPECT_EQ(Decoded([](const DecoderFrame& frame) { DecodeEntityStatus(frame, nullptr); }),
+    EXPECT_EQ(Decoded([](const DecoderContext& context) { DecodeEntityStatus(context, nullptr); }),
               "   -->  PDU_IO_ENTITY_STATUS_DATA: pItem\t= <NULL>\n");
 }
 
@@ -138,11 +141,13 @@ TEST_F(Vehicle, ATextLongerThanTheBufferIsCutAndTheMarkerFollows)
 
 TEST_F(Vehicle, EachDecoderHasItsGates)
 {
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeVehicleIdRequest(frame, nullptr, 0); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeVehicleIdRequestEx(frame, nullptr, 0); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeEthSwitchState(frame, nullptr); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeEntityAddress(frame, nullptr); });
-    ExpectThreeGates([](const DecoderFrame& frame) { DecodeEntityStatus(frame, nullptr); });
+    ExpectThreeGates(
+        [](const DecoderContext& context) { DecodeVehicleIdRequest(context, ToTarget, nullptr); });
+    ExpectThreeGates(
+        [](const DecoderContext& context) { DecodeVehicleIdRequestEx(context, ToTarget, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeEthSwitchState(context, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeEntityAddress(context, nullptr); });
+    ExpectThreeGates([](const DecoderContext& context) { DecodeEntityStatus(context, nullptr); });
 }
 
 } // namespace

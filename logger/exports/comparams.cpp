@@ -9,23 +9,24 @@ T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_I
     return LogCall({
         .name = "PDUGetComParam",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, ParamID=%s (%u), pParamItem=%8p)"_fmt, HandleText(hMod),
-                          HandleText(hCLL),
-                          ObjectName(ObjectNameMap::ComParamNames, ParamID, "[NOT YET READ]"), ParamID,
-                          pParamItem);
+            [&](PhaseText& text) {
+                text.Add("(hMod=%s, hCLL=%s, ParamID=%s (%u), pParamItem=%8p)"_fmt, HandleText(hMod),
+                         HandleText(hCLL),
+                         ObjectName(ObjectNameMap::ComParamNames, ParamID, "[NOT YET READ]"), ParamID,
+                         pParamItem);
             },
         .before =
-            [&](CallText& text) {
+            [&](PhaseText& text) {
                 if (!pParamItem)
-                    GatedLine(ArgumentFrame(text), Outgoing, "WARNING - pParamItem write-back\t= <NULL>"_fmt);
+                    GatedLine(ArgumentContext(text), ToTarget,
+                              "WARNING - pParamItem write-back\t= <NULL>"_fmt);
             },
         .forward =
             [&](const CPduDll& target) { return target.PDUGetComParam(hMod, hCLL, ParamID, pParamItem); },
         .after =
-            [&](CallText& text, T_PDU_ERROR status) {
+            [&](PhaseText& text, T_PDU_ERROR status) {
                 if (status == PDU_STATUS_NOERROR && pParamItem)
-                    DecodeComParam(ResultFrame(text), *pParamItem, DirectionOut, 0);
+                    DecodeComParam(ResultContext(text), FromTarget, *pParamItem);
             },
     });
 }
@@ -35,16 +36,16 @@ T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem)
     return LogCall({
         .name = "PDUSetComParam",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, pParamItem=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
-                          pParamItem);
+            [&](PhaseText& text) {
+                text.Add("(hMod=%s, hCLL=%s, pParamItem=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
+                         pParamItem);
             },
         .before =
-            [&](CallText& text) {
+            [&](PhaseText& text) {
                 if (pParamItem)
-                    DecodeComParam(ArgumentFrame(text), pParamItem, DirectionIn, 0);
+                    DecodeComParam(ArgumentContext(text), ToTarget, pParamItem);
                 else
-                    GatedLine(ArgumentFrame(text), Outgoing, "WARNING - pParamItem\t= <NULL>"_fmt);
+                    GatedLine(ArgumentContext(text), ToTarget, "WARNING - pParamItem\t= <NULL>"_fmt);
             },
         .forward = [&](const CPduDll& target) { return target.PDUSetComParam(hMod, hCLL, pParamItem); },
     });
@@ -56,18 +57,18 @@ T_PDU_ERROR PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
     return LogCall({
         .name = "PDUGetUniqueRespIdTable",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod),
-                          HandleText(hCLL), pUniqueRespIdTable);
+            [&](PhaseText& text) {
+                text.Add("(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
+                         pUniqueRespIdTable);
             },
         .forward =
             [&](const CPduDll& target) {
                 return target.PDUGetUniqueRespIdTable(hMod, hCLL, pUniqueRespIdTable);
             },
         .after =
-            [&](CallText& text, T_PDU_ERROR status) {
+            [&](PhaseText& text, T_PDU_ERROR status) {
                 if (status == PDU_STATUS_NOERROR && pUniqueRespIdTable)
-                    DecodeUniqueRespIdTable(ResultFrame(text), *pUniqueRespIdTable, DirectionOut, 0);
+                    DecodeUniqueRespIdTable(ResultContext(text), FromTarget, *pUniqueRespIdTable);
             },
     });
 }
@@ -78,13 +79,13 @@ T_PDU_ERROR PDUSetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
     return LogCall({
         .name = "PDUSetUniqueRespIdTable",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod),
-                          HandleText(hCLL), pUniqueRespIdTable);
+            [&](PhaseText& text) {
+                text.Add("(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
+                         pUniqueRespIdTable);
             },
         .before =
-            [&](CallText& text) {
-                DecodeUniqueRespIdTable(ArgumentFrame(text), pUniqueRespIdTable, DirectionIn, 0);
+            [&](PhaseText& text) {
+                DecodeUniqueRespIdTable(ArgumentContext(text), ToTarget, pUniqueRespIdTable);
             },
         .forward =
             [&](const CPduDll& target) {

@@ -10,37 +10,36 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
     return LogCall({
         .name = "PDUIoCtl",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text,
-                          "(hMod=%s, hCLL=%s, IoCtlCommandId=%u (%s), pInputData=%8p, ppOutputData=%8p)"_fmt,
-                          HandleText(hMod), HandleText(hCLL), IoCtlCommandId,
-                          ObjectName(ObjectNameMap::IoCtlNames, IoCtlCommandId, "[NOT YET READ]"), pInputData,
-                          ppOutputData);
+            [&](PhaseText& text) {
+                text.Add("(hMod=%s, hCLL=%s, IoCtlCommandId=%u (%s), pInputData=%8p, ppOutputData=%8p)"_fmt,
+                         HandleText(hMod), HandleText(hCLL), IoCtlCommandId,
+                         ObjectName(ObjectNameMap::IoCtlNames, IoCtlCommandId, "[NOT YET READ]"), pInputData,
+                         ppOutputData);
             },
         .before =
-            [&](CallText& text) {
-                const DecoderFrame arguments = ArgumentFrame(text);
+            [&](PhaseText& text) {
+                const DecoderContext arguments = ArgumentContext(text);
                 if (pInputData)
-                    DecodeItem(arguments, "pInputData", pInputData, DirectionIn);
+                    DecodeItem(arguments, ToTarget, "pInputData", pInputData);
                 else
-                    GatedLine(arguments, Outgoing, "pInputData\t= <NULL>"_fmt);
+                    GatedLine(arguments, ToTarget, "pInputData\t= <NULL>"_fmt);
                 // No gate by level here, nor for the pointer that comes back: both show at every level.
                 if (ppOutputData)
-                    DecodeLine(arguments, Outgoing, "*ppOutputData\t= %8p"_fmt, *ppOutputData);
+                    DecodeLine(arguments, ToTarget, "*ppOutputData\t= %8p"_fmt, *ppOutputData);
             },
         .forward =
             [&](const CPduDll& target) {
                 return target.PDUIoCtl(hMod, hCLL, IoCtlCommandId, pInputData, ppOutputData);
             },
         .after =
-            [&](CallText& text, T_PDU_ERROR status) {
+            [&](PhaseText& text, T_PDU_ERROR status) {
                 if (status != PDU_STATUS_NOERROR || !ppOutputData)
                     return;
-                const DecoderFrame results = ResultFrame(text);
+                const DecoderContext results = ResultContext(text);
                 if (!*ppOutputData)
-                    return GatedLine(results, Incoming, "*ppOutputData\t= <NULL>"_fmt);
-                DecodeLine(results, Incoming, "pOutputData\t= %8p"_fmt, *ppOutputData);
-                DecodeItem(results, "pOutputData", *ppOutputData, DirectionOut);
+                    return GatedLine(results, FromTarget, "*ppOutputData\t= <NULL>"_fmt);
+                DecodeLine(results, FromTarget, "pOutputData\t= %8p"_fmt, *ppOutputData);
+                DecodeItem(results, FromTarget, "pOutputData", *ppOutputData);
             },
     });
 }

@@ -17,17 +17,17 @@ void SetCommsCallback(PDU_MS_LOG_CALLBACK callback)
         target->PDU_MS_SetLogCallback(callback);
 }
 
-void CloseLog(CallText& text)
+void CloseLog(PhaseText& text)
 {
     LogMutexHold hold;
     if (!ApiLogFile || !LoggingActive())
         return;
     if (Setting(NumericKey::LogFnCalls) >= 2) {
-        text.Buffer.Clear();
-        LogStamp(text.Buffer, text.Time);
-        LogAppend(text.Buffer, "%s%s"_fmt, marks::FileChange, "PDUDestruct");
-        LogAppendLine(text.Buffer, "%s"_fmt, marks::ClosingFile);
-        LogCommit(text.Buffer, ApiLogFile);
+        text.Clear();
+        text.AddStamp();
+        text.Add("%s%s"_fmt, marks::FileChange, "PDUDestruct");
+        text.AddLine("%s"_fmt, marks::ClosingFile);
+        WritePhase(text, ApiLogFile);
     }
     CloseLogFiles();
 }
@@ -40,12 +40,12 @@ T_PDU_ERROR PDUConstruct(CHAR8* OptionStr, void* pAPITag)
     return LogCall({
         .name = "PDUConstruct",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(OptionStr= \"%s\", pAPITag= %8p)"_fmt, TextOrNull(OptionStr), pAPITag);
+            [&](PhaseText& text) {
+                text.Add("(OptionStr= \"%s\", pAPITag= %8p)"_fmt, TextOrNull(OptionStr), pAPITag);
             },
         .forward = [&](const CPduDll& target) { return target.PDUConstruct(OptionStr, pAPITag); },
         .after =
-            [&](CallText&, T_PDU_ERROR status) {
+            [&](PhaseText&, T_PDU_ERROR status) {
                 if (status == PDU_STATUS_NOERROR)
                     SetCommsCallback(CommsLogCallback);
             },
@@ -56,10 +56,10 @@ T_PDU_ERROR PDUDestruct()
 {
     return LogCall({
         .name = "PDUDestruct",
-        .before = [](CallText&) { SetCommsCallback(nullptr); },
+        .before = [](PhaseText&) { SetCommsCallback(nullptr); },
         .forward = [](const CPduDll& target) { return target.PDUDestruct(); },
         .finish =
-            [](CallText& text) {
+            [](PhaseText& text) {
                 LOGGER_Uninitialise();
                 CloseLog(text);
                 Loaded = 0;

@@ -10,7 +10,7 @@ T_PDU_ERROR PDUModuleConnect(UNUM32 hMod)
 {
     return LogCall({
         .name = "PDUModuleConnect",
-        .arguments = [&](LogBuffer& text) { LogAppend(text, "(hMod=%s)"_fmt, HandleText(hMod)); },
+        .arguments = [&](PhaseText& text) { text.Add("(hMod=%s)"_fmt, HandleText(hMod)); },
         .forward = [&](const CPduDll& target) { return target.PDUModuleConnect(hMod); },
     });
 }
@@ -19,10 +19,10 @@ T_PDU_ERROR PDUModuleDisconnect(UNUM32 hMod)
 {
     return LogCall({
         .name = "PDUModuleDisconnect",
-        .arguments = [&](LogBuffer& text) { LogAppend(text, "(hMod=%s)"_fmt, HandleText(hMod)); },
+        .arguments = [&](PhaseText& text) { text.Add("(hMod=%s)"_fmt, HandleText(hMod)); },
         .forward = [&](const CPduDll& target) { return target.PDUModuleDisconnect(hMod); },
         .finish =
-            [](CallText& text) {
+            [](PhaseText& text) {
                 // So configured, each session with a module gets a file of its own, however small.
                 if (Setting(NumericKey::LogEnabled) == 1 && Setting(NumericKey::LogNewFileCfg) == 1)
                     ChangeLogFile(text, "PDUModuleDisconnect");
@@ -38,22 +38,20 @@ T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 
     return LogCall({
         .name = "PDUCreateComLogicalLink",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(
-                    text,
+            [&](PhaseText& text) {
+                text.Add(
                     "(hMod=%s, pRscData=%8p, resourceId=%s (%u), pCLLTag=%8p, phCLL=%8p, pCLLCreateFlag=%8p)"_fmt,
                     HandleText(hMod), pRscData,
                     ObjectName(ObjectNameMap::ResourceNames, resourceId, "<UNKNOWN>"), resourceId, pCLLTag,
                     phCLL, pCLLCreateFlag);
             },
         .before =
-            [&](CallText& text) {
-                const DecoderFrame arguments = ArgumentFrame(text);
-                DecodeRscData(arguments, pRscData, "pRscData");
-                DecodeFlagData(arguments, pCLLCreateFlag, "pCLLCreateFlag", DirectionIn, 0,
-                               CllCreateFlagNames);
+            [&](PhaseText& text) {
+                const DecoderContext arguments = ArgumentContext(text);
+                DecodeRscData(arguments, "pRscData", pRscData);
+                DecodeFlagData(arguments, ToTarget, "pCLLCreateFlag", pCLLCreateFlag, CllCreateFlagNames);
                 if (!phCLL)
-                    GatedLine(arguments, Outgoing, "WARNING - phCLL write-back\t= <NULL>"_fmt);
+                    GatedLine(arguments, ToTarget, "WARNING - phCLL write-back\t= <NULL>"_fmt);
             },
         .forward =
             [&](const CPduDll& target) {
@@ -61,9 +59,9 @@ T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 
                                                       pCLLCreateFlag);
             },
         .after =
-            [&](CallText& text, T_PDU_ERROR status) {
+            [&](PhaseText& text, T_PDU_ERROR status) {
                 if (phCLL && status == PDU_STATUS_NOERROR)
-                    GatedLine(ResultFrame(text), Incoming, "phCLL = %u"_fmt, *phCLL);
+                    GatedLine(ResultContext(text), FromTarget, "phCLL = %u"_fmt, *phCLL);
             },
     });
 }
@@ -73,9 +71,7 @@ T_PDU_ERROR PDUDestroyComLogicalLink(UNUM32 hMod, UNUM32 hCLL)
     return LogCall({
         .name = "PDUDestroyComLogicalLink",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL));
-            },
+            [&](PhaseText& text) { text.Add("(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL)); },
         .forward = [&](const CPduDll& target) { return target.PDUDestroyComLogicalLink(hMod, hCLL); },
     });
 }
@@ -85,9 +81,7 @@ T_PDU_ERROR PDUConnect(UNUM32 hMod, UNUM32 hCLL)
     return LogCall({
         .name = "PDUConnect",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL));
-            },
+            [&](PhaseText& text) { text.Add("(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL)); },
         .forward = [&](const CPduDll& target) { return target.PDUConnect(hMod, hCLL); },
     });
 }
@@ -97,9 +91,7 @@ T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL)
     return LogCall({
         .name = "PDUDisconnect",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL));
-            },
+            [&](PhaseText& text) { text.Add("(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL)); },
         .forward = [&](const CPduDll& target) { return target.PDUDisconnect(hMod, hCLL); },
     });
 }
@@ -109,9 +101,8 @@ T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
     return LogCall({
         .name = "PDULockResource",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL),
-                          LockMask);
+            [&](PhaseText& text) {
+                text.Add("(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL), LockMask);
             },
         .forward = [&](const CPduDll& target) { return target.PDULockResource(hMod, hCLL, LockMask); },
     });
@@ -122,9 +113,8 @@ T_PDU_ERROR PDUUnlockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
     return LogCall({
         .name = "PDUUnlockResource",
         .arguments =
-            [&](LogBuffer& text) {
-                LogAppend(text, "(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL),
-                          LockMask);
+            [&](PhaseText& text) {
+                text.Add("(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL), LockMask);
             },
         .forward = [&](const CPduDll& target) { return target.PDUUnlockResource(hMod, hCLL, LockMask); },
     });

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "logger/log/log_buffer.h"
 #include "logger/log/log_file.h"
+#include "logger/log/phase_text.h"
 
 namespace marvane {
 
@@ -47,9 +47,9 @@ std::uint32_t GetLogFileSize();
 /// swallows the text.
 void WriteToLog(const LogStream& stream, std::string_view text);
 
-/// Writes a buffer to a stream if logging is active. The buffer keeps its text. Whether there is a stream is
+/// Writes a phase to a stream while logging is active. The text stays as it is. Whether there is a stream is
 /// asked under LogMutex alone: in the middle of a change of the file there is none.
-inline void LogCommit(const LogBuffer& text, const LogStream& stream)
+inline void WritePhase(const PhaseText& text, const LogStream& stream)
 {
     if (LoggingActive())
         WriteToLog(stream, text.Text());

@@ -150,23 +150,23 @@ TEST_F(LogStreamTest, LogFlushOneAloneBringsATextToTheDiscAtOnce)
     EXPECT_EQ(testing::FileText(LogPath()), "one two");
 }
 
-TEST_F(LogStreamTest, ACommitKeepsTheTextOfItsBuffer)
+TEST_F(LogStreamTest, WritingAPhaseKeepsItsText)
 {
-    LogBuffer buffer;
-    LogAppend(buffer, "text"_fmt);
-    LogCommit(buffer, ApiLogFile);
-    LogCommit(buffer, ApiLogFile);
-    EXPECT_EQ(buffer.Text(), "text");
+    PhaseText text;
+    text.Add("text"_fmt);
+    WritePhase(text, ApiLogFile);
+    WritePhase(text, ApiLogFile);
+    EXPECT_EQ(text.Text(), "text");
     EXPECT_EQ(Log(), "texttext");
 }
 
-TEST_F(LogStreamTest, ACommitNeedsActiveLoggingAndAStream)
+TEST_F(LogStreamTest, WritingAPhaseNeedsActiveLoggingAndAStream)
 {
-    LogBuffer buffer;
-    LogAppend(buffer, "text"_fmt);
-    LogCommit(buffer, CommsLogFile);
+    PhaseText text;
+    text.Add("text"_fmt);
+    WritePhase(text, CommsLogFile);
     SetSetting(NumericKey::LogEnabled, 0);
-    LogCommit(buffer, ApiLogFile);
+    WritePhase(text, ApiLogFile);
     EXPECT_EQ(Log(), "");
 }
 

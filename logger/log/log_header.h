@@ -3,15 +3,15 @@
 
 #include <string>
 
-#include "logger/log/log_buffer.h"
+#include "logger/log/phase_text.h"
 
 namespace marvane {
 
 /// Appends the header's lines to the buffer; writes nothing. Before the logger is up the header ends behind
 /// the settings.
-void LogHeader(LogBuffer& text, const FrameTime& time);
+void LogHeader(PhaseText& text);
 
 /// Appends the line that shows the folder of the log files.
-void LogLogFileDir(LogBuffer& text, const FrameTime& time, const std::string& directory);
+void LogLogFileDir(PhaseText& text, const std::string& directory);
 
 } // namespace marvane

@@ -1,7 +1,5 @@
 #include "logger/log/log_header.h"
 
-#include <memory>
-
 #include "logger/state/process_texts.h"
 #include "tests/support/logger_state.h"
 #include "tests/support/session.h"
@@ -14,9 +12,9 @@ class LogHeaderTest : public testing::LoggerState
 protected:
     static std::string Header()
     {
-        const auto buffer = std::make_unique<LogBuffer>();
-        LogHeader(*buffer, {7, 8, 9, 10});
-        return testing::WithoutStamps(std::string(buffer->Text()));
+        PhaseText text(PhaseTime(7, 8, 9, 10));
+        LogHeader(text);
+        return testing::WithoutStamps(std::string(text.Text()));
     }
 
     /// What follows a line of the header.
@@ -100,10 +98,10 @@ TEST_F(LogHeaderTest, ValuesThatFillTheBufferDropAllThatFollowsTheMarker)
 TEST_F(LogHeaderTest, WithLoggingOffItAddsNothingAndItsCommitWritesNothing)
 {
     SetSetting(NumericKey::LogEnabled, 0);
-    LogBuffer buffer;
-    LogHeader(buffer, {7, 8, 9, 10});
-    EXPECT_EQ(buffer.Text(), "");
-    LogCommit(buffer, ApiLogFile);
+    PhaseText text(PhaseTime(7, 8, 9, 10));
+    LogHeader(text);
+    EXPECT_EQ(text.Text(), "");
+    WritePhase(text, ApiLogFile);
     EXPECT_EQ(Log(), "");
 }
 

@@ -10,28 +10,28 @@ namespace marvane {
 
 namespace {
 
-void BeginFileLine(CallText& text, std::string_view name)
+void BeginFileLine(PhaseText& text, std::string_view name)
 {
-    text.Buffer.Clear();
-    LogStamp(text.Buffer, text.Time);
-    LogAppend(text.Buffer, "%s%s"_fmt, marks::FileChange, name);
+    text.Clear();
+    text.AddStamp();
+    text.Add("%s%s"_fmt, marks::FileChange, name);
 }
 
 } // namespace
 
-void ChangeLogFile(CallText& text, std::string_view name)
+void ChangeLogFile(PhaseText& text, std::string_view name)
 {
     LogMutexHold hold;
     BeginFileLine(text, name);
-    LogAppendLine(text.Buffer, "%s"_fmt, marks::ChangingFile);
-    LogCommit(text.Buffer, ApiLogFile);
+    text.AddLine("%s"_fmt, marks::ChangingFile);
+    WritePhase(text, ApiLogFile);
     CloseLogFiles();
 
     OpenLogFile(LogDirectory);
     BeginFileLine(text, name);
-    LogAppendLine(text.Buffer, "%s"_fmt, marks::ContinuationFile);
-    LogHeader(text.Buffer, text.Time);
-    LogCommit(text.Buffer, ApiLogFile);
+    text.AddLine("%s"_fmt, marks::ContinuationFile);
+    LogHeader(text);
+    WritePhase(text, ApiLogFile);
 }
 
 } // namespace marvane

@@ -13,9 +13,18 @@ const bool ForksSeen = (platform::CallInForkedChild([] { Own = ThreadStamp(); })
 
 } // namespace
 
-ThreadStamp& ThreadStamp::OfThisThread(std::int64_t second)
+ThreadStamp& ThreadStamp::Begin(std::int64_t second)
 {
-    return Own.At(second);
+    const platform::TimeOfDay time = platform::LocalTimeOfDay(second);
+    PutStamp(text_, {time.Hour, time.Minute, time.Second, static_cast<std::uint16_t>(milliseconds_),
+                     platform::CurrentThreadId()});
+    second_ = second;
+    return *this;
+}
+
+ThreadStamp& ThreadStamp::OfThisThread()
+{
+    return Own;
 }
 
 } // namespace marvane

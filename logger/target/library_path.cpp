@@ -1,6 +1,7 @@
 #include "logger/target/library_path.h"
 
 #include "config/paths.h"
+#include "line/arrows.h"
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
@@ -13,11 +14,11 @@ namespace {
 
 // A text of the log's statements about start-up: stamp, arrow, text.
 template <class Format, class... Arguments>
-void StartUpLine(LogBuffer& text, const FrameTime& time, Format format, const Arguments&... arguments)
+void StartUpLine(PhaseText& text, Format format, const Arguments&... arguments)
 {
-    LogStamp(text, time);
-    LogAppend(text, "%s"_fmt, "   -->  ");
-    LogAppendLine(text, format, arguments...);
+    text.AddStamp();
+    text.Add("%s"_fmt, ToTarget.Text());
+    text.AddLine(format, arguments...);
 }
 
 /// Folder of this library with its separator; empty if the module is not found.
@@ -41,30 +42,30 @@ void SetTargetLibraryPath(const std::string& folder, const std::string& fileName
 
 } // namespace
 
-bool GetLibPath(LogBuffer& text, const FrameTime& time, const CConfigData& config)
+bool GetLibPath(PhaseText& text, const CConfigData& config)
 {
     const std::uint32_t enabled = Setting(NumericKey::LogEnabled);
     if (enabled >= 2) {
-        StartUpLine(text, time, "Unsupported LogEnabled=%d setting"_fmt, enabled);
+        StartUpLine(text, "Unsupported LogEnabled=%d setting"_fmt, enabled);
         return true;
     }
     std::string fileName;
     if (config.GetStringValue("PDUAPILibDll", fileName) != 0) {
-        LogStamp(text, time);
-        LogAppendLine(text, "Logger 'PDUAPILibDll' not in config"_fmt);
+        text.AddStamp();
+        text.AddLine("Logger 'PDUAPILibDll' not in config"_fmt);
     }
     std::string folder;
     config.GetStringValue("InstalledPath", folder);
     if (IsStandAlone(folder)) {
         if (enabled != 0)
-            StartUpLine(text, time, "StandAlone installation"_fmt);
+            StartUpLine(text, "StandAlone installation"_fmt);
         folder = OwnFolder();
         if (folder.empty())
             return false;
     }
     SetTargetLibraryPath(folder, fileName);
     if (enabled != 0)
-        StartUpLine(text, time, "LOADING: DLL = \"%s\""_fmt, CopyGuarded(TargetLibraryPath));
+        StartUpLine(text, "LOADING: DLL = \"%s\""_fmt, CopyGuarded(TargetLibraryPath));
     return true;
 }
 

@@ -9,10 +9,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     RecordSource source(data, size);
     const FuzzedFrame frame(source);
     const char* const label = source.Below(8) == 0 ? nullptr : "pInputData";
-    const int direction = source.Coin() ? DirectionIn : DirectionOut;
+    const Arrow arrow = source.Coin() ? ToTarget : FromTarget;
     const PDU_DATA_ITEM* const item = source.Below(32) == 0 ? nullptr : source.New(source.DataItem());
     const std::string before = source.Contents();
-    DecodeItem(frame.Frame(), label, item, direction);
+    DecodeItem(frame.Frame(), arrow, label, item);
     frame.Check();
     Require(source.Contents() == before, "the records are as they were");
     return 0;

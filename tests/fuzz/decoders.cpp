@@ -6,36 +6,37 @@ using namespace marvane::testing;
 
 namespace {
 
-void DecodeOne(const DecoderFrame& frame, RecordSource& source)
+void DecodeOne(const DecoderContext& context, RecordSource& source)
 {
     const UNUM32 decoder = source.Below(20);
-    const int direction = source.Coin() ? DirectionIn : DirectionOut;
-    const int level = static_cast<int>(source.Below(3));
+    const Arrow arrow = source.Coin() ? ToTarget : FromTarget;
+    const UNUM32 level = source.Below(3);
+    const Arrow nested = arrow.Deeper(level);
     const UNUM32 id = source.Number();
     const char* const label = source.Below(8) == 0 ? nullptr : "pLabel";
     const BitNames* const names[] = {&TxFlagNames, &CllCreateFlagNames, &RxFlagNames, &TimestampFlagNames};
     // clang-format off
     switch (decoder) {
-    case 0: return DecodeComParam(frame, source.NullOrNew(source.ParamItem()), direction, level);
-    case 1: return DecodeByteField(frame, direction, level, id, source.NullOrNew(source.ByteField()));
-    case 2: return DecodeLongField(frame, direction, level, id, source.NullOrNew(source.LongField()));
-    case 3: return DecodeStructField(frame, direction, level, id, source.NullOrNew(source.StructField()));
-    case 4: return DecodeSessionTiming(frame, direction, level, source.NullOrNew(source.Take<PDU_PARAM_STRUCT_SESSION_TIMING>()));
-    case 5: return DecodeAccessTiming(frame, direction, level, source.NullOrNew(source.Take<PDU_PARAM_STRUCT_ACCESS_TIMING>()));
-    case 6: return DecodeUniqueRespIdTable(frame, source.NullOrNew(source.ResponseTable()), direction, level % 2);
-    case 7: return DecodeVehicleIdRequest(frame, source.NullOrNew(source.VehicleIdRequest()), direction);
-    case 8: return DecodeVehicleIdRequestEx(frame, source.NullOrNew(PDU_IO_VEHICLE_ID_REQUEST_EX{source.VehicleIdRequest(), source.Take<UNUM8>()}), direction);
-    case 9: return DecodeEthSwitchState(frame, source.NullOrNew(PDU_IO_ETH_SWITCH_STATE_DATA{source.Number(), source.Number()}));
-    case 10: return DecodeEntityAddress(frame, source.NullOrNew(source.Take<PDU_IO_ENTITY_ADDRESS_DATA>()));
-    case 11: return DecodeEntityStatus(frame, source.NullOrNew(PDU_IO_ENTITY_STATUS_DATA{source.Number(), 1, 2, 3}));
-    case 12: return DecodeRscData(frame, source.NullOrNew(source.ResourceData()), label);
-    case 13: return DecodeRscIdList(frame, source.NullOrNew(source.ResourceIdsOfModule()), label, direction);
-    case 14: return DecodeRscConflictList(frame, source.NullOrNew(source.Take<PDU_RSC_CONFLICT_DATA>()));
-    case 15: return DecodeModuleData(frame, source.NullOrNew(source.Module()), direction);
-    case 16: return DecodeModuleIdList(frame, source.New(source.Modules()));
-    case 17: return DecodeFilterList(frame, direction, source.NullOrNew(source.Filters()));
-    case 18: return DecodeFlagData(frame, source.NullOrNew(source.FlagData()), label, direction, level % 2, *names[source.Below(4)]);
-    default: return DecodeCopCtrlData(frame, source.NullOrNew(source.ControlData()));
+    case 0: return DecodeComParam(context, nested, source.NullOrNew(source.ParamItem()));
+    case 1: return DecodeByteField(context, nested, id, source.NullOrNew(source.ByteField()));
+    case 2: return DecodeLongField(context, nested, id, source.NullOrNew(source.LongField()));
+    case 3: return DecodeStructField(context, nested, id, source.NullOrNew(source.StructField()));
+    case 4: return DecodeSessionTiming(context, nested, source.NullOrNew(source.Take<PDU_PARAM_STRUCT_SESSION_TIMING>()));
+    case 5: return DecodeAccessTiming(context, nested, source.NullOrNew(source.Take<PDU_PARAM_STRUCT_ACCESS_TIMING>()));
+    case 6: return DecodeUniqueRespIdTable(context, arrow.Deeper(level % 2), source.NullOrNew(source.ResponseTable()));
+    case 7: return DecodeVehicleIdRequest(context, arrow, source.NullOrNew(source.VehicleIdRequest()));
+    case 8: return DecodeVehicleIdRequestEx(context, arrow, source.NullOrNew(PDU_IO_VEHICLE_ID_REQUEST_EX{source.VehicleIdRequest(), source.Take<UNUM8>()}));
+    case 9: return DecodeEthSwitchState(context, source.NullOrNew(PDU_IO_ETH_SWITCH_STATE_DATA{source.Number(), source.Number()}));
+    case 10: return DecodeEntityAddress(context, source.NullOrNew(source.Take<PDU_IO_ENTITY_ADDRESS_DATA>()));
+    case 11: return DecodeEntityStatus(context, source.NullOrNew(PDU_IO_ENTITY_STATUS_DATA{source.Number(), 1, 2, 3}));
+    case 12: return DecodeRscData(context, label, source.NullOrNew(source.ResourceData()));
+    case 13: return DecodeRscIdList(context, arrow.Deeper(2), label, source.NullOrNew(source.ResourceIdsOfModule()));
+    case 14: return DecodeRscConflictList(context, source.NullOrNew(source.Take<PDU_RSC_CONFLICT_DATA>()));
+    case 15: return DecodeModuleData(context, arrow.Deeper(), source.NullOrNew(source.Module()));
+    case 16: return DecodeModuleIdList(context, source.New(source.Modules()));
+    case 17: return DecodeFilterList(context, arrow.Deeper(), source.NullOrNew(source.Filters()));
+    case 18: return DecodeFlagData(context, arrow.Deeper(level % 2), label, source.NullOrNew(source.FlagData()), *names[source.Below(4)]);
+    default: return DecodeCopCtrlData(context, source.NullOrNew(source.ControlData()));
     }
     // clang-format on
 }

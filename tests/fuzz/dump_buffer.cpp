@@ -37,22 +37,22 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     const auto count = static_cast<UNUM32>(source.Left());
     const UNUM8* const bytes = source.Bytes(count);
 
-    LogBuffer buffer;
-    DumpBuffer(DecoderFrame{2, 2, buffer, {7, 8, 9, 10}}, out, 1, label.c_str(), bytes, count, limit);
-    const std::string text(buffer.Text());
+    const PhaseTime time(7, 8, 9, 10);
+    PhaseText phase(time);
+    const Arrow arrow = (out ? FromTarget : ToTarget).Deeper();
+    DumpBuffer(DecoderContext{2, 2, phase}, arrow, label.c_str(), bytes, count, limit);
+    const std::string text(phase.Text());
 
-    LogBuffer stamp;
-    LogStamp(stamp, {7, 8, 9, 10});
     const std::string indent = out ? "    <<< " : "    >>> ";
     std::string expected = count != 0 ? ""
-                                      : std::string(stamp.Text()) + indent +
+                                      : std::string(time.StampText()) + indent +
                                             std::string(14 - std::min<std::size_t>(14, label.size()), ' ') +
                                             label + ": Size\t= <ZERO>\n";
     const UNUM32 listed = std::min(count, limit);
     for (UNUM32 offset = 0; offset < listed; offset += 16) {
         const UNUM32 run = std::min(16u, listed - offset);
         const std::string_view part(reinterpret_cast<const char*>(bytes) + offset, run);
-        expected += std::string(stamp.Text()) +
+        expected += std::string(time.StampText()) +
                     ExpectedRun(indent.c_str(), label, offset, part, offset + run == listed && limit < count);
     }
     if (!text.ends_with("\t\t\t\t...\n"))

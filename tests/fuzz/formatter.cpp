@@ -64,16 +64,16 @@ void CheckStatement(RecordSource& source, Format format, const Arguments&... arg
         buffer->Clear();
         buffer->Append(filler);
     }
-    const auto lineEnd = source.Coin() ? LogBuffer::LineEnd::Yes : LogBuffer::LineEnd::No;
-    log_buffer_detail::Statement<Format>(direct, lineEnd, arguments...);
-    if (formatted.HasRoom())
-        log_buffer_detail::CutStatement<Format>(formatted, lineEnd, arguments...);
+    if (direct.HasRoom()) {
+        const put_directive::List<Arguments...> list = {FormatArgument(arguments)...};
+        direct.Append(format, arguments...);
+        formatted.Append({Format::Text, Format::Pieces.data(), list.data(), list.size()});
+    }
     Require(direct.Text() == formatted.Text(), "a statement is what the formatter makes of it", format.Text);
 }
 
 void CheckStatements(RecordSource& source)
 {
-    SetSetting(NumericKey::LogEnabled, 1);
     const CHAR8* const text = source.Text();
     const auto number = source.Take<UNUM32>();
     const auto asSigned = static_cast<SNUM32>(number);

@@ -38,8 +38,7 @@ inline const TemporaryFolder& FuzzFolder()
 class FuzzedFrame
 {
 public:
-    explicit FuzzedFrame(RecordSource& source)
-        : frame_{source.Below(4), source.Below(4), buffer_, {7, 8, 9, 10}}
+    explicit FuzzedFrame(RecordSource& source) : frame_{source.Below(4), source.Below(4), text_}
     {
         SetSetting(NumericKey::LogEnabled, source.Below(8) != 0);
         SetSetting(NumericKey::LogMaxPduBuff, source.Number());
@@ -47,23 +46,25 @@ public:
         for (UNUM32 named = source.Below(3); named != 0; --named)
             RecordObjectName(PDU_OBJT_PROTOCOL + source.Below(7), source.Below(8), "A name");
         const std::string filler(source.Below(4) == 0 ? source.Take<UNUM16>() % LogBuffer::Size : 0, 'x');
-        if (!filler.empty())
-            DecodeLine(frame_, "", "%s"_fmt, filler);
+        if (!filler.empty()) {
+            text_.AddStamp();
+            text_.AddLine("%s"_fmt, filler);
+        }
     }
-    const DecoderFrame& Frame() const { return frame_; }
+    const DecoderContext& Frame() const { return frame_; }
 
     /// Conditions that hold after every decoder.
     void Check() const
     {
-        Require(buffer_.Text().size() < LogBuffer::Size, "the text fits the buffer");
-        const std::string_view odd = FirstOddLine(buffer_.Text());
+        Require(text_.Text().size() < LogBuffer::Size, "the text fits the buffer");
+        const std::string_view odd = FirstOddLine(text_.Text());
         Require(odd.empty(), "each line has its stamp", odd);
-        Require(buffer_.Text().empty() || buffer_.Text().ends_with('\n'), "the last line has its end");
+        Require(text_.Text().empty() || text_.Text().ends_with('\n'), "the last line has its end");
     }
 
 private:
-    LogBuffer buffer_;
-    DecoderFrame frame_;
+    PhaseText text_{PhaseTime(7, 8, 9, 10)};
+    DecoderContext frame_;
 };
 
 } // namespace marvane::testing

@@ -28,9 +28,9 @@ protected:
     /// be that of this thread and of 07:08:09.010, or it stays in the text.
     template <class Decode> static std::string Decoded(Decode decode, UNUM32 calls = 2, UNUM32 level = 2)
     {
-        LogBuffer buffer;
-        decode(DecoderFrame{calls, level, buffer, {7, 8, 9, 10}});
-        return WithoutStamp(std::string(buffer.Text()));
+        PhaseText text(PhaseTime(7, 8, 9, 10));
+        decode(DecoderContext{calls, level, text});
+        return WithoutStamp(std::string(text.Text()));
     }
 
     /// Expects that a decoder writes nothing if LogFnCalls is below 2, its own level is 0, or logging is off.

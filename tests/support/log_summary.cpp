@@ -28,9 +28,8 @@ bool HasStamp(std::string_view line)
 /// True for a line that is decoded, or part of a header or a report.
 bool IsOther(std::string_view text)
 {
-    for (std::size_t indent = 0; indent < IndentIndex(DirectionOut, 4); ++indent)
-        if (text.starts_with(IndentTable[indent]))
-            return true;
+    if (ParseArrow(text))
+        return true;
     constexpr std::string_view beginnings[] = {"##########",
                                                "LogHeader{Loaded=", "Config setting: ", "[DoIP"};
     return std::any_of(std::begin(beginnings), std::end(beginnings),

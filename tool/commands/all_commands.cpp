@@ -8,6 +8,9 @@
 
 namespace marvane::tool {
 
+extern const Command ShowCommand;
+extern const Command AroundCommand;
+extern const Command CutCommand;
 extern const Command CompletionCommand;
 extern const Command ManCommand;
 extern const Command ErrorsCommand;
@@ -16,7 +19,8 @@ extern const Command TalkCommand;
 
 namespace {
 
-constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand, &ErrorsCommand};
+constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand,
+                                           &ShowCommand,    &AroundCommand, &CutCommand};
 constexpr const Command* HelpCommands[] = {&CompletionCommand, &ManCommand};
 
 constexpr CommandGroup Groups[] = {

@@ -254,7 +254,7 @@ constexpr Example Examples[] = {
 extern const Command CompletionCommand;
 constinit const Command CompletionCommand = {
     .Name = "completion",
-    .Purpose = "Print a script that completes commands and options in a shell",
+    .Purpose = "A script that completes commands and options in a shell",
     .Takes =
         {.Text = "SHELL", .Least = 1, .Most = 1, .Choices = "bash,zsh,fish,powershell", .AreFiles = false},
     .Description = "SHELL is bash, zsh, fish or powershell.",

@@ -12,11 +12,25 @@ namespace {
 using platform::Stream;
 
 constexpr std::size_t BufferSize = 64 * 1024;
+constexpr std::size_t UsualColumns = 100;
 
 std::string_view CodeOf(Colour colour)
 {
     constexpr std::string_view codes[] = {"", "\x1b[31m", "\x1b[33m", "\x1b[32m", "\x1b[2m", "\x1b[1m"};
     return codes[static_cast<std::size_t>(colour)];
+}
+
+/// A text without the escape sequences of colours.
+std::string WithoutColour(std::string_view text)
+{
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\x1b')
+            i = std::min(text.find('m', i), text.size() - 1);
+        else
+            plain += text[i];
+    }
+    return plain;
 }
 
 bool WantsColour(ColourChoice choice)
@@ -30,9 +44,9 @@ bool WantsColour(ColourChoice choice)
 
 } // namespace
 
-Console::Console(ColourChoice choice)
-    : columns_(std::max(std::size_t{100}, std::size_t{platform::TerminalColumns(Stream::Output)})),
-      terminal_(platform::IsTerminal(Stream::Output)), colour_(WantsColour(choice))
+Console::Console(ColourChoice choice, bool mayPage)
+    : columns_(std::max(UsualColumns, std::size_t{platform::TerminalColumns(Stream::Output)})),
+      terminal_(platform::IsTerminal(Stream::Output)), mayPage_(mayPage), colour_(WantsColour(choice))
 {
 }
 
@@ -44,9 +58,30 @@ Console::~Console()
     platform::FinishPager();
 }
 
+void Console::WatchFor(std::string text)
+{
+    watched_ = std::move(text);
+}
+
+/// The part of a text that is to be written: up to the end of the first line that holds what is looked for.
+std::string_view Console::Watch(std::string_view text)
+{
+    std::size_t taken = 0;
+    while (!matched_ && taken < text.size()) {
+        const std::size_t end = std::min(text.find('\n', taken), text.size() - 1) + 1;
+        line_ += text.substr(taken, end - taken);
+        taken = end;
+        if (line_.back() != '\n')
+            break;
+        matched_ = WithoutColour(line_).find(watched_) != std::string::npos;
+        line_.clear();
+    }
+    return text.substr(0, taken);
+}
+
 void Console::Write(std::string_view text)
 {
-    buffer_ += text;
+    buffer_ += watched_.empty() ? text : Watch(text);
     if (buffer_.size() >= BufferSize)
         Flush();
 }
@@ -84,7 +119,7 @@ void Console::Complain(std::string_view line)
 
 void Console::UsePager()
 {
-    if (terminal_)
+    if (terminal_ && mayPage_)
         platform::StartPager();
 }
 

@@ -32,7 +32,7 @@ enum class Colour
 class Console
 {
 public:
-    explicit Console(ColourChoice choice = ColourChoice::Auto);
+    explicit Console(ColourChoice choice = ColourChoice::Auto, bool mayPage = true);
     ~Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
@@ -40,6 +40,11 @@ public:
     /// Adds to standard output, which is buffered: following commands call Flush when they begin to wait.
     void Write(std::string_view text);
     void Flush();
+
+    /// From here on looks for a text in the lines of standard output, colours apart. After the first line
+    /// that holds it nothing more is written.
+    void WatchFor(std::string text);
+    bool HasMatched() const { return matched_; }
 
     /// A text in a colour, if colours are on; else the text alone.
     std::string Coloured(Colour colour, std::string_view text) const;
@@ -59,16 +64,23 @@ public:
     void Complain(std::string_view line);
     bool HasComplained() const { return complained_; }
 
-    /// From here on a pager shows standard output, if that is a terminal. Not for commands that follow.
+    /// From here on a pager shows standard output, if that is a terminal and the user
+    /// wants one. Not for commands that follow.
     void UsePager();
 
 private:
+    std::string_view Watch(std::string_view text);
+
     std::string buffer_;
-    std::size_t columns_;
+    std::string watched_; ///< empty: nothing is looked for
+    std::string line_;    ///< the line that is being written, while something is looked for
+    std::size_t columns_ = 0;
     bool terminal_ = false;
+    bool mayPage_ = true;
     bool colour_ = false;
     bool complained_ = false;
     bool closed_ = false;
+    bool matched_ = false;
 };
 
 /// The value of --color.

@@ -1,6 +1,9 @@
 #include "tool/commands/log_source.h"
 
+#include <algorithm>
+
 #include "tool/commands/default_logs.h"
+#include "tool/commands/follow.h"
 #include "tool/commands/progress.h"
 
 namespace marvane::tool {
@@ -13,6 +16,19 @@ std::uint64_t SizeOf(const std::vector<read::LogFile>& files)
     for (const read::LogFile& file : files)
         size += file.Size;
     return size;
+}
+
+std::string TextOf(const std::filesystem::path& path)
+{
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+bool IsFolder(const std::string& path)
+{
+    std::error_code unknown;
+    return std::filesystem::is_directory(std::filesystem::path(std::u8string(path.begin(), path.end())),
+                                         unknown);
 }
 
 } // namespace
@@ -29,9 +45,15 @@ std::vector<read::LogFile> FindLogs(const std::vector<std::string>& paths, Conso
 
 std::vector<read::LogFile> FindLogs(const Arguments& arguments, Console& console)
 {
-    if (!arguments.Operands().empty())
-        return FindLogs(arguments.Operands(), console);
-    return read::NewestSession(FindLogs({DefaultLogFolder(arguments.Value("--entry"))}, console));
+    const bool isDefault = arguments.Operands().empty();
+    const std::vector<std::string> paths =
+        isDefault ? std::vector{DefaultLogFolder(arguments.Value("--entry"))} : arguments.Operands();
+    if (IsFollowing(arguments) &&
+        !WaitFor(arguments, [&] { return !read::FindLogFiles(paths).Files.empty(); }))
+        return {};
+    std::vector<read::LogFile> files = FindLogs(paths, console);
+    const bool newestOnly = isDefault || (IsFollowing(arguments) && std::ranges::any_of(paths, IsFolder));
+    return newestOnly ? read::NewestSession(files) : files;
 }
 
 void ReadLogs(const std::vector<read::LogFile>& files, read::LogReader& reader,
@@ -52,9 +74,11 @@ void ComplainAbout(const read::Problem& problem, const std::vector<read::LogFile
 {
     if (problem.What != read::ProblemKind::FileTrouble && problem.What != read::ProblemKind::FileChanged)
         return;
-    const bool known = problem.At.File < files.size();
-    const std::string name = known ? files[problem.At.File].Path.string() : std::string("?");
-    console.Complain(name + ": " + std::string(problem.Text));
+    // The reader knows the name of a file, but not its folder.
+    std::string text(problem.Text);
+    if (problem.At.File < files.size() && text.starts_with(files[problem.At.File].Begin.Name))
+        text.replace(0, files[problem.At.File].Begin.Name.size(), TextOf(files[problem.At.File].Path));
+    console.Complain(text);
 }
 
 } // namespace marvane::tool

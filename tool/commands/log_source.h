@@ -12,7 +12,7 @@ namespace marvane::tool {
 
 /// The files that the operands name, in the order of time; without operands the newest session of the log
 /// folder that applies here (--entry chooses). What can't be read is complained about. Throws Trouble if
-/// nothing is left.
+/// there is none; with -f waits for one, and returns none only after the time-out.
 std::vector<read::LogFile> FindLogs(const Arguments& arguments, Console& console);
 
 /// As above, for given paths instead of the operands (`diff A B`).

@@ -89,7 +89,7 @@ constexpr Example Examples[] = {
 extern const Command ManCommand;
 constinit const Command ManCommand = {
     .Name = "man",
-    .Purpose = "Print the man page of all commands",
+    .Purpose = "The man page of all commands",
     .Examples = Examples,
     .Run = RunMan,
 };

@@ -38,6 +38,11 @@ std::size_t EditDistance(std::string_view one, std::string_view other)
     return row[other.size()];
 }
 
+bool SameWord(std::string_view one, std::string_view other)
+{
+    return std::ranges::equal(one, other, Same);
+}
+
 std::string_view Nearest(std::string_view word, std::span<const std::string_view> known)
 {
     std::string_view nearest;

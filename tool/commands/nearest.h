@@ -12,6 +12,9 @@ namespace marvane::tool {
 /// upper and lower case count as equal.
 std::size_t EditDistance(std::string_view one, std::string_view other);
 
+/// True if two words differ in upper and lower case at most.
+bool SameWord(std::string_view one, std::string_view other);
+
 /// The nearest of the known words, empty if none is near enough to be meant.
 std::string_view Nearest(std::string_view word, std::span<const std::string_view> known);
 

@@ -54,7 +54,8 @@ bool AboutTheProgram(const std::vector<std::string>& words)
 
 int RunCommand(const Command& command, const Arguments& arguments)
 {
-    Console console(ColourChoiceOf(arguments.Value("--color").value_or("auto")));
+    Console console(ColourChoiceOf(arguments.Value("--color").value_or("auto")),
+                    !arguments.Has("--no-pager"));
     if (arguments.Has("--help")) {
         console.Write(CommandHelp(command));
         console.Flush();

@@ -1,0 +1,154 @@
+// `marvane around`: what all threads did around a line, a ComPrimitive or a time.
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "tool/commands/around_grid.h"
+#include "tool/commands/log_source.h"
+#include "tool/commands/shared_options.h"
+#include "tool/commands/time_range.h"
+
+namespace marvane::tool {
+
+namespace {
+
+using read::LogTime;
+
+struct Window
+{
+    LogTime Begin;
+    LogTime End;
+};
+
+/// Finds the time of a line.
+class LineFinder : public read::LogSink
+{
+public:
+    explicit LineFinder(std::uint64_t line) : line_(line) {}
+    void OnLine(const read::Line& line) override
+    {
+        if (line.At.File == 0 && line.At.Line == line_)
+            Found = Window{line.Time, line.Time};
+    }
+    bool IsEnough() const override { return Found.has_value(); }
+
+    std::optional<Window> Found;
+
+private:
+    std::uint64_t line_;
+};
+
+/// Finds a ComPrimitive from its start to the last item that was fetched for it. If its number was used
+/// again, the last use counts.
+class PrimitiveFinder : public read::LogSink
+{
+public:
+    explicit PrimitiveFinder(std::uint32_t number) : number_(number) {}
+    void OnCall(const read::Call& call) override
+    {
+        if (call.Which == read::Function::StartComPrimitive && call.Primitive == number_)
+            Found = Window{call.BeginTime, call.EndTime};
+    }
+    void OnItem(const read::Item& item) override
+    {
+        if (Found && item.Primitive == number_ && item.Fetch)
+            Found->End = std::max(Found->End, item.Fetch->EndTime);
+    }
+
+    std::optional<Window> Found;
+
+private:
+    std::uint32_t number_;
+};
+
+template <typename Finder>
+Window Find(Finder finder, read::Wants wants, const std::vector<read::LogFile>& files,
+            const std::string& what)
+{
+    read::LogReader reader(finder, wants);
+    ReadLogs(files, reader);
+    if (!finder.Found)
+        throw Trouble("the log has no " + what);
+    return *finder.Found;
+}
+
+Window CentreOf(const Arguments& arguments, const std::vector<read::LogFile>& files)
+{
+    const int given = arguments.Has("--line") + arguments.Has("--hcop") + arguments.Has("--at");
+    if (given != 1)
+        throw UsageError("around needs one of --line, --hcop and --at");
+    if (const auto line = arguments.Number("--line", 1))
+        return Find(LineFinder(*line), read::Wants::Lines, files, "line " + std::to_string(*line));
+    if (const auto number = arguments.Number("--hcop", 0, UINT32_MAX))
+        return Find(PrimitiveFinder(static_cast<std::uint32_t>(*number)),
+                    read::Wants::Calls | read::Wants::Items, files,
+                    "ComPrimitive " + std::to_string(*number));
+    const LogTime at = *TimeOf("--at", arguments, files);
+    return {at, at};
+}
+
+/// Milliseconds of an option that takes seconds.
+std::int64_t SpanOf(const Arguments& arguments, std::string_view option, std::int64_t otherwise)
+{
+    const std::optional<std::string> text = arguments.Value(option);
+    if (!text)
+        return otherwise;
+    char* end = nullptr;
+    const double seconds = std::strtod(text->c_str(), &end);
+    if (text->empty() || *end != 0 || !(seconds >= 0 && seconds <= 1e6))
+        throw UsageError(std::string(option) + " takes a number of seconds, not '" + *text + "'");
+    return std::llround(seconds * 1000);
+}
+
+int RunAround(const Arguments& arguments, Console& console)
+{
+    constexpr std::int64_t usual = 10;
+    const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    if (std::ranges::any_of(files, &read::LogFile::IsStandardInput))
+        throw UsageError("around reads its log twice: give it a file, not standard input");
+    const std::int64_t before = SpanOf(arguments, "--before", usual);
+    const std::int64_t after = SpanOf(arguments, "--after", usual);
+    const Window centre = CentreOf(arguments, files);
+    SceneSink sink({centre.Begin.Ms - before}, {centre.End.Ms + after});
+    read::LogReader reader(sink, read::Wants::Calls | read::Wants::Items | read::Wants::Comms);
+    ReadLogs(files, reader);
+    const Scene scene = sink.Finish();
+    if (scene.Acts.empty())
+        return 1;
+    console.UsePager();
+    DrawScene(scene, console);
+    return 0;
+}
+
+constexpr Example Examples[] = {
+    {"around --line 989", "what all threads did when line 989 was written"},
+    {"around --hcop 7", "from the start of ComPrimitive 7 to its last item"},
+    {"around --at 14:03:07.250 --after 1", "the second after a time"},
+};
+
+constexpr Option Where[] = {
+    {"--line", "N", "Around this line of the (first) file"},
+    {"--hcop", "N", "Around this ComPrimitive, from its start to its last item"},
+    {"--at", "TIME", "Around a time: 14:03:07.250, '2026-11-25 14:03:07', or -5m before the end"},
+    {"--before", "SECONDS", "Begin that long before it; 0.01 without the option"},
+    {"--after", "SECONDS", "End that long after it; 0.01 without the option"},
+};
+
+constexpr OptionGroup Groups[] = {{"Where", Where}, LogOptions};
+
+} // namespace
+
+extern const Command AroundCommand;
+constinit const Command AroundCommand = {
+    .Name = "around",
+    .Purpose = "What all threads did around a line, a ComPrimitive or a time, side by side",
+    .Takes = LogOperands,
+    .Description =
+        "A column a thread, a bar (|) where a call is open. Times count from the beginning of the session.",
+    .Examples = Examples,
+    .Groups = Groups,
+    .ExitStatus = "0 if something was shown, 1 if nothing happened then, 2 for trouble or wrong usage",
+    .Run = RunAround,
+};
+
+} // namespace marvane::tool

@@ -1,0 +1,54 @@
+#include "tool/commands/log_lines.h"
+
+#include <algorithm>
+
+#include "line/stamp.h"
+
+namespace marvane::tool {
+
+void LogLines::Add(const read::Line& line)
+{
+    Add({line.At, line.Time, 0, 0, line.Kind, line.HasStamp}, line.Whole);
+}
+
+void LogLines::Add(const Entry& entry, std::string_view whole)
+{
+    entries_.push_back(entry);
+    entries_.back().Begin = static_cast<std::uint32_t>(text_.size());
+    entries_.back().Size = static_cast<std::uint32_t>(whole.size());
+    text_ += whole;
+}
+
+void LogLines::Clear()
+{
+    text_.clear();
+    entries_.clear();
+}
+
+bool LogLines::Holds(std::string_view text) const
+{
+    return std::ranges::any_of(entries_, [&](const Entry& entry) {
+        const std::string_view whole = Whole(entry);
+        return whole.substr(entry.HasStamp ? StampLength : 0).find(text) != std::string_view::npos;
+    });
+}
+
+void LogLines::Move(read::Position begin, read::Position end, LogLines& to)
+{
+    const auto isBefore = [](const Entry& entry, const read::Position& place) {
+        return std::pair(entry.At.File, entry.At.Line) < std::pair(place.File, place.Line);
+    };
+    const auto first = std::lower_bound(entries_.begin(), entries_.end(), begin, isBefore);
+    read::Position behind = {end.File, end.Line + 1, 0};
+    auto last = std::lower_bound(first, entries_.end(), behind, isBefore);
+    while (last != entries_.end() && last->Kind == read::LineKind::Full && last->At.File == behind.File &&
+           last->At.Line == behind.Line++)
+        ++last;
+    for (auto entry = first; entry != last; ++entry)
+        to.Add(*entry, Whole(*entry));
+    entries_.erase(first, last);
+    if (entries_.empty())
+        text_.clear(); // Else the rest of the text is freed with the outermost call.
+}
+
+} // namespace marvane::tool

@@ -1,4 +1,4 @@
-// Faults of the process: it ends while threads still call, is killed, forks, or shares its log folder.
+// Faults of the process: it ends while threads still call, forks, or shares its log folder.
 #include <atomic>
 #include <cstdlib>
 #include <ctime>
@@ -87,21 +87,6 @@ TEST(FaultProcess, MayEndWhileTheLogFileChangesAtEveryCall)
     ExpectGoodEnd(folder);
 }
 
-/// Makes calls forever, and appends a byte to a journal beside the log for each one that has returned.
-[[noreturn]] void CallUntilKilled(Changes changes)
-{
-    const std::string journalPath = (std::filesystem::temp_directory_path() / "journal").string();
-    Session session(changes);
-    session.Construct();
-    session.Fake().Discard();
-    std::FILE* const journal = std::fopen(journalPath.c_str(), "wb");
-    for (UNUM32 i = 0;; ++i) {
-        session.Api().PDULockResource(1, i, 3);
-        std::fputc('.', journal);
-        std::fflush(journal);
-    }
-}
-
 /// The log folder of the one session that a child process had in this folder.
 std::filesystem::path LogFolderOfChild(const TemporaryFolder& folder)
 {
@@ -111,53 +96,12 @@ std::filesystem::path LogFolderOfChild(const TemporaryFolder& folder)
     return {};
 }
 
-/// Kills a child after at least this many calls. Expects each finished call in the log, and every line whole.
-void ExpectNothingLostWhenKilled(const TemporaryFolder& folder, std::uintmax_t calls)
-{
-    ChildProcess child("calling", folder);
-    const auto journal = folder.Path() / "journal";
-    std::error_code none;
-    while (!(std::filesystem::exists(journal) && std::filesystem::file_size(journal, none) >= calls))
-        std::this_thread::yield();
-    child.Kill();
-    EXPECT_NE(child.Wait(), 0);
-    const std::size_t finished = FileBytes(journal).size();
-    const LogSummary log = Summarise(LogInOrder(LogFolderOfChild(folder)));
-    EXPECT_EQ(WrongLines(log), "");
-    EXPECT_GE(finished, calls);
-    EXPECT_GE(log.Exits.at("PDULockResource"), finished);
-    EXPECT_LE(log.Entries.at("PDULockResource"), finished + 1);
-    EXPECT_GE(log.Entries.at("PDULockResource"), log.Exits.at("PDULockResource"));
-}
-
 /// Expects this many calls of a function, each with its entry and its exit line.
 void ExpectCalls(const LogSummary& log, const std::string& function, std::size_t count)
 {
     EXPECT_EQ(log.Entries.at(function), count);
     EXPECT_EQ(log.Exits.at(function), count);
 }
-
-class FaultKilled : public ::testing::TestWithParam<int>
-{
-};
-
-TEST_P(FaultKilled, WithLogFlushOneLosesNoLine)
-{
-    if (!ChildRole().empty())
-        CallUntilKilled({});
-    const TemporaryFolder folder;
-    ExpectNothingLostWhenKilled(folder, static_cast<std::uintmax_t>(GetParam()));
-}
-
-TEST_P(FaultKilled, WhileTheLogFileChangesLosesNoLine)
-{
-    if (!ChildRole().empty())
-        CallUntilKilled({{"LogFileMaxSize", "9000"}, {"LogFileMaxNum", "1000"}});
-    const TemporaryFolder folder;
-    ExpectNothingLostWhenKilled(folder, static_cast<std::uintmax_t>(GetParam()));
-}
-
-INSTANTIATE_TEST_SUITE_P(Calls, FaultKilled, ::testing::Values(1, 50, 333));
 
 TEST(FaultProcess, EndingWithoutDestructAndWithoutFlushLosesNoLine)
 {

@@ -1,0 +1,144 @@
+// The process is killed while several threads call: with LogFlush 1 no line of a call is lost.
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/files.h"
+#include "tests/support/child_process.h"
+#include "tests/support/log_summary.h"
+#include "tests/support/session.h"
+
+namespace marvane::testing {
+namespace {
+
+// Four parts of 13 kills, each with and without rotation: 104. Fewer where starting a process is expensive.
+#ifdef MARVANE_SANITIZED
+constexpr int KillsOfAPart = 3;
+#else
+const int KillsOfAPart = platform::PathSeparator == '/' ? 13 : 2;
+#endif
+constexpr int Parts = 4;
+
+/// The calls of three threads, one function each, all with a number as second argument.
+struct NumberedCall
+{
+    const char* Name;
+    void (*Call)(const CPduDll& api, UNUM32 number);
+};
+const NumberedCall NumberedCalls[] = {
+    {"PDULockResource", [](const CPduDll& api, UNUM32 number) { api.PDULockResource(1, number, 3); }},
+    {"PDUConnect", [](const CPduDll& api, UNUM32 number) { api.PDUConnect(1, number); }},
+    {"PDUGetEventItem", [](const CPduDll& api, UNUM32 number) { api.PDUGetEventItem(1, number, nullptr); }},
+};
+
+std::filesystem::path JournalOf(const NumberedCall& call, const std::filesystem::path& folder)
+{
+    return folder / (std::string(call.Name) + ".journal");
+}
+
+/// Makes numbered calls forever, and appends a byte to their journal for each one that has returned.
+[[noreturn]] void CallForever(const Session& session, const NumberedCall& call)
+{
+    std::FILE* const journal =
+        std::fopen(JournalOf(call, std::filesystem::temp_directory_path()).string().c_str(), "wb");
+    for (UNUM32 number = 0;; ++number) {
+        call.Call(session.Api(), number);
+        std::fputc('.', journal);
+        std::fflush(journal);
+    }
+}
+
+/// The child: calls on all threads until it is killed.
+[[noreturn]] void CallUntilKilled(Changes changes)
+{
+    Session session(changes);
+    session.Construct();
+    session.Fake().Discard();
+    std::vector<std::thread> threads;
+    for (const NumberedCall& call : NumberedCalls)
+        threads.emplace_back([&session, &call] { CallForever(session, call); });
+    threads.front().join();
+    std::abort();
+}
+
+/// The log folder of the one session that a child process had in this folder.
+std::filesystem::path LogFolderOfChild(const TemporaryFolder& folder)
+{
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path()))
+        if (entry.path().filename() == "logs")
+            return entry.path();
+    return {};
+}
+
+/// The numbers in the entry lines of a function, in the order of the log.
+std::vector<UNUM32> LoggedNumbers(const std::string& log, const NumberedCall& call)
+{
+    const std::string entry = std::string("} + ") + call.Name + "(hMod=0x00000001, hCLL=0x";
+    std::vector<UNUM32> numbers;
+    for (std::size_t at = log.find(entry); at != std::string::npos; at = log.find(entry, at + 1))
+        if (log.find('\n', at) != std::string::npos)
+            numbers.push_back(static_cast<UNUM32>(std::stoul(log.substr(at + entry.size(), 8), nullptr, 16)));
+    return numbers;
+}
+
+/// Expects that each call that returned has both its lines, and at most one more has begun.
+void ExpectNoneLost(const std::string& log, const LogSummary& summary, const NumberedCall& call,
+                    std::size_t returned)
+{
+    SCOPED_TRACE(call.Name);
+    const std::vector<UNUM32> numbers = LoggedNumbers(log, call);
+    const auto exits = summary.Exits.find(call.Name);
+    EXPECT_GE(exits == summary.Exits.end() ? 0 : exits->second, returned);
+    EXPECT_GE(numbers.size(), returned);
+    EXPECT_LE(numbers.size(), returned + 1);
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        ASSERT_EQ(numbers[i], i);
+}
+
+/// Kills a child after at least this many calls of the first thread, and checks its log.
+void KillAfter(std::uintmax_t calls)
+{
+    const TemporaryFolder folder;
+    ChildProcess child("calling", folder);
+    const auto journal = JournalOf(NumberedCalls[0], folder.Path());
+    std::error_code none;
+    while (!(std::filesystem::exists(journal) && std::filesystem::file_size(journal, none) >= calls))
+        std::this_thread::yield();
+    child.Kill();
+    EXPECT_NE(child.Wait(), 0);
+    const std::string log = LogInOrder(LogFolderOfChild(folder));
+    const LogSummary summary = Summarise(log);
+    EXPECT_EQ(WrongLines(summary), "");
+    for (const NumberedCall& call : NumberedCalls)
+        ExpectNoneLost(log, summary, call, FileBytes(JournalOf(call, folder.Path())).size());
+}
+
+class Killed : public ::testing::TestWithParam<int>
+{
+protected:
+    void RunPart(Changes changes) const
+    {
+        if (!ChildRole().empty())
+            CallUntilKilled(changes);
+        for (int i = 0; i < KillsOfAPart && !HasFailure(); ++i)
+            KillAfter(1 + static_cast<std::uintmax_t>((GetParam() * KillsOfAPart + i) * 37 % 400));
+    }
+};
+
+TEST_P(Killed, WithLogFlushOneLosesNoLine)
+{
+    RunPart({});
+}
+
+TEST_P(Killed, DuringRotationsLosesNoLine)
+{
+    RunPart({{"LogFileMaxSize", "9000"}, {"LogFileMaxNum", "1000"}});
+}
+
+INSTANTIATE_TEST_SUITE_P(Parts, Killed, ::testing::Range(0, Parts));
+
+} // namespace
+} // namespace marvane::testing

@@ -11,6 +11,7 @@ namespace marvane::testing {
 namespace {
 
 constexpr int DeepestNesting = 3;
+constexpr UNUM32 CallCount = 27;
 
 } // namespace
 
@@ -31,14 +32,41 @@ void CallSequence::Run(int steps)
     Reconfigure(zeros);
     for (int i = 0; i < steps && !::testing::Test::HasFailure(); ++i) {
         logger_.Trace().Add("step " + std::to_string(i));
-        logger_.Checks().BeginStep();
-        Step();
-        logger_.ExpectNoCallUnderWay();
-        logger_.Checks().EndStep(logger_.Model());
-        if (::testing::Test::HasFailure())
-            std::fprintf(stderr, "%s", logger_.Trace().Text().c_str());
+        RunStep([this] { Step(); });
     }
     session_.Fake().TakeCalls();
+}
+
+void CallSequence::RunEachCall(int rounds)
+{
+    RecordSource zeros(nullptr, 0, BlockMemory::Guarded);
+    SequenceSettings settings = RandomSettings(zeros, session_.LogFolder().string());
+    settings["LogMaxPduBuff"] = "100000";
+    Configure(settings);
+    for (int i = 0; i < rounds; ++i) {
+        // Long enough for records with several lists.
+        const auto withSource = [this](auto action) {
+            const std::vector<std::uint8_t> bytes = RandomBytes(2000);
+            RecordSource source(bytes.data(), bytes.size(), BlockMemory::Guarded);
+            RunStep([&] { action(source); });
+        };
+        withSource([this](RecordSource& source) { Construct(source); });
+        for (UNUM32 choice = 0; choice < CallCount && !::testing::Test::HasFailure(); ++choice)
+            withSource([&](RecordSource& source) { Call(choice, source); });
+        withSource([this](RecordSource& source) { logger_.RaiseEvent(source); });
+        withSource([this](RecordSource& source) { logger_.Report(source); });
+        RunStep([this] { Destruct(); });
+    }
+}
+
+void CallSequence::RunStep(const std::function<void()>& step)
+{
+    logger_.Checks().BeginStep();
+    step();
+    logger_.ExpectNoCallUnderWay();
+    logger_.Checks().EndStep(logger_.Model());
+    if (::testing::Test::HasFailure())
+        std::fprintf(stderr, "%s", logger_.Trace().Text().c_str());
 }
 
 std::vector<std::uint8_t> CallSequence::RandomBytes(std::size_t size)
@@ -52,7 +80,7 @@ std::vector<std::uint8_t> CallSequence::RandomBytes(std::size_t size)
 void CallSequence::Step()
 {
     const std::vector<std::uint8_t> bytes = RandomBytes(20 + random_() % 400);
-    RecordSource source(bytes.data(), bytes.size());
+    RecordSource source(bytes.data(), bytes.size(), BlockMemory::Guarded);
     // Some run on a thread of the target's own.
     const auto onSomeThread = [&](auto action) {
         if (source.Coin())
@@ -66,7 +94,7 @@ void CallSequence::Step()
     else if (!logger_.Model().HasTarget() && kind < 30)
         Construct(source);
     else if (kind < 70)
-        CallAny(source);
+        Call(source.Below(CallCount), source);
     else if (kind < 80)
         onSomeThread([&] { logger_.RaiseEvent(source); });
     else if (kind < 88)
@@ -88,10 +116,10 @@ void CallSequence::Nested()
     if (logger_.Depth() > DeepestNesting || random_() % 4 != 0)
         return;
     const std::vector<std::uint8_t> bytes = RandomBytes(200);
-    RecordSource source(bytes.data(), bytes.size());
+    RecordSource source(bytes.data(), bytes.size(), BlockMemory::Guarded);
     const auto kind = random_() % 20;
     if (kind < 10)
-        CallAny(source);
+        Call(source.Below(CallCount), source);
     else if (kind < 14)
         logger_.RaiseEvent(source);
     else if (kind < 18)
@@ -115,7 +143,12 @@ void CallSequence::WaitForNextSecond()
 
 void CallSequence::Reconfigure(RecordSource& source)
 {
-    configured_ = RandomSettings(source, session_.LogFolder().string());
+    Configure(RandomSettings(source, session_.LogFolder().string()));
+}
+
+void CallSequence::Configure(const SequenceSettings& settings)
+{
+    configured_ = settings;
     const std::string text = ConfigurationText(configured_, session_.TargetPath());
     session_.ConfigureText(text);
     logger_.Trace().Add(text);

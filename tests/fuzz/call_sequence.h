@@ -18,16 +18,22 @@ public:
 
     /// Runs steps until one fails.
     void Run(int steps);
+    /// Makes each of the 29 calls this often with everything decoded, and as many events and reports, until a
+    /// check fails.
+    void RunEachCall(int rounds);
 
     const CheckCounts& Counts() { return logger_.Checks().Counts(); }
 
 private:
+    /// Runs one step and checks the log after it.
+    void RunStep(const std::function<void()>& step);
     void Step();
     /// Sometimes makes a further step inside the one that runs.
     void Nested();
     std::vector<std::uint8_t> RandomBytes(std::size_t size);
 
-    void CallAny(RecordSource& source);
+    /// Makes one of the 27 calls between PDUConstruct and PDUDestruct.
+    void Call(UNUM32 choice, RecordSource& source);
     void CallModulesAndLinks(UNUM32 choice, RecordSource& source);
     void CallWithRecords(UNUM32 choice, RecordSource& source);
     void CallQueries(UNUM32 choice, RecordSource& source);
@@ -35,6 +41,7 @@ private:
     void Construct(RecordSource& source);
     void Destruct();
     void Reconfigure(RecordSource& source);
+    void Configure(const SequenceSettings& settings);
     void TroubleFolder(RecordSource& source);
     /// Ends the doubt about what is in the log: a new file in a sound folder.
     void Recover(RecordSource& source);

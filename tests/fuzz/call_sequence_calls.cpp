@@ -1,46 +1,51 @@
 // The calls of a random sequence: arguments from the bytes, answers that write results back.
 #include <cstring>
+#include <new>
 
 #include <gtest/gtest.h>
 
 #include "tests/fuzz/call_sequence.h"
+#include "tests/support/guarded_memory.h"
 
 namespace marvane::testing {
 
 namespace {
 
-/// A place that the target writes to, or null in place of it.
-template <class Value> class Result
+/// An output of a call, in guarded memory: a variable that the target writes to, or a null pointer.
+template <class Value> class Output
 {
 public:
-    Result(RecordSource& source, Value before, Value after)
-        : place_(before), expected_(before), after_(after), isThere_(source.Below(8) != 0)
+    Output(RecordSource& source, Value before, Value after)
+        : memory_(GuardedMemory(sizeof(Value))), value_(new (memory_.get()) Value(before)), expected_(before),
+          after_(after), isNull_(source.Below(8) == 0)
     {
     }
-    ~Result()
+    ~Output()
     {
-        EXPECT_EQ(std::memcmp(&place_, &expected_, sizeof place_), 0) << "a result was changed on its way";
+        EXPECT_EQ(std::memcmp(value_, &expected_, sizeof expected_), 0) << "an output was changed on its way";
     }
-    Value* Place() { return isThere_ ? &place_ : nullptr; }
+    Value* Pointer() { return isNull_ ? nullptr : value_; }
+    /// What the target does.
     void Write() const
     {
-        if (isThere_)
-            place_ = expected_ = after_;
+        if (!isNull_)
+            *value_ = expected_ = after_;
     }
 
 private:
-    mutable Value place_;
+    std::shared_ptr<void> memory_;
+    Value* value_;
     mutable Value expected_;
     Value after_;
-    bool isThere_;
+    bool isNull_;
 };
 
-Result<UNUM32> Number(RecordSource& source)
+Output<UNUM32> Number(RecordSource& source)
 {
     return {source, source.Number(), source.Handle()};
 }
 
-template <class Record> Result<Record*> Item(RecordSource& source, const Record& record)
+template <class Record> Output<Record*> Item(RecordSource& source, const Record& record)
 {
     return {source, nullptr, source.NullOrNew(record)};
 }
@@ -52,9 +57,8 @@ UNUM32 SmallHandle(RecordSource& source)
 
 } // namespace
 
-void CallSequence::CallAny(RecordSource& source)
+void CallSequence::Call(UNUM32 choice, RecordSource& source)
 {
-    const UNUM32 choice = source.Below(27);
     if (choice < 9)
         CallModulesAndLinks(choice, source);
     else if (choice < 18)
@@ -106,14 +110,14 @@ void CallSequence::CallWithRecords(UNUM32 choice, RecordSource& source)
         auto* const input = source.NullOrNew(source.DataItem());
         auto output = Item(source, source.DataItem());
         return logger_.Call("PDUIoCtl", &CPduDll::PDUIoCtl, source, writing(output), hMod, hCLL, id, input,
-                            output.Place());
+                            output.Pointer());
     }
     case 10: {
         auto* const data = source.NullOrNew(source.ResourceData());
         auto* const flags = source.NullOrNew(source.FlagData());
         auto link = Number(source);
         return logger_.Call("PDUCreateComLogicalLink", &CPduDll::PDUCreateComLogicalLink, source,
-                            writing(link), hMod, data, id, source.Bytes(1), link.Place(), flags);
+                            writing(link), hMod, data, id, source.Bytes(1), link.Pointer(), flags);
     }
     case 11: {
         auto* const control = source.NullOrNew(source.ControlData());
@@ -122,12 +126,12 @@ void CallSequence::CallWithRecords(UNUM32 choice, RecordSource& source)
         auto primitive = Number(source);
         return logger_.Call("PDUStartComPrimitive", &CPduDll::PDUStartComPrimitive, source,
                             writing(primitive), hMod, hCLL, source.Code(CoPTypeNames), size, data, control,
-                            source.Bytes(1), primitive.Place());
+                            source.Bytes(1), primitive.Pointer());
     }
     case 12: {
         auto item = Item(source, source.ParamItem());
         return logger_.Call("PDUGetComParam", &CPduDll::PDUGetComParam, source, writing(item), hMod, hCLL, id,
-                            item.Place());
+                            item.Pointer());
     }
     case 13:
         return logger_.Call("PDUSetComParam", &CPduDll::PDUSetComParam, source, hMod, hCLL,
@@ -135,7 +139,7 @@ void CallSequence::CallWithRecords(UNUM32 choice, RecordSource& source)
     case 14: {
         auto table = Item(source, source.ResponseTable());
         return logger_.Call("PDUGetUniqueRespIdTable", &CPduDll::PDUGetUniqueRespIdTable, source,
-                            writing(table), hMod, hCLL, table.Place());
+                            writing(table), hMod, hCLL, table.Pointer());
     }
     case 15:
         return logger_.Call("PDUSetUniqueRespIdTable", &CPduDll::PDUSetUniqueRespIdTable, source, hMod, hCLL,
@@ -143,7 +147,7 @@ void CallSequence::CallWithRecords(UNUM32 choice, RecordSource& source)
     case 16: {
         auto item = Item(source, source.EventItem());
         return logger_.Call("PDUGetEventItem", &CPduDll::PDUGetEventItem, source, writing(item), hMod, hCLL,
-                            item.Place());
+                            item.Pointer());
     }
     default:
         return logger_.Call("PDUDestroyItem", &CPduDll::PDUDestroyItem, source,
@@ -164,37 +168,37 @@ void CallSequence::CallQueries(UNUM32 choice, RecordSource& source)
         third.Write();
     };
     const auto writing = [](const auto& result) { return [&] { result.Write(); }; };
-    // Success without a place for the result is a fault of the target that the log does not survive.
+    // A success with a null output is a fault of the target that the decoder does not survive.
     UNUM32 unused = 0;
-    const auto place = [&](Result<UNUM32>& result) { return result.Place() ? result.Place() : &unused; };
+    const auto place = [&](Output<UNUM32>& result) { return result.Pointer() ? result.Pointer() : &unused; };
     switch (choice) {
     case 18: {
-        Result<PDU_VERSION_DATA> version(source, source.Version(), source.Version());
+        Output<PDU_VERSION_DATA> version(source, source.Version(), source.Version());
         return logger_.Call("PDUGetVersion", &CPduDll::PDUGetVersion, source, writing(version), hMod,
-                            version.Place());
+                            version.Pointer());
     }
     case 19:
         return logger_.Call("PDUGetStatus", &CPduDll::PDUGetStatus, source, writeAll, hMod, hCLL,
-                            source.Number(), place(first), second.Place(), third.Place());
+                            source.Number(), place(first), second.Pointer(), third.Pointer());
     case 20:
         return logger_.Call("PDUGetLastError", &CPduDll::PDUGetLastError, source, writeAll, hMod, hCLL,
-                            place(first), second.Place(), third.Place(), nullptr);
+                            place(first), second.Pointer(), third.Pointer(), nullptr);
     case 21:
         return logger_.Call("PDUGetTimestamp", &CPduDll::PDUGetTimestamp, source, writing(first), hMod,
-                            first.Place());
+                            first.Pointer());
     case 22:
         return logger_.Call("PDUGetObjectId", &CPduDll::PDUGetObjectId, source, writing(first),
-                            source.Code(ObjectTypeNames), source.Text(), first.Place());
+                            source.Code(ObjectTypeNames), source.Text(), first.Pointer());
     case 23: {
         auto modules = Item(source, source.Modules());
         return logger_.Call("PDUGetModuleIds", &CPduDll::PDUGetModuleIds, source, writing(modules),
-                            modules.Place());
+                            modules.Pointer());
     }
     case 24: {
         auto* const data = source.NullOrNew(source.ResourceData());
         auto list = Item(source, source.ResourceIds());
         return logger_.Call("PDUGetResourceIds", &CPduDll::PDUGetResourceIds, source, writing(list), hMod,
-                            data, list.Place());
+                            data, list.Pointer());
     }
     case 25:
         return logger_.Call("PDUGetResourceStatus", &CPduDll::PDUGetResourceStatus, source,
@@ -203,7 +207,7 @@ void CallSequence::CallQueries(UNUM32 choice, RecordSource& source)
         auto* const modules = source.NullOrNew(source.Modules());
         auto conflicts = Item(source, source.Conflicts());
         return logger_.Call("PDUGetConflictingResources", &CPduDll::PDUGetConflictingResources, source,
-                            writing(conflicts), source.Number(), modules, conflicts.Place());
+                            writing(conflicts), source.Number(), modules, conflicts.Pointer());
     }
     }
 }

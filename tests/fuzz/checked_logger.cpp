@@ -139,6 +139,7 @@ void CheckedLogger::Construct(RecordSource& source, const SequenceSettings& conf
                std::to_string(model_.HasTarget()) + ", file open " + std::to_string(model_.FileIsOpen()) +
                ", in doubt " + std::to_string(checks_.InDoubt()));
     BeginCall(expected);
+    source.ForbidWriting();
     const T_PDU_ERROR status = session_.Api().PDUConstruct(option, tag);
     if (!folderIsSound)
         expected.MustBeSeen = expected.Seen;
@@ -191,6 +192,7 @@ void CheckedLogger::RaiseEvent(RecordSource& source)
     const CALLBACKFNC handler = handlers_.HandlerOf(hMod, hCLL);
     const bool passes = model_.HasTarget() && handler;
     const int seen = eventsSeen_;
+    source.ForbidWriting();
     const ExpectedEvent former =
         std::exchange(event_, {handler, {type, hMod, hCLL, Raw(linkTag), Raw(apiTag)}});
     if (!model_.HasTarget() && model_.IsLogged())
@@ -224,7 +226,12 @@ void CheckedLogger::Report(RecordSource& source)
     if (model_.IsActive() && model_.FileIsOpen() && !(isApart && wantsApart))
         checks_.Expect(text, isApart || wantsApart);
     const auto count = static_cast<UNUM32>(parameters.size());
-    EXPECT_EQ(comms_(text.c_str(), source.Coin(), 255 + source.Below(5), count, parameters.data()), 0u);
+    CHAR8* const message = source.NewList(text.c_str(), text.size() + 1);
+    LogParameter* const list = source.NewList(parameters.data(), parameters.size());
+    const UNUM32 protocol = 255 + source.Below(5);
+    const bool isSent = source.Coin();
+    source.ForbidWriting();
+    EXPECT_EQ(comms_(message, isSent, protocol, count, list), 0u);
 }
 
 } // namespace marvane::testing

@@ -32,6 +32,7 @@ public:
               Answer answer, std::type_identity_t<Parameters>... arguments)
     {
         const std::string records = source.Contents();
+        source.ForbidWriting();
         ExpectedCall expected{
             .Name = name, .Arguments = {Raw(arguments)...}, .Status = Status(source), .Answer = answer};
         BeginCall(expected);

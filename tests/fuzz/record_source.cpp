@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tests/support/guarded_memory.h"
+
 namespace marvane::testing {
 
 namespace {
@@ -24,9 +26,10 @@ UNUM32 RecordSource::Code(NameTable table)
 
 void* RecordSource::NewMemory(std::size_t size)
 {
-    void* const memory = std::malloc(size);
-    blocks_.push_back({{memory, &std::free}, size});
-    return memory;
+    const bool guarded = memory_ == BlockMemory::Guarded;
+    blocks_.push_back(
+        {guarded ? GuardedMemory(size) : std::shared_ptr<void>(std::malloc(size), &std::free), size});
+    return blocks_.back().Memory.get();
 }
 
 std::string RecordSource::Contents() const
@@ -35,6 +38,13 @@ std::string RecordSource::Contents() const
     for (const Block& block : blocks_)
         contents.append(static_cast<const char*>(block.Memory.get()), block.Size);
     return contents;
+}
+
+void RecordSource::ForbidWriting() const
+{
+    if (memory_ == BlockMemory::Guarded)
+        for (const Block& block : blocks_)
+            marvane::testing::ForbidWriting(block.Memory, block.Size);
 }
 
 CHAR8* RecordSource::Text()

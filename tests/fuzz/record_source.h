@@ -14,11 +14,21 @@
 
 namespace marvane::testing {
 
+/// Where a RecordSource allocates its blocks, each of exactly its size.
+enum class BlockMemory
+{
+    Heap,   ///< a sanitizer detects an access past the end; fast
+    Guarded ///< an access past the end crashes
+};
+
 /// Owns the records. The same bytes give the same records; after the last byte all bytes are 0.
 class RecordSource
 {
 public:
-    RecordSource(const std::uint8_t* data, std::size_t size) : next_(data), end_(data + size) {}
+    RecordSource(const std::uint8_t* data, std::size_t size, BlockMemory memory = BlockMemory::Heap)
+        : next_(data), end_(data + size), memory_(memory)
+    {
+    }
     RecordSource(const RecordSource&) = delete;
     RecordSource& operator=(const RecordSource&) = delete;
 
@@ -54,6 +64,14 @@ public:
         std::memcpy(memory, &record, sizeof record);
         return static_cast<Record*>(memory);
     }
+    /// A copy of a list in one block.
+    template <class Entry> Entry* NewList(const Entry* entries, std::size_t count)
+    {
+        void* const memory = NewMemory(count * sizeof(Entry));
+        if (count != 0)
+            std::memcpy(memory, entries, count * sizeof(Entry));
+        return static_cast<Entry*>(memory);
+    }
     template <class Record> Record* NullOrNew(const Record& record) { return Coin() ? New(record) : nullptr; }
 
     PDU_FLAG_DATA FlagData();
@@ -80,11 +98,13 @@ public:
 
     /// The contents of all blocks so far.
     std::string Contents() const;
+    /// With guarded memory, writing to any block so far crashes from now on.
+    void ForbidWriting() const;
 
 private:
     struct Block
     {
-        std::unique_ptr<void, decltype(&std::free)> Memory;
+        std::shared_ptr<void> Memory;
         std::size_t Size;
     };
 
@@ -100,6 +120,7 @@ private:
 
     const std::uint8_t* next_;
     const std::uint8_t* end_;
+    BlockMemory memory_;
     std::vector<Block> blocks_;
 };
 

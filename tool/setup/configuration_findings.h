@@ -1,0 +1,28 @@
+// What is wrong with a configuration, found in the file alone: nothing outside it is looked at.
+#pragma once
+
+#include "config/paths.h"
+#include "tool/setup/configuration.h"
+#include "tool/setup/finding.h"
+
+namespace marvane::tool {
+
+/// The file as a whole: encoding, first two lines, end.
+Findings FileFindings(const Configuration& configuration);
+
+/// Each line: attributes that are not read as they are meant, comments that count, unknown keys, wrong types.
+Findings LineFindings(const Configuration& configuration);
+
+/// The numbers and what they do together.
+Findings NumberFindings(const Configuration& configuration);
+
+/// The texts that are paths: blanks, ~, $VAR, %VAR%, entities, relative folders, the separator at the end.
+Findings PathFindings(const Configuration& configuration, char separator, const Expander& expand);
+
+/// All of the above, in the order of the lines where they have one.
+Findings ConfigurationFindings(const Configuration& configuration, char separator, const Expander& expand);
+
+/// An attribute as it must be written.
+std::string AttributeText(std::string_view key, std::string_view value);
+
+} // namespace marvane::tool

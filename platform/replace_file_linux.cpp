@@ -1,0 +1,133 @@
+#include "platform/replace_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace marvane::platform {
+
+namespace {
+
+std::string LastError()
+{
+    return std::strerror(errno);
+}
+
+std::string FolderOf(const std::string& path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+class Descriptor
+{
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor()
+    {
+        if (number_ >= 0)
+            close(number_);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int Number() const { return number_; }
+
+private:
+    int number_;
+};
+
+bool WriteAll(int file, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = write(file, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// A rename survives a power failure once its folder is flushed.
+void FlushFolder(const std::string& path)
+{
+    const Descriptor folder(open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.Number() >= 0)
+        fsync(folder.Number());
+}
+
+/// As CreateNewFile; with owner and mode of another file.
+std::string Create(const std::string& path, std::string_view bytes, const std::optional<struct stat>& like)
+{
+    const mode_t mode = like ? like->st_mode & 07777 : 0644;
+    const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    if (file.Number() < 0)
+        return LastError();
+    std::string failure;
+    if (like && (fchown(file.Number(), like->st_uid, like->st_gid) != 0 || fchmod(file.Number(), mode) != 0))
+        failure = "owner and rights can't be kept: " + LastError();
+    else if (!WriteAll(file.Number(), bytes) || fsync(file.Number()) != 0)
+        failure = LastError();
+    if (!failure.empty())
+        unlink(path.c_str());
+    return failure;
+}
+
+} // namespace
+
+std::string CreateNewFile(const std::string& path, std::string_view bytes)
+{
+    const std::string failure = Create(path, bytes, std::nullopt);
+    if (failure.empty())
+        FlushFolder(path);
+    return failure;
+}
+
+std::string ReplaceFileContents(const std::string& path, std::string_view bytes,
+                                const std::function<bool()>& unchanged)
+{
+    struct stat old = {};
+    if (lstat(path.c_str(), &old) != 0)
+        return LastError();
+    if (!S_ISREG(old.st_mode))
+        return "not a regular file";
+    const std::string beside = path + ".marvane-" + std::to_string(getpid()) + ".tmp";
+    std::string failure = Create(beside, bytes, old);
+    if (!failure.empty())
+        return failure;
+    if (!unchanged())
+        failure = "the file was changed by another program";
+    else if (rename(beside.c_str(), path.c_str()) != 0)
+        failure = LastError();
+    if (failure.empty())
+        FlushFolder(path);
+    else
+        unlink(beside.c_str());
+    return failure;
+}
+
+std::string RenameFile(const std::string& from, const std::string& to)
+{
+    if (rename(from.c_str(), to.c_str()) != 0)
+        return LastError();
+    FlushFolder(to);
+    return {};
+}
+
+bool CanWriteInFolder(const std::string& folder)
+{
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+bool OthersMayWriteInFolder(const std::string& folder)
+{
+    struct stat status = {};
+    return stat(folder.c_str(), &status) == 0 && (status.st_mode & S_IWOTH) != 0;
+}
+
+} // namespace marvane::platform

@@ -16,15 +16,20 @@ extern const Command ManCommand;
 extern const Command ErrorsCommand;
 extern const Command SummaryCommand;
 extern const Command TalkCommand;
+extern const Command CheckCommand;
+extern const Command ListCommand;
+extern const Command LoadLibraryCommand;
 
 namespace {
 
 constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand,
                                            &ShowCommand,    &AroundCommand, &CutCommand};
+constexpr const Command* SetupCommands[] = {&ListCommand, &CheckCommand};
 constexpr const Command* HelpCommands[] = {&CompletionCommand, &ManCommand};
 
 constexpr CommandGroup Groups[] = {
     {"Read a log", ReadCommands},
+    {"Set up", SetupCommands},
     {"Help", HelpCommands},
 };
 
@@ -50,7 +55,8 @@ const Command* FindCommand(std::string_view name)
         for (const Command* command : group.Commands)
             if (command->Name == name)
                 return command;
-    return nullptr;
+    // Started by other commands only, so it is in no help.
+    return name == LoadLibraryCommand.Name ? &LoadLibraryCommand : nullptr;
 }
 
 } // namespace marvane::tool

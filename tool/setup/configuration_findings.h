@@ -8,19 +8,20 @@
 namespace marvane::tool {
 
 /// The file as a whole: encoding, first two lines, end.
-Findings FileFindings(const Configuration& configuration);
+CheckFindings FileFindings(const Configuration& configuration);
 
 /// Each line: attributes that are not read as they are meant, comments that count, unknown keys, wrong types.
-Findings LineFindings(const Configuration& configuration);
+CheckFindings LineFindings(const Configuration& configuration);
 
 /// The numbers and what they do together.
-Findings NumberFindings(const Configuration& configuration);
+CheckFindings NumberFindings(const Configuration& configuration);
 
 /// The texts that are paths: blanks, ~, $VAR, %VAR%, entities, relative folders, the separator at the end.
-Findings PathFindings(const Configuration& configuration, char separator, const Expander& expand);
+CheckFindings PathFindings(const Configuration& configuration, char separator, const Expander& expand);
 
 /// All of the above, in the order of the lines where they have one.
-Findings ConfigurationFindings(const Configuration& configuration, char separator, const Expander& expand);
+CheckFindings ConfigurationFindings(const Configuration& configuration, char separator,
+                                    const Expander& expand);
 
 /// An attribute as it must be written.
 std::string AttributeText(std::string_view key, std::string_view value);

@@ -31,7 +31,7 @@ std::string Unwrapped(std::string shown)
 std::string Shown(const std::string& file, char separator = '/')
 {
     std::string shown;
-    for (const Finding& finding : ConfigurationFindings(ParseConfiguration(file), separator, Expanded))
+    for (const CheckFinding& finding : ConfigurationFindings(ParseConfiguration(file), separator, Expanded))
         shown += Unwrapped(ShownFinding(finding));
     return shown;
 }

@@ -1,4 +1,4 @@
-// Findings about the configuration file as a whole.
+// CheckFindings about the configuration file as a whole.
 #include <algorithm>
 
 #include "tool/setup/configuration_findings.h"
@@ -32,7 +32,7 @@ std::size_t LineThatIs(const Configuration& configuration, const char* wanted)
     return 0;
 }
 
-Finding BlockNameFinding(const Configuration& configuration)
+CheckFinding BlockNameFinding(const Configuration& configuration)
 {
     const std::string rule = "Line 2 must be exactly \"<D_PDU_API_CFG>\"";
     const std::string effect = ": nothing of the file is read.";
@@ -52,7 +52,7 @@ Finding BlockNameFinding(const Configuration& configuration)
     return {FindingLevel::Error, {}, rule + effect + " Line 2 " + second + ".", 2};
 }
 
-Findings EndFindings(const Configuration& configuration)
+CheckFindings EndFindings(const Configuration& configuration)
 {
     const std::size_t line = configuration.EndLine;
     if (configuration.End == ReadingStep::NoLine && line <= configuration.Lines.size())
@@ -85,7 +85,7 @@ Findings EndFindings(const Configuration& configuration)
 
 } // namespace
 
-Findings FileFindings(const Configuration& configuration)
+CheckFindings FileFindings(const Configuration& configuration)
 {
     if (IsUtf16(configuration.Bytes))
         return {{FindingLevel::Error,
@@ -101,7 +101,7 @@ Findings FileFindings(const Configuration& configuration)
                  1}};
     if (configuration.End == ReadingStep::NoBlockName)
         return {BlockNameFinding(configuration)};
-    Findings findings;
+    CheckFindings findings;
     if (configuration.Bytes.starts_with("\xEF\xBB\xBF"))
         findings.push_back(
             {FindingLevel::Note, {}, "A byte-order mark; harmless, since any line 1 is accepted.", 1});

@@ -9,10 +9,10 @@ namespace {
 constexpr std::size_t TextColumn = 22;
 constexpr std::size_t TextWidth = 78;
 
-long Count(const Findings& findings, FindingLevel level)
+long Count(const CheckFindings& findings, FindingLevel level)
 {
     return std::count_if(findings.begin(), findings.end(),
-                         [level](const Finding& finding) { return finding.Level == level; });
+                         [level](const CheckFinding& finding) { return finding.Level == level; });
 }
 
 std::string Counted(long count, const char* word)
@@ -40,7 +40,7 @@ std::vector<std::string> Wrapped(const std::string& text)
 
 } // namespace
 
-std::string ShownFinding(const Finding& finding)
+std::string ShownFinding(const CheckFinding& finding)
 {
     static constexpr const char* marks[] = {"  ok  ", "  --  ", "   !  ", "   X  "};
     std::string head = marks[static_cast<std::size_t>(finding.Level)];
@@ -52,18 +52,18 @@ std::string ShownFinding(const Finding& finding)
     return shown;
 }
 
-std::string CountedFindings(const Findings& findings)
+std::string CountedFindings(const CheckFindings& findings)
 {
     return Counted(Count(findings, FindingLevel::Error), "error") + ", " +
            Counted(Count(findings, FindingLevel::Warning), "warning");
 }
 
-bool HasErrors(const Findings& findings)
+bool HasErrors(const CheckFindings& findings)
 {
     return Count(findings, FindingLevel::Error) != 0;
 }
 
-bool HasWarnings(const Findings& findings)
+bool HasWarnings(const CheckFindings& findings)
 {
     return Count(findings, FindingLevel::Warning) != 0;
 }

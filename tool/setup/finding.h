@@ -15,7 +15,7 @@ enum class FindingLevel : std::uint8_t
     Error
 };
 
-struct Finding
+struct CheckFinding
 {
     FindingLevel Level = FindingLevel::Ok;
     std::string Place;    ///< "target library", "LogFileDir"; of a finding about a line: empty
@@ -23,21 +23,21 @@ struct Finding
     std::size_t Line = 0; ///< of the configuration file, 0 if it is about no line
 };
 
-using Findings = std::vector<Finding>;
+using CheckFindings = std::vector<CheckFinding>;
 
-inline void Append(Findings& findings, Findings more)
+inline void Append(CheckFindings& findings, CheckFindings more)
 {
     findings.insert(findings.end(), std::make_move_iterator(more.begin()),
                     std::make_move_iterator(more.end()));
 }
 
 /// The screen line or lines of a finding: mark, place, text, wrapped at 100 columns.
-std::string ShownFinding(const Finding& finding);
+std::string ShownFinding(const CheckFinding& finding);
 
 /// "1 error, 3 warnings"
-std::string CountedFindings(const Findings& findings);
+std::string CountedFindings(const CheckFindings& findings);
 
-bool HasErrors(const Findings& findings);
-bool HasWarnings(const Findings& findings);
+bool HasErrors(const CheckFindings& findings);
+bool HasWarnings(const CheckFindings& findings);
 
 } // namespace marvane::tool

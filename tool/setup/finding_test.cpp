@@ -30,10 +30,10 @@ TEST(ShownFindings, AreWrappedAtHundredColumns)
 
 TEST(ShownFindings, AreCounted)
 {
-    const Findings findings = {{FindingLevel::Error, "", ""},
-                               {FindingLevel::Warning, "", ""},
-                               {FindingLevel::Warning, "", ""},
-                               {FindingLevel::Note, "", ""}};
+    const CheckFindings findings = {{FindingLevel::Error, "", ""},
+                                    {FindingLevel::Warning, "", ""},
+                                    {FindingLevel::Warning, "", ""},
+                                    {FindingLevel::Note, "", ""}};
     EXPECT_EQ(CountedFindings(findings), "1 error, 2 warnings");
     EXPECT_EQ(CountedFindings({}), "0 errors, 0 warnings");
 }

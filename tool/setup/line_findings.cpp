@@ -1,4 +1,4 @@
-// Findings about single lines of the configuration file.
+// CheckFindings about single lines of the configuration file.
 #include <algorithm>
 #include <set>
 
@@ -34,7 +34,7 @@ std::string_view KeyOfOtherCase(std::string_view name)
     return {};
 }
 
-Finding Warn(const ConfigurationLine& line, std::string text)
+CheckFinding Warn(const ConfigurationLine& line, std::string text)
 {
     return {FindingLevel::Warning, {}, std::move(text), line.Number};
 }
@@ -72,7 +72,7 @@ std::string FirstMissingField(const std::string& line)
 }
 
 /// Lines of the body that are no attribute but look as if one was meant.
-Findings MeantAsAttribute(const ConfigurationLine& line)
+CheckFindings MeantAsAttribute(const ConfigurationLine& line)
 {
     const std::size_t begin = line.Text.find_first_not_of(Blanks);
     if (line.InComment || begin == std::string::npos)
@@ -89,7 +89,7 @@ Findings MeantAsAttribute(const ConfigurationLine& line)
     return {};
 }
 
-Findings BrokenAttribute(const ConfigurationLine& line)
+CheckFindings BrokenAttribute(const ConfigurationLine& line)
 {
     const std::string advice = " Write Name=\"...\" Type=\"...\" Value=\"...\" on one line.";
     const std::string missing = FirstMissingField(line.Text);
@@ -112,7 +112,7 @@ std::string QuotedType(std::string_view type)
 }
 
 /// Type against key. Empty if they fit.
-Findings TypeFindings(const ConfigurationLine& line)
+CheckFindings TypeFindings(const ConfigurationLine& line)
 {
     const AttributeLine& attribute = line.Attribute;
     const std::string& key = attribute.Name.Text;
@@ -126,7 +126,7 @@ Findings TypeFindings(const ConfigurationLine& line)
     return {};
 }
 
-Findings UnknownKey(const ConfigurationLine& line)
+CheckFindings UnknownKey(const ConfigurationLine& line)
 {
     const std::string& key = line.Attribute.Name.Text;
     if (FindNumericKey(key) || FindStringKey(key))
@@ -141,9 +141,9 @@ Findings UnknownKey(const ConfigurationLine& line)
 }
 
 /// A line whose attribute is stored, or would be but for its type.
-Findings StoredAttribute(const ConfigurationLine& line)
+CheckFindings StoredAttribute(const ConfigurationLine& line)
 {
-    Findings findings = UnknownKey(line);
+    CheckFindings findings = UnknownKey(line);
     Append(findings, TypeFindings(line));
     const std::size_t first = line.Text.find("<Attribute ");
     if (line.Text.find("<Attribute ", first + 1) != std::string::npos)
@@ -156,7 +156,7 @@ Findings StoredAttribute(const ConfigurationLine& line)
     return findings;
 }
 
-Findings FindingsOf(const ConfigurationLine& line)
+CheckFindings FindingsOf(const ConfigurationLine& line)
 {
     if (line.Attribute.Kind == LineKind::NotAnAttribute)
         return MeantAsAttribute(line);
@@ -172,9 +172,9 @@ bool IsStored(const ConfigurationLine& line)
 }
 
 /// What a line does to earlier ones, and a comment that is none to the library.
-Findings OrderFindings(const Configuration& configuration)
+CheckFindings OrderFindings(const Configuration& configuration)
 {
-    Findings findings;
+    CheckFindings findings;
     std::map<std::pair<LineKind, std::string>, std::size_t> seen;
     for (const ConfigurationLine& line : configuration.Body) {
         if (!IsStored(line))
@@ -195,9 +195,9 @@ Findings OrderFindings(const Configuration& configuration)
 
 } // namespace
 
-Findings LineFindings(const Configuration& configuration)
+CheckFindings LineFindings(const Configuration& configuration)
 {
-    Findings findings;
+    CheckFindings findings;
     for (const ConfigurationLine& line : configuration.Body)
         Append(findings, FindingsOf(line));
     Append(findings, OrderFindings(configuration));
@@ -211,17 +211,21 @@ std::string AttributeText(std::string_view key, std::string_view value)
            std::string(value) + "\"/>";
 }
 
-Findings ConfigurationFindings(const Configuration& configuration, char separator, const Expander& expand)
+CheckFindings ConfigurationFindings(const Configuration& configuration, char separator,
+                                    const Expander& expand)
 {
-    Findings findings = FileFindings(configuration);
+    CheckFindings findings = FileFindings(configuration);
     if (configuration.End == ReadingStep::NoHeader || configuration.End == ReadingStep::NoBlockName)
         return findings;
     Append(findings, LineFindings(configuration));
     Append(findings, NumberFindings(configuration));
     Append(findings, PathFindings(configuration, separator, expand));
-    const auto place = [](const Finding& finding) { return finding.Line == 0 ? SIZE_MAX : finding.Line; };
-    std::stable_sort(findings.begin(), findings.end(),
-                     [&](const Finding& one, const Finding& other) { return place(one) < place(other); });
+    const auto place = [](const CheckFinding& finding) {
+        return finding.Line == 0 ? SIZE_MAX : finding.Line;
+    };
+    std::stable_sort(
+        findings.begin(), findings.end(),
+        [&](const CheckFinding& one, const CheckFinding& other) { return place(one) < place(other); });
     return findings;
 }
 

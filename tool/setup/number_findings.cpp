@@ -1,4 +1,4 @@
-// Findings about the numbers of a configuration: how each is read, and what they do together.
+// CheckFindings about the numbers of a configuration: how each is read, and what they do together.
 #include <algorithm>
 
 #include "config/debug_levels.h"
@@ -39,7 +39,7 @@ std::string MeantNumber(const std::string& text)
     return suffix == "u" || suffix == "U" || suffix == "L" ? std::to_string(number) : std::string();
 }
 
-Findings NumberText(const ConfigurationLine& line)
+CheckFindings NumberText(const ConfigurationLine& line)
 {
     const AttributeLine& attribute = line.Attribute;
     const std::string& text = attribute.Value.Text;
@@ -65,7 +65,7 @@ class NumberRules
 public:
     explicit NumberRules(const Configuration& configuration) : configuration_(configuration) {}
 
-    Findings All()
+    CheckFindings All()
     {
         Enabling();
         if (LoggingActive(Value(NumericKey::LogEnabled), Value(NumericKey::LogNewFileCfg))) {
@@ -158,14 +158,14 @@ private:
     }
 
     const Configuration& configuration_;
-    Findings findings_;
+    CheckFindings findings_;
 };
 
 } // namespace
 
-Findings NumberFindings(const Configuration& configuration)
+CheckFindings NumberFindings(const Configuration& configuration)
 {
-    Findings findings;
+    CheckFindings findings;
     for (const ConfigurationLine& line : configuration.Body)
         Append(findings, NumberText(line));
     Append(findings, NumberRules(configuration).All());

@@ -1,4 +1,4 @@
-// Findings about the texts of a configuration that are paths.
+// CheckFindings about the texts of a configuration that are paths.
 #include <algorithm>
 
 #include "tool/setup/configuration_findings.h"
@@ -57,7 +57,7 @@ public:
     {
     }
 
-    Findings All()
+    CheckFindings All()
     {
         for (const char* const key : {"InstalledPath", "PDUAPILibDll", LogFileDirKey.Name})
             Spelling(key);
@@ -189,12 +189,12 @@ private:
     const Configuration& configuration_;
     char separator_;
     const Expander& expand_;
-    Findings findings_;
+    CheckFindings findings_;
 };
 
 } // namespace
 
-Findings PathFindings(const Configuration& configuration, char separator, const Expander& expand)
+CheckFindings PathFindings(const Configuration& configuration, char separator, const Expander& expand)
 {
     return PathRules(configuration, separator, expand).All();
 }

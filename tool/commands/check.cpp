@@ -1,0 +1,194 @@
+// `marvane check`: why there is no log, or not the expected one.
+#include "tool/setup/check.h"
+
+#include "config/paths.h"
+#include "platform/child_process.h"
+#include "platform/files.h"
+#include "platform/library.h"
+#include "tool/commands/arguments.h"
+#include "tool/commands/console.h"
+#include "tool/commands/json_text.h"
+#include "tool/commands/setup_options.h"
+#include "tool/setup/root_sources.h"
+#include "tool/setup/setup_files.h"
+
+namespace marvane::tool {
+
+namespace {
+
+/// The copy of the logger library that goes with this command.
+std::string OwnLibrary()
+{
+    return FolderOf(platform::ProgramPath(), platform::PathSeparator) + platform::OwnLibraryName;
+}
+
+/// An entry that leads to Marvane, with a finding that says where it is.
+CheckReport CheckEntry(const ReadRoot& root, const RootEntry& entry, const std::string& library)
+{
+    CheckReport report = CheckChain(library, std::nullopt);
+    report.Title = entry.ShortName;
+    report.All.insert(report.All.begin() + 1, {FindingLevel::Ok, "root file",
+                                               root.Source.Path + " (" + root.Source.Origin + ")\nentry \"" +
+                                                   entry.ShortName + "\" leads to Marvane",
+                                               0});
+    return report;
+}
+
+/// An entry that does not lead to Marvane: calls work, and nothing is logged.
+CheckReport CheckForeignEntry(const ReadRoot& root, const RootEntry& entry, const std::string& library)
+{
+    CheckReport report = CheckLibrary(library);
+    report.Title = entry.ShortName;
+    report.All.insert(
+        report.All.begin(),
+        {FindingLevel::Warning, "root file",
+         root.Source.Path + "\nentry \"" + entry.ShortName +
+             "\" leads to the vendor's library: Marvane is not called. Run \"marvane install\".",
+         0});
+    report.HasOutcome = true;
+    report.Result = HasErrors(report.All) ? CheckOutcome::NotConstructed : CheckOutcome::NoLog;
+    return report;
+}
+
+bool IsMarvane(const std::string& library)
+{
+    const LibraryLook look = LookAtLibrary(library);
+    return look.Facts && look.Facts->IsMarvane;
+}
+
+/// The entries of that name, or without one those that lead to Marvane.
+std::vector<CheckReport> CheckEntries(const std::vector<std::string>& rootFiles, const std::string& name)
+{
+    std::vector<CheckReport> reports;
+    for (const ReadRoot& root : ReadRoots(rootFiles)) {
+        if (!root.File) {
+            CheckReport report;
+            report.All.push_back({FindingLevel::Error, "root file", root.Source.Path + "\n" + root.Fault, 0});
+            report.HasOutcome = false;
+            reports.push_back(std::move(report));
+            continue;
+        }
+        for (const RootEntry& entry : root.File->Entries) {
+            if (!name.empty() && entry.ShortName != name)
+                continue;
+            const EntryLibrary library = LibraryOf(entry);
+            if (IsMarvane(library.Path))
+                reports.push_back(CheckEntry(root, entry, library.Path));
+            else if (!name.empty() && !library.Path.empty())
+                reports.push_back(CheckForeignEntry(root, entry, library.Path));
+            else if (!name.empty())
+                throw Trouble("entry '" + name + "' in " + root.Source.Path + ": " + library.Fault);
+        }
+    }
+    return reports;
+}
+
+/// Entries with one log folder mix their logs and delete each other's.
+void AddSharedFolders(std::vector<CheckReport>& reports)
+{
+    for (CheckReport& report : reports)
+        for (const CheckReport& other : reports)
+            if (&report != &other && !report.LogFolder.empty() && report.LogFolder == other.LogFolder)
+                report.All.push_back({FindingLevel::Warning, "LogFileDir",
+                                      report.LogFolder + "\nis the log folder of entry \"" + other.Title +
+                                          "\" too: their logs are mixed, and each deletes the other's.",
+                                      0});
+}
+
+std::vector<CheckReport> Reports(const Arguments& arguments)
+{
+    const std::string name = arguments.Operands().empty() ? std::string() : arguments.Operands().front();
+    const auto configuration = arguments.Value("--config");
+    const auto library = arguments.Value("--library");
+    if (!name.empty() + configuration.has_value() + library.has_value() > 1)
+        throw UsageError("give a NAME, --config or --library, one of them");
+    if (library)
+        return {CheckLibrary(*library)};
+    if (configuration) {
+        const std::string beside =
+            FolderOf(*configuration, platform::PathSeparator) + platform::OwnLibraryName;
+        return {CheckChain(IsFile(beside) ? beside : OwnLibrary(), configuration)};
+    }
+    std::vector<CheckReport> reports = CheckEntries(arguments.Values("--root"), name);
+    if (reports.empty() && !name.empty())
+        throw Trouble("no entry '" + name + "' in a root description file; 'marvane list' shows them");
+    if (reports.empty())
+        reports.push_back(CheckChain(OwnLibrary(), std::nullopt));
+    AddSharedFolders(reports);
+    return reports;
+}
+
+std::string Coloured(const Console& console, const CheckFinding& finding)
+{
+    const std::string shown = ShownFinding(finding);
+    if (finding.Level == FindingLevel::Error)
+        return console.Coloured(Colour::Red, shown.substr(0, 4)) + shown.substr(4);
+    if (finding.Level == FindingLevel::Warning)
+        return console.Coloured(Colour::Yellow, shown.substr(0, 4)) + shown.substr(4);
+    return shown;
+}
+
+void Show(Console& console, const CheckReport& report)
+{
+    if (!report.Title.empty())
+        console.Write(report.Title + "\n\n");
+    for (const CheckFinding& finding : report.All)
+        console.Write(Coloured(console, finding));
+    console.Write("\n" + CountedFindings(report.All) + "\n");
+    if (report.HasOutcome)
+        console.Write(OutcomeText(report) + "\n");
+}
+
+int RunCheck(const Arguments& arguments, Console& console)
+{
+    const std::vector<CheckReport> reports = Reports(arguments);
+    int status = 0;
+    JsonArray json;
+    for (const CheckReport& report : reports) {
+        status = std::max(status, StatusOf(report));
+        if (arguments.Has("--json"))
+            json.AddRaw(ReportJson(report));
+        else {
+            if (&report != &reports.front())
+                console.Write("\n");
+            Show(console, report);
+        }
+    }
+    if (arguments.Has("--json"))
+        console.Write(JsonObject().Add("schema", "marvane.check/1").AddRaw("checked", json.Text()).Text() +
+                      "\n");
+    return status;
+}
+
+constexpr Option CheckOptionList[] = {
+    {"--config", "FILE", "This configuration file, whoever uses it"},
+    {"--library", "FILE", "This target library alone"},
+};
+
+constexpr Example Examples[] = {
+    {"check", "every entry that leads to Marvane, else the configuration beside the command"},
+    {"check VendorPDU", "one entry of the root description file"},
+    {"check --config C:\\Marvane\\D_PDU_API_CFG.xml", "a configuration file"},
+};
+
+constexpr OptionGroup Groups[] = {{"What to check", CheckOptionList}, RootOptions, JsonOptions};
+
+} // namespace
+
+extern const Command CheckCommand;
+constinit const Command CheckCommand = {
+    .Name = "check",
+    .Purpose = "Explain why there is no log, or not the expected one",
+    .Takes = {.Text = "[NAME]", .Most = 1, .AreFiles = false},
+    .Description =
+        "Reads the configuration exactly as the logger library does, without opening a log or making a file, and says "
+        "line by line what counts and what does not; then looks at the log folder and loads the target library in a "
+        "process of its own. X marks an error, ! a warning, -- a note. The last line says what the application will "
+        "see.",
+    .Examples = Examples,
+    .Groups = Groups,
+    .ExitStatus = "0 if nothing was found, 1 if there are errors or warnings, 2 for trouble or wrong usage",
+    .Run = RunCheck,
+};
+
+} // namespace marvane::tool

@@ -1,0 +1,21 @@
+// Options that the commands for the set-up share.
+#pragma once
+
+#include "tool/commands/command.h"
+
+namespace marvane::tool {
+
+inline constexpr Option RootOptionList[] = {
+    {.Names = "--root",
+     .Value = "FILE",
+     .Text = "This root description file instead of the machine's; may be given several times",
+     .Repeats = true},
+};
+inline constexpr OptionGroup RootOptions = {"Root description file", RootOptionList};
+
+inline constexpr Option JsonOptionList[] = {
+    {"--json", "", "One JSON document instead of the text"},
+};
+inline constexpr OptionGroup JsonOptions = {"Output", JsonOptionList};
+
+} // namespace marvane::tool

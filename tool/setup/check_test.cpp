@@ -1,0 +1,175 @@
+#include "tool/setup/check.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/files.h"
+#include "tests/support/session.h"
+#include "tool/setup/configuration_findings.h"
+#include "tool/setup/folder_findings.h"
+#include "tool/setup/library_findings.h"
+
+namespace marvane::tool {
+namespace {
+
+/// Findings as one line each: "level place: text", the folder of the test as DIR.
+class Checked : public ::testing::Test
+{
+protected:
+    std::string Flat(const CheckFindings& findings) const
+    {
+        static constexpr const char* levels[] = {"ok", "note", "warning", "error"};
+        std::string flat;
+        for (const CheckFinding& finding : findings) {
+            std::string text = finding.Text;
+            for (std::size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n'))
+                text.replace(at, 1, " | ");
+            flat += std::string(levels[static_cast<std::size_t>(finding.Level)]) + " " +
+                    (finding.Line != 0 ? "line " + std::to_string(finding.Line) : finding.Place) + ": " +
+                    text + "\n";
+        }
+        return Named(Named(flat, build, "BUILD/"), folder.Path().string(), "DIR");
+    }
+
+    static std::string Named(std::string text, const std::string& path, const std::string& name)
+    {
+        for (std::size_t at = text.find(path); at != std::string::npos; at = text.find(path))
+            text.replace(at, path.size(), name);
+        return text;
+    }
+
+    std::string OfTarget(const std::string& path) const { return Flat(CheckTarget(path, OwnMachine()).All); }
+
+    testing::TemporaryFolder folder;
+    std::string build = testing::BuildFolder();
+    std::string fake = testing::LibraryName("fake_target");
+    std::string bits = sizeof(void*) == 8 ? "64-bit" : "32-bit";
+    std::string separator = std::string(1, platform::PathSeparator);
+};
+
+using CheckedTarget = Checked;
+using CheckedLogFolder = Checked;
+using CheckedChain = Checked;
+
+TEST_F(CheckedTarget, ThatWorksIsDescribed)
+{
+    EXPECT_EQ(OfTarget(build + fake),
+              "ok target library: BUILD/" + fake + " | 4.3.2.1, " + bits + ", 29 of 29 functions\n");
+}
+
+TEST_F(CheckedTarget, ThatIsMissingHasANearNameOfAnotherCase)
+{
+    testing::WriteFileBytes(folder / "Pdu.so", "");
+    EXPECT_EQ(OfTarget(folder / "libpdu7.dll"), "error target library: DIR" + separator +
+                                                    "libpdu7.dll | does not exist. Its folder is there.\n");
+    EXPECT_EQ(OfTarget(folder / "Pdux.so"),
+              "error target library: DIR" + separator + "Pdux.so | does not exist. Did you mean Pdu.so?\n");
+    EXPECT_EQ(OfTarget(folder / ("none" + separator + "pdu.so")),
+              "error target library: DIR" + separator + "none" + separator +
+                  "pdu.so | does not exist; neither does its folder.\n");
+    EXPECT_EQ(OfTarget(folder.Path().string()),
+              "error target library: DIR | is a folder: the name of the library is missing.\n");
+}
+
+TEST_F(CheckedTarget, ThatIsNoLibraryIsRefused)
+{
+    testing::WriteFileBytes(folder / "pdu.txt", "a text");
+    EXPECT_EQ(OfTarget(folder / "pdu.txt"),
+              "error target library: DIR" + separator + "pdu.txt | is no library.\n");
+    EXPECT_EQ(OfTarget(build + testing::LibraryName("Marvane")),
+              "error target library: BUILD/" + testing::LibraryName("Marvane") +
+                  " | is Marvane itself. Write the vendor's library.\n");
+}
+
+TEST_F(CheckedTarget, OfAnotherMachineIsRefused)
+{
+    const Machine other = OwnMachine() == Machine::X64 ? Machine::X86 : Machine::X64;
+    EXPECT_EQ(Flat(CheckTarget(build + fake, other).All),
+              "error target library: BUILD/" + fake + " | is " + bits +
+                  "; Marvane and the application must be " + bits + " too, and this Marvane is " +
+                  MachineText(other) + ".\n");
+}
+
+TEST_F(CheckedTarget, ThatLacksAFunctionEndsTheApplication)
+{
+    const std::string name = testing::LibraryName("fake_target_no_lock");
+    const LibraryCheck check = CheckTarget(build + name, OwnMachine());
+    EXPECT_TRUE(check.IsUsable);
+    EXPECT_TRUE(check.LacksFunctions);
+    EXPECT_EQ(Flat(check.All),
+              "error target library: BUILD/" + name +
+                  " | lacks 1 of 29 functions: PDULockResource | A call of it ends the application.\n");
+}
+
+TEST_F(CheckedLogFolder, ThatCanBeMadeIsNotMade)
+{
+    const FolderCheck check = CheckLogFolder(folder / ("a" + separator + "b"), 5);
+    EXPECT_TRUE(check.IsUsable);
+    EXPECT_EQ(check.All.front().Text.find("does not exist yet and can be made"),
+              (folder / ("a" + separator + "b")).size() + 1);
+    EXPECT_FALSE(std::filesystem::exists(folder.Path() / "a"));
+}
+
+TEST_F(CheckedLogFolder, BelowAFileCanNotBeMade)
+{
+    testing::WriteFileBytes(folder / "file", "");
+    const FolderCheck check = CheckLogFolder(folder / ("file" + separator + "logs"), 5);
+    EXPECT_FALSE(check.IsUsable);
+    EXPECT_EQ(Flat(check.All), "error line 5: DIR" + separator + "file" + separator +
+                                   "logs | can't be made: DIR" + separator + "file is a file.\n");
+}
+
+std::string File(const std::string& lines)
+{
+    return "<?xml version=\"1.0\"?>\n<D_PDU_API_CFG>\n" + lines + "</D_PDU_API_CFG>\n";
+}
+
+TEST_F(CheckedChain, HasTheOutcomeThatTheApplicationSees)
+{
+    const std::string marvane = build + testing::LibraryName("Marvane");
+    const std::string logs = folder.Path().string() + separator;
+    const auto outcome = [&](const std::string& library, const std::string& more) {
+        const std::string text = File(AttributeText("InstalledPath", build) + "\n" +
+                                      AttributeText("PDUAPILibDll", library) + "\n" + more);
+        return Named(OutcomeText(CheckConfiguration(ParseConfiguration(text), marvane)), logs, "LOGS");
+    };
+    const std::string dir = AttributeText("LogFileDir", logs) + "\n";
+    const std::string enabled = dir + AttributeText("LogEnabled", "1") + "\n";
+    EXPECT_EQ(outcome(fake, enabled + AttributeText("LogFnCalls", "2") + "\n"),
+              "Outcome: works, log in LOGS.");
+    EXPECT_EQ(outcome(fake, enabled), "Outcome: works, log in LOGS with headers only.");
+    EXPECT_EQ(outcome(fake, dir), "Outcome: works, no log.");
+    EXPECT_EQ(outcome(testing::LibraryName("fake_target_no_lock"), enabled),
+              "Outcome: a call ends the application.");
+    const std::string notConstructed = "Outcome: every call returns 0x20 (PDU_ERR_PDUAPI_NOT_CONSTRUCTED).";
+    EXPECT_EQ(outcome(fake, AttributeText("LogEnabled", "1") + "\n"), notConstructed);
+    EXPECT_EQ(outcome(fake, dir + AttributeText("LogEnabled", "2") + "\n"), notConstructed);
+    EXPECT_EQ(outcome("none.dll", enabled), notConstructed);
+}
+
+TEST_F(CheckedChain, NamesTheConfigurationThatIsRead)
+{
+    const std::string marvane = build + testing::LibraryName("Marvane");
+    const testing::EnvironmentValue variable("PDU_CFG_FILE", folder / "none.xml");
+    const CheckReport report = CheckChain(marvane, std::nullopt);
+    EXPECT_EQ(
+        Flat(report.All),
+        "ok Marvane: BUILD/" + testing::LibraryName("Marvane") + " | 1.0.0.0, " + bits +
+            ", 29 of 29 functions\n" + "error configuration: DIR" + separator +
+            "none.xml | does not exist. PDU_CFG_FILE names it, so the one beside Marvane is not read. Marvane does "
+            "not start without a configuration.\n");
+    EXPECT_EQ(OutcomeText(report), "Outcome: every call returns 0x20 (PDU_ERR_PDUAPI_NOT_CONSTRUCTED).");
+}
+
+TEST_F(CheckedChain, OfAConfigurationThatIsNotRead)
+{
+    testing::WriteFileBytes(folder / "one.xml", File(""));
+    testing::WriteFileBytes(folder / "other.xml", File(""));
+    const testing::EnvironmentValue variable("PDU_CFG_FILE", folder / "other.xml");
+    const CheckReport report = CheckChain(build + testing::LibraryName("Marvane"), folder / "one.xml");
+    EXPECT_EQ(Flat({report.All.at(1)}), "warning configuration: DIR" + separator +
+                                            "one.xml | is not read: PDU_CFG_FILE names another, DIR" +
+                                            separator + "other.xml\n");
+}
+
+} // namespace
+} // namespace marvane::tool

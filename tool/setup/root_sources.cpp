@@ -1,0 +1,82 @@
+#include "tool/setup/root_sources.h"
+
+#include "platform/files.h"
+#include "platform/registry.h"
+#include "tool/setup/file_uri.h"
+#include "tool/setup/setup_files.h"
+
+namespace marvane::tool {
+
+namespace {
+
+constexpr const char* RegistryKey = "SOFTWARE\\D-PDU API";
+constexpr const char* RegistryValue = "Root File";
+constexpr const char* LinuxRootFile = "/etc/pdu_api_root.xml";
+
+std::vector<RootSource> RegisteredSources()
+{
+    const auto wide =
+        platform::MachineRegistryText(platform::RegistryView::Bits64, RegistryKey, RegistryValue);
+    const auto narrow =
+        platform::MachineRegistryText(platform::RegistryView::Bits32, RegistryKey, RegistryValue);
+    const std::string origin = std::string("HKLM\\") + RegistryKey;
+    if (wide && narrow && IsSameFile(*wide, *narrow))
+        return {{*wide, origin + ", both views", std::nullopt}};
+    std::vector<RootSource> sources;
+    if (wide)
+        sources.push_back({*wide, origin + ", 64-bit view", Machine::X64});
+    if (narrow)
+        sources.push_back({*narrow, origin + ", 32-bit view", Machine::X86});
+    return sources;
+}
+
+} // namespace
+
+std::vector<RootSource> RootSources(const std::vector<std::string>& given)
+{
+    std::vector<RootSource> sources;
+    for (const std::string& path : given)
+        sources.push_back(
+            {PathText(std::filesystem::absolute(FilePath(path)).lexically_normal()), "--root", {}});
+    if (!sources.empty())
+        return sources;
+    sources = RegisteredSources();
+    if (platform::PathSeparator == '/' && IsFile(LinuxRootFile))
+        sources.push_back({LinuxRootFile, "the standard place", {}});
+    return sources;
+}
+
+std::vector<ReadRoot> ReadRoots(const std::vector<std::string>& given)
+{
+    std::vector<ReadRoot> roots;
+    for (RootSource& source : RootSources(given)) {
+        ReadRoot root{std::move(source), {}, {}};
+        try {
+            const auto bytes = ReadFileBytes(root.Source.Path, RootFileLimit);
+            if (bytes)
+                root.File = ParseRootFile(*bytes);
+            else
+                root.Fault =
+                    IsFile(root.Source.Path) ? "can't be read, or is larger than 16 MB" : "does not exist";
+        } catch (const XmlError& error) {
+            root.Fault = error.what();
+        }
+        roots.push_back(std::move(root));
+    }
+    return roots;
+}
+
+EntryLibrary LibraryOf(const RootEntry& entry)
+{
+    if (!entry.HasUri)
+        return {{}, "it has no LIBRARY_FILE with a URI"};
+    if (!entry.Uri)
+        return {{}, "its URI holds an entity other than the five predefined ones"};
+    try {
+        return {PathOfUri(*entry.Uri, platform::PathSeparator), {}};
+    } catch (const UriError& error) {
+        return {{}, "its URI \"" + *entry.Uri + "\" " + error.what()};
+    }
+}
+
+} // namespace marvane::tool

@@ -1,0 +1,41 @@
+// Where the root description files of this machine are.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tool/setup/binary_file.h"
+#include "tool/setup/root_file.h"
+
+namespace marvane::tool {
+
+struct RootSource
+{
+    std::string Path;
+    std::string Origin;           ///< who names it: "HKLM\SOFTWARE\D-PDU API", "--root"
+    std::optional<Machine> Width; ///< of the libraries, where the registry view says so
+};
+
+/// The files given, else those of this machine: both views of the registry, /etc/pdu_api_root.xml on Linux. A
+/// file that both views name is there once, without a width.
+std::vector<RootSource> RootSources(const std::vector<std::string>& given);
+
+/// A root description file as it was read, or why it was not.
+struct ReadRoot
+{
+    RootSource Source;
+    std::optional<RootFile> File;
+    std::string Fault;
+};
+std::vector<ReadRoot> ReadRoots(const std::vector<std::string>& given);
+
+/// What an entry leads to.
+struct EntryLibrary
+{
+    std::string Path;  ///< empty if the URI is no usable one
+    std::string Fault; ///< then: what is wrong with it
+};
+EntryLibrary LibraryOf(const RootEntry& entry);
+
+} // namespace marvane::tool

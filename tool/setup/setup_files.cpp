@@ -1,0 +1,85 @@
+#include "tool/setup/setup_files.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace marvane::tool {
+
+namespace fs = std::filesystem;
+
+fs::path FilePath(const std::string& utf8)
+{
+    return fs::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+std::string PathText(const fs::path& path)
+{
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+std::optional<std::string> ReadFileBytes(const std::string& path, std::size_t limit)
+{
+    std::error_code failed;
+    const std::uintmax_t size = fs::file_size(FilePath(path), failed);
+    if (failed || size > limit || !IsFile(path))
+        return std::nullopt;
+    std::ifstream file(FilePath(path), std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    if (!file.is_open() || file.bad())
+        return std::nullopt;
+    return bytes;
+}
+
+bool IsFile(const std::string& path)
+{
+    std::error_code failed;
+    return fs::is_regular_file(FilePath(path), failed);
+}
+
+bool IsFolder(const std::string& path)
+{
+    std::error_code failed;
+    return fs::is_directory(FilePath(path), failed);
+}
+
+std::string ParentOf(const std::string& path)
+{
+    return PathText(FilePath(path).parent_path());
+}
+
+std::string FileNameOf(const std::string& path)
+{
+    return PathText(FilePath(path).filename());
+}
+
+std::string ExistingFolder(const std::string& path)
+{
+    for (fs::path folder = FilePath(path); !folder.empty(); folder = folder.parent_path()) {
+        if (IsFolder(PathText(folder)))
+            return PathText(folder);
+        if (folder == folder.parent_path())
+            break;
+    }
+    return {};
+}
+
+bool IsSameFile(const std::string& one, const std::string& other)
+{
+    std::error_code failed;
+    return one == other || fs::equivalent(FilePath(one), FilePath(other), failed);
+}
+
+std::vector<std::string> NamesIn(const std::string& folder)
+{
+    std::vector<std::string> names;
+    std::error_code failed;
+    for (fs::directory_iterator at(FilePath(folder), failed); !failed && at != fs::directory_iterator();
+         at.increment(failed))
+        names.push_back(PathText(at->path().filename()));
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+} // namespace marvane::tool

@@ -167,7 +167,8 @@ template <std::size_t Size> struct FormatLiteral
 };
 
 /// A literal with a line break after its last character.
-template <std::size_t Size> consteval FormatLiteral<Size + 1> WithLineBreak(const FormatLiteral<Size>& literal)
+template <std::size_t Size>
+consteval FormatLiteral<Size + 1> WithLineBreak(const FormatLiteral<Size>& literal)
 {
     char text[Size + 1] = {};
     std::copy_n(literal.Text, Size - 1, text);
@@ -238,7 +239,8 @@ struct FormattedText
     std::size_t Count; ///< of both
 };
 
-/// A string up to its NUL, or its first `room` characters if there is none among them. Null shows as "(null)".
+/// A string up to its NUL, or its first `room` characters if there is none among them. Null shows as
+/// "(null)".
 std::string_view VisibleText(const char* text, std::size_t room);
 
 /// Writes the text of a number or character. Returns its end.

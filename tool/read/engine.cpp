@@ -165,6 +165,8 @@ void LogReader::Engine::ReadStamped(std::string_view whole)
     }
     if (known.Kind == LineKind::Initialise)
         BeginSession();
+    else if (known.Kind == LineKind::Version && session_ && !thread_->IsInHeader)
+        BeginSession(); // the line before it is damaged
     else
         Assign(known);
     thread_->LastUse = counts_.Lines;

@@ -66,7 +66,17 @@ private:
     void TellLine(LineKind kind, std::string_view text, std::string_view whole, bool hasStamp);
     bool Wanted(Wants one) const { return Has(wants_, one); }
 
+    /// The settings that decide how calls are told apart, if the header has them.
+    struct CallSettings
+    {
+        std::uint32_t Session = 0; ///< whose they are; 0: of none
+        std::optional<std::uint32_t> FnCalls;
+        std::optional<std::uint32_t> CbCalls;
+        std::optional<std::uint32_t> CallOuts;
+    };
+
     // engine_sessions.cpp: sessions
+    const CallSettings& Settings();
     void Assign(const KnownLine& line);
     bool IsStale(const KnownLine& line) const;
     void BeginSession();
@@ -83,6 +93,9 @@ private:
     void ReadNotLoaded(std::string_view name);
     bool AddToFrame(std::string_view line);
     bool IsLost(const Frame& frame, bool nextIsEvent) const;
+    bool IsDoubtful(const Frame& frame, bool nextIsEvent);
+    bool BeginsResultsOf(const Frame& frame, std::string_view line);
+    void LeaveDoubtful();
     Frame* FindFrame(std::string_view name);
     Frame& Open(std::string_view entry);
     Frame& OpenOrphan();
@@ -128,6 +141,7 @@ private:
     Position markAt_;
     std::string* openSetting_ = nullptr;
 
+    CallSettings settings_; ///< of the current session, looked up once
     SessionTable sessions_;
     ThreadTable threads_;
     FramePool pool_;

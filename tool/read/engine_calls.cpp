@@ -21,14 +21,6 @@ bool HasDeepArguments(Function function)
            function == Function::IoCtl;
 }
 
-bool BeginsHalf(const Frame& frame, LogTime time, std::string_view line)
-{
-    if (time != frame.Record.BeginTime)
-        return true; // all lines of a half have one stamp
-    const bool pointsBack = ParseArrow(line)->ShownDirection() == Direction::FromTarget;
-    return (pointsBack && !HasDeepArguments(frame.Record.Which)) || BeginsResults(frame.Record.Which, line);
-}
-
 } // namespace
 
 void LogReader::Engine::ReadEntry(std::string_view rest, bool isCut)
@@ -48,23 +40,39 @@ void LogReader::Engine::ReadEntry(std::string_view rest, bool isCut)
 void LogReader::Engine::TakeLost(bool nextIsEvent)
 {
     while (Frame* const top = thread_->Top()) {
-        if (!IsLost(*top, nextIsEvent))
+        if (!IsLost(*top, nextIsEvent)) {
+            top->IsDoubtful |= IsDoubtful(*top, nextIsEvent);
             return;
+        }
         Close(*thread_, CallState::InFlight);
     }
 }
 
-/// True if a call or callback can't be open where its thread enters the next one.
+/// True if a frame can't be open any more where its thread enters the next one.
 bool LogReader::Engine::IsLost(const Frame& frame, bool nextIsEvent) const
 {
     if (frame.IsOrphan)
         return frame.IsInResults || !nextIsEvent;
-    if (frame.IsInResults)
-        return true; // results and exit line are written at once
-    // Calls and callbacks take turns, if both are logged.
-    const bool hasEvents = session_->NumberOf("LogCbCalls").value_or(session_->Events > 0) != 0;
-    const bool hasCalls = session_->NumberOf("LogFnCalls").value_or(session_->Calls > 0) != 0;
+    return frame.IsInResults; // results and exit line are written at once
+}
+
+/// True if a frame should not be open where its thread enters the next one: calls and callbacks take turns,
+/// if both are logged.
+bool LogReader::Engine::IsDoubtful(const Frame& frame, bool nextIsEvent)
+{
+    const bool hasEvents = Settings().CbCalls.value_or(session_->Events > 0) != 0;
+    const bool hasCalls = Settings().FnCalls.value_or(session_->Calls > 0) != 0;
     return frame.IsEvent ? nextIsEvent && hasCalls : !nextIsEvent && hasEvents;
+}
+
+/// The thread's innermost frame has left as it should: what was doubtful around it was left long before.
+void LogReader::Engine::LeaveDoubtful()
+{
+    auto& open = thread_->Open;
+    while (open.size() >= 2 && open[open.size() - 2]->IsDoubtful) {
+        std::swap(open[open.size() - 2], open[open.size() - 1]);
+        Close(*thread_, CallState::InFlight);
+    }
 }
 
 Frame& LogReader::Engine::Open(std::string_view entry)
@@ -79,9 +87,10 @@ Frame& LogReader::Engine::Open(std::string_view entry)
     record.Thread = thread_->Id;
     record.Begin = record.End = at_;
     record.BeginTime = record.EndTime = time_;
-    record.Depth = static_cast<std::uint32_t>(thread_->Open.size());
-    for (const auto& outer : thread_->Open)
-        record.InsideCall = outer->IsEvent ? record.InsideCall : outer->Record.Seq;
+    for (const auto& outer : thread_->Open) {
+        record.Depth += outer->IsDoubtful ? 0 : 1;
+        record.InsideCall = outer->IsEvent || outer->IsDoubtful ? record.InsideCall : outer->Record.Seq;
+    }
     if (thread_->Open.size() == MostDepth)
         DropOldest();
     openBytes_ += frame->Size();
@@ -110,9 +119,11 @@ bool LogReader::Engine::AddToFrame(std::string_view line)
 {
     Frame* const top = thread_->Top();
     Frame& frame = top ? *top : OpenOrphan();
-    if (!frame.IsInResults && ParseArrow(line))
-        frame.IsInResults = BeginsHalf(frame, time_, line);
-    if (!frame.AddLine(at_.Line, line))
+    if (!frame.IsInResults && !frame.IsOrphan && ParseArrow(line))
+        frame.IsInResults = BeginsResultsOf(frame, line);
+    // All lines of a half have one stamp: others are what is left of a damaged report.
+    const bool isOther = !frame.IsInResults && !frame.IsOrphan && time_ != frame.Record.BeginTime;
+    if (isOther || !frame.AddLine(at_.Line, line))
         return false;
     openBytes_ += line.size();
     if (frame.IsInResults) {
@@ -120,6 +131,17 @@ bool LogReader::Engine::AddToFrame(std::string_view line)
         frame.Record.EndTime = time_;
     }
     return true;
+}
+
+/// True if the results of the frame begin with that line.
+bool LogReader::Engine::BeginsResultsOf(const Frame& frame, std::string_view line)
+{
+    if (BeginsResults(frame.Record.Which, line))
+        return true;
+    if (Settings().CallOuts == 1u)
+        return false; // they begin with "    <NAME"
+    const bool pointsBack = ParseArrow(line)->ShownDirection() == Direction::FromTarget;
+    return time_ != frame.Record.BeginTime || (pointsBack && !HasDeepArguments(frame.Record.Which));
 }
 
 Frame* LogReader::Engine::FindFrame(std::string_view name)
@@ -157,8 +179,11 @@ void LogReader::Engine::ReadExit(std::string_view rest)
     tail_ = Tail::Exit;
     Frame* const frame = FindFrame(exit.Name);
     if (!frame) {
-        if (thread_->Top() && thread_->Top()->IsOrphan)
+        Frame* const top = thread_->Top();
+        if (top && top->IsOrphan)
             Forget(*thread_);
+        else if (top && top->Record.Which == Function::Unknown)
+            Close(*thread_, CallState::InFlight); // its name was damaged
         if (!hasSkipped_)
             Tell(ProblemKind::ExitWithoutEntry, at_, nullptr, rest);
         return;
@@ -170,6 +195,7 @@ void LogReader::Engine::ReadExit(std::string_view rest)
     record.Status = exit.Status;
     record.StatusName = exit.StatusName;
     session_->IsEnded |= record.Which == Function::Destruct;
+    LeaveDoubtful();
     Close(*thread_, CallState::Returned);
 }
 

@@ -78,7 +78,16 @@ void LogReader::Engine::ReadHeader(std::string_view rest)
 void LogReader::Engine::ReadSetting(std::string_view rest)
 {
     openSetting_ = TakeSetting(*session_, rest);
+    settings_.Session = 0;
     tail_ = Tail::Setting;
+}
+
+const LogReader::Engine::CallSettings& LogReader::Engine::Settings()
+{
+    if (settings_.Session != session_->Number)
+        settings_ = {session_->Number, session_->NumberOf("LogFnCalls"), session_->NumberOf("LogCbCalls"),
+                     session_->NumberOf("LogCallOuts")};
+    return settings_;
 }
 
 /// A second PDUConstruct: the threads of the old session go on in the new one, within their calls.

@@ -45,7 +45,7 @@ std::string_view TakeValue(std::string_view& rest, std::string_view name)
 void Frame::Reset()
 {
     Record = Event();
-    IsEvent = IsOrphan = IsInResults = false;
+    IsEvent = IsOrphan = IsInResults = IsDoubtful = false;
     text_.clear();
     lines_.clear();
     if (text_.capacity() > KeptMemory)

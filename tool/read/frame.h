@@ -18,6 +18,9 @@ public:
     bool IsEvent = false;
     bool IsOrphan = false; ///< its entry line is not in the log
     bool IsInResults = false;
+    /// Something was entered where this can't be open: either its exit line or the other's entry line is
+    /// damaged.
+    bool IsDoubtful = false;
 
     /// Makes a used frame new; keeps its memory.
     void Reset();

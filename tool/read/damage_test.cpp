@@ -1,0 +1,137 @@
+// A damaged log loses no more than what was hit: each call that has no damaged line is read as before.
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <random>
+#include <regex>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "tool/read/reader_test_kit.h"
+
+namespace marvane::read::testing {
+
+namespace {
+
+struct FoundCall
+{
+    std::string Thread;            ///< as stamps show it
+    std::string Text;              ///< all that the reader says of it, but for its numbers and line numbers
+    std::set<std::uint64_t> Lines; ///< of it
+    std::set<std::uint64_t> Whole; ///< from its first line to its last, those of others too
+};
+
+/// Calls and events, and which lines are theirs.
+class CallSink : public LogSink
+{
+public:
+    std::vector<FoundCall> Found;
+
+    void OnCall(const Call& call) override { Add(call); }
+    void OnEvent(const Event& event) override { Add(event); }
+
+private:
+    void Add(const Call& call)
+    {
+        FoundCall found;
+        std::ostringstream text;
+        text << call.Name << '(' << call.Arguments << ") thread " << call.Thread << " status "
+             << call.Status.value_or(0xFFFF) << ' ' << call.StatusName << " state "
+             << static_cast<int>(call.State) << " time " << call.BeginTime.Ms << ' ' << call.EndTime.Ms
+             << '\n';
+        for (const auto& lines : {call.LinesIn, call.LinesOut})
+            for (const CallLine& line : lines) {
+                text << line.Text << '\n';
+                found.Lines.insert(line.Number);
+            }
+        found.Text = text.str();
+        char thread[16];
+        std::snprintf(thread, sizeof thread, "- %08X}", call.Thread);
+        found.Thread = thread;
+        found.Lines.insert({call.Begin.Line, call.Begin.Line + 1, call.End.Line});
+        for (std::uint64_t line = call.Begin.Line; line <= call.End.Line; ++line)
+            found.Whole.insert(line);
+        Found.push_back(std::move(found));
+    }
+};
+
+std::vector<FoundCall> CallsOf(const std::vector<std::string>& lines)
+{
+    CallSink sink;
+    LogReader reader(sink);
+    reader.BeginFile({.Name = "log"});
+    for (const std::string& line : lines)
+        reader.Feed(line + '\n');
+    reader.Finish();
+    return std::move(sink.Found);
+}
+
+std::vector<std::string> LinesOf(const std::string& path)
+{
+    static const std::regex stamp("^\\{time - T([0-9])\\} ");
+    std::ifstream file(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);)
+        lines.push_back(std::regex_replace(line, stamp, "{10:00:00.000 - 0000000$1} "));
+    return lines;
+}
+
+/// A line with some bytes changed, cut, doubled or gone.
+void Hit(std::string& line, std::mt19937& random)
+{
+    const auto below = [&random](std::size_t end) { return end == 0 ? 0 : random() % end; };
+    const std::size_t at = below(line.size());
+    switch (random() % 4) {
+    case 0:
+        line.resize(at);
+        break;
+    case 1:
+        line.erase(0, at);
+        break;
+    case 2:
+        line.insert(at, std::string(1 + below(5), static_cast<char>(1 + below(255))));
+        break;
+    default:
+        for (std::size_t i = at; i < std::min(line.size(), at + 8); ++i)
+            line[i] = static_cast<char>('!' + below(90));
+    }
+}
+
+class DamagedLogs : public ::testing::TestWithParam<const char*>
+{
+};
+
+} // namespace
+
+TEST_P(DamagedLogs, LoseNoMoreThanWhatWasHit)
+{
+    const std::vector<std::string> lines = LinesOf(std::string(MARVANE_SOURCE_DIR "/tests/") + GetParam());
+    const std::vector<FoundCall> whole = CallsOf(lines);
+    ASSERT_GT(whole.size(), 10u);
+    std::mt19937 random(20261121);
+    for (int round = 0; round < 300; ++round) {
+        std::vector<std::string> damaged = lines;
+        const std::size_t hit = random() % lines.size();
+        Hit(damaged[hit], random);
+        std::multiset<std::string> found;
+        for (const FoundCall& call : CallsOf(damaged))
+            found.insert(call.Text);
+        for (const FoundCall& call : whole) {
+            const bool isOfThread = lines[hit].find(call.Thread) != std::string::npos;
+            if (call.Lines.contains(hit + 1) || (call.Whole.contains(hit + 1) && isOfThread))
+                continue;
+            const auto same = found.find(call.Text);
+            ASSERT_NE(same, found.end()) << "lost by damage to line " << hit + 1 << ", now\n"
+                                         << damaged[hit] << "\nthis call:\n"
+                                         << call.Text;
+            found.erase(same);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Logs, DamagedLogs,
+                         ::testing::Values("golden/diagnostic_session.log", "golden/traffic_session.log",
+                                           "logs/pending.LGR", "logs/two_processes.LGR"));
+
+} // namespace marvane::read::testing

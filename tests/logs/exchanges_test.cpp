@@ -54,9 +54,9 @@ const Expected Rows[] = {
     {"lost_data_and_errors.LGR", "#24 link 1 22f190: silent, PDU_ERR_EVT_TX_ERROR\n"},
     {"kwp.LGR", "#25 link 1 1a9b: answered 5a9b01, 7000 us by library, 1 answer\n"
                 "#26 link 1 210a: refused 7f2133, 7000 us by library, 1 answer, nrc 33\n"},
-    {"two_processes.LGR", "#1 link 1 22f190: answered 62f190aa, 3200 us by library, 1 answer\n"
-                          "#1 link 1 3e00: answered 7e00, 400 us by library, 1 answer\n"},
-    {"calls_only.LGR", "#? link ? ?: open\n"},
+    {"two_processes", "#1 link 1 22f190: answered 62f190aa, 3200 us by library, 1 answer\n"
+                      "#1 link 1 3e00: answered 7e00, 400 us by library, 1 answer\n"},
+    {"calls_only", "#? link ? ?: open\n"},
     {"no_decoded_lines.LGR", "#? link 1 ? of 3: open\n"},
     {"in_flight.LGR", ""},
 };

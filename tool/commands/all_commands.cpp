@@ -13,7 +13,9 @@ extern const Command AroundCommand;
 extern const Command CutCommand;
 extern const Command CompletionCommand;
 extern const Command ManCommand;
+extern const Command DiffCommand;
 extern const Command ErrorsCommand;
+extern const Command ParamsCommand;
 extern const Command SummaryCommand;
 extern const Command TalkCommand;
 extern const Command CheckCommand;
@@ -22,8 +24,8 @@ extern const Command LoadLibraryCommand;
 
 namespace {
 
-constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand,
-                                           &ShowCommand,    &AroundCommand, &CutCommand};
+constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand, &ShowCommand,
+                                           &AroundCommand,  &ParamsCommand, &DiffCommand,   &CutCommand};
 constexpr const Command* SetupCommands[] = {&ListCommand, &CheckCommand};
 constexpr const Command* HelpCommands[] = {&CompletionCommand, &ManCommand};
 

@@ -5,6 +5,7 @@
 #include "tool/commands/findings.h"
 #include "tool/commands/json_text.h"
 #include "tool/commands/log_source.h"
+#include "tool/commands/program.h"
 #include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
 
@@ -15,7 +16,7 @@ namespace {
 constexpr std::size_t LineColumn = 5; // columns where a field ends or begins
 constexpr std::size_t TimeColumn = 14;
 constexpr std::size_t SubjectColumn = 16;
-constexpr std::size_t TextColumn = 46;
+constexpr std::size_t TextColumn = 49;
 
 // Findings wait to be shown in the order of lines, but no more than so many.
 constexpr std::size_t MostWaiting = 50'000;
@@ -109,7 +110,7 @@ public:
         }
         session_ = finding.Session;
         std::string row;
-        if (finding.At.Line != 0) {
+        if (!finding.Subject.empty()) {
             PutBefore(row, LineColumn, PositionText(finding.At));
             PutBefore(row, TimeColumn, "+" + SecondsText(BeginOf(finding), finding.Time));
         }
@@ -223,6 +224,8 @@ private:
 int RunErrors(const Arguments& arguments, Console& console)
 {
     const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    if (files.empty())
+        return ExitTrouble; // complained about
     const bool isAll = arguments.Has("--all");
     if (arguments.Has("--json")) {
         ErrorJson found(console, files, isAll);

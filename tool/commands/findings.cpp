@@ -102,8 +102,12 @@ void Findings::PutUnfinished(const read::Call& call)
                    "its exit line was lost: the text outgrew the buffer of 15,000 bytes",
                    {"its status is not in the log; lower LogMaxPduBuff, LogFnDecodeArgs or LogFnDecodeRsps"});
     if (call.State == CallState::InFlight)
-        return Put(FindingKind::InFlight, call, "entered, never returned: the log ends in it");
-    if (call.State == CallState::NotLoaded && ++notLoaded_[call.Session] == 1) {
+        return Put(FindingKind::InFlight, call, "entered, never returned: the process ended here");
+    if (call.State != CallState::NotLoaded)
+        return;
+    NotLoaded& calls = notLoaded_[call.Session];
+    if (++calls.Count == 1) {
+        calls.First = call.Begin;
         const std::string& target = targets_[call.Session];
         Put(FindingKind::NotLoaded, call, "called, but no target library is loaded (0x0020)",
             target.empty() ? std::vector<std::string>()
@@ -146,7 +150,7 @@ void Findings::PutLeak(const read::Call& destruct)
 void Findings::OnEvent(const read::Event& event)
 {
     if (event.State == CallState::InFlight)
-        Put(FindingKind::InFlight, event, "the callback was entered and never returned: the log ends in it");
+        Put(FindingKind::InFlight, event, "entered, never returned: the process ended here");
     if (event.Type == DataLostEvent)
         Put(FindingKind::DataLost, event, "PDU_EVT_DATA_LOST (0x0802): the event queue overflowed");
     if (event.Duration() >= LongCallbackMs) {
@@ -275,17 +279,17 @@ void Findings::OnLateAnswer(const read::LateAnswer& late)
 void Findings::FinishFindings()
 {
     exchanges_.Finish();
-    for (const auto& [session, count] : notLoaded_)
-        if (count > 1)
+    for (const auto& [session, calls] : notLoaded_)
+        if (calls.Count > 1)
             OnFinding({FindingKind::NotLoaded,
-                       {},
+                       calls.First,
                        {},
                        session,
                        0,
                        "",
-                       Counted(count - 1, "more call") + " alike",
+                       "and " + Counted(calls.Count - 1, "more call"),
                        {},
-                       count - 1});
+                       calls.Count - 1});
 }
 
 std::uint64_t Findings::ItemsGiven() const

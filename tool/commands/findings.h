@@ -90,6 +90,12 @@ private:
         read::LogTime End;
     };
 
+    struct NotLoaded
+    {
+        std::uint64_t Count = 0;
+        read::Position First;
+    };
+
     void OnExchange(const read::Exchange& exchange) override;
     void OnLateAnswer(const read::LateAnswer& answer) override;
     void Put(FindingKind kind, const read::Call& call, std::string text, std::vector<std::string> why = {});
@@ -102,9 +108,9 @@ private:
     read::Exchanges exchanges_;
     LinkHistory history_;
     EcuStates states_;
-    std::map<std::uint32_t, ItemBalance> items_;       ///< by session
-    std::map<std::uint32_t, std::uint64_t> notLoaded_; ///< calls, by session
-    std::map<std::uint32_t, std::string> targets_;     ///< path, by session
+    std::map<std::uint32_t, ItemBalance> items_;   ///< by session
+    std::map<std::uint32_t, NotLoaded> notLoaded_; ///< by session
+    std::map<std::uint32_t, std::string> targets_; ///< path, by session
     std::deque<LongCallback> callbacks_;
 };
 

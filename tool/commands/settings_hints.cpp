@@ -31,6 +31,8 @@ std::vector<std::string> SettingsHints::ForTalk() const
         add("LogEnabled", enabled_, "1 shows the bytes of requests");
     else if (arguments_.IsBelow(2))
         add("LogFnDecodeArgs", arguments_, "2 shows the bytes of requests");
+    if (!arguments_.IsBelow(2) && payload_.IsBelow(1))
+        add("LogMaxPduBuff", payload_, "32 shows up to 32 bytes of requests and answers");
     if (!calls_.IsBelow(2) && results_.IsBelow(1))
         add("LogFnDecodeRsps", results_, "2 shows answers and their times");
     else if (!calls_.IsBelow(2) && results_.IsBelow(2))

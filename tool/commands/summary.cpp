@@ -3,6 +3,7 @@
 
 #include "tool/commands/arguments.h"
 #include "tool/commands/link_words.h"
+#include "tool/commands/program.h"
 #include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/summary_facts.h"
@@ -172,7 +173,8 @@ private:
         if (failed > 0)
             row += "     " + Grouped(failed) + " failed";
         if (empty > 0)
-            row += (failed > 0 ? ", " : "     ") + Grouped(empty) + " times an empty queue (normal)";
+            row += (failed > 0 ? ", " : "     ") + (empty == 1 ? "once" : Grouped(empty) + " times") +
+                   " an empty queue (normal)";
         Line("calls", row);
     }
 
@@ -266,6 +268,8 @@ private:
 int RunSummary(const Arguments& arguments, Console& console)
 {
     const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    if (files.empty())
+        return ExitTrouble; // complained about
     SummaryFacts facts(console, files);
     read::LogReader reader(facts, SummaryFacts::Wants);
     ReadLogs(files, reader);

@@ -7,6 +7,7 @@
 #include "tool/commands/ecu_state.h"
 #include "tool/commands/link_words.h"
 #include "tool/commands/log_source.h"
+#include "tool/commands/program.h"
 #include "tool/commands/row_text.h"
 #include "tool/commands/settings_hints.h"
 #include "tool/commands/shared_options.h"
@@ -169,22 +170,23 @@ private:
         WriteFold();
         WriteHeadings(*late.On, late.Session, late.What.Time);
         ++counts_.Late;
-        const RequestText request = {"late answer", {}};
-        const ResponseRow row = {'!',
-                                 AnswerText(late.What, DialectOf(*late.On)) + "  " +
-                                     std::to_string(late.AfterEndMs) + " ms after the end",
-                                 {}};
+        const RequestText request = {"late answer, " + std::to_string(late.AfterEndMs) + " ms after the end",
+                                     {}};
+        const ResponseRow row = {'!', AnswerText(late.What, DialectOf(*late.On)), {}};
         Write(layout_.Row(SecondsText(BeginOf(late.Session, late.What.Time), late.What.Time),
                           std::to_string(late.Primitive), request, row, PositionText(late.What.At)));
     }
 
     void Count(const read::Exchange& exchange)
     {
-        const auto first = exchange.FirstAnswer() ? exchange.FirstAnswer() : exchange.ErrorAfter;
-        if (first)
-            (first->IsByLog ? counts_.HasLogTimes : counts_.HasLibraryTimes) = true;
-        const bool isAnswerCut = std::ranges::any_of(exchange.Answers, &read::Answer::IsCut);
-        counts_.Cut += exchange.IsRequestCut || isAnswerCut;
+        for (const ResponseRow& row : ResponseRows(exchange))
+            if (row.After)
+                (row.After->IsByLog ? counts_.HasLogTimes : counts_.HasLibraryTimes) = true;
+        const bool isRequestCut = exchange.IsRequestCut && !exchange.Request.empty();
+        const bool isAnswerCut = std::ranges::any_of(exchange.Answers, [](const read::Answer& answer) {
+            return answer.IsCut && !answer.Data.empty();
+        });
+        counts_.Cut += isRequestCut || isAnswerCut;
         if (exchange.Type != PDU_COPT_SENDRECV && exchange.Type != 0)
             return;
         ++counts_.Requests;
@@ -218,7 +220,8 @@ private:
         for (std::size_t i = 0; i < link.Pins.size(); ++i)
             heading += (i == 0 ? "   pins " : ", ") + std::to_string(link.Pins[i]);
         PutBefore(heading, console_.Columns() - 2, "+" + SecondsText(BeginOf(session, time), time) + " s");
-        Write((hasHeading_ ? "\n" : "") + heading + "\n" + (hasHeading_ ? "" : layout_.Header()));
+        Write((hasHeading_ && !isNewSession ? "\n" : "") + heading + "\n" +
+              (hasHeading_ ? "" : layout_.Header()));
         hasHeading_ = true;
     }
 
@@ -297,6 +300,8 @@ int RunTalk(const Arguments& arguments, Console& console)
 {
     const TalkFilter filter = TalkFilter::Of(arguments);
     const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    if (files.empty())
+        return ExitTrouble; // complained about
     console.UsePager();
     Talk talk(console, files, filter);
     if (!arguments.Has("--by-link")) {

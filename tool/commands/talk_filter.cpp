@@ -77,8 +77,11 @@ TalkFilter TalkFilter::Of(const Arguments& arguments)
 
 bool TalkFilter::Accepts(const read::Link& link) const
 {
-    return !Link || IsHandle(*Link, link.Handle) || IsPartOf(*Link, link.Protocol) ||
-           IsPartOf(*Link, link.Resource);
+    if (!Link || IsHandle(*Link, link.Handle))
+        return true;
+    // A number is a handle and no part of a name.
+    const bool isNumber = Link->find_first_not_of("0123456789") == std::string::npos;
+    return !isNumber && (IsPartOf(*Link, link.Protocol) || IsPartOf(*Link, link.Resource));
 }
 
 bool TalkFilter::Accepts(const read::Exchange& exchange) const

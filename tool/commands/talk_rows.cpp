@@ -102,7 +102,7 @@ void AddAnswers(const Exchange& exchange, words::Dialect dialect, std::vector<Re
         if (isRepeated)
             text += "  " + Grouped(count) + " times";
         if (hasSenders && answer.From)
-            text += "  from " + std::to_string(*answer.From);
+            text.insert(0, std::to_string(*answer.From) + ": ");
         const auto after = isRepeated && exchange.Whole ? *exchange.Whole : answer.After;
         rows.push_back({answer.Kind == AnswerKind::Refusal ? 'X' : ' ', std::move(text), after});
     }

@@ -8,18 +8,6 @@ namespace marvane::read {
 
 namespace {
 
-/// "CAN" of "CAN (200)"; "200" where the log has no name for it; empty for PDU_ID_UNDEF.
-std::string NameOrNumber(std::string_view value)
-{
-    const auto number = NumberInValue(value);
-    if (number == UndefinedId)
-        return {};
-    const std::string_view name = NameInValue(value);
-    if (!name.empty() && name.front() != '<')
-        return std::string(name);
-    return number ? std::to_string(*number) : std::string();
-}
-
 /// "X (1)" of "... NAME = X (1), ...".
 std::string_view FieldOf(std::string_view text, std::string_view name)
 {
@@ -30,20 +18,33 @@ std::string_view FieldOf(std::string_view text, std::string_view name)
     return rest.substr(0, rest.find(','));
 }
 
-void ReadResourceData(const Call& create, Link& link)
+} // namespace
+
+/// "CAN" of "CAN (200)"; "200" where nothing has a name for it; empty for PDU_ID_UNDEF.
+std::string LinkBook::NameOrNumber(LinkPart part, std::string_view value) const
+{
+    const auto number = NumberInValue(value);
+    if (number == UndefinedId)
+        return {};
+    const std::string_view name = NameInValue(value);
+    if (!name.empty() && name.front() != '<')
+        return std::string(name);
+    std::string known = number && names_ ? names_(part, *number) : std::string();
+    return known.empty() && number ? std::to_string(*number) : known;
+}
+
+void LinkBook::ReadResourceData(const Call& create, Link& link) const
 {
     for (const CallLine& line : create.LinesIn) {
         if (line.Text.find("pRscData ") != std::string_view::npos) {
-            link.Bus = NameOrNumber(FieldOf(line.Text, "BusTypeId = "));
-            link.Protocol = NameOrNumber(FieldOf(line.Text, "ProtocolId = "));
+            link.Bus = NameOrNumber(LinkPart::Bus, FieldOf(line.Text, "BusTypeId = "));
+            link.Protocol = NameOrNumber(LinkPart::Protocol, FieldOf(line.Text, "ProtocolId = "));
         } else if (line.Text.find("pDLCPinData[") != std::string_view::npos) {
             if (const auto pin = NumberInValue(FieldOf(line.Text, "Num =")))
                 link.Pins.push_back(*pin);
         }
     }
 }
-
-} // namespace
 
 void LinkBook::OnCall(const Call& call)
 {
@@ -59,7 +60,7 @@ void LinkBook::OnCall(const Call& call)
         link->Module = call.Module.value_or(UndefinedHandle);
         link->Handle = *handle;
         if (const auto resource = Argument(call.Arguments, "resourceId"))
-            link->Resource = NameOrNumber(*resource);
+            link->Resource = NameOrNumber(LinkPart::Resource, *resource);
         ReadResourceData(call, *link);
         link->IsCreated = true;
         link->CreatedAt = call.Begin;

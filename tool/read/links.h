@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tool/read/records.h"
@@ -30,11 +32,25 @@ struct Link
     const std::string& Name() const { return Protocol.empty() ? Resource : Protocol; }
 };
 
+/// What a number in the creation of a link stands for.
+enum class LinkPart : std::uint8_t
+{
+    Resource,
+    Protocol,
+    Bus
+};
+
+/// Names for numbers that the log shows without a name; an empty one for those it does not know.
+using LinkNames = std::function<std::string(LinkPart part, std::uint32_t id)>;
+
 /// Learns links from PDUCreateComLogicalLink and forgets them with PDUDestroyComLogicalLink and PDUDestruct.
 /// What it gave out stays good.
 class LinkBook
 {
 public:
+    /// Where the log has no name.
+    void SetNames(LinkNames names) { names_ = std::move(names); }
+
     /// To be told every call.
     void OnCall(const Call& call);
 
@@ -50,7 +66,11 @@ private:
         std::uint32_t Handle;
         friend auto operator<=>(const Key&, const Key&) = default;
     };
+    std::string NameOrNumber(LinkPart part, std::string_view value) const;
+    void ReadResourceData(const Call& create, Link& link) const;
+
     std::map<Key, std::shared_ptr<const Link>> links_;
+    LinkNames names_;
 };
 
 } // namespace marvane::read

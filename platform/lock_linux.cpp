@@ -7,29 +7,14 @@
 #include <ctime>
 #include <linux/futex.h>
 #include <new>
-#include <pthread.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+#include "platform/thread_pointer.h"
 
 namespace marvane::platform {
 
 namespace {
-
-// A thread's identity must survive fork() and cost no system call. The thread pointer does and is one
-// instruction; pthread_self is the same value by a call.
-#if __has_builtin(__builtin_thread_pointer)
-using ThreadIdentity = void*;
-ThreadIdentity OwnIdentity()
-{
-    return __builtin_thread_pointer();
-}
-#else
-using ThreadIdentity = pthread_t;
-ThreadIdentity OwnIdentity()
-{
-    return pthread_self();
-}
-#endif
 
 /// Tells the processor that the thread is waiting in a loop, where it has an instruction for that.
 void Pause()
@@ -57,7 +42,7 @@ struct RecursiveMutex
         Awaited ///< taken, and other threads may sleep
     };
     std::atomic<std::uint32_t> State = Free;
-    std::atomic<ThreadIdentity> Owner = {}; ///< none while the lock is free
+    std::atomic<std::uintptr_t> Owner = 0; ///< a thread pointer; 0 while the lock is free
     unsigned Depth = 0;
 };
 
@@ -121,7 +106,7 @@ bool LockMutex(Mutex mutex, int milliseconds)
     if (!mutex)
         return false;
     auto& recursive = *static_cast<RecursiveMutex*>(mutex);
-    const ThreadIdentity self = OwnIdentity();
+    const std::uintptr_t self = ThreadPointer();
     if (recursive.Owner.load(std::memory_order_relaxed) != self) {
         if (!Take(recursive) && !WaitFor(recursive, milliseconds))
             return false;
@@ -136,11 +121,11 @@ bool UnlockMutex(Mutex mutex)
     if (!mutex)
         return false;
     auto& recursive = *static_cast<RecursiveMutex*>(mutex);
-    if (recursive.Owner.load(std::memory_order_relaxed) != OwnIdentity())
+    if (recursive.Owner.load(std::memory_order_relaxed) != ThreadPointer())
         return false;
     if (--recursive.Depth != 0)
         return true;
-    recursive.Owner.store({}, std::memory_order_relaxed);
+    recursive.Owner.store(0, std::memory_order_relaxed);
     if (recursive.State.exchange(RecursiveMutex::Free, std::memory_order_release) == RecursiveMutex::Awaited)
         syscall(SYS_futex, &recursive.State, FUTEX_WAKE_PRIVATE, 1);
     return true;

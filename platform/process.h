@@ -15,6 +15,9 @@ void CallAtFork(void (*before)(), void (*after)());
 /// Registers `function` to run in the child after fork(). No-op where there is no fork.
 void CallInForkedChild(void (*function)());
 
+/// Has all running threads of the process execute a memory fence. Takes some microseconds to milliseconds.
+void FenceAllThreads();
+
 /// True if other threads may still run while static destructors do.
 extern const bool ThreadsRunWhileProcessEnds;
 

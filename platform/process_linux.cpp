@@ -1,5 +1,7 @@
 #include "platform/process.h"
 
+#include <ctime>
+#include <linux/membarrier.h>
 #include <pthread.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -33,6 +35,19 @@ void CallAtFork(void (*before)(), void (*after)())
 void CallInForkedChild(void (*function)())
 {
     pthread_atfork(nullptr, nullptr, function);
+}
+
+void FenceAllThreads()
+{
+    if (syscall(SYS_membarrier, MEMBARRIER_CMD_PRIVATE_EXPEDITED, 0, 0) == 0)
+        return;
+    // The process has to register once.
+    if (syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0, 0) == 0 &&
+        syscall(SYS_membarrier, MEMBARRIER_CMD_PRIVATE_EXPEDITED, 0, 0) == 0)
+        return;
+    // An old kernel or a sandbox. Processors finish their pending stores long before a millisecond is over.
+    const timespec millisecond = {0, 1000000};
+    nanosleep(&millisecond, nullptr);
 }
 
 } // namespace marvane::platform

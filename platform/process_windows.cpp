@@ -1,10 +1,16 @@
 #include "platform/process.h"
+#include "platform/thread_pointer.h"
 
 #include <windows.h>
 
 namespace marvane::platform {
 
 const bool ThreadsRunWhileProcessEnds = false;
+
+std::uintptr_t ThreadPointer()
+{
+    return reinterpret_cast<std::uintptr_t>(NtCurrentTeb());
+}
 
 std::uint32_t CurrentThreadId()
 {
@@ -14,5 +20,10 @@ std::uint32_t CurrentThreadId()
 void CallAtFork(void (*)(), void (*)()) {}
 
 void CallInForkedChild(void (*)()) {}
+
+void FenceAllThreads()
+{
+    FlushProcessWriteBuffers();
+}
 
 } // namespace marvane::platform

@@ -3,6 +3,8 @@
 #include "logger/log/log_files.h"
 #include "logger/log/rotation.h"
 #include "logger/state/settings.h"
+#include "platform/error_state.h"
+#include "platform/in_flight.h"
 
 namespace marvane {
 
@@ -11,6 +13,7 @@ namespace {
 T_PDU_ERROR AnswerNotLoaded(std::string_view name)
 {
     if (IsLoaded()) {
+        const platform::ErrorStateKept kept;
         PhaseText text;
         text.Begin();
         LogNotLoaded(text, name);
@@ -41,36 +44,49 @@ void LogExitLine(const CallForm& call, PhaseText& text, T_PDU_ERROR status)
     WritePhase(text, ApiLogFile);
 }
 
-} // namespace
-
-T_PDU_ERROR LogWholeCall(const CallForm& call)
+void LogBeforeForward(const CallForm& call, PhaseText& text)
 {
-    const CPduDll* const target = TargetLibrary();
-    if (!target)
-        return AnswerNotLoaded(call.name);
-
-    PhaseText text;
+    const platform::ErrorStateKept kept;
     text.Begin();
     LogEntryLine(call, text);
     if (call.before)
         call.before(text);
     CommitEntry(text);
+}
 
-    const T_PDU_ERROR status = call.forward(*target);
+void LogAfterForward(const CallForm& call, PhaseText& text, T_PDU_ERROR status)
+{
+    const platform::ErrorStateKept kept;
     if (!IsLoaded())
-        return status;
+        return;
     CloseCallOut(text, call.name);
     if (call.after)
         call.after(text, status);
     if (!IsLoaded())
-        return status;
+        return;
     LogExitLine(call, text, status);
 
     if (call.finish)
         call.finish(text);
     else
         CheckRotation(text, call.name);
-    return status;
+}
+
+} // namespace
+
+T_PDU_ERROR LogWholeCall(const CallForm& call)
+{
+    {
+        const platform::InFlight inside;
+        if (const CPduDll* const target = TargetLibrary()) {
+            PhaseText text;
+            LogBeforeForward(call, text);
+            const T_PDU_ERROR status = call.forward(*target);
+            LogAfterForward(call, text, status);
+            return status;
+        }
+    }
+    return AnswerNotLoaded(call.name);
 }
 
 void LogEntry(PhaseText& text, std::string_view name)

@@ -6,6 +6,7 @@
 #include "logger/log/phase_text.h"
 #include "logger/target/target_library.h"
 #include "pdu/pdu_api.h"
+#include "platform/in_flight.h"
 
 namespace marvane {
 
@@ -27,7 +28,8 @@ struct CallForm
 };
 
 /// Logs a call, forwards it and returns the target library's status, or PDU_ERR_PDUAPI_NOT_CONSTRUCTED if
-/// there is no target library. Exceptions of the target library pass through.
+/// there is no target library. Exceptions of the target library pass through, and so does the error state
+/// that it leaves (errno, GetLastError); the target library finds the one that the application left.
 T_PDU_ERROR LogWholeCall(const CallForm& call);
 
 /// The same. With logging off, a call without hooks is its forward and nothing else; where this is inlined,
@@ -35,9 +37,11 @@ T_PDU_ERROR LogWholeCall(const CallForm& call);
 inline T_PDU_ERROR LogCall(const CallForm& call)
 {
     const bool hasHooks = call.before || call.after || call.finish;
-    if (!hasHooks && !LoggingActive() && Setting(NumericKey::LogFileMaxSize) == 0)
+    if (!hasHooks && !LoggingActive() && Setting(NumericKey::LogFileMaxSize) == 0) {
+        const platform::InFlight inside;
         if (const CPduDll* const target = TargetLibrary())
             return call.forward(*target);
+    }
     // A copy, so that the form itself need not stand in memory on the short way.
     return LogWholeCall(CallForm(call));
 }

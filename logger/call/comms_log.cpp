@@ -3,6 +3,7 @@
 #include "logger/decode/decode.h"
 #include "logger/log/log_files.h"
 #include "logger/state/settings.h"
+#include "platform/error_state.h"
 
 namespace marvane {
 
@@ -11,6 +12,7 @@ UNUM32 CommsLogCallback(const CHAR8* text, UNUM8 direction, UNUM32 protocol, UNU
 {
     if (!LoggingActive())
         return 0;
+    const platform::ErrorStateKept kept;
     const Direction way = direction != 0 ? Direction::ToTarget : Direction::FromTarget;
     PhaseText report;
     report.Begin();

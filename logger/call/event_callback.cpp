@@ -8,6 +8,8 @@
 #include "logger/log/log_files.h"
 #include "logger/state/at_unloading.h"
 #include "logger/state/settings.h"
+#include "platform/error_state.h"
+#include "platform/in_flight.h"
 
 namespace marvane {
 
@@ -68,6 +70,7 @@ void LogEventNotLoaded()
 {
     if (!IsLoaded())
         return;
+    const platform::ErrorStateKept kept;
     PhaseText text;
     text.Begin();
     LogNotLoaded(text, Name);
@@ -78,6 +81,7 @@ void LogEventEntry(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCL
 {
     if (!IsLoaded() || !LoggingActive())
         return;
+    const platform::ErrorStateKept kept;
     PhaseText text;
     text.Begin();
     LogEntry(text, Name);
@@ -90,6 +94,7 @@ void LogEventEntry(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCL
 
 void LogEventExit()
 {
+    const platform::ErrorStateKept kept;
     PhaseText text;
     if (IsLoaded())
         CloseCallOut(text, Name);
@@ -98,15 +103,10 @@ void LogEventExit()
     WritePhase(text, ApiLogFile);
 }
 
-} // namespace
-
-void PDUCallbackTrap(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag)
+void PassOn(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag)
 {
-    // Without a target library the maps may have been freed.
-    if (!TargetLibrary())
-        return LogEventNotLoaded();
     const CALLBACKFNC handler = ResolveEventCallback(hMod, hCLL);
-    // Nobody to tell: the event leaves no trace.
+    // No handler: the event leaves no trace.
     if (!handler)
         return;
     const auto logged = [] { return Setting(NumericKey::LogCbCalls) != 0; };
@@ -115,6 +115,19 @@ void PDUCallbackTrap(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* p
     handler(eventType, hMod, hCLL, pCLLTag, pAPITag);
     if (logged())
         LogEventExit();
+}
+
+} // namespace
+
+void PDUCallbackTrap(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag)
+{
+    {
+        const platform::InFlight inside;
+        if (TargetLibrary())
+            return PassOn(eventType, hMod, hCLL, pCLLTag, pAPITag);
+    }
+    // The maps may have been freed.
+    LogEventNotLoaded();
 }
 
 } // namespace marvane

@@ -6,6 +6,7 @@
 
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/state/process_texts.h"
+#include "platform/in_flight.h"
 
 namespace marvane {
 
@@ -83,11 +84,22 @@ void LoadTargetLibrary()
     TargetLibraryHandle = library.Handle;
 }
 
-void UnloadTargetLibrary()
+void UnloadTargetLibrary(int milliseconds)
 {
-    if (const platform::Library library = TargetLibraryHandle.exchange(nullptr))
+    // Withdrawn first: from here on no call begins that could meet a library that is gone.
+    const CPduDll* const functions = LoadedFunctions.exchange(nullptr);
+    const platform::Library library = TargetLibraryHandle.exchange(nullptr);
+    if (!functions)
+        return;
+    const bool othersLeft = platform::WaitForOthersToLeave(milliseconds);
+    // In a callback from inside a call, this thread itself returns into the library later.
+    constexpr std::uint32_t ownCall = 1;
+    const bool selfInside = platform::OwnDepth() > ownCall;
+    if (!selfInside)
         platform::UnloadLibrary(library);
-    delete LoadedFunctions.exchange(nullptr);
+    // Otherwise somebody may still look into the table: it is leaked.
+    if (othersLeft && !selfInside)
+        delete functions;
 }
 
 } // namespace marvane

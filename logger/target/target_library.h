@@ -52,7 +52,8 @@ struct CPduDll
 
 extern std::atomic<const CPduDll*> LoadedFunctions;
 
-/// The functions in force, or null while no target library is loaded. Any thread may ask.
+/// The functions in effect, or null while no target library is loaded. Safe on any thread; what it returns
+/// may be used inside a platform::InFlight that began before.
 inline const CPduDll* TargetLibrary()
 {
     return LoadedFunctions.load(std::memory_order_acquire);
@@ -62,7 +63,9 @@ inline const CPduDll* TargetLibrary()
 /// path and the system's text if it can't be loaded.
 void LoadTargetLibrary();
 
-/// Unloads the target library; its functions are gone when this returns.
-void UnloadTargetLibrary();
+/// Withdraws the functions and unloads the target library. Calls and event callbacks of other threads that
+/// have begun (platform::InFlight) delay the unloading until they have returned, at most `milliseconds`. The
+/// calling thread never waits for itself: if it is inside another call, the library stays loaded.
+void UnloadTargetLibrary(int milliseconds = 100);
 
 } // namespace marvane

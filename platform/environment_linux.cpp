@@ -1,24 +1,57 @@
 #include "platform/environment.h"
 
 #include <cstdlib>
+#include <pwd.h>
+#include <unistd.h>
+#include <vector>
 
 namespace marvane::platform {
 
 namespace {
 
-/// Value of a variable with the stand-ins for the two that other systems have.
+/// Value of a variable; an empty one counts as unset.
+std::optional<std::string> NonEmptyVariable(const char* name)
+{
+    auto value = EnvironmentVariable(name);
+    return value && !value->empty() ? value : std::nullopt;
+}
+
+/// The home folder of the user's account.
+std::optional<std::string> AccountHome()
+{
+    std::vector<char> buffer(4096);
+    passwd account;
+    passwd* found = nullptr;
+    if (getpwuid_r(geteuid(), &account, buffer.data(), buffer.size(), &found) != 0 || !found)
+        return std::nullopt;
+    return found->pw_dir && *found->pw_dir ? std::optional<std::string>(found->pw_dir) : std::nullopt;
+}
+
+std::string TemporaryFolder()
+{
+    for (const char* const name : {"TEMP", "TMPDIR"})
+        if (auto value = NonEmptyVariable(name))
+            return *value;
+    return "/tmp";
+}
+
+std::optional<std::string> SettingsFolder()
+{
+    for (const char* const name : {"APPDATA", "XDG_CONFIG_HOME"})
+        if (auto value = NonEmptyVariable(name))
+            return value;
+    auto home = NonEmptyVariable("HOME");
+    if (!home)
+        home = AccountHome();
+    return home ? std::optional(*home + "/.config") : std::nullopt;
+}
+
+/// Value of a variable, with stand-ins for the two that other systems have.
 std::optional<std::string> ExpandedVariable(const std::string& name)
 {
-    if (auto value = EnvironmentVariable(name.c_str()))
-        return value;
     if (name == "TEMP")
-        return EnvironmentVariable("TMPDIR").value_or("/tmp");
-    if (name != "APPDATA")
-        return std::nullopt;
-    if (auto value = EnvironmentVariable("XDG_CONFIG_HOME"))
-        return value;
-    const auto home = EnvironmentVariable("HOME");
-    return home ? std::optional(*home + "/.config") : std::nullopt;
+        return TemporaryFolder();
+    return name == "APPDATA" ? SettingsFolder() : EnvironmentVariable(name.c_str());
 }
 
 } // namespace

@@ -25,27 +25,36 @@ TEST(Environment, TheTemporaryFolderHasStandIns)
 {
     if (!OnLinux)
         GTEST_SKIP() << "the system has its own";
-    const EnvironmentValue none("TEMP", std::nullopt);
-    {
-        const EnvironmentValue other("TMPDIR", "/other");
-        EXPECT_EQ(platform::ExpandEnvironment("%TEMP%/x"), "/other/x");
+    for (const std::optional<std::string>& unset :
+         {std::optional<std::string>(), std::optional<std::string>("")}) {
+        const EnvironmentValue none("TEMP", unset);
+        {
+            const EnvironmentValue other("TMPDIR", "/other");
+            EXPECT_EQ(platform::ExpandEnvironment("%TEMP%/x"), "/other/x");
+        }
+        const EnvironmentValue neither("TMPDIR", unset);
+        EXPECT_EQ(platform::ExpandEnvironment("%TEMP%/x"), "/tmp/x");
     }
-    const EnvironmentValue neither("TMPDIR", std::nullopt);
-    EXPECT_EQ(platform::ExpandEnvironment("%TEMP%/x"), "/tmp/x");
 }
 
 TEST(Environment, TheFolderForSettingsHasStandIns)
 {
     if (!OnLinux)
         GTEST_SKIP() << "the system has its own";
-    const EnvironmentValue none("APPDATA", std::nullopt);
-    const EnvironmentValue home("HOME", "/home/me");
-    {
-        const EnvironmentValue other("XDG_CONFIG_HOME", "/config");
-        EXPECT_EQ(platform::ExpandEnvironment("%APPDATA%"), "/config");
+    for (const std::optional<std::string>& unset :
+         {std::optional<std::string>(), std::optional<std::string>("")}) {
+        const EnvironmentValue none("APPDATA", unset);
+        const EnvironmentValue home("HOME", "/home/me");
+        {
+            const EnvironmentValue other("XDG_CONFIG_HOME", "/config");
+            EXPECT_EQ(platform::ExpandEnvironment("%APPDATA%"), "/config");
+        }
+        const EnvironmentValue neither("XDG_CONFIG_HOME", unset);
+        EXPECT_EQ(platform::ExpandEnvironment("%APPDATA%"), "/home/me/.config");
+        const EnvironmentValue noHome("HOME", unset);
+        const std::string ofAccount = platform::ExpandEnvironment("%APPDATA%");
+        EXPECT_TRUE(ofAccount.starts_with("/") && ofAccount.ends_with("/.config")) << ofAccount;
     }
-    const EnvironmentValue neither("XDG_CONFIG_HOME", std::nullopt);
-    EXPECT_EQ(platform::ExpandEnvironment("%APPDATA%"), "/home/me/.config");
 }
 
 } // namespace

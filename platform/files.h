@@ -22,8 +22,9 @@ bool MakeDirectory(const std::string& path);
 /// Creates a folder and its missing parents. Errors are ignored.
 void MakeDirectoryChain(const std::string& path);
 
-/// Names, without folder, of the files (not folders) that match a path whose last part may hold "?" for any
-/// one character. None if nothing matches, not even a folder.
+/// Names, without folder, of the log files that match a path whose last part may hold "?" for any one
+/// character. On Linux links and special files are left out, and so are, where others may write to the
+/// folder, files of other users and files with a second name. None if nothing matches, not even a folder.
 std::optional<std::vector<std::string>> FindFiles(const std::string& pattern);
 
 /// Removes a file. Errors are ignored.
@@ -34,11 +35,12 @@ using File = int;
 inline constexpr File NoFile = -1;
 
 /// Opens a log file for appending, text mode; others can read it meanwhile, child processes do not
-/// inherit it. NoFile on failure.
+/// inherit it. NoFile on failure, and for what FindFiles would leave out. Never blocks.
 File OpenLogFile(const std::string& path);
 
 /// Writes `first`, then `second`, in one system call where possible. Returns how many of their characters
-/// were written: fewer than all on an error, such as a full disk.
+/// were written: fewer than all on an error, such as a full disk. No cancellation point; raises no signal,
+/// unless the process lowered its limit for the size of files a few milliseconds ago.
 std::size_t WriteToFile(File file, std::string_view first, std::string_view second);
 
 /// Bytes that `text` takes in a file, with the system's line ends.
@@ -49,11 +51,14 @@ std::uint64_t FileSize(File file);
 
 void CloseFile(File file);
 
-/// Opens a text file of a fixed name in a temporary folder, "w" or "a". Follows no symbolic link, accepts
-/// only a regular file, is readable by its owner alone, is not inherited. Null on failure.
+/// Opens a text file of a fixed name in a temporary folder, "w" or "a". Accepts only a regular file of our
+/// own user without a second name, follows no symbolic link, does not block; it is readable by its owner
+/// alone and not inherited. If the name belongs to another user, the same with the user's number in the name.
+/// Null on failure. On Windows a plain open.
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode);
 
-/// Opens a text file for reading, shared with other readers. Null on failure.
+/// Opens a text file for reading, shared with other readers. Null on failure, and for what is no regular
+/// file.
 std::FILE* OpenForReading(const std::string& path);
 
 } // namespace marvane::platform

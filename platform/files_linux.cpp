@@ -9,21 +9,47 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include "platform/descriptor_linux.h"
+#include "platform/file_size_signal_linux.h"
+#include "platform/uninterrupted.h"
+
 namespace marvane::platform {
 
 const char PathSeparator = '/';
 
 namespace {
 
-std::FILE* OpenStream(const std::string& path, const char* mode, int flags, mode_t permissions)
+std::FILE* StreamOf(int descriptor, const char* mode)
 {
-    const int descriptor = open(path.c_str(), flags | O_CLOEXEC, permissions);
-    if (descriptor == -1)
-        return nullptr;
     std::FILE* const stream = fdopen(descriptor, mode);
     if (!stream)
         close(descriptor);
     return stream;
+}
+
+/// Closes the descriptor unless the check of what it is open on says yes.
+template <class Check> int Checked(int descriptor, Check check)
+{
+    struct stat status;
+    if (descriptor == -1 || (fstat(descriptor, &status) == 0 && check(status)))
+        return descriptor;
+    close(descriptor);
+    return -1;
+}
+
+DIR* OpenDirectory(const std::string& path)
+{
+    const int descriptor = OpenDescriptor(path, O_RDONLY | O_DIRECTORY);
+    DIR* const directory = descriptor == -1 ? nullptr : fdopendir(descriptor);
+    if (!directory && descriptor != -1)
+        close(descriptor);
+    return directory;
+}
+
+FolderWriters WritersOfOpen(DIR* directory)
+{
+    struct stat status;
+    return fstat(dirfd(directory), &status) == 0 ? WritersOf(status) : FolderWriters::Others;
 }
 
 } // namespace
@@ -51,9 +77,10 @@ std::optional<std::vector<std::string>> FindFiles(const std::string& pattern)
     const std::size_t slash = pattern.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : pattern.substr(0, slash + 1);
     const std::string name = pattern.substr(slash + 1);
-    DIR* const directory = opendir(folder.c_str());
+    DIR* const directory = OpenDirectory(folder);
     if (!directory)
         return std::nullopt;
+    const FolderWriters writers = WritersOfOpen(directory);
     bool matched = false;
     std::vector<std::string> files;
     while (const dirent* entry = readdir(directory)) {
@@ -61,7 +88,8 @@ std::optional<std::vector<std::string>> FindFiles(const std::string& pattern)
             continue;
         matched = true;
         struct stat status;
-        if (fstatat(dirfd(directory), entry->d_name, &status, 0) == 0 && !S_ISDIR(status.st_mode))
+        if (fstatat(dirfd(directory), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+            IsOwnFile(status, writers))
             files.emplace_back(entry->d_name);
     }
     closedir(directory);
@@ -75,10 +103,17 @@ void RemoveFile(const std::string& path)
 
 File OpenLogFile(const std::string& path)
 {
-    return open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+    const int file = OpenDescriptor(path, O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW, 0666);
+    const auto isOwn = [&](const struct stat& status) { return IsOwnFile(status, WritersOfParent(path)); };
+    if (Checked(file, isOwn) == -1)
+        return NoFile;
+    BeginFileSizeSignal();
+    return file;
 }
 
-std::size_t WriteToFile(File file, std::string_view first, std::string_view second)
+namespace {
+
+std::size_t WriteBoth(File file, std::string_view first, std::string_view second)
 {
     const std::size_t all = first.size() + second.size();
     while (!first.empty() || !second.empty()) {
@@ -98,6 +133,18 @@ std::size_t WriteToFile(File file, std::string_view first, std::string_view seco
     return all - first.size() - second.size();
 }
 
+} // namespace
+
+std::size_t WriteToFile(File file, std::string_view first, std::string_view second)
+{
+    const CancellationDeferred deferred;
+    const OwnWrite own;
+    if (FileSizeSignalIsHandled())
+        return WriteBoth(file, first, second);
+    const WriteSignalsHeld held;
+    return WriteBoth(file, first, second);
+}
+
 std::size_t SizeInFile(std::string_view text)
 {
     return text.size();
@@ -111,25 +158,55 @@ std::uint64_t FileSize(File file)
 
 void CloseFile(File file)
 {
+    const CancellationDeferred deferred;
     close(file);
+    EndFileSizeSignal();
 }
+
+namespace {
+
+/// A file of our own under a fixed name, or -1. Emptied only once it is known to be one.
+int OpenTemporaryFile(const std::string& path, bool append)
+{
+    const int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | (append ? O_APPEND : 0);
+    const int file = Checked(OpenDescriptor(path, flags, 0600), [](const struct stat& status) {
+        return IsOwnFile(status, FolderWriters::Others);
+    });
+    if (file != -1 && !append && ftruncate(file, 0) != 0)
+        return Checked(file, [](const struct stat&) { return false; });
+    return file;
+}
+
+bool BelongsToAnotherUser(const std::string& path)
+{
+    struct stat status;
+    return lstat(path.c_str(), &status) == 0 && status.st_uid != geteuid();
+}
+
+/// "name.log" becomes "name-1000.log".
+std::string NameOfUser(const std::string& path)
+{
+    const std::size_t dot = path.rfind('.');
+    const std::size_t end = dot == std::string::npos || dot < path.rfind('/') + 1 ? path.size() : dot;
+    return path.substr(0, end) + "-" + std::to_string(geteuid()) + path.substr(end);
+}
+
+} // namespace
 
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode)
 {
-    const int placement = *mode == 'a' ? O_APPEND : O_TRUNC;
-    // Anybody may have put something there: not to wait at a pipe, O_NONBLOCK; files are the same with it.
-    std::FILE* const stream =
-        OpenStream(path, mode, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | placement, 0600);
-    struct stat status;
-    if (!stream || (fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode)))
-        return stream;
-    std::fclose(stream);
-    return nullptr;
+    const bool append = *mode == 'a';
+    int file = OpenTemporaryFile(path, append);
+    if (file == -1 && BelongsToAnotherUser(path))
+        file = OpenTemporaryFile(NameOfUser(path), append);
+    return file == -1 ? nullptr : StreamOf(file, mode);
 }
 
 std::FILE* OpenForReading(const std::string& path)
 {
-    return OpenStream(path, "r", O_RDONLY, 0);
+    const int file = Checked(OpenDescriptor(path, O_RDONLY),
+                             [](const struct stat& status) { return S_ISREG(status.st_mode); });
+    return file == -1 ? nullptr : StreamOf(file, "r");
 }
 
 } // namespace marvane::platform

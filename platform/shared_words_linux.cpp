@@ -9,6 +9,9 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include "platform/descriptor_linux.h"
+#include "platform/uninterrupted.h"
+
 namespace marvane::platform {
 
 bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t fill, std::string& error)
@@ -17,9 +20,16 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
     if (words_)
         return true;
     if (descriptor_ == -1) {
-        descriptor_ = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+        const Uninterrupted scope;
+        descriptor_ = OpenDescriptor(path, O_RDWR | O_CREAT, 0666);
         if (descriptor_ == -1) {
             error = std::strerror(errno);
+            return false;
+        }
+        struct stat status;
+        if (fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
+            Close();
+            error = "Not a regular file";
             return false;
         }
         const off_t size = lseek(descriptor_, 0, SEEK_END);

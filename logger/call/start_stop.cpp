@@ -20,6 +20,7 @@
 #include "logger/target/target_library.h"
 #include "platform/environment.h"
 #include "platform/library.h"
+#include "platform/uninterrupted.h"
 
 namespace marvane {
 
@@ -122,6 +123,7 @@ void UnloadTarget(PhaseText& text)
 
 int LOGGER_Initialise()
 {
+    const platform::CancellationDeferred deferred;
     CLog::EnsureLevelTable();
     OpenDiagnosticPipe();
     CConfigData config("D_PDU_API_CFG");
@@ -150,6 +152,7 @@ int LOGGER_Initialise()
 
 int LOGGER_Uninitialise()
 {
+    const platform::CancellationDeferred deferred;
     PhaseText text;
     text.Begin();
     const bool up = IsLoaded();

@@ -1,6 +1,7 @@
 #include "logger/diagnostics/CLog.h"
 
 #include <chrono>
+#include <functional>
 #include <iomanip>
 #include <string>
 
@@ -11,6 +12,7 @@
 #include "platform/files.h"
 #include "platform/process.h"
 #include "platform/shared_words.h"
+#include "platform/uninterrupted.h"
 
 namespace marvane {
 
@@ -45,7 +47,22 @@ DiagnosticSource FromCLog(DebugLevel level, const char* function, std::uint32_t 
     return {level, Subsystem::GENERAL, "lib/CLog", function, line};
 }
 
-/// Level of a subsystem in the table in force. Without a table, or with one that can't be read, errors and
+/// Prints and flushes. Writing may raise signals and is a cancellation point; this must be neither to the
+/// application.
+void PrintTo(std::FILE* stream, const std::string& text)
+{
+    const platform::Uninterrupted scope;
+    std::fputs(text.c_str(), stream);
+    std::fflush(stream);
+}
+
+void CloseStream(std::FILE* stream)
+{
+    const platform::Uninterrupted scope;
+    std::fclose(stream);
+}
+
+/// Level of a subsystem in the table in effect. Without a table, or with one that can't be read, errors and
 /// warnings are written.
 std::int32_t ActiveLevel(Subsystem subsystem)
 {
@@ -65,6 +82,18 @@ void InsertTime(std::ostream& record)
     record << std::put_time(&calendar, "%H:%M:%S.") << std::setw(6) << std::setfill('0') << now % 1000000;
 }
 
+/// Once for each path: without a level file each record tries again to open it.
+void ReportNoLevelFile(const std::string& error, const std::string& path)
+{
+    const std::string message = "CLog failed to initialise - " + error + ": " + path + '\n';
+    // The hash in place of the string: a static string would be destroyed under threads that still report.
+    constinit static std::size_t reported = 0;
+    const std::size_t hash = std::hash<std::string>()(message);
+    if (hash != reported)
+        PrintTo(stderr, message);
+    reported = hash;
+}
+
 std::string InTemporaryFolder(const char* name)
 {
     return platform::ExpandEnvironment(std::string("%TEMP%") + platform::PathSeparator + name);
@@ -77,10 +106,7 @@ CLog::CLog() = default;
 CLog::~CLog()
 {
     RecordStream << '\n';
-    const std::string record = RecordStream.str();
-    std::FILE* const output = DiagnosticFile ? DiagnosticFile : stderr;
-    std::fputs(record.c_str(), output);
-    std::fflush(output);
+    PrintTo(DiagnosticFile ? DiagnosticFile : stderr, RecordStream.str());
 }
 
 std::ostringstream& CLog::Get(DebugLevel level)
@@ -115,13 +141,17 @@ bool CLog::EnsureLevelTable()
 bool CLog::Initialise()
 {
     LogMutexHold hold;
-    const std::string folder = platform::ExpandEnvironment(LevelFileFolder(platform::PathSeparator));
-    platform::MakeDirectoryChain(folder);
-    std::string error;
-    LevelFile().Open(folder + LevelFileName, SubsystemCount, static_cast<std::int32_t>(DebugLevel::Warn),
-                     error);
+    const std::string reference = LevelFileFolder(platform::PathSeparator);
+    const std::string folder = platform::ExpandEnvironment(reference);
+    const std::string path = folder + LevelFileName;
+    std::string error = "No folder for settings";
+    // Without a home the reference stays, and would become a folder of that name.
+    if (folder != reference) {
+        platform::MakeDirectoryChain(folder);
+        LevelFile().Open(path, SubsystemCount, static_cast<std::int32_t>(DebugLevel::Warn), error);
+    }
     if (!error.empty())
-        std::fprintf(stderr, "CLog failed to initialise - %s\n", error.c_str());
+        ReportNoLevelFile(error, path);
     ActiveLevelTable = LevelFile().Words();
     return ActiveLevelTable != nullptr;
 }
@@ -150,7 +180,7 @@ void CLog::SetInitLogFile(bool truncate)
     const char* name = "d-pdu-api_All_x64_init.log";
     std::string path = InTemporaryFolder(name);
     if (!path.empty())
-        // Written where all went well, its words notwithstanding: those who look for it know it.
+        // Logged on success although it says "Failed": kept, because readers search for this text.
         Diagnose(FromCLog(DebugLevel::Notice, "CLog::SetInitLogFile"),
                  "Failed to re-direct startup to init log file: ", name);
     else {
@@ -159,7 +189,7 @@ void CLog::SetInitLogFile(bool truncate)
     }
     DiagnosticFile = platform::OpenTemporaryStream(path, truncate ? "w" : "a");
     if (OwnedInitLog)
-        std::fclose(OwnedInitLog);
+        CloseStream(OwnedInitLog);
     OwnedInitLog = DiagnosticFile;
     Diagnose(FromCLog(DebugLevel::Info, "CLog::SetInitLogFile"), "Directed to init log file: ", name);
 }
@@ -190,7 +220,7 @@ void CLog::Shutdown()
         return;
     Diagnose(FromCLog(DebugLevel::Info, "CLog::Shutdown"), "Closing log file");
     if (DiagnosticFile && DiagnosticFile != stderr)
-        std::fclose(DiagnosticFile);
+        CloseStream(DiagnosticFile);
     DiagnosticFile = nullptr;
     OwnedInitLog = nullptr;
 }

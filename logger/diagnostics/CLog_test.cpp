@@ -3,6 +3,9 @@
 #include <array>
 #include <fstream>
 #include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -123,19 +126,27 @@ TEST(LevelFile, ThatCanNotBeMadeLeavesErrorsAndWarnings)
     EXPECT_FALSE(CLog::Wanted(DebugLevel::Notice, Subsystem::APP));
 }
 
-TEST(LevelFile, ThatCanNotBeMadeIsToldOnTheErrorStreamAndTheRecordHasNoTime)
+TEST(LevelFile, ThatCanNotBeMadeIsReportedOnceWithItsPathAndTheRecordsHaveNoTime)
 {
     const DiagnosticLog log(-2);
     testing::WriteFileBytes(log.Folder().Path() / "Kestrix", "a file where the folder should be");
     ::testing::internal::CaptureStderr();
     Report(DebugLevel::Warn);
+    Report(DebugLevel::Warn);
     const std::string text = ::testing::internal::GetCapturedStderr();
-    EXPECT_TRUE(text.starts_with("CLog failed to initialise - ")) << text;
-    char thread[40];
-    std::snprintf(thread, sizeof thread,
-                  "\n%5x:lib/CLog:", static_cast<unsigned>(platform::CurrentThreadId()));
-    EXPECT_NE(text.find(thread), std::string::npos) << text;
-    EXPECT_TRUE(text.ends_with(":Test::Function:message 255\n")) << text;
+    char record[80];
+    std::snprintf(record, sizeof record, "%5x:lib/CLog:", static_cast<unsigned>(platform::CurrentThreadId()));
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    ASSERT_EQ(lines.size(), 3u) << text;
+    EXPECT_TRUE(lines[0].starts_with("CLog failed to initialise - ")) << text;
+    EXPECT_TRUE(lines[0].ends_with(": " + log.LevelFile().string())) << text;
+    for (const std::size_t i : {1u, 2u}) {
+        EXPECT_TRUE(lines[i].starts_with(record)) << text;
+        EXPECT_TRUE(lines[i].ends_with(":Test::Function:message 255")) << text;
+    }
 }
 
 /// The records of bringing the log up with a level for all subsystems.

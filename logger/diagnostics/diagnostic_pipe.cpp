@@ -7,6 +7,7 @@
 #include "logger/diagnostics/CMutexWindows.h"
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/uninterrupted.h"
 
 namespace marvane {
 
@@ -18,6 +19,7 @@ std::FILE* DiagnosticPipeFile = nullptr;
 // The standard error stream, which the diagnostic log falls back to, belongs to the application.
 void CloseOwned(std::FILE* stream)
 {
+    const platform::Uninterrupted scope;
     if (stream && stream != stderr)
         std::fclose(stream);
 }

@@ -5,6 +5,8 @@
 #include "logger/diagnostics/CMutexWindows.h"
 #include "logger/log/log_files.h"
 #include "logger/state/settings.h"
+#include "platform/error_state.h"
+#include "platform/uninterrupted.h"
 
 using namespace marvane;
 
@@ -17,8 +19,15 @@ void SetCommsCallback(PDU_MS_LOG_CALLBACK callback)
         target->PDU_MS_SetLogCallback(callback);
 }
 
+void StartLogger()
+{
+    const platform::ErrorStateKept kept;
+    LOGGER_Initialise();
+}
+
 void CloseLog(PhaseText& text)
 {
+    const platform::CancellationDeferred deferred;
     LogMutexHold hold;
     if (!ApiLogFile || !LoggingActive())
         return;
@@ -36,7 +45,7 @@ void CloseLog(PhaseText& text)
 
 T_PDU_ERROR PDUConstruct(CHAR8* OptionStr, void* pAPITag)
 {
-    LOGGER_Initialise();
+    StartLogger();
     return LogCall({
         .name = "PDUConstruct",
         .arguments =

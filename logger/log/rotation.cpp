@@ -5,6 +5,7 @@
 #include "logger/log/log_header.h"
 #include "logger/state/process_texts.h"
 #include "logger/state/settings.h"
+#include "platform/uninterrupted.h"
 
 namespace marvane {
 
@@ -21,6 +22,7 @@ void BeginFileLine(PhaseText& text, std::string_view name)
 
 void ChangeLogFile(PhaseText& text, std::string_view name)
 {
+    const platform::CancellationDeferred deferred;
     LogMutexHold hold;
     BeginFileLine(text, name);
     text.AddLine("%s"_fmt, marks::ChangingFile);

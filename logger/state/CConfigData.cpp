@@ -90,7 +90,7 @@ void CConfigData::ProcessConfigurationElement(const std::string& line)
     const AttributeLine attribute = ScanAttributeLine(line);
     switch (attribute.Kind) {
     case LineKind::NotAnAttribute:
-        return Diagnose(FromObject(DebugLevel::Warn, ScanningFunction), "Not an attribute");
+        return ReportNotAnAttribute();
     case LineKind::NoName:
         return Diagnose(FromObject(DebugLevel::Warn, ScanningFunction), "The attribute with no name");
     case LineKind::NoType:
@@ -109,6 +109,16 @@ void CConfigData::ProcessConfigurationElement(const std::string& line)
         return Diagnose(FromObject(DebugLevel::Debug, ScanningFunction), attribute.Name.Text, " = ",
                         attribute.Number);
     }
+}
+
+void CConfigData::ReportNotAnAttribute()
+{
+    // Each record is written at once: a file of a million empty lines would cost seconds and 100 MB.
+    constexpr std::size_t mostRecords = 1000;
+    if (++NotAttributes <= mostRecords)
+        Diagnose(FromObject(DebugLevel::Warn, ScanningFunction), "Not an attribute");
+    else if (NotAttributes == mostRecords + 1)
+        Diagnose(FromObject(DebugLevel::Warn, ScanningFunction), "Not an attribute; more are not reported");
 }
 
 int CConfigData::GetStringValue(const std::string& key, std::string& value) const

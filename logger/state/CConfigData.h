@@ -45,12 +45,14 @@ public:
 
 private:
     void ProcessConfigurationElement(const std::string& line);
+    void ReportNotAnAttribute();
 
     std::string ConfigName;
     StringDictionary StringValues;
     NumericDictionary NumericValues;
     std::int32_t LevelTable[SubsystemCount] = {};
     bool UsingConfigLevels = false;
+    std::size_t NotAttributes = 0; ///< lines so far
 };
 
 } // namespace marvane

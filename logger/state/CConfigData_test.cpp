@@ -178,6 +178,15 @@ TEST_F(ConfigData, ACommentedAttributeIsLiveAndAnotherCommentIsNone)
     EXPECT_EQ(log.Records(), Warning("Not an attribute") + Warning("Not an attribute"));
 }
 
+TEST_F(ConfigData, OfManyEmptyLinesAThousandAreReported)
+{
+    Read(Opening + std::string(3000, '\n') + Closing);
+    std::string expected;
+    for (int i = 0; i < 1000; ++i)
+        expected += Warning("Not an attribute");
+    EXPECT_EQ(log.Records(), expected + Warning("Not an attribute; more are not reported"));
+}
+
 TEST_F(ConfigData, AFieldWithoutClosingQuoteDropsTheLine)
 {
     ReadLine("<Attribute Type=\"String\" Value=\"x\" Name=\"A\n"

@@ -5,7 +5,6 @@
 
 #include <psapi.h>
 #else
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <malloc.h>
@@ -111,7 +110,6 @@ NoMoreFiles::~NoMoreFiles()
 
 LargestFile::LargestFile(std::size_t bytes)
 {
-    std::signal(SIGXFSZ, SIG_IGN);
     former_ = SetLimit(RLIMIT_FSIZE, bytes);
 }
 

@@ -1,0 +1,72 @@
+#include "platform/file_size_signal_linux.h"
+
+#include <atomic>
+#include <csignal>
+#include <cstdint>
+
+#include "platform/thread_pointer.h"
+
+namespace marvane::platform {
+
+namespace {
+
+std::atomic<std::uintptr_t> WritingThread = 0;
+std::atomic<int> Users = 0;
+std::atomic<bool> Handled = true;
+
+void OnFileSizeSignal(int signal)
+{
+    if (WritingThread.load(std::memory_order_relaxed) == ThreadPointer())
+        return;
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+using Handler = void (*)(int);
+
+bool HandlerIs(Handler handler)
+{
+    struct sigaction action = {};
+    sigaction(SIGXFSZ, nullptr, &action);
+    return (action.sa_flags & SA_SIGINFO) == 0 && action.sa_handler == handler;
+}
+
+void SetHandler(Handler handler)
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART | SA_ONSTACK;
+    sigaction(SIGXFSZ, &action, nullptr);
+}
+
+} // namespace
+
+void BeginFileSizeSignal()
+{
+    if (Users.fetch_add(1) == 0 && HandlerIs(SIG_DFL))
+        SetHandler(OnFileSizeSignal);
+    Handled = HandlerIs(OnFileSizeSignal) || HandlerIs(SIG_IGN);
+}
+
+void EndFileSizeSignal()
+{
+    if (Users.fetch_sub(1) == 1 && HandlerIs(OnFileSizeSignal))
+        SetHandler(SIG_DFL);
+}
+
+OwnWrite::OwnWrite()
+{
+    WritingThread.store(ThreadPointer(), std::memory_order_relaxed);
+}
+
+OwnWrite::~OwnWrite()
+{
+    WritingThread.store(0, std::memory_order_relaxed);
+}
+
+bool FileSizeSignalIsHandled()
+{
+    return Handled.load(std::memory_order_relaxed);
+}
+
+} // namespace marvane::platform

@@ -1,0 +1,27 @@
+// SIGXFSZ: a write past the process's limit for the size of files raises it, and by default it ends the
+// process.
+#pragma once
+
+namespace marvane::platform {
+
+/// Keeps the signal from ending the process by a write of ours, while log files are open. Blocking it around
+/// each write would cost two system calls, half as much as the write. So, if the application has left the
+/// signal at its default, a handler takes its place: it ignores the signal of a write of ours and does for
+/// any other what the default does. Calls nest.
+void BeginFileSizeSignal();
+void EndFileSizeSignal();
+
+/// Marks a write of ours for a scope. One thread at a time: the log's writes are made under its lock.
+class OwnWrite
+{
+public:
+    OwnWrite();
+    ~OwnWrite();
+    OwnWrite(const OwnWrite&) = delete;
+    OwnWrite& operator=(const OwnWrite&) = delete;
+};
+
+/// False if the application handles the signal itself: then it has to be blocked around a write.
+bool FileSizeSignalIsHandled();
+
+} // namespace marvane::platform

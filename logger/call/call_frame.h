@@ -1,6 +1,8 @@
 // The frame of a call: arguments out, forward, results back. Every exported function is one use of it.
 #pragma once
 
+#include <tuple>
+
 #include "logger/base/function_ref.h"
 #include "logger/decode/decode.h"
 #include "logger/log/phase_text.h"
@@ -9,6 +11,29 @@
 #include "platform/in_flight.h"
 
 namespace marvane {
+
+/// The argument text of a call: a format with its values, for CallForm::arguments.
+template <class Format, class... Values> class ArgumentText
+{
+public:
+    explicit ArgumentText(const Values&... values) : values_(values...) {}
+
+    void operator()(PhaseText& text) const
+    {
+        std::apply([&](const Values&... values) { text.Add(Format(), values...); }, values_);
+    }
+
+private:
+    std::tuple<Values...> values_;
+};
+
+/// "(name=value, ...)": formatted when the call is logged with its arguments.
+template <FormatLiteral Literal, class... Values>
+requires FormatOf<LogFormat<Literal>, Values...> ArgumentText<LogFormat<Literal>, Values...>
+Arguments(LogFormat<Literal>, Values... values)
+{
+    return ArgumentText<LogFormat<Literal>, Values...>(values...);
+}
 
 /// What is particular to an exported function, in the order in which the parts run. Parts left out do
 /// nothing. The form and its parts live as long as the call.

@@ -21,7 +21,7 @@ T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, U
                 DecodeComPrimitive(ArgumentContext(text), pCoPCtrlData, pCoPData, CoPDataSize);
             },
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUStartComPrimitive(hMod, hCLL, CoPType, CoPDataSize, pCoPData, pCoPCtrlData,
                                                    pCoPTag, phCoP);
             },
@@ -39,11 +39,8 @@ T_PDU_ERROR PDUCancelComPrimitive(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP)
 {
     return LogCall({
         .name = "PDUCancelComPrimitive",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, hCLL=%s, hCoP=%s)"_fmt, HandleText(hMod), HandleText(hCLL),
-                         HandleText(hCoP));
-            },
-        .forward = [&](const CPduDll& target) { return target.PDUCancelComPrimitive(hMod, hCLL, hCoP); },
+        .arguments = Arguments("(hMod=%s, hCLL=%s, hCoP=%s)"_fmt, HandleText(hMod), HandleText(hCLL),
+                               HandleText(hCoP)),
+        .forward = [=](const CPduDll& target) { return target.PDUCancelComPrimitive(hMod, hCLL, hCoP); },
     });
 }

@@ -22,7 +22,7 @@ T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_I
                               "WARNING - pParamItem write-back\t= <NULL>"_fmt);
             },
         .forward =
-            [&](const CPduDll& target) { return target.PDUGetComParam(hMod, hCLL, ParamID, pParamItem); },
+            [=](const CPduDll& target) { return target.PDUGetComParam(hMod, hCLL, ParamID, pParamItem); },
         .after =
             [&](PhaseText& text, T_PDU_ERROR status) {
                 if (status == PDU_STATUS_NOERROR && pParamItem)
@@ -35,11 +35,8 @@ T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem)
 {
     return LogCall({
         .name = "PDUSetComParam",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, hCLL=%s, pParamItem=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
-                         pParamItem);
-            },
+        .arguments = Arguments("(hMod=%s, hCLL=%s, pParamItem=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
+                               pParamItem),
         .before =
             [&](PhaseText& text) {
                 if (pParamItem)
@@ -47,7 +44,7 @@ T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem)
                 else
                     GatedLine(ArgumentContext(text), ToTarget, "WARNING - pParamItem\t= <NULL>"_fmt);
             },
-        .forward = [&](const CPduDll& target) { return target.PDUSetComParam(hMod, hCLL, pParamItem); },
+        .forward = [=](const CPduDll& target) { return target.PDUSetComParam(hMod, hCLL, pParamItem); },
     });
 }
 
@@ -56,13 +53,10 @@ T_PDU_ERROR PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
 {
     return LogCall({
         .name = "PDUGetUniqueRespIdTable",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
-                         pUniqueRespIdTable);
-            },
+        .arguments = Arguments("(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod),
+                               HandleText(hCLL), pUniqueRespIdTable),
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUGetUniqueRespIdTable(hMod, hCLL, pUniqueRespIdTable);
             },
         .after =
@@ -78,17 +72,14 @@ T_PDU_ERROR PDUSetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
 {
     return LogCall({
         .name = "PDUSetUniqueRespIdTable",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
-                         pUniqueRespIdTable);
-            },
+        .arguments = Arguments("(hMod=%s, hCLL=%s, pUniqueRespIdTable=%8p)"_fmt, HandleText(hMod),
+                               HandleText(hCLL), pUniqueRespIdTable),
         .before =
             [&](PhaseText& text) {
                 DecodeUniqueRespIdTable(ArgumentContext(text), ToTarget, pUniqueRespIdTable);
             },
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUSetUniqueRespIdTable(hMod, hCLL, pUniqueRespIdTable);
             },
     });

@@ -8,12 +8,9 @@ T_PDU_ERROR PDUGetEventItem(UNUM32 hMod, UNUM32 hCLL, PDU_EVENT_ITEM** ppEventIt
 {
     return LogCall({
         .name = "PDUGetEventItem",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, hCLL=%s, ppEventItem=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
-                         ppEventItem);
-            },
-        .forward = [&](const CPduDll& target) { return target.PDUGetEventItem(hMod, hCLL, ppEventItem); },
+        .arguments = Arguments("(hMod=%s, hCLL=%s, ppEventItem=%8p)"_fmt, HandleText(hMod), HandleText(hCLL),
+                               ppEventItem),
+        .forward = [=](const CPduDll& target) { return target.PDUGetEventItem(hMod, hCLL, ppEventItem); },
         .after =
             [&](PhaseText& text, T_PDU_ERROR status) {
                 if (status == PDU_STATUS_NOERROR && ppEventItem)
@@ -26,8 +23,8 @@ T_PDU_ERROR PDUDestroyItem(void* pItem)
 {
     return LogCall({
         .name = "PDUDestroyItem",
-        .arguments = [&](PhaseText& text) { text.Add("(pItem=%8p)"_fmt, pItem); },
-        .forward = [&](const CPduDll& target) { return target.PDUDestroyItem(pItem); },
+        .arguments = Arguments("(pItem=%8p)"_fmt, pItem),
+        .forward = [=](const CPduDll& target) { return target.PDUDestroyItem(pItem); },
     });
 }
 
@@ -35,14 +32,11 @@ T_PDU_ERROR PDURegisterEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC Event
 {
     return LogCall({
         .name = "PDURegisterEventCallback",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, hCLL=%s, EventCallbackFunction=%8p)"_fmt, HandleText(hMod),
-                         HandleText(hCLL), EventCallbackFunction);
-            },
+        .arguments = Arguments("(hMod=%s, hCLL=%s, EventCallbackFunction=%8p)"_fmt, HandleText(hMod),
+                               HandleText(hCLL), EventCallbackFunction),
         .before = [&](PhaseText&) { RememberEventCallback(hMod, hCLL, EventCallbackFunction); },
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDURegisterEventCallback(hMod, hCLL,
                                                        EventCallbackFunction ? PDUCallbackTrap : nullptr);
             },

@@ -28,7 +28,7 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
                     DecodeLine(arguments, ToTarget, "*ppOutputData\t= %8p"_fmt, *ppOutputData);
             },
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUIoCtl(hMod, hCLL, IoCtlCommandId, pInputData, ppOutputData);
             },
         .after =

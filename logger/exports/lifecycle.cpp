@@ -48,11 +48,8 @@ T_PDU_ERROR PDUConstruct(CHAR8* OptionStr, void* pAPITag)
     StartLogger();
     return LogCall({
         .name = "PDUConstruct",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(OptionStr= \"%s\", pAPITag= %8p)"_fmt, TextOrNull(OptionStr), pAPITag);
-            },
-        .forward = [&](const CPduDll& target) { return target.PDUConstruct(OptionStr, pAPITag); },
+        .arguments = Arguments("(OptionStr= \"%s\", pAPITag= %8p)"_fmt, TextOrNull(OptionStr), pAPITag),
+        .forward = [=](const CPduDll& target) { return target.PDUConstruct(OptionStr, pAPITag); },
         .after =
             [&](PhaseText&, T_PDU_ERROR status) {
                 if (status == PDU_STATUS_NOERROR)

@@ -10,8 +10,8 @@ T_PDU_ERROR PDUModuleConnect(UNUM32 hMod)
 {
     return LogCall({
         .name = "PDUModuleConnect",
-        .arguments = [&](PhaseText& text) { text.Add("(hMod=%s)"_fmt, HandleText(hMod)); },
-        .forward = [&](const CPduDll& target) { return target.PDUModuleConnect(hMod); },
+        .arguments = Arguments("(hMod=%s)"_fmt, HandleText(hMod)),
+        .forward = [=](const CPduDll& target) { return target.PDUModuleConnect(hMod); },
     });
 }
 
@@ -19,8 +19,8 @@ T_PDU_ERROR PDUModuleDisconnect(UNUM32 hMod)
 {
     return LogCall({
         .name = "PDUModuleDisconnect",
-        .arguments = [&](PhaseText& text) { text.Add("(hMod=%s)"_fmt, HandleText(hMod)); },
-        .forward = [&](const CPduDll& target) { return target.PDUModuleDisconnect(hMod); },
+        .arguments = Arguments("(hMod=%s)"_fmt, HandleText(hMod)),
+        .forward = [=](const CPduDll& target) { return target.PDUModuleDisconnect(hMod); },
         .finish =
             [](PhaseText& text) {
                 // So configured, each session with a module gets a file of its own, however small.
@@ -54,7 +54,7 @@ T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 
                     GatedLine(arguments, ToTarget, "WARNING - phCLL write-back\t= <NULL>"_fmt);
             },
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUCreateComLogicalLink(hMod, pRscData, resourceId, pCLLTag, phCLL,
                                                       pCLLCreateFlag);
             },
@@ -70,9 +70,8 @@ T_PDU_ERROR PDUDestroyComLogicalLink(UNUM32 hMod, UNUM32 hCLL)
 {
     return LogCall({
         .name = "PDUDestroyComLogicalLink",
-        .arguments =
-            [&](PhaseText& text) { text.Add("(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL)); },
-        .forward = [&](const CPduDll& target) { return target.PDUDestroyComLogicalLink(hMod, hCLL); },
+        .arguments = Arguments("(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL)),
+        .forward = [=](const CPduDll& target) { return target.PDUDestroyComLogicalLink(hMod, hCLL); },
     });
 }
 
@@ -80,9 +79,8 @@ T_PDU_ERROR PDUConnect(UNUM32 hMod, UNUM32 hCLL)
 {
     return LogCall({
         .name = "PDUConnect",
-        .arguments =
-            [&](PhaseText& text) { text.Add("(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL)); },
-        .forward = [&](const CPduDll& target) { return target.PDUConnect(hMod, hCLL); },
+        .arguments = Arguments("(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL)),
+        .forward = [=](const CPduDll& target) { return target.PDUConnect(hMod, hCLL); },
     });
 }
 
@@ -90,9 +88,8 @@ T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL)
 {
     return LogCall({
         .name = "PDUDisconnect",
-        .arguments =
-            [&](PhaseText& text) { text.Add("(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL)); },
-        .forward = [&](const CPduDll& target) { return target.PDUDisconnect(hMod, hCLL); },
+        .arguments = Arguments("(hMod=%s, hCLL=%s)"_fmt, HandleText(hMod), HandleText(hCLL)),
+        .forward = [=](const CPduDll& target) { return target.PDUDisconnect(hMod, hCLL); },
     });
 }
 
@@ -101,10 +98,8 @@ T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
     return LogCall({
         .name = "PDULockResource",
         .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL), LockMask);
-            },
-        .forward = [&](const CPduDll& target) { return target.PDULockResource(hMod, hCLL, LockMask); },
+            Arguments("(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL), LockMask),
+        .forward = [=](const CPduDll& target) { return target.PDULockResource(hMod, hCLL, LockMask); },
     });
 }
 
@@ -113,9 +108,7 @@ T_PDU_ERROR PDUUnlockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
     return LogCall({
         .name = "PDUUnlockResource",
         .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL), LockMask);
-            },
-        .forward = [&](const CPduDll& target) { return target.PDUUnlockResource(hMod, hCLL, LockMask); },
+            Arguments("(hMod=%s, hCLL=%s, LockMask=%u)"_fmt, HandleText(hMod), HandleText(hCLL), LockMask),
+        .forward = [=](const CPduDll& target) { return target.PDUUnlockResource(hMod, hCLL, LockMask); },
     });
 }

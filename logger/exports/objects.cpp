@@ -15,7 +15,7 @@ T_PDU_ERROR PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname, UNUM32* 
                          TextOrNull(pShortname), pPduObjectId);
             },
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUGetObjectId(pduObjectType, pShortname, pPduObjectId);
             },
         .after =
@@ -36,8 +36,8 @@ T_PDU_ERROR PDUGetModuleIds(PDU_MODULE_ITEM** pModuleItem)
 {
     return LogCall({
         .name = "PDUGetModuleIds",
-        .arguments = [&](PhaseText& text) { text.Add("(pModuleItem=%8p)"_fmt, pModuleItem); },
-        .forward = [&](const CPduDll& target) { return target.PDUGetModuleIds(pModuleItem); },
+        .arguments = Arguments("(pModuleItem=%8p)"_fmt, pModuleItem),
+        .forward = [=](const CPduDll& target) { return target.PDUGetModuleIds(pModuleItem); },
         .after =
             [&](PhaseText& text, T_PDU_ERROR status) {
                 if (!pModuleItem)
@@ -54,17 +54,14 @@ T_PDU_ERROR PDUGetResourceIds(UNUM32 hMod, PDU_RSC_DATA* pResourceIdData, PDU_RS
 {
     return LogCall({
         .name = "PDUGetResourceIds",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, pResourceIdData=%8p, pResourceIdList=%8p)"_fmt, HandleText(hMod),
-                         pResourceIdData, pResourceIdList);
-            },
+        .arguments = Arguments("(hMod=%s, pResourceIdData=%8p, pResourceIdList=%8p)"_fmt, HandleText(hMod),
+                               pResourceIdData, pResourceIdList),
         .before =
             [&](PhaseText& text) {
                 DecodeRscData(ArgumentContext(text), "pResourceIdData", pResourceIdData);
             },
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUGetResourceIds(hMod, pResourceIdData, pResourceIdList);
             },
         .after =
@@ -79,7 +76,7 @@ T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus)
 {
     return LogCall({
         .name = "PDUGetResourceStatus",
-        .arguments = [&](PhaseText& text) { text.Add("(pResourceStatus=%8p)"_fmt, pResourceStatus); },
+        .arguments = Arguments("(pResourceStatus=%8p)"_fmt, pResourceStatus),
         .before =
             [&](PhaseText& text) {
                 if (!pResourceStatus)
@@ -89,7 +86,7 @@ T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus)
                           pResourceStatus->ItemType, pResourceStatus->NumEntries);
                 DecodeResourceStatusEntries(arguments, ToTarget.Deeper(), *pResourceStatus);
             },
-        .forward = [&](const CPduDll& target) { return target.PDUGetResourceStatus(pResourceStatus); },
+        .forward = [=](const CPduDll& target) { return target.PDUGetResourceStatus(pResourceStatus); },
         .after =
             [&](PhaseText& text, T_PDU_ERROR status) {
                 if (!pResourceStatus || status != PDU_STATUS_NOERROR)
@@ -107,18 +104,15 @@ T_PDU_ERROR PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInpu
 {
     return LogCall({
         .name = "PDUGetConflictingResources",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(resourceId=%u, pInputModuleList=%8p, pOutputConflictList=%8p)"_fmt, resourceId,
-                         pInputModuleList, pOutputConflictList);
-            },
+        .arguments = Arguments("(resourceId=%u, pInputModuleList=%8p, pOutputConflictList=%8p)"_fmt,
+                               resourceId, pInputModuleList, pOutputConflictList),
         .before =
             [&](PhaseText& text) {
                 if (ShowsResourceLists() && pInputModuleList)
                     DecodeInputModules(ArgumentContext(text), *pInputModuleList);
             },
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUGetConflictingResources(resourceId, pInputModuleList, pOutputConflictList);
             },
         .after =

@@ -7,11 +7,8 @@ T_PDU_ERROR PDUGetVersion(UNUM32 hMod, PDU_VERSION_DATA* pVersionData)
 {
     return LogCall({
         .name = "PDUGetVersion",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, pVersionData=%8p)"_fmt, HandleText(hMod), pVersionData);
-            },
-        .forward = [&](const CPduDll& target) { return target.PDUGetVersion(hMod, pVersionData); },
+        .arguments = Arguments("(hMod=%s, pVersionData=%8p)"_fmt, HandleText(hMod), pVersionData),
+        .forward = [=](const CPduDll& target) { return target.PDUGetVersion(hMod, pVersionData); },
         .after =
             [&](PhaseText& text, T_PDU_ERROR status) {
                 if (pVersionData && status == PDU_STATUS_NOERROR)
@@ -25,14 +22,11 @@ T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pS
 {
     return LogCall({
         .name = "PDUGetStatus",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add("(hMod=%s, hCLL=%s, hCoP=%s, pStatusCode=%8p, pTimestamp=%8p, pExtraInfo=%8p)"_fmt,
-                         HandleText(hMod), HandleText(hCLL), HandleText(hCoP), pStatusCode, pTimestamp,
-                         pExtraInfo);
-            },
+        .arguments = Arguments(
+            "(hMod=%s, hCLL=%s, hCoP=%s, pStatusCode=%8p, pTimestamp=%8p, pExtraInfo=%8p)"_fmt,
+            HandleText(hMod), HandleText(hCLL), HandleText(hCoP), pStatusCode, pTimestamp, pExtraInfo),
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUGetStatus(hMod, hCLL, hCoP, pStatusCode, pTimestamp, pExtraInfo);
             },
         .after =
@@ -54,14 +48,11 @@ T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode,
 {
     return LogCall({
         .name = "PDUGetLastError",
-        .arguments =
-            [&](PhaseText& text) {
-                text.Add(
-                    "(hMod=%s, hCLL=%s, pErrorCode=%8p, phCoP=%8p, pTimestamp=%8p, pExtraErrorInfo=%8p)"_fmt,
-                    HandleText(hMod), HandleText(hCLL), pErrorCode, phCoP, pTimestamp, pExtraErrorInfo);
-            },
+        .arguments = Arguments(
+            "(hMod=%s, hCLL=%s, pErrorCode=%8p, phCoP=%8p, pTimestamp=%8p, pExtraErrorInfo=%8p)"_fmt,
+            HandleText(hMod), HandleText(hCLL), pErrorCode, phCoP, pTimestamp, pExtraErrorInfo),
         .forward =
-            [&](const CPduDll& target) {
+            [=](const CPduDll& target) {
                 return target.PDUGetLastError(hMod, hCLL, pErrorCode, phCoP, pTimestamp, pExtraErrorInfo);
             },
         .after =
@@ -83,9 +74,8 @@ T_PDU_ERROR PDUGetTimestamp(UNUM32 hMod, UNUM32* pTimestamp)
 {
     return LogCall({
         .name = "PDUGetTimestamp",
-        .arguments =
-            [&](PhaseText& text) { text.Add("(hMod=%s, pTimestamp=%8p)"_fmt, HandleText(hMod), pTimestamp); },
-        .forward = [&](const CPduDll& target) { return target.PDUGetTimestamp(hMod, pTimestamp); },
+        .arguments = Arguments("(hMod=%s, pTimestamp=%8p)"_fmt, HandleText(hMod), pTimestamp),
+        .forward = [=](const CPduDll& target) { return target.PDUGetTimestamp(hMod, pTimestamp); },
         .after =
             [&](PhaseText& text, T_PDU_ERROR) {
                 // A second closing of the call-out: its lines carry the time of this second reading.

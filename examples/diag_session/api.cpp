@@ -1,5 +1,6 @@
 #include "examples/diag_session/api.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace diag {
@@ -10,42 +11,20 @@ Api LoadApi(const std::string& path)
     void* const library = OpenLibrary(path, error);
     if (!library)
         throw Failure("cannot load " + path + ": " + error);
-    const auto find = [&](const char* name, auto& function) {
-        void* const address = FunctionAddress(library, name);
-        if (!address)
-            throw Failure(path + " has no function " + name + ": is it a D-PDU API library?");
-        function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(address);
+    const auto fail = [&](const char* name) {
+        throw Failure(path + " has no function " + name + ": is it a D-PDU API library?");
     };
-    Api api = {};
-    find("PDUConstruct", api.Construct);
-    find("PDUDestruct", api.Destruct);
-    find("PDUGetModuleIds", api.GetModuleIds);
-    find("PDUModuleConnect", api.ModuleConnect);
-    find("PDUModuleDisconnect", api.ModuleDisconnect);
-    find("PDUGetVersion", api.GetVersion);
-    find("PDUGetStatus", api.GetStatus);
-    find("PDUGetLastError", api.GetLastError);
-    find("PDUGetTimestamp", api.GetTimestamp);
-    find("PDUGetObjectId", api.GetObjectId);
-    find("PDUGetResourceIds", api.GetResourceIds);
-    find("PDUGetResourceStatus", api.GetResourceStatus);
-    find("PDUGetConflictingResources", api.GetConflictingResources);
-    find("PDUCreateComLogicalLink", api.CreateComLogicalLink);
-    find("PDUDestroyComLogicalLink", api.DestroyComLogicalLink);
-    find("PDUConnect", api.Connect);
-    find("PDUDisconnect", api.Disconnect);
-    find("PDULockResource", api.LockResource);
-    find("PDUUnlockResource", api.UnlockResource);
-    find("PDUGetComParam", api.GetComParam);
-    find("PDUSetComParam", api.SetComParam);
-    find("PDUGetUniqueRespIdTable", api.GetUniqueRespIdTable);
-    find("PDUSetUniqueRespIdTable", api.SetUniqueRespIdTable);
-    find("PDUStartComPrimitive", api.StartComPrimitive);
-    find("PDUCancelComPrimitive", api.CancelComPrimitive);
-    find("PDUGetEventItem", api.GetEventItem);
-    find("PDUDestroyItem", api.DestroyItem);
-    find("PDURegisterEventCallback", api.RegisterEventCallback);
-    find("PDUIoCtl", api.IoCtl);
+    // The function that every application calls first is the one to name for a file that is no such library.
+    if (!FunctionAddress(library, "PDUConstruct"))
+        fail("PDUConstruct");
+    Api api;
+    marvane::FillFunctionTable(api, [&](const char* name) {
+        void* const address = FunctionAddress(library, name);
+        const auto& names = marvane::FunctionNames;
+        if (!address && std::find(names.begin(), names.end(), name) != names.end())
+            fail(name);
+        return address;
+    });
     return api;
 }
 

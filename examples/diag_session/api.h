@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "pdu/pdu_api.h"
+#include "pdu/functions.h"
 
 namespace diag {
 
@@ -14,39 +14,8 @@ struct Failure : std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-/// The functions of a loaded library. None is null.
-struct Api
-{
-    decltype(&::PDUConstruct) Construct;
-    decltype(&::PDUDestruct) Destruct;
-    decltype(&::PDUGetModuleIds) GetModuleIds;
-    decltype(&::PDUModuleConnect) ModuleConnect;
-    decltype(&::PDUModuleDisconnect) ModuleDisconnect;
-    decltype(&::PDUGetVersion) GetVersion;
-    decltype(&::PDUGetStatus) GetStatus;
-    decltype(&::PDUGetLastError) GetLastError;
-    decltype(&::PDUGetTimestamp) GetTimestamp;
-    decltype(&::PDUGetObjectId) GetObjectId;
-    decltype(&::PDUGetResourceIds) GetResourceIds;
-    decltype(&::PDUGetResourceStatus) GetResourceStatus;
-    decltype(&::PDUGetConflictingResources) GetConflictingResources;
-    decltype(&::PDUCreateComLogicalLink) CreateComLogicalLink;
-    decltype(&::PDUDestroyComLogicalLink) DestroyComLogicalLink;
-    decltype(&::PDUConnect) Connect;
-    decltype(&::PDUDisconnect) Disconnect;
-    decltype(&::PDULockResource) LockResource;
-    decltype(&::PDUUnlockResource) UnlockResource;
-    decltype(&::PDUGetComParam) GetComParam;
-    decltype(&::PDUSetComParam) SetComParam;
-    decltype(&::PDUGetUniqueRespIdTable) GetUniqueRespIdTable;
-    decltype(&::PDUSetUniqueRespIdTable) SetUniqueRespIdTable;
-    decltype(&::PDUStartComPrimitive) StartComPrimitive;
-    decltype(&::PDUCancelComPrimitive) CancelComPrimitive;
-    decltype(&::PDUGetEventItem) GetEventItem;
-    decltype(&::PDUDestroyItem) DestroyItem;
-    decltype(&::PDURegisterEventCallback) RegisterEventCallback;
-    decltype(&::PDUIoCtl) IoCtl;
-};
+/// The functions of a loaded library. None is null but that of the extension, which is not used here.
+using Api = marvane::FunctionTable;
 
 /// Loads a library and finds its functions. Throws Failure if it can't be loaded or lacks one. The library is
 /// never unloaded.

@@ -5,15 +5,16 @@ namespace diag {
 void Command(Session& session, const char* command, UNUM32 hCLL, T_PDU_IT type, void* data)
 {
     PDU_DATA_ITEM input = {type, data};
-    session.Expect(command, session.Pdu.IoCtl(session.Module, hCLL, session.IdOf(PDU_OBJT_IO_CTRL, command),
-                                              data ? &input : nullptr, nullptr));
+    session.Expect(command,
+                   session.Pdu.PDUIoCtl(session.Module, hCLL, session.IdOf(PDU_OBJT_IO_CTRL, command),
+                                        data ? &input : nullptr, nullptr));
 }
 
 PDU_DATA_ITEM* Output(Session& session, const char* command, UNUM32 hCLL)
 {
     PDU_DATA_ITEM* output = nullptr;
-    session.Expect(command, session.Pdu.IoCtl(session.Module, hCLL, session.IdOf(PDU_OBJT_IO_CTRL, command),
-                                              nullptr, &output));
+    session.Expect(command, session.Pdu.PDUIoCtl(session.Module, hCLL,
+                                                 session.IdOf(PDU_OBJT_IO_CTRL, command), nullptr, &output));
     return output;
 }
 

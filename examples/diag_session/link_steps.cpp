@@ -11,23 +11,23 @@ UNUM32 OpenLink(Session& session, const char* busType, const char* protocol, std
     UNUM8 checksumMode = 0x40;
     PDU_FLAG_DATA flags = {1, &checksumMode};
     UNUM32 hCLL = PDU_HANDLE_UNDEF;
-    session.Expect(
-        "PDUCreateComLogicalLink",
-        session.Pdu.CreateComLogicalLink(session.Module, &resource, PDU_ID_UNDEF, &session, &hCLL, &flags));
+    session.Expect("PDUCreateComLogicalLink",
+                   session.Pdu.PDUCreateComLogicalLink(session.Module, &resource, PDU_ID_UNDEF, &session,
+                                                       &hCLL, &flags));
     session.Expect("PDURegisterEventCallback",
-                   session.Pdu.RegisterEventCallback(session.Module, hCLL, Session::OnEvent));
-    session.Expect("PDUConnect", session.Pdu.Connect(session.Module, hCLL));
+                   session.Pdu.PDURegisterEventCallback(session.Module, hCLL, Session::OnEvent));
+    session.Expect("PDUConnect", session.Pdu.PDUConnect(session.Module, hCLL));
     session.Say("Link %u for %s is %s", static_cast<unsigned>(hCLL), protocol, session.StatusOf(hCLL));
     return hCLL;
 }
 
 void CloseLink(Session& session, UNUM32 hCLL)
 {
-    session.Expect("PDUDisconnect", session.Pdu.Disconnect(session.Module, hCLL));
+    session.Expect("PDUDisconnect", session.Pdu.PDUDisconnect(session.Module, hCLL));
     session.Say("Link %u is %s", static_cast<unsigned>(hCLL), session.StatusOf(hCLL));
     session.Expect("PDURegisterEventCallback",
-                   session.Pdu.RegisterEventCallback(session.Module, hCLL, nullptr));
-    session.Expect("PDUDestroyComLogicalLink", session.Pdu.DestroyComLogicalLink(session.Module, hCLL));
+                   session.Pdu.PDURegisterEventCallback(session.Module, hCLL, nullptr));
+    session.Expect("PDUDestroyComLogicalLink", session.Pdu.PDUDestroyComLogicalLink(session.Module, hCLL));
 }
 
 void ShareResource(Session& session, UNUM32 owner)
@@ -38,14 +38,14 @@ void ShareResource(Session& session, UNUM32 owner)
     UNUM32 other = PDU_HANDLE_UNDEF;
     session.Expect(
         "PDUCreateComLogicalLink",
-        session.Pdu.CreateComLogicalLink(session.Module, nullptr, resource, &session, &other, &flags));
+        session.Pdu.PDUCreateComLogicalLink(session.Module, nullptr, resource, &session, &other, &flags));
     session.Say("A second link, number %u, shares the resource:", static_cast<unsigned>(other));
     ShowResourceStatus(session, resource);
-    session.Expect("PDULockResource", session.Pdu.LockResource(session.Module, other, 1),
+    session.Expect("PDULockResource", session.Pdu.PDULockResource(session.Module, other, 1),
                    PDU_ERR_RSC_LOCKED_BY_OTHER_CLL);
     session.Say("  it can't lock the parameters too");
-    session.Expect("PDUDestroyComLogicalLink", session.Pdu.DestroyComLogicalLink(session.Module, other));
-    session.Expect("PDUUnlockResource", session.Pdu.UnlockResource(session.Module, owner, 1));
+    session.Expect("PDUDestroyComLogicalLink", session.Pdu.PDUDestroyComLogicalLink(session.Module, other));
+    session.Expect("PDUUnlockResource", session.Pdu.PDUUnlockResource(session.Module, owner, 1));
     session.DrainModuleEvents();
 }
 

@@ -25,9 +25,9 @@ void RunSession(const diag::Api& api, bool quiet)
 {
     diag::Session session(api, quiet);
     CHAR8 options[] = "";
-    session.Expect("PDUConstruct", api.Construct(options, &session));
+    session.Expect("PDUConstruct", api.PDUConstruct(options, &session));
     session.Expect("PDURegisterEventCallback",
-                   api.RegisterEventCallback(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF, diag::Session::OnEvent));
+                   api.PDURegisterEventCallback(PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF, diag::Session::OnEvent));
     IdentifyModule(session);
     ShowResources(session);
     const UNUM32 hCLL =
@@ -40,8 +40,8 @@ void RunSession(const diag::Api& api, bool quiet)
     CloseLink(session, hCLL);
     UseDoIP(session);
     ResetModule(session);
-    session.Expect("PDUModuleDisconnect", api.ModuleDisconnect(session.Module));
-    session.Expect("PDUDestruct", api.Destruct());
+    session.Expect("PDUModuleDisconnect", api.PDUModuleDisconnect(session.Module));
+    session.Expect("PDUDestruct", api.PDUDestruct());
     session.Say("Session ended.");
 }
 

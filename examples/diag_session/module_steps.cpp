@@ -8,7 +8,7 @@ namespace {
 void FindModule(Session& session)
 {
     PDU_MODULE_ITEM* modules = nullptr;
-    session.Expect("PDUGetModuleIds", session.Pdu.GetModuleIds(&modules));
+    session.Expect("PDUGetModuleIds", session.Pdu.PDUGetModuleIds(&modules));
     session.Say("Modules found: %u", static_cast<unsigned>(modules->NumEntries));
     if (modules->NumEntries == 0)
         throw Failure("there is no module to work with");
@@ -23,16 +23,16 @@ void FindModule(Session& session)
 void IdentifyModule(Session& session)
 {
     FindModule(session);
-    session.Expect("PDUModuleConnect", session.Pdu.ModuleConnect(session.Module));
+    session.Expect("PDUModuleConnect", session.Pdu.PDUModuleConnect(session.Module));
     session.DrainModuleEvents();
     PDU_VERSION_DATA version = {};
-    session.Expect("PDUGetVersion", session.Pdu.GetVersion(session.Module, &version));
+    session.Expect("PDUGetVersion", session.Pdu.PDUGetVersion(session.Module, &version));
     session.Say("Connected: %s, serial number %u, software %s by %s", version.HwName,
                 static_cast<unsigned>(version.HwSerialNumber), version.PDUApiSwName, version.VendorName);
     UNUM32 before = 0, after = 0;
-    session.Expect("PDUGetTimestamp", session.Pdu.GetTimestamp(session.Module, &before));
+    session.Expect("PDUGetTimestamp", session.Pdu.PDUGetTimestamp(session.Module, &before));
     session.Say("The module is %s", session.StatusOf(PDU_HANDLE_UNDEF));
-    session.Expect("PDUGetTimestamp", session.Pdu.GetTimestamp(session.Module, &after));
+    session.Expect("PDUGetTimestamp", session.Pdu.PDUGetTimestamp(session.Module, &after));
     session.Say("  its clock goes %s", after >= before ? "forward" : "backward");
 }
 
@@ -43,7 +43,7 @@ namespace {
 UNUM32 FindResource(Session& session, PDU_RSC_DATA* wanted)
 {
     PDU_RSC_ID_ITEM* resources = nullptr;
-    session.Expect("PDUGetResourceIds", session.Pdu.GetResourceIds(session.Module, wanted, &resources));
+    session.Expect("PDUGetResourceIds", session.Pdu.PDUGetResourceIds(session.Module, wanted, &resources));
     const PDU_RSC_ID_ITEM_DATA& found = resources->pResourceIdDataArray[0];
     const UNUM32 first = found.pResourceIdArray[0];
     if (!wanted)
@@ -58,7 +58,7 @@ void ShowConflicts(Session& session, UNUM32 resource)
     PDU_MODULE_ITEM modules = {PDU_IT_MODULE_ID, 1, &module};
     PDU_RSC_CONFLICT_ITEM* conflicts = nullptr;
     session.Expect("PDUGetConflictingResources",
-                   session.Pdu.GetConflictingResources(resource, &modules, &conflicts));
+                   session.Pdu.PDUGetConflictingResources(resource, &modules, &conflicts));
     session.Say("  resources in conflict with it: %u", static_cast<unsigned>(conflicts->NumEntries));
     session.Destroy(conflicts);
 }
@@ -85,7 +85,7 @@ void ShowResourceStatus(Session& session, UNUM32 resource)
     constexpr UNUM32 inUse = 1, parametersLocked = 8;
     PDU_RSC_STATUS_DATA entry = {session.Module, resource, 0};
     PDU_RSC_STATUS_ITEM state = {PDU_IT_RSC_STATUS, 1, &entry};
-    session.Expect("PDUGetResourceStatus", session.Pdu.GetResourceStatus(&state));
+    session.Expect("PDUGetResourceStatus", session.Pdu.PDUGetResourceStatus(&state));
     session.Say("  it is %s%s", (entry.ResourceStatus & inUse) != 0 ? "in use" : "free",
                 (entry.ResourceStatus & parametersLocked) != 0 ? ", its parameters are locked" : "");
 }

@@ -69,10 +69,10 @@ std::string ValueText(const PDU_PARAM_ITEM& item)
 void KeepParameter(Session& session, UNUM32 hCLL, const char* name)
 {
     PDU_PARAM_ITEM* item = nullptr;
-    session.Expect("PDUGetComParam", session.Pdu.GetComParam(session.Module, hCLL,
-                                                             session.IdOf(PDU_OBJT_COMPARAM, name), &item));
+    session.Expect("PDUGetComParam", session.Pdu.PDUGetComParam(
+                                         session.Module, hCLL, session.IdOf(PDU_OBJT_COMPARAM, name), &item));
     session.Say("  %s: %s", name, ValueText(*item).c_str());
-    session.Expect("PDUSetComParam", session.Pdu.SetComParam(session.Module, hCLL, item));
+    session.Expect("PDUSetComParam", session.Pdu.PDUSetComParam(session.Module, hCLL, item));
     session.Destroy(item);
 }
 
@@ -85,9 +85,11 @@ void SetResponseTable(Session& session, UNUM32 hCLL)
                                    {PDU_IT_PARAM, id, PDU_PT_UNUM32, PDU_PC_UNIQUE_ID, &gearbox}};
     PDU_ECU_UNIQUE_RESP_DATA entries[] = {{7, 1, &parameters[0]}, {8, 1, &parameters[1]}};
     PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 2, entries};
-    session.Expect("PDUSetUniqueRespIdTable", session.Pdu.SetUniqueRespIdTable(session.Module, hCLL, &table));
+    session.Expect("PDUSetUniqueRespIdTable",
+                   session.Pdu.PDUSetUniqueRespIdTable(session.Module, hCLL, &table));
     PDU_UNIQUE_RESP_ID_TABLE_ITEM* back = nullptr;
-    session.Expect("PDUGetUniqueRespIdTable", session.Pdu.GetUniqueRespIdTable(session.Module, hCLL, &back));
+    session.Expect("PDUGetUniqueRespIdTable",
+                   session.Pdu.PDUGetUniqueRespIdTable(session.Module, hCLL, &back));
     session.Say("Control units that may answer: %u", static_cast<unsigned>(back->NumEntries));
     session.Destroy(back);
 }
@@ -100,7 +102,7 @@ void UseParameters(Session& session, UNUM32 hCLL)
     for (const char* name : ParameterNames)
         KeepParameter(session, hCLL, name);
     SetResponseTable(session, hCLL);
-    session.Expect("PDULockResource", session.Pdu.LockResource(session.Module, hCLL, 1));
+    session.Expect("PDULockResource", session.Pdu.PDULockResource(session.Module, hCLL, 1));
     session.DrainModuleEvents();
     session.Run(hCLL, PDU_COPT_UPDATEPARAM, {});
     session.DrainModuleEvents();
@@ -111,7 +113,7 @@ void SetP2Max(Session& session, UNUM32 hCLL, UNUM16 value)
 {
     PDU_PARAM_ITEM item = {PDU_IT_PARAM, session.IdOf(PDU_OBJT_COMPARAM, "CP_P2Max"), PDU_PT_UNUM16,
                            PDU_PC_TIMING, &value};
-    session.Expect("PDUSetComParam", session.Pdu.SetComParam(session.Module, hCLL, &item));
+    session.Expect("PDUSetComParam", session.Pdu.PDUSetComParam(session.Module, hCLL, &item));
 }
 
 } // namespace diag

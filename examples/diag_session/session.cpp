@@ -69,7 +69,7 @@ UNUM32 Session::IdOf(T_PDU_OBJT type, const char* name) const
 {
     std::string text = name;
     UNUM32 id = PDU_ID_UNDEF;
-    Expect(("PDUGetObjectId of " + text).c_str(), Pdu.GetObjectId(type, text.data(), &id));
+    Expect(("PDUGetObjectId of " + text).c_str(), Pdu.PDUGetObjectId(type, text.data(), &id));
     return id;
 }
 
@@ -77,14 +77,14 @@ bool Session::Knows(T_PDU_OBJT type, const char* name) const
 {
     std::string text = name;
     UNUM32 id = PDU_ID_UNDEF;
-    return Pdu.GetObjectId(type, text.data(), &id) == PDU_STATUS_NOERROR;
+    return Pdu.PDUGetObjectId(type, text.data(), &id) == PDU_STATUS_NOERROR;
 }
 
 const char* Session::StatusOf(UNUM32 hCLL, UNUM32 hCoP) const
 {
     T_PDU_STATUS status = 0;
     UNUM32 time = 0, extra = 0;
-    Expect("PDUGetStatus", Pdu.GetStatus(Module, hCLL, hCoP, &status, &time, &extra));
+    Expect("PDUGetStatus", Pdu.PDUGetStatus(Module, hCLL, hCoP, &status, &time, &extra));
     switch (status) {
     case PDU_MODST_READY:
         return "ready";
@@ -105,7 +105,7 @@ const char* Session::StatusOf(UNUM32 hCLL, UNUM32 hCoP) const
 
 void Session::Destroy(void* item) const
 {
-    Expect("PDUDestroyItem", Pdu.DestroyItem(item));
+    Expect("PDUDestroyItem", Pdu.PDUDestroyItem(item));
 }
 
 UNUM32 Session::Start(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const Sending& sending)
@@ -127,8 +127,8 @@ UNUM32 Session::Start(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const 
     }
     UNUM32 hCoP = PDU_HANDLE_UNDEF;
     Expect("PDUStartComPrimitive",
-           Pdu.StartComPrimitive(Module, hCLL, type, static_cast<UNUM32>(data.size()),
-                                 data.empty() ? nullptr : data.data(), &control, this, &hCoP));
+           Pdu.PDUStartComPrimitive(Module, hCLL, type, static_cast<UNUM32>(data.size()),
+                                    data.empty() ? nullptr : data.data(), &control, this, &hCoP));
     return hCoP;
 }
 
@@ -137,7 +137,7 @@ Outcome Session::Wait(UNUM32 hCLL, UNUM32 hCoP)
     Outcome outcome;
     for (;;) {
         PDU_EVENT_ITEM* event = nullptr;
-        const T_PDU_ERROR status = Pdu.GetEventItem(Module, hCLL, &event);
+        const T_PDU_ERROR status = Pdu.PDUGetEventItem(Module, hCLL, &event);
         if (status == PDU_STATUS_NOERROR) {
             const bool ended = Take(*event, hCoP, outcome);
             Destroy(event);
@@ -187,7 +187,7 @@ void Session::DrainModuleEvents() const
 {
     PDU_EVENT_ITEM* event = nullptr;
     T_PDU_ERROR status;
-    while ((status = Pdu.GetEventItem(Module, PDU_HANDLE_UNDEF, &event)) == PDU_STATUS_NOERROR) {
+    while ((status = Pdu.PDUGetEventItem(Module, PDU_HANDLE_UNDEF, &event)) == PDU_STATUS_NOERROR) {
         if (event->ItemType == PDU_IT_INFO)
             Say("  the module reports: %s", Words(static_cast<const PDU_INFO_DATA*>(event->pData)->InfoCode));
         Destroy(event);

@@ -27,7 +27,7 @@ void MeetRefusals(Session& session, UNUM32 hCLL)
     T_PDU_ERR_EVT error = 0;
     UNUM32 hCoP = 0, time = 0, extra = 0;
     session.Expect("PDUGetLastError",
-                   session.Pdu.GetLastError(session.Module, hCLL, &error, &hCoP, &time, &extra));
+                   session.Pdu.PDUGetLastError(session.Module, hCLL, &error, &hCoP, &time, &extra));
     session.Say("  the last error of the link is 0x%04X", static_cast<unsigned>(error));
 }
 
@@ -69,7 +69,7 @@ void KeepAlive(Session& session, UNUM32 hCLL)
                                       {.Time = 20, .Cycles = -1, .ReceiveCycles = 0, .SuppressAnswer = true});
     session.Run(hCLL, PDU_COPT_DELAY, {}, {.Time = 30});
     session.Say("Endless tester present: %s", session.StatusOf(hCLL, hCoP));
-    session.Expect("PDUCancelComPrimitive", session.Pdu.CancelComPrimitive(session.Module, hCLL, hCoP));
+    session.Expect("PDUCancelComPrimitive", session.Pdu.PDUCancelComPrimitive(session.Module, hCLL, hCoP));
     const Outcome endless = session.Wait(hCLL, hCoP);
     session.Say("  then %s", endless.Status == PDU_COPST_CANCELLED ? "cancelled" : "ended");
 }

@@ -1,6 +1,5 @@
 #include "logger/target/target_library.h"
 
-#include <cstring>
 #include <memory>
 #include <stdexcept>
 
@@ -14,57 +13,13 @@ std::atomic<const CPduDll*> LoadedFunctions = nullptr;
 
 namespace {
 
-struct TargetFunction
-{
-    const char* Name;
-    std::size_t Offset;
-};
-
-constexpr std::array<TargetFunction, 30> PduFunctionTable = {{
-    {"PDUModuleConnect", offsetof(CPduDll, PDUModuleConnect)},
-    {"PDUModuleDisconnect", offsetof(CPduDll, PDUModuleDisconnect)},
-    {"PDUGetTimestamp", offsetof(CPduDll, PDUGetTimestamp)},
-    {"PDUIoCtl", offsetof(CPduDll, PDUIoCtl)},
-    {"PDUGetVersion", offsetof(CPduDll, PDUGetVersion)},
-    {"PDUGetStatus", offsetof(CPduDll, PDUGetStatus)},
-    {"PDUGetLastError", offsetof(CPduDll, PDUGetLastError)},
-    {"PDUGetResourceStatus", offsetof(CPduDll, PDUGetResourceStatus)},
-    {"PDUCreateComLogicalLink", offsetof(CPduDll, PDUCreateComLogicalLink)},
-    {"PDUDestroyComLogicalLink", offsetof(CPduDll, PDUDestroyComLogicalLink)},
-    {"PDUConnect", offsetof(CPduDll, PDUConnect)},
-    {"PDUDisconnect", offsetof(CPduDll, PDUDisconnect)},
-    {"PDULockResource", offsetof(CPduDll, PDULockResource)},
-    {"PDUUnlockResource", offsetof(CPduDll, PDUUnlockResource)},
-    {"PDUGetComParam", offsetof(CPduDll, PDUGetComParam)},
-    {"PDUSetComParam", offsetof(CPduDll, PDUSetComParam)},
-    {"PDUStartComPrimitive", offsetof(CPduDll, PDUStartComPrimitive)},
-    {"PDUCancelComPrimitive", offsetof(CPduDll, PDUCancelComPrimitive)},
-    {"PDUGetEventItem", offsetof(CPduDll, PDUGetEventItem)},
-    {"PDUDestroyItem", offsetof(CPduDll, PDUDestroyItem)},
-    {"PDURegisterEventCallback", offsetof(CPduDll, PDURegisterEventCallback)},
-    {"PDUGetObjectId", offsetof(CPduDll, PDUGetObjectId)},
-    {"PDUGetModuleIds", offsetof(CPduDll, PDUGetModuleIds)},
-    {"PDUGetResourceIds", offsetof(CPduDll, PDUGetResourceIds)},
-    {"PDUGetConflictingResources", offsetof(CPduDll, PDUGetConflictingResources)},
-    {"PDUGetUniqueRespIdTable", offsetof(CPduDll, PDUGetUniqueRespIdTable)},
-    {"PDUSetUniqueRespIdTable", offsetof(CPduDll, PDUSetUniqueRespIdTable)},
-    {"PDU_MS_SetLogCallback", offsetof(CPduDll, PDU_MS_SetLogCallback)},
-    {"PDUConstruct", offsetof(CPduDll, PDUConstruct)},
-    {"PDUDestruct", offsetof(CPduDll, PDUDestruct)},
-}};
-
-static_assert(sizeof(CPduDll) == PduFunctionTable.size() * sizeof(void*));
-
 std::atomic<platform::Library> TargetLibraryHandle = nullptr;
 
 } // namespace
 
 CPduDll::CPduDll(platform::Library library)
 {
-    for (const TargetFunction& function : PduFunctionTable) {
-        void* const address = platform::FindFunction(library, function.Name);
-        std::memcpy(reinterpret_cast<char*>(this) + function.Offset, &address, sizeof address);
-    }
+    FillFunctionTable(*this, [library](const char* name) { return platform::FindFunction(library, name); });
 }
 
 void LoadTargetLibrary()

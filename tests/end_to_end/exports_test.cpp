@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pdu/functions.h"
 #include "platform/files.h"
 #include "tests/support/binary_tables.h"
 #include "tests/support/session.h"
@@ -13,35 +14,9 @@ namespace {
 
 TEST(Exports, AreThe29FunctionsOfTheApiAndNothingElse)
 {
-    const std::vector<std::string> expected = {"PDUCancelComPrimitive",
-                                               "PDUConnect",
-                                               "PDUConstruct",
-                                               "PDUCreateComLogicalLink",
-                                               "PDUDestroyComLogicalLink",
-                                               "PDUDestroyItem",
-                                               "PDUDestruct",
-                                               "PDUDisconnect",
-                                               "PDUGetComParam",
-                                               "PDUGetConflictingResources",
-                                               "PDUGetEventItem",
-                                               "PDUGetLastError",
-                                               "PDUGetModuleIds",
-                                               "PDUGetObjectId",
-                                               "PDUGetResourceIds",
-                                               "PDUGetResourceStatus",
-                                               "PDUGetStatus",
-                                               "PDUGetTimestamp",
-                                               "PDUGetUniqueRespIdTable",
-                                               "PDUGetVersion",
-                                               "PDUIoCtl",
-                                               "PDULockResource",
-                                               "PDUModuleConnect",
-                                               "PDUModuleDisconnect",
-                                               "PDURegisterEventCallback",
-                                               "PDUSetComParam",
-                                               "PDUSetUniqueRespIdTable",
-                                               "PDUStartComPrimitive",
-                                               "PDUUnlockResource"};
+    std::vector<std::string> expected(FunctionNames.begin(), FunctionNames.end());
+    std::sort(expected.begin(), expected.end());
+    ASSERT_EQ(expected.size(), 29u);
     EXPECT_EQ(ExportedNames(BuildFolder() + LibraryName("Marvane")), expected);
 }
 

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "pdu/functions.h"
 #include "platform/files.h"
 #include "tests/support/child_program.h"
 #include "tests/support/sample_configuration.h"
@@ -146,36 +147,8 @@ TEST_F(SampleSession, UsesEveryCallAndEveryKindOfItem)
     Configure(LibraryName("SimVci"));
     Run(Library("Marvane"), " --quiet");
     const std::string log = Log();
-    for (const char* call : {"PDUConstruct",
-                             "PDUDestruct",
-                             "PDUIoCtl",
-                             "PDUGetVersion",
-                             "PDUGetStatus",
-                             "PDUGetLastError",
-                             "PDUGetResourceStatus",
-                             "PDUCreateComLogicalLink",
-                             "PDUDestroyComLogicalLink",
-                             "PDUConnect",
-                             "PDUDisconnect",
-                             "PDULockResource",
-                             "PDUUnlockResource",
-                             "PDUGetComParam",
-                             "PDUSetComParam",
-                             "PDUStartComPrimitive",
-                             "PDUCancelComPrimitive",
-                             "PDUGetEventItem",
-                             "PDUDestroyItem",
-                             "PDURegisterEventCallback",
-                             "PDUGetObjectId",
-                             "PDUGetModuleIds",
-                             "PDUGetResourceIds",
-                             "PDUGetConflictingResources",
-                             "PDUGetUniqueRespIdTable",
-                             "PDUSetUniqueRespIdTable",
-                             "PDUModuleConnect",
-                             "PDUModuleDisconnect",
-                             "PDUGetTimestamp"})
-        EXPECT_THAT(log, HasSubstr(std::string("- ") + call + "<PDU_STATUS_NOERROR (0x0000)>\n"));
+    for (const std::string_view call : FunctionNames)
+        EXPECT_THAT(log, HasSubstr(std::string("- ").append(call) + "<PDU_STATUS_NOERROR (0x0000)>\n"));
     for (const char* shown :
          {"type= PDU_IT_RESULT (0x1300)", "type= PDU_IT_STATUS (0x1301)", "type= PDU_IT_ERROR (0x1302)",
           "type= PDU_IT_INFO (0x1303)", "= PDU_IT_IO_UNUM32 (", "= PDU_IT_IO_PROG_VOLTAGE (",

@@ -28,7 +28,7 @@ public:
     /// Makes a call with these arguments. The target runs `answer` and returns a status from the source.
     template <class Answer, class... Parameters>
     requires std::is_invocable_v<Answer>
-    void Call(const char* name, T_PDU_ERROR (*CPduDll::*function)(Parameters...), RecordSource& source,
+    void Call(const char* name, T_PDU_ERROR (*FunctionTable::*function)(Parameters...), RecordSource& source,
               Answer answer, std::type_identity_t<Parameters>... arguments)
     {
         const std::string records = source.Contents();
@@ -40,7 +40,7 @@ public:
         ExpectSame(records, source.Contents(), name);
     }
     template <class... Parameters>
-    void Call(const char* name, T_PDU_ERROR (*CPduDll::*function)(Parameters...), RecordSource& source,
+    void Call(const char* name, T_PDU_ERROR (*FunctionTable::*function)(Parameters...), RecordSource& source,
               std::type_identity_t<Parameters>... arguments)
     {
         Call(

@@ -1,45 +1,21 @@
+#include <algorithm>
 #include <array>
 
+#include "pdu/functions.h"
 #include "tool/read/records.h"
 
 namespace marvane::read {
 
 namespace {
 
-/// In the order of Function.
-constexpr std::array<std::string_view, 31> Names = {
-    "PDUModuleConnect",
-    "PDUModuleDisconnect",
-    "PDUGetTimestamp",
-    "PDUIoCtl",
-    "PDUGetVersion",
-    "PDUGetStatus",
-    "PDUGetLastError",
-    "PDUGetResourceStatus",
-    "PDUCreateComLogicalLink",
-    "PDUDestroyComLogicalLink",
-    "PDUConnect",
-    "PDUDisconnect",
-    "PDULockResource",
-    "PDUUnlockResource",
-    "PDUGetComParam",
-    "PDUSetComParam",
-    "PDUStartComPrimitive",
-    "PDUCancelComPrimitive",
-    "PDUGetEventItem",
-    "PDUDestroyItem",
-    "PDURegisterEventCallback",
-    "PDUGetObjectId",
-    "PDUGetModuleIds",
-    "PDUGetResourceIds",
-    "PDUGetConflictingResources",
-    "PDUGetUniqueRespIdTable",
-    "PDUSetUniqueRespIdTable",
-    "PDUConstruct",
-    "PDUDestruct",
-    "LOGGER_Uninitialise",
-    "PDUCallbackTrap",
-};
+/// In the order of Function: the functions of the API by their slots, then what else has lines of a call.
+constexpr auto Names = [] {
+    std::array<std::string_view, FunctionNames.size() + 2> names;
+    std::copy(FunctionNames.begin(), FunctionNames.end(), names.begin());
+    names[FunctionNames.size()] = "LOGGER_Uninitialise";
+    names[FunctionNames.size() + 1] = "PDUCallbackTrap";
+    return names;
+}();
 static_assert(Names.size() == static_cast<std::size_t>(Function::Unknown));
 
 /// A perfect hash of the names: the look-up is done for every line that has a name.

@@ -1,5 +1,6 @@
 #include "tool/setup/binary_file.h"
 
+#include "line/marks.h"
 #include "pdu/functions.h"
 #include "tool/setup/binary_reader.h"
 
@@ -19,15 +20,15 @@ std::optional<BinaryFacts> InspectBinary(std::string_view bytes)
         facts = InspectElf(file);
     // The first text of every log; no other library has a reason to hold it.
     if (facts)
-        facts->IsMarvane = bytes.find("########## D-PDU API LOGGER VERSION: ") != std::string_view::npos;
+        facts->IsMarvane = bytes.find(marks::Version) != std::string_view::npos;
     return facts;
 }
 
 std::vector<std::string> MissingFunctions(const BinaryFacts& facts)
 {
     std::vector<std::string> missing;
-    for (const char* const name : PduFunctionNames)
-        if (!facts.Exports.contains(name))
+    for (const std::string_view name : FunctionNames)
+        if (!facts.Exports.contains(std::string(name)))
             missing.emplace_back(name);
     return missing;
 }

@@ -37,14 +37,14 @@ TEST(BinaryFile, NamesTheFunctionsThatAreMissing)
 {
     EXPECT_EQ(MissingFunctions(Inspected("fake_target_no_lock")),
               std::vector<std::string>{"PDULockResource"});
-    EXPECT_EQ(MissingFunctions(BinaryFacts{}).size(), PduFunctionNames.size());
+    EXPECT_EQ(MissingFunctions(BinaryFacts{}).size(), FunctionNames.size());
 }
 
 TEST(BinaryFile, KnowsTheLoggerLibraryFromItsTarget)
 {
     const BinaryFacts own = Inspected("Marvane");
     EXPECT_TRUE(own.IsMarvane);
-    EXPECT_EQ(own.Exports, std::set<std::string>(PduFunctionNames.begin(), PduFunctionNames.end()));
+    EXPECT_EQ(own.Exports, std::set<std::string>(FunctionNames.begin(), FunctionNames.end()));
     EXPECT_FALSE(Inspected("SimVci").IsMarvane);
 }
 

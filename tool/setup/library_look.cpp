@@ -28,7 +28,7 @@ std::string LibrarySummary(const LibraryLook& look)
     std::string summary = look.Facts->Version ? VersionText(*look.Facts->Version) + ", " : std::string();
     summary += MachineText(look.Facts->For);
     const std::vector<std::string> missing = MissingFunctions(*look.Facts);
-    const std::size_t all = PduFunctionNames.size();
+    const std::size_t all = FunctionNames.size();
     summary += ", " + std::to_string(all - missing.size()) + " of " + std::to_string(all) + " functions";
     for (const std::string& name : missing)
         summary += (&name == &missing.front() ? ", lacks " : ", ") + name;

@@ -1,6 +1,7 @@
 #include "tool/setup/finding.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace marvane::tool {
 
@@ -9,13 +10,13 @@ namespace {
 constexpr std::size_t TextColumn = 22;
 constexpr std::size_t TextWidth = 78;
 
-long Count(const CheckFindings& findings, FindingLevel level)
+std::ptrdiff_t Count(const CheckFindings& findings, FindingLevel level)
 {
     return std::count_if(findings.begin(), findings.end(),
                          [level](const CheckFinding& finding) { return finding.Level == level; });
 }
 
-std::string Counted(long count, const char* word)
+std::string Counted(std::ptrdiff_t count, const char* word)
 {
     return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
 }

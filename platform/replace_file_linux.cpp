@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <memory>
 #include <optional>
 
 #include <fcntl.h>
@@ -96,19 +97,20 @@ std::string ReplaceFileContents(const std::string& path, std::string_view bytes,
         return LastError();
     if (!S_ISREG(old.st_mode))
         return "not a regular file";
-    const std::string beside = path + ".marvane-" + std::to_string(getpid()) + ".tmp";
+    // Left by a run that was interrupted.
+    const std::string beside = path + ".marvane-new";
+    unlink(beside.c_str());
     std::string failure = Create(beside, bytes, old);
     if (!failure.empty())
         return failure;
+    const auto remove = [](const std::string* file) { unlink(file->c_str()); };
+    const std::unique_ptr<const std::string, decltype(remove)> removed(&beside, remove);
     if (!unchanged())
-        failure = "the file was changed by another program";
-    else if (rename(beside.c_str(), path.c_str()) != 0)
-        failure = LastError();
-    if (failure.empty())
-        FlushFolder(path);
-    else
-        unlink(beside.c_str());
-    return failure;
+        return "the file was changed by another program";
+    if (rename(beside.c_str(), path.c_str()) != 0)
+        return LastError();
+    FlushFolder(path);
+    return {};
 }
 
 std::string RenameFile(const std::string& from, const std::string& to)

@@ -1,5 +1,7 @@
 #include "platform/replace_file.h"
 
+#include <memory>
+
 #include "platform/utf8_windows.h"
 
 #include <aclapi.h>
@@ -87,17 +89,19 @@ std::string ReplaceFileContents(const std::string& path, std::string_view bytes,
         return LastError();
     if ((attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) != 0)
         return "not a regular file";
-    const std::wstring beside = target + L".marvane-" + std::to_wstring(GetCurrentProcessId()) + L".tmp";
+    // Left by a run that was interrupted.
+    const std::wstring beside = target + L".marvane-new";
+    DeleteFileW(beside.c_str());
     std::string failure = Create(beside, bytes);
     if (!failure.empty())
         return failure;
+    const auto remove = [](const std::wstring* file) { DeleteFileW(file->c_str()); };
+    const std::unique_ptr<const std::wstring, decltype(remove)> removed(&beside, remove);
     if (!unchanged())
-        failure = "the file was changed by another program";
-    else if (!ReplaceFileW(target.c_str(), beside.c_str(), nullptr, 0, nullptr, nullptr))
-        failure = LastError();
-    if (!failure.empty())
-        DeleteFileW(beside.c_str());
-    return failure;
+        return "the file was changed by another program";
+    if (!ReplaceFileW(target.c_str(), beside.c_str(), nullptr, 0, nullptr, nullptr))
+        return LastError();
+    return {};
 }
 
 std::string RenameFile(const std::string& from, const std::string& to)

@@ -21,12 +21,21 @@ extern const Command TalkCommand;
 extern const Command CheckCommand;
 extern const Command ListCommand;
 extern const Command LoadLibraryCommand;
+extern const Command InstallCommand;
+extern const Command UninstallCommand;
+extern const Command GetCommand;
+extern const Command SetCommand;
+extern const Command LevelCommand;
+extern const Command InitCommand;
+extern const Command DiagLevelsCommand;
 
 namespace {
 
 constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand, &ShowCommand,
                                            &AroundCommand,  &ParamsCommand, &DiffCommand,   &CutCommand};
-constexpr const Command* SetupCommands[] = {&ListCommand, &CheckCommand};
+constexpr const Command* SetupCommands[] = {&ListCommand,  &InstallCommand, &UninstallCommand,
+                                            &CheckCommand, &GetCommand,     &SetCommand,
+                                            &LevelCommand, &InitCommand,    &DiagLevelsCommand};
 constexpr const Command* HelpCommands[] = {&CompletionCommand, &ManCommand};
 
 constexpr CommandGroup Groups[] = {

@@ -242,8 +242,9 @@ TEST(CheckedNumber, HasAnEffectOnOthers)
     EXPECT_EQ(
         OfLines(Line("DbgAPP", "debug")),
         "   !  line 9          DbgAPP = \"debug\" is no level and does not count. Write ERROR, WARN, NOTICE, INFO, DEBUG, DEBUG1, DEBUG2 or DEBUG3.\n");
-    EXPECT_EQ(With("LogFlush", "1", "0"),
-              "  --  line 8          is not 1: the last lines are lost if the application crashes.\n");
+    EXPECT_EQ(
+        With("LogFlush", "1", "0"),
+        "  --  line 8          LogFlush is not 1: the last lines are lost if the application crashes.\n");
 }
 
 TEST(CheckedPath, OfTheLibraryIsFolderAndName)

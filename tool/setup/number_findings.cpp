@@ -132,9 +132,8 @@ private:
                 "is so small that a file fills within a second: each call then changes the file. Write "
                 "\"10000000\".");
         if (Value(NumericKey::LogFlush) != 1)
-            findings_.push_back({FindingLevel::Note, "LogFlush",
-                                 "is not 1: the last lines are lost if the application crashes.",
-                                 configuration_.Number(NumericKey::LogFlush).Line});
+            Add(FindingLevel::Note, NumericKey::LogFlush, "LogFlush",
+                "is not 1: the last lines are lost if the application crashes.");
     }
 
     void Callback(NumericKey key, const char* name)

@@ -87,6 +87,7 @@ private:
         entry.RawUri = Source(uri->Value);
         entry.Uri = DecodeXmlAttribute(entry.RawUri);
         entry.Quote = text_.Utf8()[uri->Value.End];
+        entry.UriText = uri->Value;
         entry.UriBytes = {text_.FileOffset(uri->Value.Begin), text_.FileOffset(uri->Value.End)};
     }
 
@@ -183,6 +184,8 @@ std::string ReasonNotToChange(const RootFile& file, const RootEntry& entry)
         return "it has two LIBRARY_FILE elements";
     if (!entry.HasUri)
         return "it has no LIBRARY_FILE with a URI";
+    if (entry.RawUri.find_first_of("\r\n") != std::string::npos)
+        return "its URI goes over several lines";
     if (!entry.Uri)
         return "its URI holds an entity other than the five predefined ones";
     return {};

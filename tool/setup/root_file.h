@@ -26,6 +26,7 @@ struct RootEntry
     std::string RawUri;             ///< as it is written, in UTF-8
     std::optional<std::string> Uri; ///< decoded; none if it holds an unknown entity
     char Quote = '"';
+    XmlRange UriText;  ///< of RawUri in the text
     XmlRange UriBytes; ///< of RawUri in the file
 };
 

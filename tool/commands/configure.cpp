@@ -1,0 +1,295 @@
+// `marvane get`, `set`, `level` and `init`: the keys of a configuration.
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/replace_file.h"
+#include "tool/commands/arguments.h"
+#include "tool/commands/console.h"
+#include "tool/commands/json_text.h"
+#include "tool/commands/nearest.h"
+#include "tool/commands/setup_options.h"
+#include "tool/setup/configuration.h"
+#include "tool/setup/configuration_choice.h"
+#include "tool/setup/configuration_text.h"
+#include "tool/setup/setup_files.h"
+
+namespace marvane::tool {
+
+namespace {
+
+/// The file to work on, and the operands that are left.
+struct Chosen
+{
+    std::string Path;
+    std::vector<std::string> Words;
+};
+
+Chosen Choose(const Arguments& arguments)
+{
+    Chosen chosen{arguments.Value("--config").value_or(""), arguments.Operands()};
+    if (!chosen.Path.empty())
+        return chosen;
+    if (chosen.Words.empty())
+        throw UsageError("give the NAME of an entry, or --config FILE");
+    chosen.Path = ConfigurationOfEntry(arguments.Values("--root"), chosen.Words.front());
+    chosen.Words.erase(chosen.Words.begin());
+    return chosen;
+}
+
+std::string BytesOf(const std::string& path)
+{
+    const auto bytes = ReadFileBytes(path, 1 << 24);
+    if (!bytes)
+        throw Trouble(path + (IsFile(path) ? " can't be read" : " does not exist"));
+    return *bytes;
+}
+
+void RequireKey(const std::string& key)
+{
+    if (!FindNumericKey(key) && !FindStringKey(key))
+        throw UsageError("no key '" + key + "'" + DidYouMean(key, AllKeyNames()));
+}
+
+struct KeyRow
+{
+    std::string Key;
+    std::string Value;
+    std::size_t Line;
+    const char* Meaning;
+    bool IsNumber;
+};
+
+KeyRow RowOf(const Configuration& configuration, const std::string& key)
+{
+    if (const NumericKeyName* const number = FindNumericKey(key)) {
+        const SettingNumber setting = configuration.Number(number->Key);
+        return {key, std::to_string(setting.Value), setting.Line, number->Meaning, true};
+    }
+    const SettingText setting = configuration.Text(key);
+    return {key, setting.Value, setting.Line, FindStringKey(key)->Meaning, false};
+}
+
+/// Keys that have an effect or stand in the file; each of them, if keys are named.
+std::vector<KeyRow> Rows(const Configuration& configuration, const std::vector<std::string>& keys)
+{
+    std::vector<KeyRow> rows;
+    for (const std::string& key : keys) {
+        RequireKey(key);
+        rows.push_back(RowOf(configuration, key));
+    }
+    if (!keys.empty())
+        return rows;
+    for (const std::string_view key : AllKeyNames()) {
+        KeyRow row = RowOf(configuration, std::string(key));
+        const bool isQuiet = row.Meaning == std::string_view(NoEffect) ||
+                             row.Meaning == std::string_view(StartLevel) ||
+                             key.find("Tls") != std::string_view::npos;
+        if (row.Line != 0 || !isQuiet)
+            rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+std::string Shown(const KeyRow& row)
+{
+    std::string line = row.Key + "=" + row.Value;
+    line.resize(std::max<std::size_t>(line.size() + 1, 40), ' ');
+    line += row.Line == 0 ? "default " : "line " + std::to_string(row.Line);
+    line.resize(std::max<std::size_t>(line.size() + 1, 50), ' ');
+    return line + row.Meaning + "\n";
+}
+
+int RunGet(const Arguments& arguments, Console& console)
+{
+    const Chosen chosen = Choose(arguments);
+    const Configuration configuration = ReadConfiguration(chosen.Path);
+    if (!configuration.Opened)
+        throw Trouble(chosen.Path + " can't be read");
+    const std::vector<KeyRow> rows = Rows(configuration, chosen.Words);
+    if (arguments.Has("--json")) {
+        JsonObject settings;
+        for (const KeyRow& row : rows)
+            settings.AddRaw(row.Key, row.IsNumber ? row.Value : JsonString(row.Value));
+        console.Write(JsonObject()
+                          .Add("schema", "marvane.get/1")
+                          .Add("configuration", chosen.Path)
+                          .AddRaw("settings", settings.Text())
+                          .Text() +
+                      "\n");
+        return 0;
+    }
+    if (chosen.Words.size() == 1) {
+        console.Write(rows[0].Value + "\n");
+        return 0;
+    }
+    for (const KeyRow& row : rows)
+        console.Write(Shown(row));
+    return 0;
+}
+
+/// Changes keys one after the other and writes the file once.
+void Change(Console& console, const std::string& path, const std::vector<KeyValue>& changes)
+{
+    const std::string before = BytesOf(path);
+    std::string after = before;
+    std::string report;
+    for (const KeyValue& change : changes) {
+        const KeyRow old = RowOf(ParseConfiguration(after), change.Key);
+        try {
+            after = WithValue(after, change.Key, change.Value);
+        } catch (const RefusedValue& refused) {
+            throw Trouble(path + ": " + refused.what() + "; nothing was changed");
+        }
+        if (old.Value != change.Value || old.Line == 0)
+            report += change.Key + ": " + (old.Value.empty() ? "(empty)" : old.Value) + " -> " +
+                      change.Value + "   " + WhenItCounts(change.Key) + "\n";
+    }
+    if (after == before) {
+        console.Write("nothing to change in " + path + "\n");
+        return;
+    }
+    const std::string failure =
+        platform::ReplaceFileContents(path, after, [&] { return ReadFileBytes(path) == before; });
+    if (!failure.empty())
+        throw Trouble(path + ": " + failure);
+    console.Write(report);
+}
+
+int RunSet(const Arguments& arguments, Console& console)
+{
+    const Chosen chosen = Choose(arguments);
+    std::vector<KeyValue> changes;
+    for (const std::string& word : chosen.Words) {
+        const std::size_t equals = word.find('=');
+        if (equals == std::string::npos)
+            throw UsageError("'" + word + "' is not KEY=VALUE");
+        changes.push_back({word.substr(0, equals), word.substr(equals + 1)});
+        RequireKey(changes.back().Key);
+    }
+    if (changes.empty())
+        throw UsageError("give KEY=VALUE");
+    Change(console, chosen.Path, changes);
+    return 0;
+}
+
+int RunLevel(const Arguments& arguments, Console& console)
+{
+    const Chosen chosen = Choose(arguments);
+    if (chosen.Words.size() != 1 || LevelKeys(chosen.Words[0]).empty())
+        throw UsageError("give one level: calls, arguments, decoded or full");
+    std::vector<KeyValue> changes = LevelKeys(chosen.Words[0]);
+    changes.push_back({"LogEnabled", "1"});
+    Change(console, chosen.Path, changes);
+    return 0;
+}
+
+int RunInit(const Arguments& arguments, Console& console)
+{
+    const std::string path = arguments.Operands().front();
+    const bool isWindows = platform::PathSeparator == '\\';
+    NewConfiguration configuration;
+    std::string library = arguments.Value("--library").value_or("");
+    if (!library.empty())
+        library = PathText(std::filesystem::absolute(FilePath(library)).lexically_normal());
+    configuration.InstalledPath = library.empty() ? "." : ParentOf(library) + platform::PathSeparator;
+    configuration.TargetName =
+        library.empty() ? (isWindows ? "VendorPDU.dll" : "libVendorPDU.so") : FileNameOf(library);
+    configuration.LogFolder =
+        arguments.Value("--log-dir")
+            .value_or(isWindows ? "%LOCALAPPDATA%\\Marvane\\logs\\" : "%HOME%/.local/state/marvane/");
+    if (!configuration.LogFolder.ends_with(platform::PathSeparator))
+        configuration.LogFolder += platform::PathSeparator;
+    configuration.Level = arguments.Value("--level").value_or("decoded");
+    const std::string failure =
+        platform::CreateNewFile(path, ConfigurationText(configuration, platform::PathSeparator));
+    if (!failure.empty())
+        throw Trouble(path + ": " + failure);
+    console.Write("written: " + path + "\n");
+    if (library.empty())
+        console.Note("set InstalledPath and PDUAPILibDll to the library that Marvane stands in front of");
+    return 0;
+}
+
+constexpr Option FileOptionList[] = {
+    {"--config", "FILE", "This configuration instead of that of an entry"},
+};
+constexpr OptionGroup FileOptions = {"Which configuration", FileOptionList};
+constexpr OptionGroup GetGroups[] = {FileOptions, RootOptions, JsonOptions};
+constexpr OptionGroup SetGroups[] = {FileOptions, RootOptions};
+
+constexpr Example GetExamples[] = {
+    {"get VendorPDU", "the settings of an entry, with their lines"},
+    {"get VendorPDU LogFileDir", "one value alone, for scripts"},
+};
+constexpr Example SetExamples[] = {
+    {"set VendorPDU LogFlush=1", "lose no line in a crash"},
+    {"set --config D_PDU_API_CFG.xml LogFileDir=D:\\Logs\\", "in a file"},
+};
+constexpr Example LevelExamples[] = {
+    {"level VendorPDU full", "everything, with the bytes"},
+    {"level VendorPDU calls", "one line at entry and exit of each call"},
+};
+
+constexpr Option InitOptionList[] = {
+    {"--library", "FILE", "The target library"},
+    {"--log-dir", "FOLDER", "Folder of the logs"},
+    {"--level", "LEVEL", "calls, arguments, decoded (the default) or full", LevelNames},
+};
+constexpr OptionGroup InitGroups[] = {{"What it says", InitOptionList}};
+constexpr Example InitExamples[] = {
+    {"init D_PDU_API_CFG.xml", "a configuration to fill in"},
+    {"init D_PDU_API_CFG.xml --library /opt/vendor/libpdu.so --log-dir /var/log/marvane/", "one that works"},
+};
+
+} // namespace
+
+extern const Command GetCommand;
+constinit const Command GetCommand = {
+    .Name = "get",
+    .Purpose = "Show the settings of a configuration as Marvane reads them",
+    .Takes = {.Text = "[NAME] [KEY]...", .Most = AnyNumber, .AreFiles = false},
+    .Description =
+        "NAME is an entry that leads to Marvane; with --config there is none. Without KEY, every setting that "
+        "has an effect. One KEY: its value alone.",
+    .Examples = GetExamples,
+    .Groups = GetGroups,
+    .Run = RunGet,
+};
+
+extern const Command SetCommand;
+constinit const Command SetCommand = {
+    .Name = "set",
+    .Purpose = "Change settings of a configuration",
+    .Takes = {.Text = "[NAME] KEY=VALUE...", .Least = 1, .Most = AnyNumber, .AreFiles = false},
+    .Description =
+        "The value is changed where it stands; comments, order and every other byte stay. A value that Marvane "
+        "would not read as it is meant is refused. The file is replaced in one step.",
+    .Examples = SetExamples,
+    .Groups = SetGroups,
+    .Run = RunSet,
+};
+
+extern const Command LevelCommand;
+constinit const Command LevelCommand = {
+    .Name = "level",
+    .Purpose = "Set how much is logged: calls, arguments, decoded or full",
+    .Takes = {.Text = "[NAME] LEVEL", .Least = 1, .Most = 2, .AreFiles = false},
+    .Description =
+        "calls: entry and exit of each call. arguments: their arguments and the events too. decoded: arguments "
+        "and results in words. full: with the bytes, and a line when the library returns.",
+    .Examples = LevelExamples,
+    .Groups = SetGroups,
+    .Run = RunLevel,
+};
+
+extern const Command InitCommand;
+constinit const Command InitCommand = {
+    .Name = "init",
+    .Purpose = "Write a commented configuration",
+    .Takes = {.Text = "FILE", .Least = 1, .Most = 1},
+    .Description = "Never overwrites a file.",
+    .Examples = InitExamples,
+    .Groups = InitGroups,
+    .Run = RunInit,
+};
+
+} // namespace marvane::tool

@@ -1,0 +1,172 @@
+#include <algorithm>
+
+#include "config/paths.h"
+#include "line/file_names.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/library.h"
+#include "platform/replace_file.h"
+#include "tool/setup/configuration.h"
+#include "tool/setup/file_changes.h"
+#include "tool/setup/install.h"
+#include "tool/setup/root_file.h"
+#include "tool/setup/setup_files.h"
+
+namespace marvane::tool {
+
+namespace {
+
+class Uninstaller
+{
+public:
+    explicit Uninstaller(const UninstallOptions& options) : options_(options) {}
+
+    std::string Run()
+    {
+        for (InstalledCopy& copy : InstalledCopies(CopyFolders(options_.To)))
+            if (IsWanted(copy))
+                copies_.push_back(std::move(copy));
+        if (copies_.empty())
+            throw InstallRefused(options_.Name.empty()
+                                     ? "nothing is installed"
+                                     : "nothing is installed for an entry \"" + options_.Name + "\"");
+        for (const InstalledCopy& copy : copies_)
+            for (const std::string& folder : {copy.Folder, ParentOf(copy.Root)})
+                if (IsFolder(folder) && !platform::CanWriteInFolder(folder))
+                    throw InstallRefused("this needs the right to write to " + folder +
+                                         ": run it as administrator" +
+                                         (platform::PathSeparator == '/' ? " (sudo)" : ""));
+        for (const InstalledCopy& copy : copies_)
+            Remove(copy);
+        return report_;
+    }
+
+private:
+    bool IsWanted(const InstalledCopy& copy) const
+    {
+        const bool isOfRoot =
+            options_.Roots.empty() ||
+            std::any_of(options_.Roots.begin(), options_.Roots.end(),
+                        [&](const std::string& root) { return IsSameFile(root, copy.Root); });
+        return isOfRoot && (options_.Name.empty() || copy.Entry == options_.Name);
+    }
+
+    void Add(std::string head, const std::string& text)
+    {
+        head.insert(0, 3, ' ');
+        head.resize(17, ' ');
+        report_ += head + text + "\n";
+    }
+
+    void Remove(const InstalledCopy& copy)
+    {
+        report_ += copy.Entry + "\n";
+        Restore(copy);
+        if (options_.Logs)
+            RemoveLogs(copy);
+        RemoveFiles(copy);
+    }
+
+    /// Puts the old value back, if ours is still there.
+    void Restore(const InstalledCopy& copy)
+    {
+        if (!IsFile(copy.Root))
+            return Add("note", copy.Root + " does not exist any more");
+        const auto bytes = ReadFileBytes(copy.Root, RootFileLimit);
+        if (!bytes)
+            throw InstallRefused(copy.Root + " can't be read");
+        const std::string target = PathText(std::filesystem::canonical(FilePath(copy.Root)));
+        std::string restored;
+        try {
+            const RootFile file = ParseRootFile(*bytes);
+            const auto entry =
+                std::find_if(file.Entries.begin(), file.Entries.end(), [&](const RootEntry& candidate) {
+                    return candidate.ShortName == copy.Entry && candidate.RawUri == copy.NewUri;
+                });
+            if (entry == file.Entries.end())
+                return Add("note",
+                           copy.Root + " no longer leads to this copy: somebody put another path there");
+            const UriChange change[] = {
+                {static_cast<std::size_t>(entry - file.Entries.begin()), copy.OldUri}};
+            restored = WithUris(file, change);
+        } catch (const XmlError& error) {
+            throw InstallRefused(copy.Root + " " + error.what());
+        }
+        if (options_.DryRun)
+            return Add("would change",
+                       "LIBRARY_FILE of \"" + copy.Entry + "\" in " + target + " back to " + copy.OldUri);
+        FileChanges changes;
+        changes.Replace(target, *bytes, restored);
+        changes.Keep();
+        Add("restored", "LIBRARY_FILE of \"" + copy.Entry + "\" in " + target);
+        RemoveBackups(target, restored);
+    }
+
+    void RemoveBackups(const std::string& root, const std::string& restored)
+    {
+        const std::string begin = FileNameOf(root) + ".marvane-";
+        for (const std::string& name : NamesIn(ParentOf(root))) {
+            if (!name.starts_with(begin) || !name.ends_with(".bak"))
+                continue;
+            const std::string path = ParentOf(root) + platform::PathSeparator + name;
+            if (ReadFileBytes(path, RootFileLimit) == restored)
+                platform::RemoveFile(path);
+            else
+                Add("kept", path + " differs from the file that is there now");
+        }
+    }
+
+    void RemoveLogs(const InstalledCopy& copy)
+    {
+        const Configuration configuration =
+            ReadConfiguration(copy.Folder + platform::PathSeparator + ConfigurationFileName);
+        const std::string folder =
+            LogFolder(configuration.Text("LogFileDir").Value, platform::ExpandEnvironment);
+        std::size_t count = 0;
+        for (const std::string& name : NamesIn(folder)) {
+            if (!ParseLogFileName(name))
+                continue;
+            ++count;
+            if (!options_.DryRun)
+                platform::RemoveFile(folder + platform::PathSeparator + name);
+        }
+        std::error_code notEmpty;
+        if (!options_.DryRun)
+            std::filesystem::remove(FilePath(folder), notEmpty);
+        Add(options_.DryRun ? "would delete" : "deleted", std::to_string(count) + " log files in " + folder);
+    }
+
+    void RemoveFiles(const InstalledCopy& copy)
+    {
+        if (options_.DryRun)
+            return Add("would remove", copy.Folder);
+        const std::string base = copy.Folder + platform::PathSeparator;
+        const std::string library = base + platform::OwnLibraryName;
+        if (!RemoveOrRename(library))
+            Add("note",
+                library + " is in use: it was renamed; remove the folder when the application has ended");
+        platform::RemoveFile(base + ConfigurationFileName);
+        platform::RemoveFile(base + RecordName);
+        std::error_code notEmpty;
+        std::filesystem::remove(FilePath(copy.Folder), notEmpty);
+        if (!IsFolder(copy.Folder)) {
+            Add("removed", copy.Folder);
+            if (options_.To.empty()) // The default folder of all copies, once it is empty.
+                std::filesystem::remove(FilePath(ParentOf(copy.Folder)), notEmpty);
+        } else
+            Add("kept", copy.Folder + " holds other files");
+    }
+
+    const UninstallOptions& options_;
+    std::vector<InstalledCopy> copies_;
+    std::string report_;
+};
+
+} // namespace
+
+std::string Uninstall(const UninstallOptions& options)
+{
+    return Uninstaller(options).Run();
+}
+
+} // namespace marvane::tool

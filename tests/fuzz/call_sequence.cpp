@@ -37,11 +37,13 @@ void CallSequence::Run(int steps)
     session_.Fake().TakeCalls();
 }
 
-void CallSequence::RunEachCall(int rounds)
+void CallSequence::RunEachCall(int rounds, const SequenceSettings& changed)
 {
     RecordSource zeros(nullptr, 0, BlockMemory::Guarded);
     SequenceSettings settings = RandomSettings(zeros, session_.LogFolder().string());
     settings["LogMaxPduBuff"] = "100000";
+    for (const auto& [key, value] : changed)
+        settings[key] = value;
     Configure(settings);
     for (int i = 0; i < rounds; ++i) {
         // Long enough for records with several lists.

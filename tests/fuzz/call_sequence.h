@@ -20,7 +20,10 @@ public:
     void Run(int steps);
     /// Makes each of the 29 calls this often with everything decoded, and as many events and reports, until a
     /// check fails.
-    void RunEachCall(int rounds);
+    void RunEachCall(int rounds, const SequenceSettings& changed = {});
+
+    /// What the logger must have logged.
+    const std::vector<SequenceChecks::Mark>& History() { return logger_.Checks().History(); }
 
     const CheckCounts& Counts() { return logger_.Checks().Counts(); }
 

@@ -66,13 +66,16 @@ void SequenceChecks::NoteStart(const Start& start, bool isNested)
 
 void SequenceChecks::Expect(const std::string& text, bool mayBeMissing)
 {
-    if (!doubt_)
-        expected_.push_back({ThreadText() + text, mayBeMissing});
+    if (doubt_)
+        return;
+    expected_.push_back({ThreadText() + text, mayBeMissing});
+    history_.push_back(expected_.back());
 }
 
 void SequenceChecks::Doubt()
 {
     doubt_ = true;
+    history_.clear();
     expected_.clear();
     seen_.clear();
 }

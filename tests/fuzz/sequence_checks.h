@@ -25,6 +25,13 @@ struct CheckCounts
 class SequenceChecks
 {
 public:
+    /// A line that the log must hold: thread id, space, text.
+    struct Mark
+    {
+        std::string Text;
+        bool MayBeMissing;
+    };
+
     explicit SequenceChecks(std::filesystem::path logFolder) : follower_(std::move(logFolder)) {}
 
     /// A step begins. Its checks are those of its end.
@@ -47,14 +54,10 @@ public:
     void Plant(const std::string& name) { follower_.Plant(name); }
     const CheckCounts& Counts() const { return counts_; }
 
-private:
-    /// A line that the log must hold: thread id, space, text.
-    struct Mark
-    {
-        std::string Text;
-        bool MayBeMissing;
-    };
+    /// All that was expected since the beginning, or since the last doubt.
+    const std::vector<Mark>& History() const { return history_; }
 
+private:
     void CheckLines(const LoggerModel& model);
     void GatherMarks(const std::vector<LogLine>& lines);
     void CheckMarks();
@@ -67,6 +70,7 @@ private:
     LogFollower follower_;
     bool doubt_ = false;
     std::deque<Mark> expected_;
+    std::vector<Mark> history_;
     std::deque<std::string> seen_;
     CheckCounts counts_;
 

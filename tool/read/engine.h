@@ -82,6 +82,7 @@ private:
     void BeginSession();
     void ReadHeader(std::string_view rest);
     void ReadSetting(std::string_view rest);
+    void EndSession();
     void ReplaceSession(Session& old);
     void EndDeadSession(Session& old);
     void EndHeader(ThreadState& thread);
@@ -95,7 +96,6 @@ private:
     bool IsLost(const Frame& frame, bool nextIsEvent) const;
     bool IsDoubtful(const Frame& frame, bool nextIsEvent);
     bool BeginsResultsOf(const Frame& frame, std::string_view line);
-    void LeaveDoubtful();
     Frame* FindFrame(std::string_view name);
     Frame& Open(std::string_view entry);
     Frame& OpenOrphan();

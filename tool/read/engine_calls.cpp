@@ -65,16 +65,6 @@ bool LogReader::Engine::IsDoubtful(const Frame& frame, bool nextIsEvent)
     return frame.IsEvent ? nextIsEvent && hasCalls : !nextIsEvent && hasEvents;
 }
 
-/// The thread's innermost frame has left as it should: what was doubtful around it was left long before.
-void LogReader::Engine::LeaveDoubtful()
-{
-    auto& open = thread_->Open;
-    while (open.size() >= 2 && open[open.size() - 2]->IsDoubtful) {
-        std::swap(open[open.size() - 2], open[open.size() - 1]);
-        Close(*thread_, CallState::InFlight);
-    }
-}
-
 Frame& LogReader::Engine::Open(std::string_view entry)
 {
     std::unique_ptr<Frame> frame = pool_.Get();
@@ -194,8 +184,9 @@ void LogReader::Engine::ReadExit(std::string_view rest)
     record.EndTime = time_;
     record.Status = exit.Status;
     record.StatusName = exit.StatusName;
-    session_->IsEnded |= record.Which == Function::Destruct;
-    LeaveDoubtful();
+    frame->IsDoubtful = false;
+    if (record.Which == Function::Destruct)
+        EndSession();
     Close(*thread_, CallState::Returned);
 }
 

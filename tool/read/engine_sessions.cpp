@@ -18,8 +18,6 @@ void LogReader::Engine::Assign(const KnownLine& line)
     if (session_ && !IsStale(line))
         return;
     const bool isNew = session_ == nullptr;
-    while (thread_->Top())
-        Close(*thread_, CallState::InFlight);
     const bool beginsFile = isFileFresh_ && !isComms_ && isNew;
     session_ = beginsFile ? nullptr : sessions_.Newest();
     if (session_) {
@@ -88,6 +86,17 @@ const LogReader::Engine::CallSettings& LogReader::Engine::Settings()
         settings_ = {session_->Number, session_->NumberOf("LogFnCalls"), session_->NumberOf("LogCbCalls"),
                      session_->NumberOf("LogCallOuts")};
     return settings_;
+}
+
+/// PDUDestruct returns. A call that is still open leaves no further line, unless PDUConstruct comes first.
+void LogReader::Engine::EndSession()
+{
+    session_->IsEnded = true;
+    threads_.ForEach([this](ThreadState& thread) {
+        if (thread.Session == session_->Number)
+            for (const auto& frame : thread.Open)
+                frame->IsDoubtful = true;
+    });
 }
 
 /// A second PDUConstruct: the threads of the old session go on in the new one, within their calls.

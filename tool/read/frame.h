@@ -18,8 +18,7 @@ public:
     bool IsEvent = false;
     bool IsOrphan = false; ///< its entry line is not in the log
     bool IsInResults = false;
-    /// Something was entered where this can't be open: either its exit line or the other's entry line is
-    /// damaged.
+    /// It may have been left without an exit line: it encloses nothing until it shows that it is open.
     bool IsDoubtful = false;
 
     /// Makes a used frame new; keeps its memory.

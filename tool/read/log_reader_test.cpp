@@ -69,16 +69,27 @@ TEST(LogReader, LeavesACallWhoseResultsHaveNoExitLine)
                           "3..4 call PDUDisconnect returned 0 thread 1 depth 0 in 0 out 0 0 ms\n");
 }
 
-TEST(LogReader, LeavesACallIfTheNextOneCanNotBeInsideIt)
+TEST(LogReader, DoesNotPutACallInsideOneThatCanNotBeOpen)
 {
     EXPECT_EQ(ReadLines("1 LogHeader{Loaded=0}\n"
                         "1 Config setting: LogCbCalls           =         1 (0x00000001)\n"
                         "1 + PDUConnect\n"
                         "1 + PDUDisconnect\n"
                         "1 - PDUDisconnect<PDU_STATUS_NOERROR (0x0000)>\n"),
-              NoSession + "3..3 call PDUConnect in flight thread 1 depth 0 in 0 out 0 0 ms\n"
-                          "3 in flight: PDUConnect\n"
-                          "4..5 call PDUDisconnect returned 0 thread 1 depth 0 in 0 out 0 0 ms\n");
+              NoSession + "4..5 call PDUDisconnect returned 0 thread 1 depth 0 in 0 out 0 0 ms\n"
+                          "3..3 call PDUConnect in flight thread 1 depth 0 in 0 out 0 0 ms\n"
+                          "3 in flight: PDUConnect\n");
+}
+
+TEST(LogReader, JoinsACallThatWasDoubtedAllTheSame)
+{
+    EXPECT_EQ(ReadLines("1 Config setting: LogCbCalls           =         1 (0x00000001)\n"
+                        "1 + PDUConnect\n"
+                        "1 + PDUDisconnect\n"
+                        "1 - PDUDisconnect<PDU_STATUS_NOERROR (0x0000)>\n"
+                        "1 - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n"),
+              NoSession + "3..4 call PDUDisconnect returned 0 thread 1 depth 0 in 0 out 0 0 ms\n"
+                          "2..5 call PDUConnect returned 0 thread 1 depth 0 in 0 out 0 0 ms\n");
 }
 
 TEST(LogReader, NestsCallsIfCallbacksAreNotLogged)

@@ -27,15 +27,16 @@ extern const Command GetCommand;
 extern const Command SetCommand;
 extern const Command LevelCommand;
 extern const Command InitCommand;
+extern const Command StatusCommand;
 extern const Command DiagLevelsCommand;
 
 namespace {
 
 constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand, &ShowCommand,
                                            &AroundCommand,  &ParamsCommand, &DiffCommand,   &CutCommand};
-constexpr const Command* SetupCommands[] = {&ListCommand,  &InstallCommand, &UninstallCommand,
-                                            &CheckCommand, &GetCommand,     &SetCommand,
-                                            &LevelCommand, &InitCommand,    &DiagLevelsCommand};
+constexpr const Command* SetupCommands[] = {
+    &ListCommand, &InstallCommand, &UninstallCommand, &StatusCommand, &CheckCommand,
+    &GetCommand,  &SetCommand,     &LevelCommand,     &InitCommand,   &DiagLevelsCommand};
 constexpr const Command* HelpCommands[] = {&CompletionCommand, &ManCommand};
 
 constexpr CommandGroup Groups[] = {

@@ -11,6 +11,8 @@
 #include "platform/files.h"
 #include "platform/library.h"
 #include "tool/commands/arguments.h"
+#include "tool/setup/configuration_choice.h"
+#include "tool/setup/installed_copy.h"
 
 namespace marvane::tool {
 
@@ -23,6 +25,22 @@ std::string ConfigurationHere()
     if (const std::optional<std::string> named = platform::EnvironmentVariable(ConfigurationVariable))
         return *named;
     return ConfigurationBeside(platform::OwnModulePath(LongestPath).Path, platform::PathSeparator);
+}
+
+/// The log folder of an entry that install made, wherever its root description file is, else of one that
+/// leads to Marvane.
+std::string LogFolderOfEntry(const std::string& name)
+{
+    std::string configuration;
+    for (const InstalledCopy& copy : InstalledCopies(DefaultCopyFolders()))
+        if (copy.Entry == name)
+            configuration = copy.Folder + platform::PathSeparator + ConfigurationFileName;
+    if (configuration.empty())
+        configuration = ConfigurationOfEntry({}, name);
+    const std::optional<std::string> folder = LogFolderOf(configuration);
+    if (!folder || folder->empty())
+        throw Trouble(configuration + " names no log folder in LogFileDir");
+    return *folder;
 }
 
 } // namespace
@@ -46,7 +64,7 @@ std::optional<std::string> LogFolderOf(const std::string& configuration)
 std::string DefaultLogFolder(const std::optional<std::string>& entry)
 {
     if (entry)
-        throw Trouble("no installed entry '" + *entry + "'");
+        return LogFolderOfEntry(*entry);
     const std::string configuration = ConfigurationHere();
     const std::optional<std::string> folder = LogFolderOf(configuration);
     if (folder && !folder->empty())

@@ -70,7 +70,7 @@ std::string LibraryFor(const std::string& from, Machine machine, const std::stri
                          (from.empty() ? "beside this command; name its folder with --from" : "in " + from));
 }
 
-std::string DefaultLogFolder(const std::string& entry)
+std::string LogFolderByDefault(const std::string& entry)
 {
     const std::string name = FolderName(entry);
     return platform::PathSeparator == '/' ? "%HOME%/.local/state/marvane/" + name + "/"
@@ -216,7 +216,7 @@ private:
     std::string LogFolderFor(const std::string& entry) const
     {
         if (!options_.LogFolder)
-            return DefaultLogFolder(entry);
+            return LogFolderByDefault(entry);
         std::string folder = *options_.LogFolder;
         if (!folder.ends_with(platform::PathSeparator))
             folder += platform::PathSeparator;

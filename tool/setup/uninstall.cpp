@@ -83,9 +83,12 @@ private:
                 std::find_if(file.Entries.begin(), file.Entries.end(), [&](const RootEntry& candidate) {
                     return candidate.ShortName == copy.Entry && candidate.RawUri == copy.NewUri;
                 });
-            if (entry == file.Entries.end())
+            if (entry == file.Entries.end()) {
+                if (!options_.DryRun)
+                    RemoveBackups(target, *bytes);
                 return Add("note",
                            copy.Root + " no longer leads to this copy: somebody put another path there");
+            }
             const UriChange change[] = {
                 {static_cast<std::size_t>(entry - file.Entries.begin()), copy.OldUri}};
             restored = WithUris(file, change);
@@ -133,7 +136,8 @@ private:
         std::error_code notEmpty;
         if (!options_.DryRun)
             std::filesystem::remove(FilePath(folder), notEmpty);
-        Add(options_.DryRun ? "would delete" : "deleted", std::to_string(count) + " log files in " + folder);
+        Add(options_.DryRun ? "would delete" : "deleted",
+            std::to_string(count) + (count == 1 ? " log file in " : " log files in ") + folder);
     }
 
     void RemoveFiles(const InstalledCopy& copy)

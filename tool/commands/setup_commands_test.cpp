@@ -1,0 +1,193 @@
+// The commands of the set-up as they are typed: what they print, their exit status, and that the chain works.
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "platform/child_process.h"
+#include "platform/files.h"
+#include "platform/library.h"
+#include "tests/support/session.h"
+#include "tool/setup/configuration_findings.h"
+#include "tool/setup/file_uri.h"
+#include "tool/setup/root_file.h"
+
+namespace marvane::tool {
+namespace {
+
+class SetupCommands : public ::testing::Test
+{
+protected:
+    SetupCommands()
+    {
+        testing::WriteFileBytes(
+            root, "<MVCI_PDU_API_ROOT>\n<MVCI_PDU_API><SHORT_NAME>SimVci</SHORT_NAME><LIBRARY_FILE "
+                  "URI=\"" +
+                      UriOfPath(library, platform::PathSeparator) +
+                      "\"/></MVCI_PDU_API>\n</MVCI_PDU_API_ROOT>\n");
+    }
+
+    /// Standard output of a command, the folder of the test as DIR; a line with the exit status if that is
+    /// not 0.
+    std::string Run(std::vector<std::string> words) const
+    {
+        words.insert(words.begin(), testing::BuildFolder() + "marvane" + Extension());
+        const platform::ChildResult result = platform::RunChild(words);
+        std::string output = Named(result.Output);
+        if (result.Status != 0)
+            output += "exit status " + std::to_string(result.Status) + "\n";
+        return output;
+    }
+    std::string Named(std::string text) const
+    {
+        std::erase(text, '\r');
+        for (const auto& [path, name] :
+             {std::pair(folder.Path().string(), std::string("DIR")),
+              std::pair(testing::BuildFolder(), std::string("BUILD/")),
+              std::pair(std::string(platform::OwnLibraryName), std::string("LIBRARY")),
+              std::pair(testing::LibraryName("SimVci"), std::string("VENDOR"))})
+            for (std::size_t at = text.find(path); at != std::string::npos; at = text.find(path))
+                text.replace(at, path.size(), name);
+        if (platform::PathSeparator == '\\')
+            std::replace(text.begin(), text.end(), '\\', '/');
+        return text;
+    }
+    static std::string Extension() { return platform::PathSeparator == '\\' ? ".exe" : ""; }
+    std::string Install() const
+    {
+        return Run({"install", "SimVci", "--root", root, "--to", folder / "copies", "--from",
+                    testing::BuildFolder(), "--log-dir", folder / "logs", "--flush"});
+    }
+
+    testing::TemporaryFolder folder;
+    std::string library = testing::BuildFolder() + testing::LibraryName("SimVci");
+    std::string root = folder / "root.xml";
+    std::string bits = sizeof(void*) == 8 ? "64-bit" : "32-bit";
+};
+
+TEST_F(SetupCommands, ListShowsTheLibraryAndMarvaneInFrontOfIt)
+{
+    EXPECT_EQ(Run({"list", "--root", root}), "DIR/root.xml  (--root)\n\n"
+                                             "SimVci\n"
+                                             "   library     BUILD/VENDOR\n"
+                                             "               1.4.2.7, " +
+                                                 bits + ", 29 of 29 functions\n");
+    Install();
+    EXPECT_EQ(Run({"list", "--root", root}), "DIR/root.xml  (--root)\n\n"
+                                             "SimVci\n"
+                                             "   library     DIR/copies/SimVci/LIBRARY\n"
+                                             "               Marvane 1.0.0.0, " +
+                                                 bits +
+                                                 ", 29 of 29 functions\n"
+                                                 "   behind it   BUILD/VENDOR\n"
+                                                 "               1.4.2.7, " +
+                                                 bits + ", 29 of 29 functions\n");
+}
+
+TEST_F(SetupCommands, ListComplainsAboutAFileThatIsNone)
+{
+    EXPECT_EQ(Run({"list", "--root", folder / "none.xml"}),
+              "DIR/none.xml  (--root)\n               does not exist\nexit status 2\n");
+}
+
+TEST_F(SetupCommands, TheInstalledChainLogsASession)
+{
+    Install();
+    const std::string copy =
+        PathOfUri(ParseRootFile(testing::FileBytes(root)).Entries.at(0).Uri.value(), platform::PathSeparator);
+    const platform::ChildResult session = platform::RunChild(
+        {testing::BuildFolder() + "diag_session" + Extension(), "--library", copy, "--quiet"});
+    EXPECT_EQ(session.Status, 0) << session.Output;
+    const std::string status = Run({"status", "--root", root, "--to", folder / "copies"});
+    EXPECT_TRUE(status.starts_with("SimVci\n   chain       application -> Marvane 1.0.0.0 -> VENDOR 1.4.2.7\n"
+                                   "   logging     on, decoded\n   logs in     DIR/logs/   1 file, "))
+        << status;
+    EXPECT_TRUE(status.ends_with("ended with PDUDestruct\n")) << status;
+}
+
+TEST_F(SetupCommands, StatusNoticesThatMarvaneWasRemoved)
+{
+    const std::string before = testing::FileBytes(root);
+    Install();
+    testing::WriteFileBytes(root, before);
+    EXPECT_EQ(
+        Run({"status", "--root", root, "--to", folder / "copies"}),
+        "SimVci\n   chain       application -> Marvane 1.0.0.0 -> VENDOR 1.4.2.7\n"
+        " ! not used    somebody put another path into the root description file: " +
+            Named(UriOfPath(library, platform::PathSeparator)) +
+            "\n   logging     on, decoded\n   logs in     DIR/logs/   0 files, 0.0 MB\nexit status 1\n");
+}
+
+TEST_F(SetupCommands, CheckOfAHealthyEntryEndsWithItsOutcome)
+{
+    const testing::EnvironmentValue none("PDU_CFG_FILE", std::nullopt);
+    Install();
+    const std::string checked = Run({"check", "SimVci", "--root", root});
+    EXPECT_TRUE(checked.starts_with("SimVci\n\n  ok  Marvane         DIR/copies/SimVci/LIBRARY\n"))
+        << checked;
+    EXPECT_TRUE(checked.ends_with("\n0 errors, 0 warnings\nOutcome: works, log in DIR/logs/.\n")) << checked;
+}
+
+TEST_F(SetupCommands, CheckOfAnEntryWithoutMarvaneSaysSo)
+{
+    EXPECT_EQ(
+        Run({"check", "SimVci", "--root", root}),
+        "SimVci\n\n   !  root file       DIR/root.xml\n"
+        "                      entry \"SimVci\" leads to the vendor's library: Marvane is not called. Run\n"
+        "                      \"marvane install\".\n"
+        "  ok  target library  BUILD/VENDOR\n                      1.4.2.7, " +
+            bits + ", 29 of 29 functions\n\n0 errors, 1 warning\nOutcome: works, no log.\nexit status 1\n");
+}
+
+TEST_F(SetupCommands, SetAndLevelChangeWhatGetShows)
+{
+    Install();
+    EXPECT_EQ(Run({"get", "SimVci", "LogFlush", "--root", root}), "1\n");
+    EXPECT_EQ(Run({"set", "SimVci", "LogFlush=0", "LogFileMaxNum=3", "--root", root}),
+              "LogFlush: 1 -> 0   takes effect at the next PDUConstruct\n"
+              "LogFileMaxNum: 18 -> 3   takes effect at the next PDUConstruct\n");
+    EXPECT_EQ(Run({"get", "SimVci", "LogFlush", "--root", root}), "0\n");
+    EXPECT_EQ(Run({"level", "SimVci", "calls", "--root", root}),
+              "LogFnCalls: 2 -> 1   takes effect at the next PDUConstruct\n"
+              "LogFnDecodeArgs: 1 -> 0   takes effect at the next PDUConstruct\n"
+              "LogFnDecodeRsps: 1 -> 0   takes effect at the next PDUConstruct\n"
+              "LogCbCalls: 1 -> 0   takes effect at the next PDUConstruct\n");
+    EXPECT_EQ(Run({"set", "SimVci", "LogFlush=on", "--root", root}), "exit status 2\n");
+    EXPECT_EQ(Run({"set", "SimVci", "NoKey=1", "--root", root}), "exit status 2\n");
+}
+
+TEST_F(SetupCommands, InitWritesAConfigurationAndNeverOverwritesOne)
+{
+    const std::string file = folder / "cfg.xml";
+    EXPECT_EQ(Run({"init", file, "--library", library, "--log-dir", folder / "logs"}),
+              "written: DIR/cfg.xml\n");
+    const std::string bytes = testing::FileBytes(file);
+    EXPECT_EQ(Run({"get", "--config", file, "PDUAPILibDll"}), "VENDOR\n");
+    EXPECT_EQ(Run({"init", file}), "exit status 2\n");
+    EXPECT_EQ(testing::FileBytes(file), bytes);
+}
+
+TEST_F(SetupCommands, DiagLevelsChangesTheTableInPlace)
+{
+    const testing::EnvironmentValue appData("APPDATA", folder.Path().string());
+    EXPECT_EQ(Run({"diag-levels", "DATA", "GENERAL"}), "DATA        WARN\nGENERAL     WARN\n");
+    EXPECT_EQ(Run({"diag-levels", "DATA=DEBUG1", "TIMER=OFF"}), "DATA        DEBUG1\nTIMER       OFF\n");
+    EXPECT_EQ(Run({"diag-levels", "DATA=LOUD"}), "exit status 2\n");
+    const auto separator = std::string(1, platform::PathSeparator);
+    const std::string table =
+        testing::FileBytes(folder / ("Kestrix" + separator + "PDUAPI" + separator + "DEBUG.CFG"));
+    EXPECT_EQ(table.size(), 76u);
+    EXPECT_EQ(table.substr(0, 4), std::string("\1\0\0\0", 4));
+    EXPECT_EQ(table.substr(17 * 4), std::string("\5\0\0\0\xFF\xFF\xFF\xFF", 8));
+}
+
+TEST_F(SetupCommands, WrongUsageIsStatusTwo)
+{
+    EXPECT_EQ(Run({"install", "--root", root}), "exit status 2\n");
+    EXPECT_EQ(Run({"install", "SimVci", "--all", "--root", root}), "exit status 2\n");
+    EXPECT_EQ(Run({"install", "SimVci", "--max-size", "9Q", "--root", root}), "exit status 2\n");
+    EXPECT_EQ(Run({"check", "SimVci", "--config", "x", "--root", root}), "exit status 2\n");
+    EXPECT_EQ(Run({"uninstall", "SimVci", "--to", folder / "none"}), "exit status 2\n");
+}
+
+} // namespace
+} // namespace marvane::tool

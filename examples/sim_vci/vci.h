@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "examples/sim_vci/alarm.h"
 #include "examples/sim_vci/comparams.h"
 #include "examples/sim_vci/ecu.h"
 #include "examples/sim_vci/items.h"
@@ -22,8 +23,6 @@
 namespace sim {
 
 inline constexpr UNUM32 ModuleHandle = 1;
-
-using Clock = std::chrono::steady_clock;
 
 /// An expected response, copied from the application.
 struct Expected
@@ -133,7 +132,7 @@ public:
     void PutStatus(Outbox& outbox, UNUM32 hCLL, const ComPrimitive* primitive, T_PDU_STATUS status);
     void PutInfo(Outbox& outbox, T_PDU_INFO code);
     /// Wakes the worker after a change of the ComPrimitives.
-    void Wake() { wake_.notify_all(); }
+    void Wake() { alarm_.Ring(); }
     /// Ends a ComPrimitive that is running or waiting. The caller holds Mutex.
     void Cancel(Outbox& outbox, ComPrimitive& primitive);
     /// Makes the comms reports, then calls the event callbacks. The caller must not hold Mutex.
@@ -182,7 +181,7 @@ private:
     /// Returns once the worker has come as far as `state`.
     void WaitForWorker(Worker state);
 
-    std::condition_variable wake_;
+    Alarm alarm_;
     std::condition_variable workerChanged_;
     std::thread thread_;
     SystemThread systemThread_ = 0;

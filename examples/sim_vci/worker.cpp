@@ -66,10 +66,9 @@ void Vci::RunUntilStopped(std::unique_lock<std::mutex>& hold)
     while (!stopping_) {
         const auto due = NextDue();
         if (!due || *due > Clock::now()) {
-            if (due)
-                wake_.wait_until(hold, *due);
-            else
-                wake_.wait(hold);
+            hold.unlock();
+            alarm_.Wait(due);
+            hold.lock();
             continue;
         }
         Outbox outbox;

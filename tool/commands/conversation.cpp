@@ -33,9 +33,16 @@ Conversation::Conversation()
 void Conversation::Restart()
 {
     exchanges_.emplace(static_cast<read::ExchangeSink&>(*this), SuppressesAnswer);
+    exchanges_->Links().SetNames(names_);
     params_ = {};
     waiting_.clear();
     waitingBytes_ = 0;
+}
+
+void Conversation::UseNames(read::LinkNames names)
+{
+    names_ = std::move(names);
+    exchanges_->Links().SetNames(names_);
 }
 
 void Conversation::OnEntry(const read::Call& call, bool isEvent)

@@ -35,6 +35,11 @@ public:
     /// One after the other, in order.
     virtual void OnUtterance(const Utterance& utterance) = 0;
 
+    /// Where the log has no names. To be called first.
+    void UseNames(read::LinkNames names);
+
+    /// Gives out what is complete, although something before it is not: for one who follows a log.
+    void GiveOutComplete() { GiveOut(true); }
     /// To be called after LogReader::Finish.
     void FinishConversation();
 
@@ -61,6 +66,7 @@ private:
         std::size_t Bytes;
     };
 
+    read::LinkNames names_;
     std::optional<read::Exchanges> exchanges_; ///< always there; optional to be made anew
     read::ParamValues params_;
     std::multimap<read::Position, Waiting> waiting_;

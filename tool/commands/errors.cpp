@@ -3,8 +3,10 @@
 
 #include "tool/commands/arguments.h"
 #include "tool/commands/findings.h"
+#include "tool/commands/follow.h"
 #include "tool/commands/json_text.h"
 #include "tool/commands/log_source.h"
+#include "tool/commands/mdf_names.h"
 #include "tool/commands/program.h"
 #include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
@@ -76,7 +78,7 @@ public:
         return found == begins_.end() ? finding.Time : found->second;
     }
 
-private:
+    /// Shows what was found so far.
     void ShowWaiting()
     {
         for (const auto& [place, finding] : waiting_)
@@ -84,6 +86,7 @@ private:
         waiting_.clear();
     }
 
+private:
     Console& console_;
     const std::vector<read::LogFile>& files_;
     bool isAll_;
@@ -223,12 +226,16 @@ private:
 
 int RunErrors(const Arguments& arguments, Console& console)
 {
-    const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    const MdfNames names = MdfNames::Of(arguments, console);
+    std::vector<read::LogFile> files = FindLogs(arguments, console);
     if (files.empty())
         return ExitTrouble; // complained about
     const bool isAll = arguments.Has("--all");
     if (arguments.Has("--json")) {
+        if (IsFollowing(arguments))
+            throw UsageError("--json is one document, and a log that is followed has no end");
         ErrorJson found(console, files, isAll);
+        found.Links().SetNames(names.Names());
         found.WriteBegin();
         read::LogReader reader(found, Findings::Wants);
         ReadLogs(files, reader);
@@ -236,9 +243,15 @@ int RunErrors(const Arguments& arguments, Console& console)
         found.WriteEnd();
         return found.ErrorCount() == 0 ? 0 : 1;
     }
-    console.UsePager();
     ErrorRows found(console, files, isAll);
+    found.Links().SetNames(names.Names());
     read::LogReader reader(found, Findings::Wants);
+    if (IsFollowing(arguments)) {
+        const int status = FollowLogs(arguments, console, files, reader, [&] { found.ShowWaiting(); });
+        found.Finish();
+        return status;
+    }
+    console.UsePager();
     ReadLogs(files, reader);
     found.Finish();
     WriteFooter(console, found, isAll);
@@ -250,10 +263,11 @@ constexpr Option ErrorOptionList[] = {
     {"--json", "", "As JSON, schema marvane.errors/1"},
 };
 constexpr OptionGroup ErrorOptions = {"What to show", ErrorOptionList};
-constexpr OptionGroup ErrorGroups[] = {ErrorOptions, LogOptions};
+constexpr OptionGroup ErrorGroups[] = {ErrorOptions, FollowOptions, NameOptions, LogOptions};
 
 constexpr Example ErrorExamples[] = {
     {"errors", "what failed in the newest session, and why"},
+    {"errors -f --until-match RX_TIMEOUT --timeout 600", "live, until a request stays without an answer"},
     {"errors run.LGR --json", "the same for a program"},
     {"errors run.LGR > /dev/null && echo clean", "the exit status tells whether there are any"},
 };
@@ -270,7 +284,9 @@ constinit const Command ErrorsCommand = {
         "session in the log folder of the configuration that applies here.",
     .Examples = ErrorExamples,
     .Groups = ErrorGroups,
-    .ExitStatus = "0 if nothing is wrong, 1 if something is, 2 for trouble or wrong usage",
+    .ExitStatus =
+        "0 if nothing is wrong, 1 if something is, 2 for trouble or wrong usage; with -f 0 if matched, 1 at the "
+        "time-out",
     .Run = RunErrors,
 };
 

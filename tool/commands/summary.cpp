@@ -3,6 +3,7 @@
 
 #include "tool/commands/arguments.h"
 #include "tool/commands/link_words.h"
+#include "tool/commands/mdf_names.h"
 #include "tool/commands/program.h"
 #include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
@@ -58,18 +59,12 @@ private:
     {
         const read::Session& first = facts_.Sessions.front();
         const read::Session& last = facts_.Sessions.back();
-        std::uint32_t processes = 0;
-        std::uint64_t ended = 0;
-        for (const read::Session& session : facts_.Sessions) {
-            processes = std::max(processes, session.Process);
-            ended += session.IsEnded;
-        }
         std::string row = DateText(first.BeginTime) + "  " + ClockText(first.BeginTime) + "   " +
                           SecondsText(first.BeginTime, last.LastTime) + " s   " +
                           Counted(facts_.Threads.size(), "thread") + "   " +
-                          Counted(processes, "process", "processes");
+                          Counted(facts_.Processes, "process", "processes");
         if (facts_.SessionCount > 1)
-            row += "   " + Counted(facts_.SessionCount, "session") + ", " + Grouped(ended) +
+            row += "   " + Counted(facts_.SessionCount, "session") + ", " + Grouped(facts_.EndedSessions) +
                    " ended with PDUDestruct";
         else
             row += last.IsEnded ? "   ended with PDUDestruct" : "   without PDUDestruct";
@@ -271,6 +266,7 @@ int RunSummary(const Arguments& arguments, Console& console)
     if (files.empty())
         return ExitTrouble; // complained about
     SummaryFacts facts(console, files);
+    facts.Findings::Links().SetNames(MdfNames::Of(arguments, console).Names());
     read::LogReader reader(facts, SummaryFacts::Wants);
     ReadLogs(files, reader);
     facts.Finish();
@@ -287,7 +283,7 @@ constexpr Option SummaryOptionList[] = {
     {"--json", "", "As JSON, schema marvane.summary/1"},
 };
 constexpr OptionGroup SummaryOptions = {"Form", SummaryOptionList};
-constexpr OptionGroup SummaryGroups[] = {SummaryOptions, LogOptions};
+constexpr OptionGroup SummaryGroups[] = {SummaryOptions, NameOptions, LogOptions};
 
 constexpr Example SummaryExamples[] = {
     {"summary", "the newest session on one page"},

@@ -12,6 +12,8 @@ namespace {
 using read::Function;
 
 constexpr std::size_t MostThreads = 10'000;
+// The reader keeps the last thousand sessions; the others are copied before.
+constexpr std::size_t MostLive = 500;
 
 /// The text between the quotes of a value.
 std::string Unquoted(std::string_view value)
@@ -45,8 +47,21 @@ void SummaryFacts::OnSession(const read::Session& session)
     Findings::OnSession(session);
     Hints.OnSession(session);
     ++SessionCount;
-    if (live_.size() < MostSessions)
-        live_.push_back(&session);
+    live_.push_back(&session);
+    if (live_.size() > MostLive) {
+        Retire(*live_.front());
+        live_.pop_front();
+    }
+}
+
+void SummaryFacts::Retire(const read::Session& session)
+{
+    EndedSessions += session.IsEnded;
+    Processes = std::max(Processes, session.Process);
+    if (Sessions.size() == MostSessions)
+        Sessions.pop_back();
+    Sessions.push_back(session);
+    Sessions.back().Settings = {};
 }
 
 void SummaryFacts::OnProblem(const read::Problem& problem)
@@ -211,7 +226,8 @@ void SummaryFacts::Finish()
 {
     FinishFindings();
     for (const read::Session* session : live_)
-        Sessions.push_back(*session);
+        Retire(*session);
+    live_.clear();
 }
 
 } // namespace marvane::tool

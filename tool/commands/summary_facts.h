@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <set>
@@ -65,7 +66,10 @@ public:
     {
     }
 
-    std::vector<read::Session> Sessions; ///< copies; complete after Finish
+    /// Copies without settings, complete after Finish. Of more than MostSessions, the last one is the newest.
+    std::vector<read::Session> Sessions;
+    std::uint64_t EndedSessions = 0; ///< by PDUDestruct
+    std::uint32_t Processes = 0;
     std::vector<ModuleFacts> Modules;
     std::vector<LinkFacts> Links;
     std::map<std::string, FunctionFacts> Functions; ///< by name; callbacks too
@@ -107,7 +111,9 @@ private:
 
     Console& console_;
     const std::vector<read::LogFile>& files_;
-    std::vector<const read::Session*> live_;
+    void Retire(const read::Session& session);
+
+    std::deque<const read::Session*> live_; ///< the newest, as long as the reader keeps them
     read::ParamValues params_;
 };
 

@@ -5,8 +5,10 @@
 #include "tool/commands/arguments.h"
 #include "tool/commands/conversation.h"
 #include "tool/commands/ecu_state.h"
+#include "tool/commands/follow.h"
 #include "tool/commands/link_words.h"
 #include "tool/commands/log_source.h"
+#include "tool/commands/mdf_names.h"
 #include "tool/commands/program.h"
 #include "tool/commands/row_text.h"
 #include "tool/commands/settings_hints.h"
@@ -296,14 +298,33 @@ void ReadConversation(Conversation& conversation, const std::vector<read::LogFil
     conversation.FinishConversation();
 }
 
+int Follow(const Arguments& arguments, Console& console, std::vector<read::LogFile>& files, Talk& talk)
+{
+    read::LogReader reader(talk, Conversation::Wants);
+    const int status = FollowLogs(arguments, console, files, reader, [&] {
+        talk.GiveOutComplete();
+        talk.FinishFold();
+    });
+    talk.FinishConversation();
+    talk.FinishFold();
+    return status;
+}
+
 int RunTalk(const Arguments& arguments, Console& console)
 {
     const TalkFilter filter = TalkFilter::Of(arguments);
-    const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    const MdfNames names = MdfNames::Of(arguments, console);
+    const bool isFollowing = IsFollowing(arguments);
+    if (isFollowing && arguments.Has("--by-link"))
+        throw UsageError("--by-link reads a log several times, which is no way to follow it");
+    std::vector<read::LogFile> files = FindLogs(arguments, console);
     if (files.empty())
         return ExitTrouble; // complained about
-    console.UsePager();
     Talk talk(console, files, filter);
+    talk.UseNames(names.Names());
+    if (isFollowing)
+        return Follow(arguments, console, files, talk);
+    console.UsePager();
     if (!arguments.Has("--by-link")) {
         ReadConversation(talk, files);
         talk.FinishFold();
@@ -311,6 +332,7 @@ int RunTalk(const Arguments& arguments, Console& console)
         if (std::ranges::any_of(files, &read::LogFile::IsStandardInput))
             throw UsageError("--by-link reads a log several times, which standard input can't give");
         LinkList links(console, files);
+        links.UseNames(names.Names());
         ReadConversation(links, files);
         for (const auto& link : links.Found) {
             talk.Restart(*link);
@@ -333,12 +355,13 @@ constexpr Option TalkOptionList[] = {
     {"--by-link", "", "One link after the other; reads the log once a link"},
 };
 constexpr OptionGroup TalkOptions = {"Which requests", TalkOptionList};
-constexpr OptionGroup TalkGroups[] = {TalkOptions, LogOptions};
+constexpr OptionGroup TalkGroups[] = {TalkOptions, FollowOptions, NameOptions, LogOptions};
 
 constexpr Example TalkExamples[] = {
     {"talk", "the conversation of the newest session"},
     {"talk run.LGR --slow 100", "requests that took more than 0.1 s"},
     {"talk run.LGR --service 22 --did F190", "each reading of the VIN"},
+    {"talk -f --until-match 67 --timeout 60", "live, until an answer with these characters comes"},
     {"talk run.LGR --nrc 78 --by-link", "requests with pending answers, link by link"},
 };
 
@@ -357,7 +380,8 @@ constinit const Command TalkCommand = {
         "call to fetch by the log's clock.",
     .Examples = TalkExamples,
     .Groups = TalkGroups,
-    .ExitStatus = "0; 1 if options chose requests and there are none; 2 for trouble or wrong usage",
+    .ExitStatus =
+        "0; 1 if options chose requests and there are none, or at the time-out of -f; 2 for trouble or wrong usage",
     .Run = RunTalk,
 };
 

@@ -98,7 +98,7 @@ void LogExit(PhaseText& text, std::string_view name, T_PDU_ERROR status)
 {
     // What most calls return is not looked up.
     if (status == PDU_STATUS_NOERROR)
-        return text.AddStamped(marks::Exit, name, "<PDU_STATUS_NOERROR (0x0000)>\n");
+        return text.AddStamped(marks::Exit, name, std::string_view("<PDU_STATUS_NOERROR (0x0000)>\n"));
     text.AddStamp();
     text.Add("%s%s<%s (0x%04X)>\n"_fmt, marks::Exit, name, StatusText(status), status);
 }

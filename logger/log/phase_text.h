@@ -91,17 +91,18 @@ public:
     /// Adds the stamp, with which every line begins.
     void AddStamp();
 
-    /// Adds the stamp, and then a statement that joins up to three texts.
-    void AddStamped(std::string_view first, std::string_view second = {}, std::string_view third = {})
+    /// Adds the stamp, and then a statement that joins one to three texts.
+    template <class... Texts> void AddStamped(const Texts&... texts)
     {
         if (!LoggingActive())
             return;
-        const std::size_t length = ThreadStamp::Place + first.size() + second.size() + third.size();
-        char* const out = time_.IsSet() ? buffer_.Reserve(length) : nullptr;
+        char* out = time_.IsSet() ? buffer_.Reserve((ThreadStamp::Place + ... + texts.size())) : nullptr;
         // Near the end of the buffer the mark may have to come between the two.
         if (!out)
-            return AddStampThenJoined(first, second, third);
-        buffer_.Commit(PutText(PutText(PutText(time_.PutStamp(out), first), second), third));
+            return AddStampThenJoined(texts...);
+        out = time_.PutStamp(out);
+        ((out = PutText(out, texts)), ...);
+        buffer_.Commit(out);
     }
 
     /// Adds the stamp and the arrow of a decoded line.
@@ -115,7 +116,8 @@ public:
     }
 
 private:
-    void AddStampThenJoined(std::string_view first, std::string_view second, std::string_view third);
+    void AddStampThenJoined(std::string_view first, std::string_view second = {},
+                            std::string_view third = {});
 
     LogBuffer buffer_;
     PhaseTime time_;

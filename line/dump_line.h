@@ -15,6 +15,7 @@
 #include "line/arrows.h"
 #include "line/dump_columns.h"
 #include "line/stamp.h"
+#include "text/digits.h"
 #include "text/text_copy.h"
 
 namespace marvane {

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string_view>
 
-#include "text/text_copy.h"
+#include "text/digits.h"
 
 namespace marvane {
 

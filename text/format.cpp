@@ -7,13 +7,14 @@
 #include <span>
 
 #include "platform/pointer_text.h"
+#include "text/digits.h"
 #include "text/text_copy.h"
 
 namespace marvane {
 
 namespace {
 
-/// Where text is put, and where its place ends. Handed on by value.
+/// Where text is written, and where its place ends. Passed by value, so that it stays in registers.
 struct Output
 {
     char* Position;
@@ -22,8 +23,7 @@ struct Output
     std::size_t Room() const { return static_cast<std::size_t>(End - Position); }
     [[nodiscard]] Output Put(const char* text, std::size_t length) const
     {
-        if (length > Room())
-            length = Room();
+        length = std::min(length, Room());
         CopyText(Position, text, length);
         return {Position + length, End};
     }
@@ -36,101 +36,102 @@ struct Output
     }
 };
 
-Output PutPadded(Output out, const FormatPiece& piece, const char* text, std::size_t length)
+Output PutPadded(Output out, const FormatConversion& conversion, const char* text, std::size_t length)
 {
-    if (piece.Width <= length)
+    if (conversion.Width <= length)
         return out.Put(text, length);
-    const std::size_t padding = piece.Width - length;
-    if ((piece.Flags & FormatPiece::LeftAligned) != 0)
+    const std::size_t padding = conversion.Width - length;
+    if ((conversion.Flags & FormatConversion::LeftAligned) != 0)
         return out.Put(text, length).Fill(' ', padding);
     return out.Fill(' ', padding).Put(text, length);
 }
 
-template <class Value> Output PutValueText(Output out, const FormatPiece& piece, Value value)
+template <class Value> Output FormatValueText(Output out, const FormatConversion& conversion, Value value)
 {
     char text[Value::Most];
-    return PutPadded(out, piece, text, static_cast<std::size_t>(value.PutTo(text) - text));
+    return PutPadded(out, conversion, text, static_cast<std::size_t>(value.PutTo(text) - text));
 }
 
-Output PutTextArgument(Output out, const FormatPiece& piece, const FormatArgument& argument)
+Output FormatString(Output out, const FormatConversion& conversion, const FormatArgument& argument)
 {
     if (argument.Length == FormatArgument::OfHandle)
-        return PutValueText(out, piece, HandleText(static_cast<UNUM32>(argument.Number)));
+        return FormatValueText(out, conversion, HandleText(static_cast<UNUM32>(argument.Number)));
     if (argument.Length == FormatArgument::OfUrid)
-        return PutValueText(out, piece, UridText(static_cast<UNUM32>(argument.Number)));
+        return FormatValueText(out, conversion, UridText(static_cast<UNUM32>(argument.Number)));
     if (argument.Length != FormatArgument::UnknownLength)
-        return PutPadded(out, piece, argument.Text, argument.Length);
-    const std::string_view text = VisibleText(argument.Text, std::max<std::size_t>(out.Room(), piece.Width));
-    return PutPadded(out, piece, text.data(), text.size());
+        return PutPadded(out, conversion, argument.Text, argument.Length);
+    const std::string_view text =
+        VisibleText(argument.Text, std::max<std::size_t>(out.Room(), conversion.Width));
+    return PutPadded(out, conversion, text.data(), text.size());
 }
 
-/// In front of the digits there is room for the sign.
-Output PutNumber(Output out, const FormatPiece& piece, const char* digits, std::size_t length, bool negative)
+/// Adds sign and padding to digits. The character before the digits must be a minus sign if `negative`.
+Output PutDigits(Output out, const FormatConversion& conversion, const char* digits, std::size_t length,
+                 bool negative)
 {
     const std::size_t signs = negative ? 1 : 0;
-    if ((piece.Flags & (FormatPiece::ZeroPadded | FormatPiece::LeftAligned)) != FormatPiece::ZeroPadded)
-        return PutPadded(out, piece, digits - signs, length + signs);
+    constexpr unsigned alignment = FormatConversion::ZeroPadded | FormatConversion::LeftAligned;
+    if ((conversion.Flags & alignment) != FormatConversion::ZeroPadded)
+        return PutPadded(out, conversion, digits - signs, length + signs);
     const std::size_t used = length + signs;
-    return out.Put("-", signs).Fill('0', piece.Width > used ? piece.Width - used : 0).Put(digits, length);
+    return out.Put("-", signs)
+        .Fill('0', conversion.Width > used ? conversion.Width - used : 0)
+        .Put(digits, length);
 }
 
-Output PutHexadecimal(Output out, const FormatPiece& piece, const FormatArgument& argument)
+Output FormatHexadecimal(Output out, const FormatConversion& conversion, const FormatArgument& argument)
 {
     constexpr std::size_t most = 8;
-    const std::uint32_t value = Narrowed(piece, argument.Number);
-    // Larger than need be: a compiler that can't tell how many digits are copied would take it for too small.
+    const std::uint32_t value = Narrowed(conversion, argument.Number);
+    // Larger than necessary: GCC can't bound the number of digits that are copied and would warn.
     char digits[64];
     char* const end = std::end(digits);
-    PutHex(end - most, value, piece.Conversion == 'x' ? LowerCase : UpperCase);
+    PutHex(end - most, value, conversion.Specifier == 'x' ? LowerCase : UpperCase);
     const auto length = static_cast<std::size_t>(std::bit_width(value | 1) + 3) / 4;
-    if (piece.Width <= most && piece.Flags == FormatPiece::ZeroPadded) {
-        const std::size_t shown = std::max<std::size_t>(length, piece.Width);
+    if (conversion.Width <= most && conversion.Flags == FormatConversion::ZeroPadded) {
+        const std::size_t shown = std::max<std::size_t>(length, conversion.Width);
         return out.Put(end - shown, shown);
     }
-    return PutNumber(out, piece, end - length, length, false);
+    return PutDigits(out, conversion, end - length, length, false);
 }
 
-Output PutDecimal(Output out, const FormatPiece& piece, const FormatArgument& argument)
+Output FormatDecimal(Output out, const FormatConversion& conversion, const FormatArgument& argument)
 {
-    std::uint32_t value = Narrowed(piece, argument.Number);
-    const bool negative = piece.Conversion == 'd' && (value & 0x80000000) != 0;
+    std::uint32_t value = Narrowed(conversion, argument.Number);
+    const bool negative = conversion.Specifier == 'd' && (value & 0x80000000) != 0;
     if (negative)
         value = ~value + 1;
-    char digits[12];
-    char* const end = std::end(digits);
-    char* first = end;
-    for (; value >= 10; value /= 10)
-        *--first = static_cast<char>('0' + value % 10);
-    *--first = static_cast<char>('0' + value);
-    first[-1] = '-';
-    return PutNumber(out, piece, first, static_cast<std::size_t>(end - first), negative);
+    char text[12] = "-";
+    char* const digits = text + 1;
+    return PutDigits(out, conversion, digits, static_cast<std::size_t>(PutDecimal(digits, value) - digits),
+                     negative);
 }
 
-Output PutPointer(Output out, const FormatPiece& piece, const FormatArgument& argument)
+Output FormatPointer(Output out, const FormatConversion& conversion, const FormatArgument& argument)
 {
     char text[platform::PointerTextSize];
-    return PutPadded(out, piece, text, platform::PointerText(argument.Pointer, text));
+    return PutPadded(out, conversion, text, platform::PointerText(argument.Pointer, text));
 }
 
-Output PutCharacter(Output out, const FormatPiece& piece, char character)
+Output FormatCharacter(Output out, const FormatConversion& conversion, char character)
 {
-    return PutPadded(out, piece, &character, 1);
+    return PutPadded(out, conversion, &character, 1);
 }
 
-Output PutArgument(Output out, const FormatPiece& piece, const FormatArgument& argument)
+Output FormatOne(Output out, const FormatConversion& conversion, const FormatArgument& argument)
 {
-    switch (piece.Conversion) {
+    switch (conversion.Specifier) {
     case 's':
-        return PutTextArgument(out, piece, argument);
+        return FormatString(out, conversion, argument);
     case 'x':
     case 'X':
-        return PutHexadecimal(out, piece, argument);
+        return FormatHexadecimal(out, conversion, argument);
     case 'p':
-        return PutPointer(out, piece, argument);
+        return FormatPointer(out, conversion, argument);
     case 'c':
-        return PutCharacter(out, piece, static_cast<char>(argument.Number));
+        return FormatCharacter(out, conversion, static_cast<char>(argument.Number));
     default:
-        return PutDecimal(out, piece, argument);
+        return FormatDecimal(out, conversion, argument);
     }
 }
 
@@ -144,10 +145,10 @@ std::string_view VisibleText(const char* text, std::size_t room)
     return {text, end ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : room};
 }
 
-char* PutNumber(char* out, const FormatPiece& piece, std::uint64_t number)
+char* FormatNumber(char* out, const FormatConversion& conversion, std::uint64_t number)
 {
-    constexpr std::size_t most = 256; // a width has no more
-    return PutArgument({out, out + most}, piece, static_cast<std::uint32_t>(number)).Position;
+    constexpr std::size_t most = 256; // a width is one byte
+    return FormatOne({out, out + most}, conversion, static_cast<std::uint32_t>(number)).Position;
 }
 
 char* FormatText(char* out, char* end, const FormattedText& text)
@@ -155,10 +156,10 @@ char* FormatText(char* out, char* end, const FormattedText& text)
     Output output{out, end};
     const char* position = text.Format.data();
     const FormatArgument* argument = text.Arguments;
-    for (const FormatPiece& piece : std::span(text.Pieces, text.Count)) {
-        output = output.Put(position, piece.Literal);
-        position += piece.Literal + piece.Length;
-        output = PutArgument(output, piece, *argument++);
+    for (const FormatConversion& conversion : std::span(text.Conversions, text.Count)) {
+        output = output.Put(position, conversion.Literal);
+        position += conversion.Literal + conversion.Length;
+        output = FormatOne(output, conversion, *argument++);
     }
     return output.Put(position, static_cast<std::size_t>(text.Format.end() - position)).Position;
 }

@@ -1,4 +1,4 @@
-// Values of the API that a log line shows as a text of their own, as arguments of its statements.
+// Values of the API that log lines show as a word or a handle: arguments for "%s".
 #pragma once
 
 #include <cstddef>
@@ -6,15 +6,16 @@
 #include <type_traits>
 
 #include "pdu/pdu_api.h"
+#include "text/digits.h"
 #include "text/text_copy.h"
 
 namespace marvane {
 
-/// "<PDU_HANDLE_UNDEF>", or eight hexadecimal digits behind "0x".
+/// A handle: "<PDU_HANDLE_UNDEF>", or "0x" and eight hexadecimal digits.
 struct HandleText
 {
     static constexpr std::string_view Undefined = "<PDU_HANDLE_UNDEF>";
-    static constexpr std::size_t Most = Undefined.size();
+    static constexpr std::size_t Most = Undefined.size(); ///< characters
 
     explicit constexpr HandleText(UNUM32 value) : Value(value) {}
     /// Writes the text, at most Most characters. Returns its end.
@@ -30,11 +31,11 @@ struct HandleText
     UNUM32 Value;
 };
 
-/// "<PDU_ID_UNDEF>", or a response identifier in decimal.
+/// A unique response identifier: "<PDU_ID_UNDEF>", or the number in decimal.
 struct UridText
 {
     static constexpr std::string_view Undefined = "<PDU_ID_UNDEF>";
-    static constexpr std::size_t Most = Undefined.size();
+    static constexpr std::size_t Most = Undefined.size(); ///< characters
 
     explicit constexpr UridText(UNUM32 value) : Value(value) {}
     /// Writes the text, at most Most characters. Returns its end.
@@ -46,6 +47,7 @@ struct UridText
     UNUM32 Value;
 };
 
+/// The types of this header.
 template <class T>
 concept ValueText = std::is_same_v<T, HandleText> || std::is_same_v<T, UridText>;
 

@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "line/marks.h"
-#include "text/put_directive.h"
+#include "text/literal_format.h"
 #include "text/text_copy.h"
 
 namespace marvane {
@@ -52,10 +52,10 @@ public:
     template <FormatLiteral Literal, class... Arguments>
     void Append(LogFormat<Literal> format, const Arguments&... arguments)
     {
-        if (AppendWhole(format, put_directive::Shown(arguments, Capacity - length_)...))
+        if (AppendWhole(format, literal_format::Shown(arguments, Capacity - length_)...))
             return;
-        const put_directive::List<Arguments...> list = {FormatArgument(arguments)...};
-        Append({format.Text, format.Pieces.data(), list.data(), list.size()});
+        const literal_format::List<Arguments...> list = {FormatArgument(arguments)...};
+        Append({format.Text, format.Conversions.data(), list.data(), list.size()});
     }
 
     /// Reserves `length` bytes at the end for the caller to fill; null if they would reach into the margin.
@@ -75,10 +75,10 @@ private:
     template <class Format, class... Shown> bool AppendWhole(Format, const Shown&... shown)
     {
         constexpr std::index_sequence_for<Shown...> indices;
-        char* const out = Reserve(put_directive::LimitOfAll<Format>(indices, shown...));
+        char* const out = Reserve(literal_format::LimitOfAll<Format>(indices, shown...));
         if (!out)
             return false;
-        Commit(put_directive::PutAll<Format>(out, indices, shown...));
+        Commit(literal_format::PutAll<Format>(out, indices, shown...));
         return true;
     }
 

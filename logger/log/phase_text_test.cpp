@@ -11,6 +11,8 @@
 namespace marvane {
 namespace {
 
+using namespace std::string_view_literals;
+
 constexpr const char* Marker = "\t\t\t\t...\n";
 
 /// A text while logging is active, the settings as they were at the end.
@@ -166,7 +168,7 @@ TEST_F(PhaseTextTest, WithoutATimeTheStampIsMidnight)
 {
     PhaseText untimed;
     untimed.AddStamp();
-    untimed.AddStamped("a", "b", "c");
+    untimed.AddStamped("a"sv, "b"sv, "c"sv);
     const std::string stamp(PhaseTime(0, 0, 0, 0).StampText());
     EXPECT_EQ(untimed.Text(), stamp + stamp + "abc");
     EXPECT_EQ(untimed.Reserve(1), nullptr);
@@ -178,11 +180,11 @@ TEST_F(PhaseTextTest, AStampedTextIsTwoStatementsAtTheEndOfTheBuffer)
     Fill(stampEnd - StampLength - 1);
     const std::string before = Text();
     const std::string stamp(text->Time().StampText());
-    text->AddStamped("+ ", "PDUConnect");
+    text->AddStamped(marks::Entry, "PDUConnect"sv);
     EXPECT_EQ(Text(), before + stamp + "+ PDUConnect" + Marker);
     text->Clear();
     Fill(stampEnd - StampLength);
-    text->AddStamped("+ ", "PDUConnect");
+    text->AddStamped(marks::Entry, "PDUConnect"sv);
     EXPECT_EQ(Text(), before + "f" + stamp + Marker);
 }
 

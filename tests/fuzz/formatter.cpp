@@ -65,9 +65,9 @@ void CheckStatement(RecordSource& source, Format format, const Arguments&... arg
         buffer->Append(filler);
     }
     if (direct.HasRoom()) {
-        const put_directive::List<Arguments...> list = {FormatArgument(arguments)...};
+        const literal_format::List<Arguments...> list = {FormatArgument(arguments)...};
         direct.Append(format, arguments...);
-        formatted.Append({Format::Text, Format::Pieces.data(), list.data(), list.size()});
+        formatted.Append({Format::Text, Format::Conversions.data(), list.data(), list.size()});
     }
     Require(direct.Text() == formatted.Text(), "a statement is what the formatter makes of it", format.Text);
 }

@@ -10,13 +10,13 @@ namespace marvane::testing {
 /// Formats into [out, end), and cuts what does not fit. Returns the end of the text.
 inline char* FormatAtRunTime(char* out, char* end, std::string_view format, const FormatArgument* arguments)
 {
-    std::vector<FormatPiece> pieces;
+    std::vector<FormatConversion> conversions;
     std::string_view rest = format;
-    for (FormatPiece piece; (piece = NextPiece(rest)).Conversion != 0;) {
-        pieces.push_back(piece);
-        rest.remove_prefix(static_cast<std::size_t>(piece.Literal + piece.Length));
+    for (FormatConversion conversion; (conversion = NextConversion(rest)).Specifier != 0;) {
+        conversions.push_back(conversion);
+        rest.remove_prefix(static_cast<std::size_t>(conversion.Literal + conversion.Length));
     }
-    return FormatText(out, end, FormattedText{format, pieces.data(), arguments, pieces.size()});
+    return FormatText(out, end, FormattedText{format, conversions.data(), arguments, conversions.size()});
 }
 
 } // namespace marvane::testing

@@ -1,4 +1,4 @@
-#include "text/put_directive.h"
+#include "text/literal_format.h"
 
 #include <limits>
 #include <memory>
@@ -22,7 +22,7 @@ protected:
         const auto text = [&](const char* end) {
             return std::string(place, static_cast<std::size_t>(end - place));
         };
-        const put_directive::List<Arguments...> list = {FormatArgument(arguments)...};
+        const literal_format::List<Arguments...> list = {FormatArgument(arguments)...};
         const std::string expected =
             text(testing::FormatAtRunTime(place, std::end(place), Format::Text, list.data()));
         buffer->Clear();
@@ -135,10 +135,10 @@ TEST_F(StatementTest, PointersAndCharactersComeOutAsTheFormatterPrintsThem)
     }
 }
 
-TEST_F(StatementTest, LiteralsOfAnyLengthStandBetweenTheDirectives)
+TEST_F(StatementTest, LiteralsOfAnyLengthStandBetweenTheConversions)
 {
     Check(""_fmt);
-    Check("no directive, and more characters than two registers hold: what follows stands behind them"_fmt);
+    Check("no conversion, and more characters than two registers hold: what follows stands behind them"_fmt);
     Check("%u"_fmt, 1u);
     Check("%u%u"_fmt, 1u, 22u);
     Check("a%ubc%udef%ughij"_fmt, 1u, 22u, 333u);

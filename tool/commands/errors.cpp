@@ -118,6 +118,10 @@ public:
             PutBefore(row, TimeColumn, "+" + SecondsText(BeginOf(finding), finding.Time));
         }
         PutAt(row, SubjectColumn, finding.Subject);
+        if (ColumnsOf(row) + 1 >= TextColumn) {
+            console_.Write(Finished(std::move(row)));
+            row.clear();
+        }
         console_.Write(Wrapped(std::move(row), TextColumn, finding.Text, console_.Columns()));
         for (const std::string& why : finding.Why)
             console_.Write(Wrapped({}, SubjectColumn, why, console_.Columns()));

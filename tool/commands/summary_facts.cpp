@@ -139,7 +139,7 @@ ModuleFacts* SummaryFacts::ModuleOf(std::uint32_t session, std::uint32_t handle)
         Modules, [&](const ModuleFacts& each) { return each.Session == session && each.Handle == handle; });
     if (found != Modules.end())
         return &*found;
-    if (Modules.size() == MostModules)
+    if (Modules.size() == MostModules || handle == read::UndefinedHandle)
         return nullptr;
     Modules.push_back({session, handle, {}, {}, {}});
     return &Modules.back();

@@ -128,10 +128,12 @@ void AddEnd(const Exchange& exchange, std::vector<ResponseRow>& rows)
         if (exchange.Type == PDU_COPT_SENDRECV || exchange.Type == 0)
             rows.push_back({'.', "no answer wanted", {}});
         return;
-    case Outcome::Open:
-        rows.push_back(
-            {'?', exchange.Primitive ? "the log ends before an answer" : "answers are not in the log", {}});
+    case Outcome::Open: {
+        const bool wantsAnswer = exchange.Type == PDU_COPT_SENDRECV || exchange.Type == 0;
+        const char* const missing = wantsAnswer ? "no answer in the log" : "no end in the log";
+        rows.push_back({'?', exchange.Primitive ? missing : "answers are not in the log", {}});
         return;
+    }
     default:
         break;
     }
@@ -149,7 +151,9 @@ RequestText RequestTextOf(const Exchange& exchange)
                                               : BytesText(exchange.Request, exchange.RequestSize, 6, 4);
         text.Words = words::DescribeRequest(DialectOf(*exchange.On), exchange.Request).Summary;
     } else {
-        text.Words = exchange.Type == 0 ? "?" : WordsOfType(exchange.Type);
+        text.Words = WordsOfType(exchange.Type);
+        if (text.Words.empty())
+            text.Bytes = exchange.IsRequestKnown ? "no bytes" : "?";
     }
     const std::int32_t cycles = exchange.SendCycles.value_or(1);
     if (exchange.Type == PDU_COPT_SENDRECV && cycles != 1)

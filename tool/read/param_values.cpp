@@ -67,6 +67,10 @@ std::optional<ParamChange> ParamValues::OnParam(const Param& param, LinkBook& li
     std::string value = ParamValueText(param);
     const Key key = {by.Session, by.Module.value_or(UndefinedHandle), by.Link.value_or(UndefinedHandle),
                      param.Id};
+    if (value.empty()) {
+        values_.erase(key); // the log does not show it
+        return std::nullopt;
+    }
     const auto [known, isNew] = values_.try_emplace(key, value);
     if (!param.IsSet || (!isNew && known->second == value)) {
         known->second = std::move(value);

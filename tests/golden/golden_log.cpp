@@ -7,27 +7,14 @@
 
 #include <gtest/gtest.h>
 
+#include "line/stamp.h"
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "tests/support/log_summary.h"
 
 namespace marvane::testing {
 
 namespace {
-
-/// The text of all log files in the order in which they were written: names of one month sort by day first.
-std::string TextInOrder(const Session& session)
-{
-    std::vector<std::filesystem::path> paths;
-    for (const std::string& name : session.LogNames())
-        paths.push_back(session.LogFolder() / name);
-    std::stable_sort(paths.begin(), paths.end(), [](const auto& one, const auto& other) {
-        return std::filesystem::last_write_time(one) < std::filesystem::last_write_time(other);
-    });
-    std::string text;
-    for (const auto& path : paths)
-        text += FileText(path);
-    return text;
-}
 
 void Replace(std::string& text, const std::string& what, const std::string& with)
 {
@@ -43,16 +30,14 @@ std::string InBrackets(const std::string& name)
 /// Replaces each well-formed stamp by one with the word "time" and a small number for the thread.
 std::string WithPlainStamps(const std::string& text)
 {
-    static const std::regex stamp(R"(^\{[0-2]\d:[0-5]\d:[0-5]\d\.\d{3} - ([0-9A-F]{8})\} )");
-    std::map<std::string, std::string> threads;
+    std::map<std::uint32_t, std::string> threads;
     std::istringstream lines(text);
     std::string plain, line;
     while (std::getline(lines, line)) {
-        std::smatch found;
-        if (std::regex_search(line, found, stamp)) {
+        if (const std::optional<Stamp> stamp = ParseStamp(line)) {
             const std::string number = std::string("T").append(std::to_string(threads.size() + 1));
-            const auto thread = threads.emplace(found[1], number).first;
-            line = "{time - " + thread->second + "} " + found.suffix().str();
+            const auto thread = threads.emplace(stamp->Thread, number).first;
+            line = "{time - " + thread->second + "} " + line.substr(StampLength);
         }
         plain += line + "\n";
     }
@@ -111,7 +96,7 @@ std::string GoldenLog::WithoutNames(std::string text) const
 std::string GoldenLog::Normalised() const
 {
     static const std::regex version(R"(LOGGER VERSION: R\d\d\.\d{3}\.\d{4}\.\d{4} )");
-    return std::regex_replace(WithoutNames(WithPlainStamps(TextInOrder(session_))), version,
+    return std::regex_replace(WithoutNames(WithPlainStamps(LogInOrder(session_.LogFolder()))), version,
                               "LOGGER VERSION: <version> ");
 }
 

@@ -17,8 +17,8 @@ struct LogSummary
     std::size_t Closings = 0;                   ///< "# name - Changing log file" lines
     std::size_t Continuations = 0;              ///< "# name - Continuation file" lines
     std::size_t Reports = 0;                    ///< first lines of comms reports
-    /// Lines without a stamp or of no known kind, and lines of a call that do not follow the same thread's
-    /// lines of that call.
+    /// What the reader of logs finds wrong: damaged lines, halves of calls whose other half is missing, texts
+    /// that were cut. Calls that are under way at the end are not wrong.
     std::vector<std::string> Wrong;
 };
 

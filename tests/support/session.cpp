@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "line/stamp.h"
 #include "platform/files.h"
 
 namespace marvane::testing {
@@ -60,23 +61,12 @@ std::string PointerText(const void* pointer)
 
 std::string WithoutStamps(const std::string& text)
 {
-    constexpr std::string_view form = "{29:59:59.999 - FFFFFFFF} ";
-    const auto isStamp = [&](std::size_t at) {
-        for (std::size_t i = 0; i < form.size(); ++i) {
-            const char c = text[at + i];
-            const bool isDigit = c >= '0' && c <= '9';
-            if (form[i] == 'F'                     ? !isDigit && !(c >= 'A' && c <= 'F')
-                : form[i] >= '0' && form[i] <= '9' ? !isDigit || c > form[i]
-                                                   : c != form[i])
-                return false;
-        }
-        return true;
-    };
+    const std::string_view rest = text;
     std::string stripped;
     for (std::size_t at = 0; at < text.size();)
-        if (text.size() - at >= form.size() && isStamp(at)) {
+        if (ParseStamp(rest.substr(at))) {
             stripped += "{stamp} ";
-            at += form.size();
+            at += StampLength;
         } else
             stripped += text[at++];
     return stripped;

@@ -1,18 +1,20 @@
 #include "platform/file_size_signal_linux.h"
 
-#include <atomic>
 #include <csignal>
-#include <cstdint>
-
-#include "platform/thread_pointer.h"
 
 namespace marvane::platform {
 
+namespace file_size_signal_detail {
+constinit std::atomic<std::uintptr_t> WritingThread = 0;
+constinit std::atomic<bool> Handled = true;
+} // namespace file_size_signal_detail
+
 namespace {
 
-std::atomic<std::uintptr_t> WritingThread = 0;
-std::atomic<int> Users = 0;
-std::atomic<bool> Handled = true;
+using file_size_signal_detail::Handled;
+using file_size_signal_detail::WritingThread;
+
+constinit std::atomic<int> Users = 0;
 
 void OnFileSizeSignal(int signal)
 {
@@ -52,21 +54,6 @@ void EndFileSizeSignal()
 {
     if (Users.fetch_sub(1) == 1 && HandlerIs(OnFileSizeSignal))
         SetHandler(SIG_DFL);
-}
-
-OwnWrite::OwnWrite()
-{
-    WritingThread.store(ThreadPointer(), std::memory_order_relaxed);
-}
-
-OwnWrite::~OwnWrite()
-{
-    WritingThread.store(0, std::memory_order_relaxed);
-}
-
-bool FileSizeSignalIsHandled()
-{
-    return Handled.load(std::memory_order_relaxed);
 }
 
 } // namespace marvane::platform

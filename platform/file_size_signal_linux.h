@@ -2,6 +2,11 @@
 // process.
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+
+#include "platform/thread_pointer.h"
+
 namespace marvane::platform {
 
 /// Keeps the signal from ending the process by a write of ours, while log files are open. Blocking it around
@@ -11,17 +16,31 @@ namespace marvane::platform {
 void BeginFileSizeSignal();
 void EndFileSizeSignal();
 
+namespace file_size_signal_detail {
+extern std::atomic<std::uintptr_t> WritingThread;
+extern std::atomic<bool> Handled;
+} // namespace file_size_signal_detail
+
 /// Marks a write of ours for a scope. One thread at a time: the log's writes are made under its lock.
 class OwnWrite
 {
 public:
-    OwnWrite();
-    ~OwnWrite();
+    OwnWrite() { Set(ThreadPointer()); }
+    ~OwnWrite() { Set(0); }
     OwnWrite(const OwnWrite&) = delete;
     OwnWrite& operator=(const OwnWrite&) = delete;
+
+private:
+    static void Set(std::uintptr_t thread)
+    {
+        file_size_signal_detail::WritingThread.store(thread, std::memory_order_relaxed);
+    }
 };
 
 /// False if the application handles the signal itself: then it has to be blocked around a write.
-bool FileSizeSignalIsHandled();
+inline bool FileSizeSignalIsHandled()
+{
+    return file_size_signal_detail::Handled.load(std::memory_order_relaxed);
+}
 
 } // namespace marvane::platform

@@ -9,7 +9,7 @@ const bool ThreadsRunWhileProcessEnds = false;
 
 std::uintptr_t ThreadPointer()
 {
-    return reinterpret_cast<std::uintptr_t>(NtCurrentTeb());
+    return GetCurrentThreadId();
 }
 
 std::uint32_t CurrentThreadId()

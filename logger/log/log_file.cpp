@@ -34,27 +34,27 @@ void LogFile::WriteOut(std::string_view text, std::size_t rest)
     }
     const std::string_view kept(buffer_.data(), length_);
     const std::size_t count = platform::WriteToFile(file_, kept, written);
-    CountWritten(kept.substr(0, count));
-    CountWritten(written.substr(0, count - std::min(count, kept.size())));
     if (count != kept.size() + written.size())
-        return BeginAfterCut();
+        return CountCut(kept.substr(0, count), written.substr(0, count - std::min(count, kept.size())));
+    CountWritten(kept, written);
     CopyText(buffer_.data(), text.data() + text.size() - rest, rest);
     length_ = rest;
 }
 
-void LogFile::CountWritten(std::string_view text)
+void LogFile::CountWritten(std::string_view first, std::string_view second)
 {
-    if (text.empty())
-        return;
-    const std::size_t grown = platform::SizeInFile(text);
+    const std::size_t grown = platform::SizeInFile(first) + platform::SizeInFile(second);
     size_ += grown;
     sizeAge_ += grown;
-    pageRoom_ = shared_ ? PageSize : PageSize - (PageSize - pageRoom_ + text.size()) % PageSize;
-    last_ = text.back();
+    const std::size_t characters = first.size() + second.size();
+    pageRoom_ = shared_ ? PageSize : PageSize - (PageSize - pageRoom_ + characters) % PageSize;
+    if (characters != 0)
+        last_ = second.empty() ? first.back() : second.back();
 }
 
-void LogFile::BeginAfterCut()
+void LogFile::CountCut(std::string_view first, std::string_view second)
 {
+    CountWritten(first, second);
     buffer_[0] = '\n';
     length_ = last_ == '\n' ? 0 : 1;
 }

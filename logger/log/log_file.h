@@ -58,9 +58,9 @@ private:
     /// error, such as a full disk, what was not written is lost, `rest` included.
     void WriteOut(std::string_view text, std::size_t rest);
     /// Counts characters that were written after all others.
-    void CountWritten(std::string_view text);
-    /// What comes after a text that was cut: a line end, unless the file ends with one.
-    void BeginAfterCut();
+    void CountWritten(std::string_view first, std::string_view second);
+    /// The same for a write that was cut. The next begins with a line end, unless the file ends with one.
+    void CountCut(std::string_view first, std::string_view second);
 
     static bool Buffering;
 

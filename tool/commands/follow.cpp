@@ -96,8 +96,8 @@ public:
     /// Reads what is there and not more than a part at a time; true if there was anything.
     bool Step()
     {
-        if (!current_)
-            return BeginNext();
+        if (!current_ && !BeginNext())
+            return false;
         if (current_->ReadInto(reader_, files_[number_].Begin))
             return true;
         if (number_ + 1 == files_.size() && !FindNewer())
@@ -107,7 +107,7 @@ public:
         reader_.EndFile();
         current_.reset();
         ++number_;
-        return BeginNext();
+        return Step();
     }
 
 private:

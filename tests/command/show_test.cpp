@@ -1,0 +1,180 @@
+// show, cut and the finding of logs, run as a program.
+#include <gtest/gtest.h>
+
+#include "config/file_rules.h"
+#include "config/paths.h"
+#include "tests/command/sample_log.h"
+#include "tests/support/child_program.h"
+#include "tool/commands/shared_options.h"
+
+namespace marvane::testing {
+namespace {
+
+const std::string Lock = LogLine(2, "+ PDULockResource(hMod=0x00000001, hCLL=0x00000002, LockMask=1)") +
+                         LogLine(2, "- PDULockResource<PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)>");
+const std::string Connect = LogCall(3, "PDUModuleConnect", "hMod=0x00000001");
+const std::string Construct = LogCall(1, "PDUConstruct", "OptionStr=\"\", pAPITag=0x0");
+
+class Show : public ::testing::Test
+{
+protected:
+    Show() { WriteFileBytes(folder_ / LogName, SampleLog()); }
+
+    ProgramResult Run(const std::string& arguments) const
+    {
+        return RunProgram("marvane", arguments + " " + Quoted(folder_ / LogName));
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(Show, WithoutFiltersShowsTheWholeLog)
+{
+    const ProgramResult result = Run("show");
+    EXPECT_EQ(result.Status, 0);
+    EXPECT_EQ(result.Output, SampleLog());
+    EXPECT_EQ(result.Errors, "");
+}
+
+TEST_F(Show, FiltersByWhatCallsAre)
+{
+    const char* const meantLock[] = {
+        "--errors",
+        "--link 2",
+        "--status 0xA1",
+        "--status RSC_LOCKED_BY_OTHER_CLL",
+        "--call lockresource",
+        "--calls 2",
+        "--calls 2-2",
+        "--grep LockMask=1",
+        "-e LockMask --thread 1a2c",
+        "--since 14:03:02 --until 14:03:02",
+        "--module 1 -n 1",
+    };
+    for (const char* const filter : meantLock) {
+        const ProgramResult result = Run("show " + std::string(filter));
+        EXPECT_EQ(result.Output, Lock) << filter;
+        EXPECT_EQ(result.Status, 0) << filter;
+    }
+}
+
+TEST_F(Show, IsStatusOneIfNothingMatches)
+{
+    for (const char* const filter : {"--link 9", "--status 0x20", "--call GetVersion", "--calls 100-",
+                                     "--grep nowhere", "--thread 1", "--module 7"}) {
+        const ProgramResult result = Run("show " + std::string(filter));
+        EXPECT_EQ(result.Output, "") << filter;
+        EXPECT_EQ(result.Status, 1) << filter;
+    }
+}
+
+TEST_F(Show, InvertsTheText)
+{
+    EXPECT_EQ(Run("show --calls 1-3 --grep LockMask -v").Output, Construct + Connect);
+}
+
+TEST_F(Show, ShowsCallsBeforeAndAfter)
+{
+    const std::string destruct = LogCall(4, "PDUDestruct");
+    EXPECT_EQ(Run("show --errors -A 1").Output, Lock + Connect);
+    EXPECT_EQ(Run("show --errors -B 1").Output, Construct + Lock);
+    EXPECT_EQ(Run("show --errors -C 1").Output, Construct + Lock + Connect);
+    EXPECT_EQ(Run("show --grep OptionStr --grep PDUDestruct -A 1").Output,
+              Construct + Lock + "--\n" + destruct);
+}
+
+TEST_F(Show, CountsTimesFromTheBeginningOrFromTheLastLine)
+{
+    EXPECT_EQ(Run("show --errors --time rel").Output,
+              "{      +2.000 - 00001A2C} + PDULockResource(hMod=0x00000001, hCLL=0x00000002, LockMask=1)\n"
+              "{      +2.000 - 00001A2C} - PDULockResource<PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)>\n");
+    EXPECT_EQ(Run("show --call PDULockResource --call PDUDestruct --time delta").Output,
+              "{      +2.000 - 00001A2C} + PDULockResource(hMod=0x00000001, hCLL=0x00000002, LockMask=1)\n"
+              "{      +0.000 - 00001A2C} - PDULockResource<PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)>\n"
+              "{      +2.000 - 00001A2C} + PDUDestruct()\n"
+              "{      +0.000 - 00001A2C} - PDUDestruct<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST_F(Show, HasColoursIfTheyAreAskedFor)
+{
+    EXPECT_EQ(Run("show --errors --color=always").Output,
+              "\x1b[2m{14:03:02.000 - 00001A2C} \x1b[0m"
+              "\x1b[1m+ PDULockResource(hMod=0x00000001, hCLL=0x00000002, LockMask=1)\x1b[0m\n"
+              "\x1b[2m{14:03:02.000 - 00001A2C} \x1b[0m"
+              "\x1b[31m- PDULockResource<PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)>\x1b[0m\n");
+}
+
+TEST_F(Show, ReadsStandardInput)
+{
+    const ProgramResult result = RunProgram("marvane", "show --errors - < " + Quoted(folder_ / LogName));
+    EXPECT_EQ(result.Output, Lock);
+    EXPECT_EQ(result.Errors, "");
+}
+
+TEST_F(Show, KeepsTheLinesOfACallTogether)
+{
+    const std::string other = "{14:03:05.001 - 00000002} ";
+    WriteFileBytes(folder_ / LogName, LogLine(5, "+ PDUGetVersion(hMod=0x00000001)") + other +
+                                          "+ PDUGetStatus(hMod=0x00000001)\n" +
+                                          LogLine(5, "- PDUGetVersion<PDU_STATUS_NOERROR (0x0000)>") + other +
+                                          "- PDUGetStatus<PDU_STATUS_NOERROR (0x0000)>\n");
+    EXPECT_EQ(Run("show").Output, LogCall(5, "PDUGetVersion", "hMod=0x00000001") + other +
+                                      "+ PDUGetStatus(hMod=0x00000001)\n" + other +
+                                      "- PDUGetStatus<PDU_STATUS_NOERROR (0x0000)>\n");
+}
+
+TEST_F(Show, TakesTheNewestSessionOfTheConfigurationWithoutALog)
+{
+    WriteFileBytes(folder_ / NextLogName, SampleLog() + LogCall(5, "PDUGetVersion"));
+    WriteFileBytes(folder_ / "cfg.xml", "<?xml version=\"1.0\"?>\n" + std::string(OpeningTag) +
+                                            "\n<Attribute Name=\"LogFileDir\" Type=\"String\" Value=\"" +
+                                            (folder_ / "") + "\"/>\n" + ClosingTag + "\n");
+    const EnvironmentValue configuration(ConfigurationVariable, folder_ / "cfg.xml");
+    const ProgramResult result = RunProgram("marvane", "show");
+    EXPECT_EQ(result.Output, SampleLog() + LogCall(5, "PDUGetVersion"));
+    EXPECT_EQ(result.Errors, "");
+}
+
+TEST_F(Show, SaysWhatIsMissingWithoutALogAndAConfiguration)
+{
+    const EnvironmentValue configuration(ConfigurationVariable, folder_ / "absent.xml");
+    const ProgramResult result = RunProgram("marvane", "show");
+    EXPECT_EQ(result.Status, 2);
+    EXPECT_EQ(result.Errors, "marvane: no LOG given, and no log folder found: " + folder_ / "absent.xml" +
+                                 " is no configuration that can be read\n");
+}
+
+TEST_F(Show, FollowingEndsWithTheTextOrTheTimeOut)
+{
+    EXPECT_EQ(Run("show -f --until-match LOCKED_BY").Output.substr(SampleLog().find(Lock)), Lock);
+    EXPECT_EQ(Run("show -f --until-match LOCKED_BY").Status, 0);
+    const ProgramResult late = Run("show -f --until-match nowhere --timeout 0");
+    EXPECT_EQ(late.Status, 1);
+    EXPECT_EQ(late.Output, SampleLog());
+}
+
+TEST_F(Show, CutWritesThePartWithTheHeaderOfItsSession)
+{
+    const std::string header = SampleLog().substr(0, SampleLog().find(Construct));
+    const ProgramResult part = Run("cut --since 14:03:02 --until 14:03:03");
+    EXPECT_EQ(part.Status, 0);
+    EXPECT_EQ(part.Output, header + Lock + Connect);
+    EXPECT_EQ(Run("cut --until 14:03:01").Output, header + Construct);
+    EXPECT_EQ(Run("cut --since 14:59").Status, 1);
+}
+
+TEST_F(Show, CutCutsNoCallAndKeepsLineEnds)
+{
+    const std::string open = LogLine(5, "+ PDUGetVersion(hMod=0x00000001)");
+    const std::string closed = LogLine(7, "- PDUGetVersion<PDU_STATUS_NOERROR (0x0000)>");
+    const std::string inside = "{14:03:06.000 - 00000002} + PDUGetStatus(hMod=0x00000001)\r\n"
+                               "{14:03:06.500 - 00000002} - PDUGetStatus<PDU_STATUS_NOERROR (0x0000)>\r\n";
+    WriteFileBytes(folder_ / LogName, open + inside + closed);
+    EXPECT_EQ(FileBytes(folder_ / LogName).size(), (open + inside + closed).size());
+    EXPECT_EQ(Run("cut --since 14:03:06").Output,
+              FileText(folder_ / LogName).substr(open.size(), inside.size() - 2));
+    EXPECT_EQ(Run("cut --until 14:03:05").Output, open + closed);
+}
+
+} // namespace
+} // namespace marvane::testing

@@ -5,6 +5,7 @@
 
 #include "tool/commands/around_grid.h"
 #include "tool/commands/log_source.h"
+#include "tool/commands/program.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/time_range.h"
 
@@ -102,8 +103,10 @@ std::int64_t SpanOf(const Arguments& arguments, std::string_view option, std::in
 
 int RunAround(const Arguments& arguments, Console& console)
 {
-    constexpr std::int64_t usual = 10;
+    const std::int64_t usual = arguments.Has("--hcop") ? 0 : 10; // A ComPrimitive has a length of its own.
     const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    if (files.empty())
+        return ExitTrouble; // complained about
     if (std::ranges::any_of(files, &read::LogFile::IsStandardInput))
         throw UsageError("around reads its log twice: give it a file, not standard input");
     const std::int64_t before = SpanOf(arguments, "--before", usual);
@@ -130,8 +133,8 @@ constexpr Option Where[] = {
     {"--line", "N", "Around this line of the (first) file"},
     {"--hcop", "N", "Around this ComPrimitive, from its start to its last item"},
     {"--at", "TIME", "Around a time: 14:03:07.250, '2026-11-25 14:03:07', or -5m before the end"},
-    {"--before", "SECONDS", "Begin that long before it; 0.01 without the option"},
-    {"--after", "SECONDS", "End that long after it; 0.01 without the option"},
+    {"--before", "SECONDS", "Begin that long before it; without the option 0.01, before a ComPrimitive 0"},
+    {"--after", "SECONDS", "End that long after it; without the option the same"},
 };
 
 constexpr OptionGroup Groups[] = {{"Where", Where}, LogOptions};

@@ -88,7 +88,9 @@ std::string ReportText(const read::Comms& report)
     char address[16] = "";
     if (report.Address)
         std::snprintf(address, sizeof address, " %X", static_cast<unsigned>(*report.Address));
-    const char* const arrow = report.Way == Direction::ToTarget ? " ->" : " <-";
+    if (!label.empty())
+        label += ' ';
+    const char* const arrow = report.Way == Direction::ToTarget ? "->" : "<-";
     const std::string bytes = BytesText(report.Data, BytesShown);
     return label + arrow + address + "  " + (bytes.empty() ? std::string(report.Title) : bytes);
 }

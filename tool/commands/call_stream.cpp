@@ -34,6 +34,9 @@ bool GoesOn(LineKind kind)
 
 void CallStream::OnLine(const read::Line& line)
 {
+    if (last_ && line.Kind == LineKind::Full && !line.HasStamp)
+        return last_->Lines.Add(line);
+    PutLast();
     ThreadState& thread = threads_[line.Thread];
     // Lines that belong together are written at once: those of another thread end them.
     if (loose_ && (*loose_ != line.Thread || !GoesOn(line.Kind)))
@@ -66,7 +69,8 @@ void CallStream::Take(const read::Call& call, bool isEvent)
     unit->Seq = call.Seq;
     unit->HasFailed = !isEvent && call.HasFailed();
     unit->IsSelected = Select(call, isEvent, *unit);
-    Put(std::move(unit));
+    PutLast();
+    last_ = std::move(unit);
 }
 
 void CallStream::TakeLoose()
@@ -82,6 +86,12 @@ void CallStream::TakeLoose()
     unit->Time = unit->Lines.Entries().front().Time;
     unit->IsSelected = SelectLoose(*unit);
     Put(std::move(unit));
+}
+
+void CallStream::PutLast()
+{
+    if (last_)
+        Put(std::move(last_));
 }
 
 void CallStream::Put(std::unique_ptr<Unit> unit)
@@ -126,11 +136,13 @@ std::unique_ptr<Unit> CallStream::NewUnit()
 
 void CallStream::Release()
 {
+    PutLast();
     GiveBefore(End);
 }
 
 void CallStream::Finish()
 {
+    PutLast();
     open_.clear();
     for (const auto& [id, thread] : threads_) {
         loose_ = id;

@@ -62,11 +62,14 @@ private:
 
     void Take(const read::Call& call, bool isEvent);
     void TakeLoose();
+    void PutLast();
     void Put(std::unique_ptr<Unit> unit);
     void GiveBefore(read::Position limit);
     std::unique_ptr<Unit> NewUnit();
 
     std::unordered_map<std::uint32_t, ThreadState> threads_;
+    std::unique_ptr<Unit>
+        last_; ///< the call that returned last: a mark of a full buffer may follow its exit line
     std::vector<read::Position> open_;          ///< entry lines of calls that have not returned
     std::deque<std::unique_ptr<Unit>> waiting_; ///< in the order of their entry lines
     std::vector<std::unique_ptr<Unit>> unused_;

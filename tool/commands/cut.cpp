@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "tool/commands/log_source.h"
+#include "tool/commands/program.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/time_range.h"
 
@@ -145,6 +146,8 @@ private:
 int RunCut(const Arguments& arguments, Console& console)
 {
     const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    if (files.empty())
+        return ExitTrouble; // complained about
     if (std::ranges::any_of(files, &read::LogFile::IsStandardInput))
         throw UsageError("cut reads its log twice: give it a file, not standard input");
     const TimeRange range = TimeRangeOf(arguments, files);

@@ -5,6 +5,7 @@
 #include "tool/commands/call_stream.h"
 #include "tool/commands/follow.h"
 #include "tool/commands/log_source.h"
+#include "tool/commands/program.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/show_filter.h"
 #include "tool/read/links.h"
@@ -198,6 +199,8 @@ private:
 int RunShow(const Arguments& arguments, Console& console)
 {
     std::vector<read::LogFile> files = FindLogs(arguments, console);
+    if (files.empty() && !IsFollowing(arguments))
+        return ExitTrouble; // complained about
     const ShowFilter filter(arguments, TimeRangeOf(arguments, files));
     UnitPrinter printer(arguments, console);
     ShowSink sink(filter, printer, files, console);

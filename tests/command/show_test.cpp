@@ -153,6 +153,16 @@ TEST_F(Show, FollowingEndsWithTheTextOrTheTimeOut)
     EXPECT_EQ(late.Output, SampleLog());
 }
 
+TEST_F(Show, FollowingWaitsForALogUpToTheTimeOut)
+{
+    for (const char* const command : {"show", "talk", "errors"}) {
+        const ProgramResult result =
+            RunProgram("marvane", std::string(command) + " -f --timeout 0 " + Quoted(folder_ / "absent.LGR"));
+        EXPECT_EQ(result.Status, 1) << command;
+        EXPECT_EQ(result.Errors, "") << command;
+    }
+}
+
 TEST_F(Show, CutWritesThePartWithTheHeaderOfItsSession)
 {
     const std::string header = SampleLog().substr(0, SampleLog().find(Construct));

@@ -232,7 +232,7 @@ int RunErrors(const Arguments& arguments, Console& console)
 {
     const MdfNames names = MdfNames::Of(arguments, console);
     std::vector<read::LogFile> files = FindLogs(arguments, console);
-    if (files.empty())
+    if (files.empty() && !IsFollowing(arguments))
         return ExitTrouble; // complained about
     const bool isAll = arguments.Has("--all");
     if (arguments.Has("--json")) {

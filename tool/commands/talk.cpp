@@ -318,7 +318,7 @@ int RunTalk(const Arguments& arguments, Console& console)
     if (isFollowing && arguments.Has("--by-link"))
         throw UsageError("--by-link reads a log several times, which is no way to follow it");
     std::vector<read::LogFile> files = FindLogs(arguments, console);
-    if (files.empty())
+    if (files.empty() && !isFollowing)
         return ExitTrouble; // complained about
     Talk talk(console, files, filter);
     talk.UseNames(names.Names());

@@ -23,7 +23,7 @@ inline constexpr std::size_t ArrowLength = 8;
 
 /// The beginnings of decoded lines, by direction times 4 plus depth. ComParams inside response tables are
 /// nested deeper than 3: towards the target library they then show the arrows of the other direction, and
-/// back from it the last three texts. Readers of logs know it so.
+/// back from it the last three texts. Kept: log readers match these lines.
 inline constexpr std::array<std::string_view, 11> ArrowTable = {
     "   -->  ",   "    >>> ",   "\t\t -->  ",      "\t\t  >>> ", "   <--  ", "    <<< ",
     "\t\t <--  ", "\t\t  <<< ", marks::BufferFull, "",           ""};

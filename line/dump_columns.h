@@ -34,8 +34,7 @@ inline constexpr std::string_view CutMark = "( ...)|\n";
 
 } // namespace dump_columns
 
-/// Eight bytes, with those that are not printable ASCII replaced by full stops. All eight at once: the text
-/// column is a quarter of the cost of a line otherwise.
+/// Eight bytes, those that are not printable ASCII replaced by full stops, without a loop.
 constexpr std::uint64_t PrintableBytes(std::uint64_t bytes)
 {
     constexpr std::uint64_t ones = 0x0101010101010101;

@@ -1,6 +1,6 @@
-// The words of the frame that the log puts around what calls say: how each kind of line begins or ends.
+// The marks of the frame: how each kind of line of a call, a file and a session begins or ends.
 //
-// Texts of decoded values are not here: they are written out where they are used.
+// Decoded lines are not here: their formats are written out in the decoders, where they can be searched for.
 #pragma once
 
 #include <string_view>
@@ -31,7 +31,7 @@ inline constexpr std::string_view BufferFull = "\t\t\t\t...\n";
 
 } // namespace marks
 
-/// What kind of line the words of the frame make of it.
+/// What kind of line a mark makes of it.
 enum class LineMark
 {
     None, ///< a decoded line, a comms report, a continuation, or not of a log at all
@@ -60,7 +60,7 @@ struct MarkedLine
     bool operator==(const MarkedLine&) const = default;
 };
 
-/// Reads the mark of a line from its text after the stamp, without line break. `text` owns the result.
+/// Reads the mark of a line from its text after the stamp, without line break. The result refers to `text`.
 MarkedLine ParseMark(std::string_view text);
 
 } // namespace marvane

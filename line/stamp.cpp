@@ -1,7 +1,7 @@
 #include "line/stamp.h"
 
-#include "text/read_digits.h"
 #include "text/digits.h"
+#include "text/read_digits.h"
 #include "text/text_copy.h"
 
 namespace marvane {

@@ -200,7 +200,7 @@ constexpr NameEntry TimingSetRows[] = {
 };
 static_assert(IsSorted(TimingSetRows));
 
-// 258 has the text of 257: readers know it by that.
+// 258 has the label of 257. Kept: log readers match it.
 constexpr NameEntry CommsProtocolRows[] = {
     {256, "[DoIP]"},
     {257, "[DoIP (Option 1)]"},

@@ -1,4 +1,4 @@
-// Names of the API's numbers: fixed tables, and the names of the bits of flag bytes.
+// Names of the codes of the API, and of the bits of flag bytes, as logs show them.
 #pragma once
 
 #include <array>
@@ -10,13 +10,14 @@
 
 namespace marvane {
 
+/// A code and its name.
 struct NameEntry
 {
     UNUM32 Code;
     std::string_view Name;
 };
 
-/// A table sorted by code.
+/// A table sorted by code, checked at compile time: look-ups are binary searches.
 using NameTable = std::span<const NameEntry>;
 
 extern const NameTable ErrorCodeNames;
@@ -35,10 +36,10 @@ extern const NameTable TimingSetNames;
 /// Labels of the protocols of comms reports.
 extern const NameTable CommsProtocolLabels;
 
-/// Name of a code, or the text that the call site has for a missing one.
+/// Name of a code, or `notFound`. Log lines differ in the word for a missing name.
 std::string_view NameOf(NameTable table, UNUM32 code, std::string_view notFound);
 
-/// Name of a function's result, "<UNKNOWN ERROR>" if it has none.
+/// Name of the status of a call, "<UNKNOWN ERROR>" if it has none.
 std::string_view StatusText(T_PDU_ERROR status);
 
 /// Names of the 32 bits of four flag bytes, by bit number; an unused bit has an empty name.

@@ -13,7 +13,7 @@ using SNUM16 = std::int16_t;
 using UNUM32 = std::uint32_t;
 using SNUM32 = std::int32_t;
 
-// Codes are plain numbers and not enumerations: a value outside its table is ordinary input here.
+// Codes are plain numbers, not enumerations: values without a name are ordinary input here.
 using T_PDU_ERROR = UNUM32;
 using T_PDU_STATUS = UNUM32;
 using T_PDU_COPT = UNUM32;
@@ -514,7 +514,7 @@ struct LogParameterBytes
     const UNUM8* Bytes;
 };
 
-// The layout decides whether this library can talk to a target library at all.
+// The layout is the binary interface to applications and target libraries.
 static_assert(sizeof(void*) != 8 ||
               (sizeof(PDU_FLAG_DATA) == 16 && sizeof(PDU_DATA_ITEM) == 16 && sizeof(PDU_PARAM_ITEM) == 24 &&
                sizeof(PDU_PARAM_BYTEFIELD_DATA) == 16 && sizeof(PDU_PARAM_LONGFIELD_DATA) == 16 &&
@@ -594,47 +594,78 @@ using PDU_MS_LOG_CALLBACK = UNUM32 (*)(const CHAR8* text, UNUM8 direction, UNUM3
 #endif
 
 extern "C" {
+/// Starts the API. OptionStr: options of the library, may be null; pAPITag comes back with events of the API.
 PDU_API T_PDU_ERROR PDUConstruct(CHAR8* OptionStr, void* pAPITag);
+/// Ends the API and frees all that belongs to it.
 PDU_API T_PDU_ERROR PDUDestruct();
+/// Runs a command of a module or a link, with an item in and, if it has a result, a new item out.
 PDU_API T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_ITEM* pInputData,
                              PDU_DATA_ITEM** ppOutputData);
+/// Versions of the module and of the library.
 PDU_API T_PDU_ERROR PDUGetVersion(UNUM32 hMod, PDU_VERSION_DATA* pVersionData);
+/// Status of a module, a link (hCLL) or a ComPrimitive (hCoP); handles that do not apply are
+/// PDU_HANDLE_UNDEF.
 PDU_API T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pStatusCode,
                                  UNUM32* pTimestamp, UNUM32* pExtraInfo);
+/// Last error of a module or a link, and the ComPrimitive that it belongs to.
 PDU_API T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode, UNUM32* phCoP,
                                     UNUM32* pTimestamp, UNUM32* pExtraErrorInfo);
+/// Fills in the status of the resources that the item names.
 PDU_API T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus);
+/// Creates a link on a resource, given by its data or its id; pCLLTag comes back with its events.
 PDU_API T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 resourceId,
                                             void* pCLLTag, UNUM32* phCLL, PDU_FLAG_DATA* pCLLCreateFlag);
+/// Destroys a link.
 PDU_API T_PDU_ERROR PDUDestroyComLogicalLink(UNUM32 hMod, UNUM32 hCLL);
+/// Connects a link to the vehicle.
 PDU_API T_PDU_ERROR PDUConnect(UNUM32 hMod, UNUM32 hCLL);
+/// Disconnects a link.
 PDU_API T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL);
+/// Locks the resource of a link, by the bits of LockMask, against other links.
 PDU_API T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask);
+/// Undoes PDULockResource.
 PDU_API T_PDU_ERROR PDUUnlockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask);
+/// Returns a ComParam of a link as a new item.
 PDU_API T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_ITEM** pParamItem);
+/// Sets a ComParam of a link.
 PDU_API T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem);
+/// Starts a ComPrimitive, such as sending a request and waiting for its answers; pCoPTag comes back with its
+/// events.
 PDU_API T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, UNUM32 CoPDataSize,
                                          UNUM8* pCoPData, PDU_COP_CTRL_DATA* pCoPCtrlData, void* pCoPTag,
                                          UNUM32* phCoP);
+/// Cancels a ComPrimitive.
 PDU_API T_PDU_ERROR PDUCancelComPrimitive(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP);
+/// Takes the oldest event of a link, a module or the API as a new item.
 PDU_API T_PDU_ERROR PDUGetEventItem(UNUM32 hMod, UNUM32 hCLL, PDU_EVENT_ITEM** ppEventItem);
+/// Frees an item that a function returned.
 PDU_API T_PDU_ERROR PDUDestroyItem(void* pItem);
+/// Sets the callback for the events of a link, a module or the API; null removes it.
 PDU_API T_PDU_ERROR PDURegisterEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC EventCallbackFunction);
+/// Id of an object, such as a ComParam or a resource, by type and short name.
 PDU_API T_PDU_ERROR PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname, UNUM32* pPduObjectId);
+/// Returns the modules that exist as a new item.
 PDU_API T_PDU_ERROR PDUGetModuleIds(PDU_MODULE_ITEM** pModuleItem);
+/// Returns the resources that fit the given data as a new item.
 PDU_API T_PDU_ERROR PDUGetResourceIds(UNUM32 hMod, PDU_RSC_DATA* pResourceIdData,
                                       PDU_RSC_ID_ITEM** pResourceIdList);
+/// Returns the resources of some modules that can't be used beside one resource, as a new item.
 PDU_API T_PDU_ERROR PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInputModuleList,
                                                PDU_RSC_CONFLICT_ITEM** pOutputConflictList);
+/// Returns the table of unique response identifiers of a link as a new item.
 PDU_API T_PDU_ERROR PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
                                             PDU_UNIQUE_RESP_ID_TABLE_ITEM** pUniqueRespIdTable);
+/// Sets the table of unique response identifiers of a link.
 PDU_API T_PDU_ERROR PDUSetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
                                             PDU_UNIQUE_RESP_ID_TABLE_ITEM* pUniqueRespIdTable);
+/// Connects a module.
 PDU_API T_PDU_ERROR PDUModuleConnect(UNUM32 hMod);
+/// Disconnects a module.
 PDU_API T_PDU_ERROR PDUModuleDisconnect(UNUM32 hMod);
+/// Time of a module, by the clock of its events.
 PDU_API T_PDU_ERROR PDUGetTimestamp(UNUM32 hMod, UNUM32* pTimestamp);
 }
 
 /// Optional extension of a target library: registers the comms callback, null removes it. Looked up by
-/// name only; its result is not looked at.
+/// name only; its result is ignored.
 using PDU_MS_SetLogCallback_t = T_PDU_ERROR (*)(PDU_MS_LOG_CALLBACK callback);

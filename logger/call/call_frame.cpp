@@ -96,7 +96,7 @@ void LogEntry(PhaseText& text, std::string_view name)
 
 void LogExit(PhaseText& text, std::string_view name, T_PDU_ERROR status)
 {
-    // What most calls return is not looked up.
+    // The status of most calls is not looked up in the table.
     if (status == PDU_STATUS_NOERROR)
         return text.AddStamped(marks::Exit, name, std::string_view("<PDU_STATUS_NOERROR (0x0000)>\n"));
     text.AddStamp();

@@ -20,7 +20,7 @@ UNUM32 CommsLogCallback(const CHAR8* text, UNUM8 direction, UNUM32 protocol, UNU
     report.Add("%s"_fmt, NameOf(CommsProtocolLabels, protocol, "NULL"));
     report.AddLine("%s %s"_fmt, ReportArrow(way), text);
 
-    // Fixed levels: what a report holds is shown whatever the settings say about calls.
+    // Fixed levels: reports are shown whole, whatever the settings for calls.
     const DecoderContext context{2, 2, report};
     for (UNUM32 i = 0; i < count && report.HasRoom(); ++i)
         DecodeCommsParameter(context, Arrow(way), parameters[i]);

@@ -19,7 +19,7 @@ constexpr const char* Name = "PDUCallbackTrap";
 
 using Callback = std::atomic<CALLBACKFNC>;
 
-// Never emptied: a handle that comes up again in a later session finds its callback.
+// Kept from session to session: a handle that is used again finds its callback.
 constinit GrowOnlyMap<UNUM32, Callback> ModuleCallbackMap;
 constinit GrowOnlyMap<std::uint64_t, Callback> LinkCallbackMaps;
 

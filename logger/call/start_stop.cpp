@@ -41,7 +41,7 @@ void FillSettings(const CConfigData& config)
     }
 }
 
-/// Finds the log folder and opens the log file if anything is to be logged. Returns 0 on success, else 1.
+/// Sets the log folder, and opens the log file if anything is to be logged. Returns 0 on success, else 1.
 int OpenLog(PhaseText& text, const CConfigData& config)
 {
     const auto configured = config.Texts().find(LogFileDirKey.Name);
@@ -70,7 +70,7 @@ void LogTargetVersion(PhaseText& text)
         text.AddLine("LOADING:  Failed to load - '%s'"_fmt, path);
 }
 
-// These lines ask LogEnabled where those of the calls ask LogFnCalls.
+// These lines depend on LogEnabled where those of calls depend on LogFnCalls.
 DecoderContext StartUpContext(PhaseText& text, NumericKey decodeLevel)
 {
     return {Setting(NumericKey::LogEnabled), Setting(decodeLevel), text};

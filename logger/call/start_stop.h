@@ -3,12 +3,12 @@
 
 namespace marvane {
 
-/// Brings the logger up: diagnostic log, configuration, settings, log file, target library. Runs at every
-/// PDUConstruct; what is up already stays. Returns 1 if it stopped ahead of the target library, else 0.
+/// Starts the logger: diagnostic log, configuration, settings, log file, target library. Called by every
+/// PDUConstruct; what is running already stays. Returns 1 if it stopped before the target library, else 0.
 int LOGGER_Initialise();
 
-/// Takes the target library and the diagnostic log down; settings and log file stay. Returns 1 if the logger
-/// was not up, else 0.
+/// Unloads the target library and closes the diagnostic log; settings and log file stay. Returns 1 if the
+/// logger was not running, else 0.
 int LOGGER_Uninitialise();
 
 } // namespace marvane

@@ -1,12 +1,15 @@
+// The parameters of comms reports.
 #include "logger/decode/decode.h"
 
 namespace marvane {
 
 namespace {
 
+// Types of parameters.
 constexpr UNUM32 NumberParameter = 0x1000;
 constexpr UNUM32 BytesParameter = 0x1002;
 
+/// Bytes of the name of a number, which need not be NUL-terminated.
 constexpr std::size_t NameSize = 21;
 
 } // namespace

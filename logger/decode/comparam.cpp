@@ -1,3 +1,4 @@
+// ComParams: single values, byte fields, long fields and structures.
 #include <cstring>
 
 #include "logger/decode/decode.h"
@@ -12,7 +13,7 @@ std::string_view ComParamName(UNUM32 id)
     return ObjectName(ObjectNameMap::ComParamNames, id, "[NOT YET READ]");
 }
 
-// The other side's number may stand anywhere.
+/// Reads a number that need not be aligned.
 template <class Number> Number Read(const void* data)
 {
     Number number;
@@ -43,7 +44,8 @@ void DecodeParamValue(const DecoderContext& context, Arrow arrow, UNUM32 id, T_P
     if (!data)
         return DecodeLine(context, arrow, "pDataVal\t= <NULL>"_fmt);
     const std::string_view name = ComParamName(id);
-    // A narrow signed number shows all its eight digits: it is printed as the wide number that it became.
+    // A negative narrow number is shown in hexadecimal with all eight digits, since it is widened. Kept: log
+    // readers match it.
     const auto number = [&](auto format, auto value) {
         DecodeLine(context, arrow, format, name, id, value, value);
     };
@@ -111,7 +113,7 @@ void DecodeStructField(const DecoderContext& context, Arrow arrow, UNUM32 id,
                field->ComParamStructType);
     DecodeLine(context, nested, "MaxEntries\t= %u"_fmt, field->ParamMaxEntries);
     DecodeLine(context, nested, "ActEntries\t= %u"_fmt, field->ParamActEntries);
-    // The first element stands for all.
+    // Only the first element is shown.
     if (field->ComParamStructType == PDU_CPST_SESSION_TIMING)
         DecodeSessionTiming(context, nested,
                             static_cast<const PDU_PARAM_STRUCT_SESSION_TIMING*>(field->pStructArray));

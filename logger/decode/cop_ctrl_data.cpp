@@ -1,3 +1,4 @@
+// Control data of a ComPrimitive: cycles, flags, expected responses.
 #include <cstdlib>
 
 #include "logger/decode/decode.h"
@@ -19,7 +20,7 @@ void CyclesLine(const DecoderContext& context, std::string_view label, SNUM32 cy
         DecodeLine(context, ToTarget, "%s%d"_fmt, label, cycles);
 }
 
-/// The list of identifiers of one expected response, in one line. A list of 700 characters ends the process.
+/// The line with the identifiers of one expected response. Ends the process if it reaches 700 characters.
 class UridLine
 {
 public:
@@ -40,7 +41,8 @@ public:
     }
 
 private:
-    // Nothing of such a list may reach the log, and there is no log of it that would be true.
+    // A list that is cut would be a log that is not true, and larger ones are not written: the process ends
+    // before anything of it reaches the log.
     void EndIfTooLong() const
     {
         if (end_ == std::end(text_))
@@ -60,7 +62,7 @@ void UridList(const DecoderContext& context, const PDU_EXP_RESP_DATA& response)
     context.Text.Add("%s"_fmt, line.Finish());
 }
 
-/// False if the walk over the responses ends here.
+/// False if the remaining responses must not be visited.
 bool DecodeExpectedResponse(const DecoderContext& context, const PDU_EXP_RESP_DATA& response)
 {
     const UNUM32 length = response.NumMaskPatternBytes;

@@ -1,3 +1,4 @@
+// The contexts of decoders.
 #include "logger/decode/decode.h"
 
 #include "logger/state/settings.h"

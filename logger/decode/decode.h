@@ -37,7 +37,7 @@ void DecodeLine(const DecoderContext& context, Arrow arrow, Format format, const
     context.Text.AddLine(format, arguments...);
 }
 
-/// The same if the context's gate is open.
+/// The same, only if the gate of the context is open.
 template <class Format, class... Arguments>
 void GatedLine(const DecoderContext& context, Arrow arrow, Format format, const Arguments&... arguments)
 {
@@ -114,7 +114,7 @@ void DecodeModuleIdList(const DecoderContext& context, const PDU_MODULE_ITEM* it
 /// does so, logging that is active for another reason does not.
 bool ShowsResourceLists();
 void DecodeInputModules(const DecoderContext& context, const PDU_MODULE_ITEM& modules);
-/// `list` must not be null. What the entries hold is shown at the level of arguments, though it is a result.
+/// `list` must not be null. The entries are shown at the level of arguments, though they are results.
 void DecodeResourceIdResult(PhaseText& text, PDU_RSC_ID_ITEM** list);
 void DecodeConflictResult(PhaseText& text, PDU_RSC_CONFLICT_ITEM** list);
 void DecodeResourceStatusEntries(const DecoderContext& context, Arrow arrow, const PDU_RSC_STATUS_ITEM& item);

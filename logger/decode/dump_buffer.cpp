@@ -1,3 +1,4 @@
+// The listing of a buffer.
 #include <algorithm>
 
 #include "line/dump_line.h"

@@ -1,3 +1,4 @@
+// Event items: results, status changes, errors, information.
 #include <algorithm>
 
 #include "logger/decode/decode.h"

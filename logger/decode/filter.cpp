@@ -1,3 +1,4 @@
+// Message filters.
 #include <algorithm>
 
 #include "logger/decode/decode.h"
@@ -18,8 +19,7 @@ void DecodeFilterList(const DecoderContext& context, Arrow arrow, const PDU_IO_F
     ForEachEntry(
         context, list->pFilterData, list->NumFilterEntries, [&](UNUM32 i, const PDU_IO_FILTER_DATA* filter) {
             const UNUM32 size = filter->FilterCompareSize;
-            // The record holds no more, whatever the size says; the listing then ends with the mark of a cut
-            // one.
+            // The record has 12 bytes, whatever the size says; a larger one is listed as a cut buffer.
             const UNUM32 limit = std::min(size, static_cast<UNUM32>(sizeof filter->FilterMaskMessage));
             DecodeLine(context, arrow.Deeper(),
                        "FilterEntry[%02u] Type=%s (%d), Number=%u, FilterSize=%u"_fmt, i,

@@ -1,3 +1,4 @@
+// Generic items of PDUIoCtl: finds the decoder of what an item holds.
 #include <algorithm>
 
 #include "logger/decode/decode.h"
@@ -7,7 +8,7 @@ namespace marvane {
 
 namespace {
 
-/// The item's data, taken as the record that the type names.
+/// The item's data as the record of its type.
 template <class Record> const Record& As(const PDU_DATA_ITEM& item)
 {
     return *static_cast<const Record*>(item.pData);
@@ -133,6 +134,7 @@ void UnknownItem(const DecoderContext& context, Arrow arrow, const PDU_DATA_ITEM
     DecodeLine(context, arrow.Deeper(), "UNKOWN"_fmt);
 }
 
+/// Decoder of the items of one type.
 struct ItemDecoder
 {
     T_PDU_IT Type;

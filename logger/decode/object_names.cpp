@@ -1,3 +1,4 @@
+// Short names of objects.
 #include "logger/decode/object_names.h"
 
 #include <array>

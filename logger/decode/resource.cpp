@@ -1,3 +1,4 @@
+// Resources, conflicts and modules: single records.
 #include "logger/decode/decode.h"
 #include "logger/decode/object_names.h"
 
@@ -42,7 +43,7 @@ void DecodeRscIdList(const DecoderContext& context, Arrow arrow, const char* lab
                HandleText(entry->hMod), entry->NumIds, entry->pResourceIdArray);
     if (!entry->pResourceIdArray) {
         DecodeLine(context, nested, "pResourceId[%s]\t= <NULL>"_fmt, name);
-        // The line names another field than the one that is null; readers know it so.
+        // Names the wrong field. Kept: log readers match this text.
         if (entry->NumIds != 0)
             DecodeLine(context, nested, "*** WARNING - %s: NumIds = %u BUT pDLCPinData= <NULL> ***"_fmt, name,
                        entry->NumIds);

@@ -1,3 +1,4 @@
+// Resources, conflicts and modules: whole lists, as calls take and return them.
 #include "logger/decode/decode.h"
 #include "logger/decode/object_names.h"
 #include "logger/state/settings.h"
@@ -8,7 +9,8 @@ namespace {
 
 constexpr Arrow Nested = FromTarget.Deeper();
 
-// What the entries of these two results hold is shown at the level of arguments: log readers know it so.
+// The entries of these two results are shown at the level of arguments. Kept: log readers and their settings
+// depend on it.
 DecoderContext EntryContext(PhaseText& text)
 {
     return ArgumentContext(text);
@@ -18,7 +20,7 @@ DecoderContext EntryContext(PhaseText& text)
 
 bool ShowsResourceLists()
 {
-    // Below LogFnCalls 2 no line of them passes its gate.
+    // Below LogFnCalls 2 every line is dropped by its gate.
     return Setting(NumericKey::LogEnabled) == 1 && Setting(NumericKey::LogFnCalls) >= 2;
 }
 
@@ -76,7 +78,7 @@ void DecodeConflictResult(PhaseText& text, PDU_RSC_CONFLICT_ITEM** list)
 
 void DecodeResourceStatusEntries(const DecoderContext& context, Arrow arrow, const PDU_RSC_STATUS_ITEM& item)
 {
-    // With a closed gate the list is not even walked: it may be long.
+    // With a closed gate the list is not visited at all: it may be long.
     if (!context.IsOpen())
         return;
     const auto show = [&](UNUM32 i, const PDU_RSC_STATUS_DATA* entry) {

@@ -1,3 +1,4 @@
+// The table of unique response identifiers.
 #include "logger/decode/decode.h"
 
 namespace marvane {

@@ -1,3 +1,4 @@
+// DoIP: vehicle identification, Ethernet switch, entity address and status.
 #include "logger/decode/decode.h"
 
 namespace marvane {

@@ -1,3 +1,4 @@
+// Versions, and numbers that calls write back.
 #include "logger/decode/decode.h"
 
 namespace marvane {

@@ -1,4 +1,4 @@
-// ComPrimitives: what the application sends, and what it expects to hear back.
+// ComPrimitives: what the application sends, and which answers it expects.
 #include "logger/call/call_frame.h"
 
 using namespace marvane;
@@ -27,7 +27,7 @@ T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, U
             },
         .after =
             [&](PhaseText& text, T_PDU_ERROR) {
-                // Shown after a failure too; read only to be shown.
+                // Shown after a failure too. The variable is read only if it is shown.
                 const DecoderContext results = ResultContext(text);
                 if (phCoP && results.IsOpen())
                     DecodeLine(results, FromTarget, "hCoP          \t= %s"_fmt, HandleText(*phCoP));

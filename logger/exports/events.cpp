@@ -1,4 +1,4 @@
-// Events: fetching them, giving items back, and registering who is told of them.
+// Events: fetching them, freeing items, and registering callbacks.
 #include "logger/call/call_frame.h"
 #include "logger/call/event_callback.h"
 

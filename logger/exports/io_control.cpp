@@ -23,7 +23,8 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
                     DecodeItem(arguments, ToTarget, "pInputData", pInputData);
                 else
                     GatedLine(arguments, ToTarget, "pInputData\t= <NULL>"_fmt);
-                // No gate by level here, nor for the pointer that comes back: both show at every level.
+                // This line and that of the pointer that comes back have no gate by level. Kept: log readers
+                // match them at every level.
                 if (ppOutputData)
                     DecodeLine(arguments, ToTarget, "*ppOutputData\t= %8p"_fmt, *ppOutputData);
             },

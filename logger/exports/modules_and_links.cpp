@@ -1,4 +1,4 @@
-// Modules and links: the calls that open and close the way to a vehicle.
+// Modules and ComLogicalLinks: opening, closing and locking the connection to a vehicle.
 #include "logger/call/call_frame.h"
 #include "logger/decode/object_names.h"
 #include "logger/log/rotation.h"
@@ -23,7 +23,7 @@ T_PDU_ERROR PDUModuleDisconnect(UNUM32 hMod)
         .forward = [=](const CPduDll& target) { return target.PDUModuleDisconnect(hMod); },
         .finish =
             [](PhaseText& text) {
-                // So configured, each session with a module gets a file of its own, however small.
+                // With both at 1, each session with a module gets a file of its own, however small.
                 if (Setting(NumericKey::LogEnabled) == 1 && Setting(NumericKey::LogNewFileCfg) == 1)
                     ChangeLogFile(text, "PDUModuleDisconnect");
                 else

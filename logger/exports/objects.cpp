@@ -1,4 +1,4 @@
-// Objects, modules and resources: what exists, and what it is called.
+// Objects, modules and resources: what exists, and under which names.
 #include "logger/call/call_frame.h"
 #include "logger/decode/object_names.h"
 
@@ -25,7 +25,7 @@ T_PDU_ERROR PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname, UNUM32* 
                 const DecoderContext results = ResultContext(text);
                 if (results.IsOpen())
                     DecodeLine(results, FromTarget, "pPduObjectId  \t= %u"_fmt, *pPduObjectId);
-                // Learned whatever is being logged: the names are wanted later.
+                // Stored with logging off too: later lines need the names.
                 if (status == PDU_STATUS_NOERROR && pShortname)
                     RecordObjectName(pduObjectType, *pPduObjectId, pShortname);
             },

@@ -1,4 +1,4 @@
-// Version, status and time: what the target library says of itself, a module, a link or a ComPrimitive.
+// Version, status, last error and time of a module, a link or a ComPrimitive.
 #include "logger/call/call_frame.h"
 
 using namespace marvane;
@@ -34,7 +34,7 @@ T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pS
                 const DecoderContext results = ResultContext(text);
                 if (status != PDU_STATUS_NOERROR || !results.IsOpen())
                     return;
-                // No test for null: success without a status code is a fault of the target library.
+                // Not tested for null: success without a status code would be an error of the target library.
                 GatedLine(results, FromTarget, "pStatusCode\t= %s (0x%04X)"_fmt,
                           NameOf(StatusCodeNames, *pStatusCode, "<NULL>"), *pStatusCode);
                 DecodeWrittenBack(results, "pTimestamp", "pTimestamp", pTimestamp);
@@ -60,7 +60,8 @@ T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode,
                 const DecoderContext results = ResultContext(text);
                 if (status != PDU_STATUS_NOERROR || !results.IsOpen())
                     return;
-                // Named from the table of call results; and no test for null, as in PDUGetStatus.
+                // Named by the table of call results, though it is an error of an event: log readers match
+                // this. Not tested for null, as in PDUGetStatus.
                 GatedLine(results, FromTarget, "pErrorCode= %s (0x%04X)"_fmt,
                           NameOf(ErrorCodeNames, *pErrorCode, "<UNKNOWN>"), *pErrorCode);
                 DecodeWrittenBack(results, "phCoP          ", "phCoP", phCoP);
@@ -78,7 +79,8 @@ T_PDU_ERROR PDUGetTimestamp(UNUM32 hMod, UNUM32* pTimestamp)
         .forward = [=](const CPduDll& target) { return target.PDUGetTimestamp(hMod, pTimestamp); },
         .after =
             [&](PhaseText& text, T_PDU_ERROR) {
-                // A second closing of the call-out: its lines carry the time of this second reading.
+                // Begins the phase a second time, so these lines carry a later stamp. Kept: logs always had
+                // two.
                 CloseCallOut(text, "PDUGetTimestamp");
                 DecodeWrittenBack(ResultContext(text), "pTimestamp              ", "pTimestamp", pTimestamp);
             },

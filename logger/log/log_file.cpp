@@ -27,7 +27,7 @@ void LogFile::WriteOut(std::string_view text, std::size_t rest)
 {
     std::string_view written = text.substr(0, text.size() - rest);
     if (length_ != 0 && written.size() <= buffer_.size() - length_) {
-        // One piece is written faster than two.
+        // One write is cheaper than two.
         CopyText(buffer_.data() + length_, written.data(), written.size());
         length_ += written.size();
         written = {};

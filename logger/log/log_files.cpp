@@ -17,7 +17,7 @@ LogStream CommsLogFile = nullptr;
 
 namespace {
 
-// The folder is made once in a process: one that is deleted later is not made again.
+// The folder is created once in a process: one that is deleted later is not created again.
 std::atomic<bool> LogDirectoryReady = false;
 
 template <class Action> void ForEachOpenFile(Action action)
@@ -27,7 +27,7 @@ template <class Action> void ForEachOpenFile(Action action)
             action(*file);
 }
 
-/// Writes out what is left when this library goes, closed properly or not.
+/// Flushes the files when this library is unloaded or the process exits, whether the log was closed or not.
 struct WriteOutAtEnd
 {
     ~WriteOutAtEnd()
@@ -49,7 +49,7 @@ void LeaveFork()
     LogMutex.Unlock();
 }
 
-// A forked child writes no text a second time that its parent logged, and does not find the log locked.
+// A forked child must not write buffered text of its parent a second time, nor find the log locked.
 const bool ForksSeen = (platform::CallAtFork(PrepareForFork, LeaveFork), true);
 
 } // namespace
@@ -75,8 +75,8 @@ LogPaths ComposeLogPaths(const std::string& directory, bool withComms)
     if (!soleApi.empty())
         return {folder + soleApi, withComms ? folder + soleComms : std::string()};
     const std::tm now = platform::LocalCalendarTime();
-    // No separator in front of the comms name: without one at the folder's end the file lies beside the
-    // folder. Readers of the logs rely on where it is.
+    // No separator before the comms name: without one at the end of `directory` the file is created beside
+    // the folder. Kept: log readers expect it there.
     return {folder + MakeLogFileName(LogFamily::Api, now),
             withComms ? directory + MakeLogFileName(LogFamily::Comms, now) : std::string()};
 }

@@ -1,4 +1,4 @@
-// The API log files: where they lie, how they are opened, written, measured and closed.
+// The API log files: where they are stored, and how they are opened, written, measured and closed.
 #pragma once
 
 #include <atomic>
@@ -11,44 +11,43 @@
 
 namespace marvane {
 
-/// An open log stream, or none. Changed under LogMutex only; whether it exists may be looked at without.
+/// An open log file, or null. Changed under LogMutex only; whether there is one may be tested without it.
 using LogStream = std::atomic<LogFile*>;
 
 /// The log of the calls.
 extern LogStream ApiLogFile;
-/// Where comms records go: ApiLogFile's own stream, or a file beside it.
+/// Receives comms reports: the same file as ApiLogFile, or one of its own.
 extern LogStream CommsLogFile;
 
-/// Makes a folder with all that lead to it. False if one of them can't be made; those behind it are tried all
-/// the same. An empty name counts as made.
+/// Creates a folder and its missing parents. False if one of them can't be created; the rest is tried all the
+/// same. An empty name is a success.
 bool MakeLogDirectory(const std::string& directory);
 
 struct LogPaths
 {
     std::string Api;
-    std::string Comms; ///< empty without a comms family
+    std::string Comms; ///< empty if comms reports have no files of their own
 };
 
-/// Trims the old files and composes the paths of the files to open in a folder.
+/// Trims the old files of LogDirectory and composes the paths of the files to open in `directory`.
 LogPaths ComposeLogPaths(const std::string& directory, bool withComms);
 
-/// Makes the folder if this process has not done so yet, trims the old files, and opens the log file and,
+/// Creates the folder if this process has not done so yet, trims the old files, and opens the log file and,
 /// if so configured, the comms file, both for appending. Returns 0 on success, else 1.
 int OpenLogFile(const std::string& directory);
 
 /// Closes the log file and the comms file.
 void CloseLogFiles();
 
-/// Size of the API log file in bytes, with all that was written to it; 0 if none is open. Leaves the file's
-/// contents on the disc.
+/// Size of the API log file in bytes, buffered text included, after flushing it; 0 if none is open.
 std::uint32_t GetLogFileSize();
 
-/// Writes a text to a stream and flushes it if LogFlush is 1, under LogMutex. A stream that is gone by then
-/// swallows the text.
+/// Writes text to a log file under LogMutex, and flushes it if LogFlush is 1. Does nothing if there is no
+/// file by then. Errors are ignored.
 void WriteToLog(const LogStream& stream, std::string_view text);
 
-/// Writes a phase to a stream while logging is active. The text stays as it is. Whether there is a stream is
-/// asked under LogMutex alone: in the middle of a change of the file there is none.
+/// Writes a phase to a log file while logging is active. The text stays as it is. Whether there is a file is
+/// tested under LogMutex only: in the middle of a change of the file there is none.
 inline void WritePhase(const PhaseText& text, const LogStream& stream)
 {
     if (LoggingActive())

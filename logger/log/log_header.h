@@ -7,11 +7,11 @@
 
 namespace marvane {
 
-/// Appends the header's lines to the buffer; writes nothing. Before the logger is up the header ends behind
-/// the settings.
+/// Adds the lines of the header: versions and settings. Until the logger has started it ends after the
+/// settings. Takes LogMutex for the strings.
 void LogHeader(PhaseText& text);
 
-/// Appends the line that shows the folder of the log files.
+/// Adds the line that shows the folder of the log files.
 void LogLogFileDir(PhaseText& text, const std::string& directory);
 
 } // namespace marvane

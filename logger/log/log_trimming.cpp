@@ -31,7 +31,8 @@ void TrimLogFiles(LogFamily family, std::string& soleFile)
     const std::string directory = CopyGuarded(LogDirectory);
     const std::string folder = directory + platform::PathSeparator;
     Diagnose(Trimming(DebugLevel::Debug), "SearchPath=", directory);
-    // The stamp begins with the day, so the order is that of the text and not that of age.
+    // Names begin with the day, so their order is not that of age. Kept: installations count on which file
+    // goes.
     const auto found = platform::FindFiles(folder + LogFilePattern(family));
     if (!found)
         return;
@@ -46,7 +47,7 @@ void TrimLogFiles(LogFamily family, std::string& soleFile)
         platform::RemoveFile(path);
         names.erase(names.begin());
     }
-    // Folders alone may match.
+    // All that matched may have been folders.
     if (Setting(NumericKey::LogFileMaxNum) == 0 && !names.empty()) {
         soleFile = *names.begin();
         Diagnose(Trimming(DebugLevel::Debug), "SoleFile=", soleFile);

@@ -7,9 +7,9 @@
 
 namespace marvane {
 
-/// Erases the surplus files of a family from LogDirectory: LogFileMaxNum plus one stay, those whose names
-/// sort highest as text. With LogFileMaxNum 0 `soleFile` gets the name of the one that stays, to be appended
-/// to; else, or if there is none, it is left empty.
+/// Deletes the surplus files of a family from LogDirectory: LogFileMaxNum plus one remain, those whose names
+/// sort last as text. With LogFileMaxNum 0 `soleFile` becomes the name of the one that remains, to be
+/// appended to; else, or if there is none, it becomes empty. Errors are ignored.
 void TrimLogFiles(LogFamily family, std::string& soleFile);
 
 } // namespace marvane

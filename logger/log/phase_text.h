@@ -45,8 +45,8 @@ private:
     bool isSet_ = false;
 };
 
-/// Text and time of one phase. Every statement adds its text only while logging is active and the buffer has
-/// room, so callers need not ask. For one thread, as its call is.
+/// Text and time of one phase, on the stack of its call. Every statement adds its text only while logging is
+/// active and the buffer has room, so callers need not test that. Used by one thread.
 class PhaseText
 {
 public:
@@ -80,7 +80,7 @@ public:
             buffer_.Append(format, arguments...);
     }
 
-    /// The same with a line break that belongs to the statement.
+    /// The same with a line break at the end of the statement.
     template <FormatLiteral Literal, class... Arguments>
     requires FormatOf<LogFormat<Literal>, Arguments...>
     void AddLine(LogFormat<Literal>, const Arguments&... arguments)

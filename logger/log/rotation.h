@@ -1,4 +1,4 @@
-// The change of the log file when it has outgrown its limit.
+// Rotation: the change to a new log file when the old one is larger than its limit.
 #pragma once
 
 #include <string_view>
@@ -9,12 +9,12 @@
 
 namespace marvane {
 
-/// Changes the log file: a last line in the old one, a first line and a header in the new one. No other
-/// thread writes meanwhile.
+/// Changes the log file: writes a last line to the old one, and a first line and a header to the new one.
+/// Holds LogMutex, so that no other thread writes in between. Overwrites `text`.
 void ChangeLogFile(PhaseText& text, std::string_view name);
 
 /// Changes the log file if both limits are set and it is larger than LogFileMaxSize. `name` is the function
-/// after whose call this happens. Uses up the phase's text.
+/// after whose call this happens. Overwrites `text` then.
 inline void CheckRotation(PhaseText& text, std::string_view name)
 {
     const UNUM32 limit = Setting(NumericKey::LogFileMaxSize);

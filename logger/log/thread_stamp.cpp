@@ -8,7 +8,7 @@ namespace {
 
 thread_local constinit ThreadStamp Own;
 
-// A forked child's one thread has an id of its own, which is part of the stamp.
+// The thread of a forked child has another id, which is part of the stamp.
 const bool ForksSeen = (platform::CallInForkedChild([] { Own = ThreadStamp(); }), true);
 
 } // namespace

@@ -12,7 +12,7 @@ namespace marvane {
 
 namespace {
 
-// A text of the log's statements about start-up: stamp, arrow, text.
+/// Adds one line about the start: stamp, arrow, text.
 template <class Format, class... Arguments>
 void StartUpLine(PhaseText& text, Format format, const Arguments&... arguments)
 {

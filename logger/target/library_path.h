@@ -1,4 +1,4 @@
-// Works out where the target library is, and reads the version of a library.
+// Where the target library is, and the version of a library file.
 #pragma once
 
 #include <string>
@@ -8,12 +8,12 @@
 
 namespace marvane {
 
-/// Works TargetLibraryPath out from the configuration and logs it. False if the folder of this library is
-/// needed and not known.
+/// Sets TargetLibraryPath by the configuration and adds the lines about it. False if the folder of this
+/// library is needed and can't be found.
 bool GetLibPath(PhaseText& text, const CConfigData& config);
 
-/// Reads the product version of a file into a version text. False if there is none, or while nothing is
-/// logged; a text that is already there then keeps its tail behind the fallback's eight characters.
+/// Sets `versionText` to the product version of a file, under LogMutex. False if there is none (then only the
+/// first eight characters become "<UNKNOWN", the rest of an older text stays), or while logging is off.
 bool ReadVersionText(const std::string& file, std::string& versionText);
 
 } // namespace marvane

@@ -31,11 +31,11 @@ void LoadTargetLibrary()
     auto functions = std::make_unique<CPduDll>(library.Handle);
     const CPduDll* none = nullptr;
     if (!LoadedFunctions.compare_exchange_strong(none, functions.get(), std::memory_order_acq_rel)) {
-        // Another thread was first; its instance stays.
+        // Another thread was faster: its table stays.
         platform::UnloadLibrary(library.Handle);
         return;
     }
-    static_cast<void>(functions.release()); // The instance owns it now.
+    static_cast<void>(functions.release()); // LoadedFunctions owns it now.
     TargetLibraryHandle = library.Handle;
 }
 
@@ -52,7 +52,7 @@ void UnloadTargetLibrary(int milliseconds)
     const bool selfInside = platform::OwnDepth() > ownCall;
     if (!selfInside)
         platform::UnloadLibrary(library);
-    // Otherwise somebody may still look into the table: it is leaked.
+    // Otherwise a thread may still be reading the table: it is leaked.
     if (othersLeft && !selfInside)
         delete functions;
 }

@@ -1,4 +1,4 @@
-// The real D-PDU API implementation: loading it, and the table of its functions.
+// The target library, the real D-PDU API implementation: loading it, and the table of its functions.
 #pragma once
 
 #include <atomic>
@@ -10,7 +10,7 @@
 namespace marvane {
 
 /// The functions of the target library. A function that the library lacks is null; only PDU_MS_SetLogCallback
-/// is ever tested for that, a call of another one faults.
+/// is ever tested for that; a call of another null one faults.
 struct CPduDll : FunctionTable
 {
     /// Looks up the functions of a loaded library.

@@ -11,6 +11,7 @@
 #include "tool/commands/setup_options.h"
 #include "tool/setup/root_sources.h"
 #include "tool/setup/setup_files.h"
+#include "tool/setup/surrounding_findings.h"
 
 namespace marvane::tool {
 
@@ -27,6 +28,8 @@ CheckReport CheckEntry(const ReadRoot& root, const RootEntry& entry, const std::
 {
     CheckReport report = CheckChain(library, std::nullopt);
     report.Title = entry.ShortName;
+    Append(report.All, SpellingFindings(entry));
+    Append(report.All, OldProcessFindings(library, ChainOf(library).Target));
     report.All.insert(report.All.begin() + 1, {FindingLevel::Ok, "root file",
                                                root.Source.Path + " (" + root.Source.Origin + ")\nentry \"" +
                                                    entry.ShortName + "\" leads to Marvane",

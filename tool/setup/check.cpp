@@ -8,6 +8,7 @@
 #include "tool/setup/folder_findings.h"
 #include "tool/setup/library_findings.h"
 #include "tool/setup/setup_files.h"
+#include "tool/setup/surrounding_findings.h"
 
 namespace marvane::tool {
 
@@ -153,8 +154,11 @@ CheckReport CheckChain(const std::string& marvane, const std::optional<std::stri
     ChosenConfiguration chosen = ChooseConfiguration(marvane, given);
     before.push_back(std::move(chosen.Found));
     const Configuration configuration = ReadConfiguration(chosen.Path);
-    if (configuration.Opened)
-        return ChainCheck(configuration, marvane).Run(std::move(before));
+    if (configuration.Opened) {
+        CheckReport report = ChainCheck(configuration, marvane).Run(std::move(before));
+        Append(report.All, DiagnosticLogFindings());
+        return report;
+    }
     CheckReport report;
     report.All = std::move(before);
     return report;

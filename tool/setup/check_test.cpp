@@ -15,6 +15,8 @@ namespace {
 class Checked : public ::testing::Test
 {
 protected:
+    Checked() : temp("TEMP", folder.Path().string()) {}
+
     std::string Flat(const CheckFindings& findings) const
     {
         static constexpr const char* levels[] = {"ok", "note", "warning", "error"};
@@ -40,6 +42,7 @@ protected:
     std::string OfTarget(const std::string& path) const { return Flat(CheckTarget(path, OwnMachine()).All); }
 
     testing::TemporaryFolder folder;
+    testing::EnvironmentValue temp; ///< without a diagnostic log
     std::string build = testing::BuildFolder();
     std::string fake = testing::LibraryName("fake_target");
     std::string bits = sizeof(void*) == 8 ? "64-bit" : "32-bit";
@@ -98,6 +101,21 @@ TEST_F(CheckedTarget, ThatLacksAFunctionEndsTheApplication)
     EXPECT_EQ(Flat(check.All),
               "error target library: BUILD/" + name +
                   " | lacks 1 of 29 functions: PDULockResource | A call of it ends the application.\n");
+}
+
+TEST_F(CheckedTarget, WithoutItsDependencyNamesIt)
+{
+    const std::string extension = std::filesystem::path(fake).extension().string();
+    const std::string path = folder / ("fake_target_dependent" + extension);
+    std::filesystem::copy_file(build + "dependent/fake_target_dependent" + extension, path);
+    const LibraryCheck check = CheckTarget(path, OwnMachine());
+    EXPECT_FALSE(check.IsUsable);
+    const std::string shown = Flat(check.All);
+    EXPECT_TRUE(shown.ends_with(" | Not found, but needed: fake_dependency" + extension + "\n")) << shown;
+    std::filesystem::copy_file(build + "dependent/fake_dependency" + extension,
+                               folder / ("fake_dependency" + extension));
+    EXPECT_EQ(OfTarget(path), "ok target library: DIR" + separator + "fake_target_dependent" + extension +
+                                  " | 4.3.2.1, " + bits + ", 29 of 29 functions\n");
 }
 
 TEST_F(CheckedLogFolder, ThatCanBeMadeIsNotMade)

@@ -6,6 +6,7 @@
 #include "platform/files.h"
 #include "platform/replace_file.h"
 #include "tool/commands/nearest.h"
+#include "tool/setup/dependencies.h"
 #include "tool/setup/setup_files.h"
 
 namespace marvane::tool {
@@ -93,8 +94,11 @@ LibraryCheck CheckTarget(const std::string& path, Machine wanted)
     if (missing.size() == 29)
         return fail("exports none of the 29 functions of the D-PDU API: another library is meant.");
     const std::optional<std::string> failure = TryLoading(path, wanted);
-    if (failure && !failure->empty())
-        return fail(*failure);
+    if (failure && !failure->empty()) {
+        const std::vector<std::string> needed = MissingDependencies(look);
+        return fail(*failure +
+                    (needed.empty() ? std::string() : "\nNot found, but needed: " + Joined(needed)));
+    }
     check.IsUsable = true;
     check.LacksFunctions = !missing.empty();
     if (check.LacksFunctions)

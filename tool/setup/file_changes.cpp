@@ -62,7 +62,7 @@ void FileChanges::MakeFolders(const std::string& path)
 
 void FileChanges::Create(const std::string& path, std::string_view bytes)
 {
-    const std::string unfinished = path + ".marvane-new";
+    const std::string unfinished = path + UnfinishedMark;
     RemoveQuietly(unfinished); // Of a run that was interrupted.
     Announce();
     Require(platform::CreateNewFile(unfinished, bytes), path);

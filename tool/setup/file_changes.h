@@ -8,6 +8,9 @@
 
 namespace marvane::tool {
 
+/// What the name of a file ends with while it is being written.
+inline constexpr const char* UnfinishedMark = ".marvane-new";
+
 class FileChanges
 {
 public:

@@ -77,6 +77,15 @@ std::string LogFolderByDefault(const std::string& entry)
                                           : "%LOCALAPPDATA%\\Marvane\\logs\\" + name + "\\";
 }
 
+/// True for a folder that is missing, empty, or left by a run that was interrupted before its record was
+/// there.
+bool HoldsNothingFinished(const std::string& folder)
+{
+    const std::vector<std::string> names = NamesIn(folder);
+    return std::all_of(names.begin(), names.end(),
+                       [](const std::string& name) { return name.ends_with(UnfinishedMark); });
+}
+
 class Installer
 {
 public:
@@ -236,7 +245,8 @@ private:
             if (isTaken)
                 continue;
             const auto record = ReadRecord(folder);
-            if (record ? record->Entry == entry && IsSameFile(record->Root, root) : NamesIn(folder).empty())
+            if (record ? record->Entry == entry && IsSameFile(record->Root, root)
+                       : HoldsNothingFinished(folder))
                 return folder;
         }
     }

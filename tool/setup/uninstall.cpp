@@ -151,6 +151,9 @@ private:
                 library + " is in use: it was renamed; remove the folder when the application has ended");
         platform::RemoveFile(base + ConfigurationFileName);
         platform::RemoveFile(base + RecordName);
+        for (const std::string& name : NamesIn(copy.Folder))
+            if (name.ends_with(UnfinishedMark))
+                platform::RemoveFile(base + name);
         std::error_code notEmpty;
         std::filesystem::remove(FilePath(copy.Folder), notEmpty);
         if (!IsFolder(copy.Folder)) {

@@ -106,7 +106,7 @@ void UseParameters(Session& session, UNUM32 hCLL)
     session.DrainModuleEvents();
     session.Run(hCLL, PDU_COPT_UPDATEPARAM, {});
     session.DrainModuleEvents();
-    session.Say("Parameters in force: %u", static_cast<unsigned>(std::size(ParameterNames)));
+    session.Say("Parameters in effect: %u", static_cast<unsigned>(std::size(ParameterNames)));
 }
 
 void SetP2Max(Session& session, UNUM32 hCLL, UNUM16 value)

@@ -43,7 +43,7 @@ Parameters, read and written back:
 Control units that may answer: 2
   the module reports: the locks of a resource have changed
   the module reports: parameters of the bus have changed
-Parameters in force: 10
+Parameters in effect: 10
 A second link, number 2, shares the resource:
   it is in use, its parameters are locked
   it can't lock the parameters too

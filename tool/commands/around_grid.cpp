@@ -99,7 +99,7 @@ std::string Cell(std::string text, bool toTheRight, std::size_t bars, std::size_
 {
     const std::size_t room = width - MostBars - 2;
     if (text.size() > room)
-        text = text.substr(0, room - 1) + "~";
+        text.replace(room - 1, std::string::npos, "~");
     text.insert(toTheRight ? 0 : text.size(), room - text.size(), ' ');
     text.append(1, ' ').append(bars, '|');
     text.append(width - text.size(), ' ');

@@ -12,6 +12,8 @@ namespace {
 constexpr std::string_view FullMark = marks::BufferFull.substr(0, marks::BufferFull.size() - 1);
 /// The one line of a start that has no line end: the next stamp follows it.
 constexpr std::string_view NoPathLine = "\tERROR: Couldn't find library path (";
+/// What PDUIoCtl writes although calls are not logged.
+constexpr std::string_view BareIoCtlLine = "   -->  *ppOutputData\t= ";
 constexpr std::size_t LongestSetting = 64 * 1024;
 
 std::uint32_t TimeOfDay(const Stamp& stamp)
@@ -232,6 +234,8 @@ void LogReader::Engine::ReadDecoded(std::string_view text, bool isCut)
     CloseReport(false);
     if (thread_->IsInHeader && IsHeaderLine(text))
         return TakeLoading(*session_, text);
+    if (Settings().FnCalls == 0u && text.starts_with(BareIoCtlLine))
+        return;
     if (!AddToFrame(text))
         return Damaged(text);
     tail_ = Tail::Decoded;

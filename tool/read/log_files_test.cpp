@@ -136,6 +136,22 @@ TEST_F(LogFilesTest, SaysWhatIsNoLog)
     EXPECT_EQ(Read(Put("b.LGR", std::string(1000, '\0'))), "0 file trouble: b.LGR: is no log\n");
 }
 
+TEST_F(LogFilesTest, SaysThatAFileBecameShorterOrVanished)
+{
+    const std::string path = Put("a.LGR", Start);
+    std::vector<LogFile> files = FindLogFiles({path}).Files;
+    files[0].Size += 1;
+    TextSink sink;
+    LogReader reader(sink);
+    EXPECT_TRUE(ReadLogFile(files[0], reader));
+    fs::remove(path);
+    EXPECT_FALSE(ReadLogFile(files[0], reader));
+    reader.Finish();
+    EXPECT_EQ(sink.Text(), "session 1 process 1\n"
+                           "3 file changed: a.LGR: became shorter while it was read\n"
+                           "0 file trouble: a.LGR: can't be opened\n");
+}
+
 TEST_F(LogFilesTest, TakesTheFilesOfTheNewestSession)
 {
     Put("D-PDU_API_Logger_01-02-2026_10-00-00.LGR", Start);

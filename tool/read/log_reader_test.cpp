@@ -181,6 +181,16 @@ TEST(LogReader, SplitsTheLineThatHasNoLineEnd)
               "session 1 process 1\n");
 }
 
+TEST(LogReader, KnowsTheLineThatIsWrittenAlthoughCallsAreNot)
+{
+    EXPECT_EQ(ReadLines("1 Config setting: LogFnCalls           =         0 (0x00000000)\n"
+                        "1    -->  *ppOutputData\t=    (nil)\n"
+                        "1 + PDUCallbackTrap\n"
+                        "1    -->  *ppOutputData\t=    (nil)\n"
+                        "1 - PDUCallbackTrap\n"),
+              NoSession + "3..5 event 0x0 returned thread 1 depth 0 in 0 out 0 0 ms\n");
+}
+
 TEST(LogReader, TakesASecondStartOfTheSameProcessAsANewSessionOfIt)
 {
     EXPECT_EQ(ReadLines("1 ########## INITIALISE ##########\n"

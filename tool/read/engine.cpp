@@ -399,7 +399,7 @@ void LogReader::Engine::ReadMark(std::string_view text)
 void LogReader::Engine::Damaged(std::string_view line)
 {
     if (!hasLineEnd_)
-        return; // told as a cut last line
+        return; // reported as a cut last line
     ++counts_.DamagedLines;
     Tell(ProblemKind::Damaged, at_, nullptr, line);
 }

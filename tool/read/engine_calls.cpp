@@ -12,7 +12,7 @@ constexpr std::size_t MostDepth = 64;
 constexpr std::size_t MostFrames = 20000;
 constexpr std::size_t MostBytes = 32 * 1024 * 1024;
 
-constexpr std::string_view Start = "LOGGER_Initialise"; ///< has no entry line: the header stands for it
+constexpr std::string_view Start = "LOGGER_Initialise"; ///< has no entry line, but a header
 
 /// Functions whose arguments can be nested so deep that they show the arrows of results.
 bool HasDeepArguments(Function function)

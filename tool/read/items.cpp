@@ -16,7 +16,7 @@ std::string_view TextOf(const CallLine& line)
     return ParseArrow(line.Text) ? line.Text.substr(ArrowLength) : line.Text;
 }
 
-/// What stands between `begin` and `end` in `text`; to the end of it without `end`.
+/// What is between `begin` and `end` in `text`; to the end of it without `end`.
 std::string_view Part(std::string_view text, std::string_view begin, std::string_view end)
 {
     const std::size_t at = text.find(begin);

@@ -35,7 +35,7 @@ struct FoundFiles
     std::vector<Failure> Failures;
 };
 
-/// The log files behind `paths`: files, folders (all logs in them, and comms logs beside them with the
+/// The log files that `paths` lead to: files, folders (all logs in them, and comms logs beside them with the
 /// folder's name in front), patterns with * and ?, "-". No path is read twice.
 FoundFiles FindLogFiles(const std::vector<std::string>& paths);
 

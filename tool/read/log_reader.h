@@ -1,4 +1,4 @@
-// Reads logs in one pass and tells a sink what is in them.
+// Reads logs in one pass and passes what they contain to a sink.
 //
 //     struct Counter : marvane::read::LogSink {
 //         std::uint64_t Failed = 0;
@@ -23,7 +23,7 @@
 
 namespace marvane::read {
 
-/// What a sink is told. What it does not want costs nothing. Add them with |.
+/// What is passed to a sink. What it does not want costs nothing. Combine them with |.
 enum class Wants : std::uint32_t
 {
     Lines = 1,   ///< OnLine: every line of every file, in order
@@ -42,7 +42,7 @@ constexpr bool Has(Wants all, Wants one)
     return (static_cast<std::uint32_t>(all) & static_cast<std::uint32_t>(one)) != 0;
 }
 
-/// What the reader tells. Calls, events and reports arrive when they are complete: in the order of their last
+/// Receives what is read. Calls, events and reports arrive when they are complete: in the order of their last
 /// lines, and a call after all that happened inside it.
 class LogSink
 {
@@ -108,10 +108,10 @@ public:
     /// The next bytes of the file, cut anywhere. A line is read when its line end has come.
     void Feed(std::string_view bytes);
     /// The next `bytes` of the file, which are `lines` whole lines, are not read. To be called where a line
-    /// begins. Calls that are open there are not told.
+    /// begins. Calls that are open there are not reported.
     /// From then on second halves without a first half are no problem.
     void Skip(std::uint64_t bytes, std::uint64_t lines);
-    /// The file ends; a last line without line end is read as it stands.
+    /// The file ends; a last line without line end is read as it is.
     void EndFile();
     /// No more files: delivers what is in flight. To be called once.
     void Finish();

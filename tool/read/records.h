@@ -280,7 +280,7 @@ struct Setting
     std::optional<std::uint32_t> Number; ///< of a numeric key
 };
 
-/// One run of the logger library from PDUConstruct to PDUDestruct, as far as the log tells.
+/// One run of the logger library from PDUConstruct to PDUDestruct, as far as the log shows.
 /// Owned by the reader; the last thousand stay where they are while the reader lives. It grows while its
 /// lines are read.
 struct Session

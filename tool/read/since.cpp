@@ -13,13 +13,13 @@ namespace marvane::read {
 
 namespace {
 
-/// No file is longer in time than this if its dates are to be told without reading it.
+/// No file is longer in time than this if its dates are to be known without reading it.
 constexpr std::int64_t LongestSpan = 20LL * 60 * 60 * 1000;
 /// Steps back of the clock up to this are nothing: the lines from then on are read.
 constexpr std::int64_t SmallStep = 60LL * 1000;
 /// Greater steps are looked for at so many places.
 constexpr std::uint64_t Places = 64;
-/// A stamp is found within this, whatever stands between two lines of one half.
+/// A stamp is found within this, whatever is between two lines of one half.
 constexpr std::size_t ProbeSize = 64 * 1024;
 constexpr std::uint64_t WorthIt = 1024 * 1024;
 

@@ -1,5 +1,6 @@
 #include "line/file_names.h"
 
+#include "text/digits.h"
 #include "text/read_digits.h"
 
 namespace marvane {
@@ -47,9 +48,19 @@ std::optional<FileTime> ParseEnding(std::string_view ending)
 
 std::string MakeLogFileName(LogFamily family, const std::tm& begun)
 {
-    char ending[40];
-    const std::size_t length = std::strftime(ending, sizeof ending, "_%d-%m-%Y_%H-%M-%S.LGR", &begun);
-    return std::string(BaseName(family)).append(ending, length);
+    // Not by strftime: the one of Windows refuses a leap second.
+    char ending[] = "_00-00-0000_00-00-00.LGR";
+    const auto put = [&](std::size_t column, int value) {
+        PutTwoDigits(ending + column, static_cast<unsigned>(value));
+    };
+    put(Day, begun.tm_mday);
+    put(Month, begun.tm_mon + 1);
+    put(Year, (begun.tm_year + 1900) / 100);
+    put(Year + 2, begun.tm_year % 100);
+    put(Hour, begun.tm_hour);
+    put(Minute, begun.tm_min);
+    put(Second, begun.tm_sec);
+    return std::string(BaseName(family)).append(ending);
 }
 
 std::string LogFilePattern(LogFamily family)

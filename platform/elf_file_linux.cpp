@@ -9,7 +9,7 @@ namespace marvane::platform {
 
 namespace {
 
-// No honest table of a library comes near this.
+// Tables of real libraries are far smaller.
 constexpr std::size_t MostBytes = 1 << 20;
 
 class ElfFile
@@ -26,7 +26,7 @@ public:
             segments_.clear();
     }
 
-    /// Contents of each segment of a type; those that the file does not hold whole are left out.
+    /// Contents of each segment of a type; segments that the file does not contain completely are omitted.
     std::vector<std::vector<char>> Segments(std::uint32_t type)
     {
         std::vector<std::vector<char>> contents;
@@ -40,7 +40,7 @@ public:
         return contents;
     }
 
-    /// Text at an address of the loaded library.
+    /// NUL-terminated string at an address of the loaded library.
     std::string TextAt(std::uint64_t address)
     {
         for (const Elf64_Phdr& segment : segments_) {

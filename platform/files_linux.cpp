@@ -28,7 +28,7 @@ std::FILE* StreamOf(int descriptor, const char* mode)
     return stream;
 }
 
-/// Closes the descriptor unless the check of what it is open on says yes.
+/// The descriptor, or -1, and it is closed, if its file does not pass the check.
 template <class Check> int Checked(int descriptor, Check check)
 {
     struct stat status;
@@ -57,7 +57,7 @@ FolderWriters WritersOfOpen(DIR* directory)
 
 bool PathExists(const std::string& path)
 {
-    // The root: what stands in front of the first separator of an absolute path.
+    // The root: the part before the first separator of an absolute path.
     return path.empty() || access(path.c_str(), F_OK) == 0;
 }
 

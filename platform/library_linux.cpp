@@ -16,7 +16,7 @@ const char* const OwnLibraryName = "libMarvane.so";
 
 namespace {
 
-// A sanitizer's own functions would be bypassed by deep binding.
+// Deep binding would bypass the functions of a sanitizer.
 #ifdef MARVANE_SANITIZED
 constexpr int LoadFlags = RTLD_NOW | RTLD_LOCAL;
 #else
@@ -46,8 +46,8 @@ bool IsOwn(void* handle)
 
 using Handles = std::vector<void*>;
 
-/// Loads those libraries that a library needs and that lie beside it, the deepest first. The loader then
-/// finds them by name when it comes to the library itself.
+/// Loads the libraries that a library needs and that are in its folder, dependencies first. The loader then
+/// finds them by name when it loads the library itself.
 void LoadNeededBeside(const std::string& path, std::set<std::string>& visited, Handles& loaded)
 {
     for (const std::string& name : ElfNeededLibraries(path)) {
@@ -83,11 +83,11 @@ LoadedLibrary LoadWithNeededBeside(const std::string& path)
 
 LoadedLibrary LoadTargetLibrary(const std::string& path)
 {
-    // An empty path would be the program itself.
+    // An empty path would load the program itself.
     if (path.empty())
         return {nullptr, "no file name"};
     LoadedLibrary library = LoadByPath(path);
-    // A bare name is the loader's to find; only a path has something beside it.
+    // The loader searches for a bare name; only a path has a folder.
     if (!library.Handle && path.find('/') != std::string::npos)
         library = LoadWithNeededBeside(path);
     if (!library.Handle || !IsOwn(library.Handle))
@@ -120,7 +120,7 @@ std::optional<std::array<std::uint16_t, 4>> ProductVersion(const std::string& fi
 {
     if (file.find('/') != std::string::npos)
         return ElfProductVersion(file);
-    // A bare name: whatever the loader would take for it, and so this library itself for its own name.
+    // A bare name means the library that the loader has under it; our own name means this library.
     const char* const own = OwnModule().dli_fname;
     if (own && std::string(own).substr(std::string(own).rfind('/') + 1) == file)
         return ElfProductVersion(own);

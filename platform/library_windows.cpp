@@ -20,7 +20,7 @@ HMODULE OwnModule()
     return module;
 }
 
-/// The system's text for an error.
+/// The system's message for an error.
 std::string ErrorText(DWORD error)
 {
     char* buffer = nullptr;

@@ -1,4 +1,4 @@
-// A file of 32-bit words that processes share.
+// A file of 32-bit words that several processes read and change.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 
 namespace marvane::platform {
 
-/// A file of 32-bit words, mapped for sharing with other processes.
+/// The file, mapped into memory: changes by other processes are seen at the next read.
 class SharedWords
 {
 public:
@@ -17,15 +17,15 @@ public:
     ~SharedWords() { Close(); }
 
     /// Opens the file, creating it if it is missing, appends words of value `fill` until it holds `count`
-    /// whole words, and maps these. False on failure: errno's text in `error` if the file can't be opened, an
-    /// empty text if it can't be mapped. A file that is already open is only mapped again.
+    /// whole words, and maps these. False on failure: errno's message in `error` if the file can't be opened,
+    /// an empty text if it can't be mapped. A file that is already open is only mapped again.
     bool Open(const std::string& path, std::size_t count, std::int32_t fill, std::string& error);
     void Close();
 
     /// The words, as other processes may change them at any time; null if not mapped.
     const volatile std::int32_t* Words() const { return words_; }
 
-    /// Reads a word. False if it is not mapped, or if another process has cut the file short of it.
+    /// Reads a word. False if it is not mapped, or if another process has truncated the file before it.
     bool Read(std::size_t index, std::int32_t& value) const;
 
 private:

@@ -38,7 +38,7 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
             if (write(descriptor_, &fill, sizeof fill) == -1)
                 break;
     }
-    // Words that the file does not hold could be mapped, but not read.
+    // Words past the end of the file could be mapped, but not read.
     mappedBytes_ = count * sizeof fill;
     if (lseek(descriptor_, 0, SEEK_END) < static_cast<off_t>(mappedBytes_))
         return false;

@@ -18,9 +18,9 @@ namespace marvane {
 
 namespace {
 
-// Guarded by LogMutex. Made without running code, since LogMutex itself reports here when it is made.
+// Guarded by LogMutex. Constant-initialised, since LogMutex itself reports here when it is created.
 constinit std::FILE* DiagnosticFile = nullptr;
-// The init log, while no caller of SetPipe has been handed it: whoever replaces it then closes it.
+// The init log, as long as no caller of SetPipe owns it: whoever replaces it closes it.
 constinit std::FILE* OwnedInitLog = nullptr;
 constinit const volatile std::int32_t* ActiveLevelTable = nullptr;
 constinit bool LevelsFromConfig = false;
@@ -47,8 +47,8 @@ DiagnosticSource FromCLog(DebugLevel level, const char* function, std::uint32_t 
     return {level, Subsystem::GENERAL, "lib/CLog", function, line};
 }
 
-/// Prints and flushes. Writing may raise signals and is a cancellation point; this must be neither to the
-/// application.
+/// Prints and flushes. A write may raise signals and is a cancellation point; the application must notice
+/// neither.
 void PrintTo(std::FILE* stream, const std::string& text)
 {
     const platform::Uninterrupted scope;
@@ -145,7 +145,7 @@ bool CLog::Initialise()
     const std::string folder = platform::ExpandEnvironment(reference);
     const std::string path = folder + LevelFileName;
     std::string error = "No folder for settings";
-    // Without a home the reference stays, and would become a folder of that name.
+    // Without a home folder the reference stays as it is, and a folder of that name would be created.
     if (folder != reference) {
         platform::MakeDirectoryChain(folder);
         LevelFile().Open(path, SubsystemCount, static_cast<std::int32_t>(DebugLevel::Warn), error);

@@ -10,7 +10,7 @@
 
 namespace marvane {
 
-/// One record in the making; the destructor writes it out. All that is not the record's text is static
+/// One record while it is composed; the destructor writes it. Everything except the record's string is static
 /// and guarded by LogMutex.
 class CLog
 {
@@ -23,31 +23,31 @@ public:
     /// Inserts time and level label. Without a level table it inserts nothing.
     std::ostringstream& Get(DebugLevel level);
 
-    /// True if a record of this level is to be written now. Brings the level table up if there is none;
-    /// without one, errors and warnings are written and nothing else.
+    /// True if a record of this level is to be written now. Opens the level table if there is none; if that
+    /// fails, only errors and warnings are written.
     static bool Wanted(DebugLevel level, Subsystem subsystem);
 
-    /// Brings up the shared level table and the init log. True if a level table exists.
+    /// Opens the shared level table and the init log. True if a level table exists.
     static bool EnsureLevelTable();
 
     /// Opens and maps the shared level file. True if a level table exists.
     static bool Initialise();
 
-    /// Gives the shared level table up, unless the levels come from the configuration.
+    /// Unmaps the shared level table, unless the levels come from the configuration.
     static void ReleaseLevelTable();
 
     /// Makes the init log the output. The stream in use before is not closed.
     static void SetInitLogFile(bool truncate);
 
     /// Redirects the output to a stream, or with null back to the init log. Returns the stream that was in
-    /// use, which is the caller's from now on.
+    /// use; the caller owns it from now on.
     static std::FILE* SetPipe(std::FILE* stream);
 
-    /// Gives the level table up, writes the closing record and closes the output.
+    /// Unmaps the level table, writes the closing record and closes the output.
     static void Shutdown();
 
-    /// Puts a table of SubsystemCount levels from the configuration in force; null ends that. The table
-    /// stays the caller's and must outlive its being in force.
+    /// Uses a table of SubsystemCount levels from the configuration; null ends that. The caller owns the
+    /// table, which must outlive its use.
     static void UseConfiguredLevels(const std::int32_t* table);
 
 private:
@@ -73,10 +73,10 @@ struct DiagnosticSource
 
 namespace clog_detail {
 
-/// Begins the record: thread, file, line and function, up to the colon in front of the message.
+/// Begins the record: thread, file, line and function, up to the colon before the message.
 std::ostream& Begin(CLog& log, const DiagnosticSource& source);
 
-/// Holds LogMutex, which this header does not pull in.
+/// Holds LogMutex, whose header this one need not include.
 struct Hold
 {
     Hold();

@@ -1,4 +1,4 @@
-// A lock as the library sees it, whatever the system makes it of.
+// The interface of a lock, independent of the system.
 #pragma once
 
 #include <cstdint>
@@ -10,11 +10,11 @@ class CMutexBase
 public:
     virtual ~CMutexBase() = default;
 
-    /// Waits without end. True when acquired.
+    /// Waits for ever. True if acquired.
     virtual bool Lock() = 0;
-    /// Waits for a time, at least 1 ms. True when acquired.
+    /// Waits for a time, at least 1 ms. True if acquired.
     virtual bool LockTimed(std::int32_t milliseconds) = 0;
-    /// True when it was held and is now left.
+    /// True if it was held and is now released.
     virtual bool Unlock() = 0;
 
 protected:
@@ -22,7 +22,7 @@ protected:
     CMutexBase(const CMutexBase&) = delete;
     CMutexBase& operator=(const CMutexBase&) = delete;
 
-    bool IsMutex = true; ///< false: the handle is a semaphore, left by giving one count back
+    bool IsMutex = true; ///< false: the handle is a semaphore, released by giving one count back
     std::int32_t Reserved = 0;
 };
 

@@ -8,8 +8,8 @@
 
 namespace marvane {
 
-/// Recursive: each taking needs its own release. If the system refuses to make the mutex, that is reported
-/// to the diagnostic log and every wait fails at once.
+/// Recursive: each Lock needs its own Unlock. If the system can't create the mutex, that is reported to the
+/// diagnostic log and every wait fails at once.
 class CMutexWindows final : public CMutexBase
 {
 public:
@@ -25,15 +25,15 @@ private:
 };
 
 /// The one lock of this library: held while a log file is written, measured or changed and while the
-/// diagnostic log is, never during a call into the target library or the application. Usable as long as there
-/// is a thread to use it.
+/// diagnostic log is, never during a call into the target library or the application. Never
+/// destroyed while a thread can still take it.
 extern CMutexWindows& LogMutex;
 
-/// Makes LogMutex if that has not been done yet. An object whose constructor calls it may use LogMutex in its
-/// destructor too.
+/// Creates LogMutex if that has not been done yet. An object whose constructor calls it may use LogMutex in
+/// its destructor too.
 void MakeLogMutex();
 
-/// Holds LogMutex for a scope. A wait that fails is not looked at: logging never fails a call.
+/// Holds LogMutex for a scope. A failed wait is ignored: logging never fails a call.
 class LogMutexHold
 {
 public:
@@ -43,7 +43,7 @@ public:
     LogMutexHold& operator=(const LogMutexHold&) = delete;
 };
 
-/// Copy of a text that LogMutex guards.
+/// Copy of a string that LogMutex guards.
 inline std::string CopyGuarded(const std::string& text)
 {
     LogMutexHold hold;

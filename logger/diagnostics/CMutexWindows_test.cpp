@@ -7,7 +7,7 @@
 namespace marvane {
 namespace {
 
-/// Whether another thread gets the mutex without waiting long; it leaves it again.
+/// Whether another thread gets the mutex without waiting long; it releases it again.
 bool IsFreeForOthers(CMutexWindows& mutex)
 {
     bool taken = false;

@@ -3,8 +3,8 @@
 
 namespace marvane {
 
-/// Opens the file anew, truncated, and sends the diagnostic log there. If it can't be opened the log stays
-/// where it is.
+/// Opens the file anew, truncated, and sends the diagnostic log there. If it can't be opened, the log is
+/// not redirected.
 void OpenDiagnosticPipe();
 
 /// Sends the diagnostic log back to its init log and closes the file.

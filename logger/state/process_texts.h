@@ -6,7 +6,7 @@
 
 namespace marvane {
 
-/// Folder of the log files, at most 260 characters; kept for reopening.
+/// Folder of the log files, at most 260 characters; stored for reopening.
 extern std::string& LogDirectory;
 
 /// Full path of the target library, at most 260 characters.

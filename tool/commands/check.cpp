@@ -98,11 +98,19 @@ void AddSharedFolders(std::vector<CheckReport>& reports)
                                       0});
 }
 
+/// A bare name would be searched for elsewhere when it is loaded.
+std::optional<std::string> FullPath(const std::optional<std::string>& path)
+{
+    if (!path)
+        return std::nullopt;
+    return PathText(std::filesystem::absolute(FilePath(*path)).lexically_normal());
+}
+
 std::vector<CheckReport> Reports(const Arguments& arguments)
 {
     const std::string name = arguments.Operands().empty() ? std::string() : arguments.Operands().front();
-    const auto configuration = arguments.Value("--config");
-    const auto library = arguments.Value("--library");
+    const auto configuration = FullPath(arguments.Value("--config"));
+    const auto library = FullPath(arguments.Value("--library"));
     if (!name.empty() + configuration.has_value() + library.has_value() > 1)
         throw UsageError("give a NAME, --config or --library, one of them");
     if (library)

@@ -178,14 +178,12 @@ std::string VersionOf(const LibraryLook& look)
 /// A note if the delivered library is another than the copy.
 std::string OutdatedRow(const LibraryLook& copy)
 {
-    const std::string delivered =
-        FolderOf(PathText(FilePath(platform::OwnModulePath(4096).Path)), platform::PathSeparator) +
-        platform::OwnLibraryName;
-    const LibraryLook own = LookAtLibrary(delivered);
-    if (!own.Facts || !copy.Facts || own.Facts->For != copy.Facts->For || !own.Facts->Version ||
-        !copy.Facts->Version || *copy.Facts->Version >= *own.Facts->Version)
+    const auto bytes = copy.Facts ? DeliveredLibrary({}, copy.Facts->For) : std::nullopt;
+    const auto own = bytes ? InspectBinary(*bytes) : std::nullopt;
+    if (!own || !own->Version || !copy.Facts->Version || *copy.Facts->Version >= *own->Version)
         return {};
-    return " ! outdated    this command brings" + VersionOf(own) + "; 'marvane install' updates the copy\n";
+    return " ! outdated    this command brings " + VersionText(*own->Version) +
+           "; 'marvane install' updates the copy\n";
 }
 
 std::string InstallationText(const Installation& installation)

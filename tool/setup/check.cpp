@@ -60,8 +60,8 @@ ChosenConfiguration ChooseConfiguration(const std::string& marvane, const std::o
 class ChainCheck
 {
 public:
-    ChainCheck(const Configuration& configuration, const std::string& marvane)
-        : configuration_(configuration), marvane_(marvane)
+    ChainCheck(const Configuration& configuration, const std::string& marvane, Machine machine)
+        : configuration_(configuration), marvane_(marvane), machine_(machine)
     {
     }
 
@@ -121,8 +121,7 @@ private:
             report_.All.push_back({FindingLevel::Note, "target library", "not tried: its path is wrong", 0});
             return false;
         }
-        const LibraryLook marvane = LookAtLibrary(marvane_);
-        LibraryCheck check = CheckTarget(path, marvane.Facts ? marvane.Facts->For : OwnMachine());
+        LibraryCheck check = CheckTarget(path, machine_);
         Append(report_.All, std::move(check.All));
         lacksFunctions_ = check.LacksFunctions;
         return check.IsUsable;
@@ -141,6 +140,7 @@ private:
 
     const Configuration& configuration_;
     const std::string& marvane_;
+    Machine machine_;
     CheckReport report_;
     bool isPathWrong_ = false;
     bool lacksFunctions_ = false;
@@ -150,12 +150,14 @@ private:
 
 CheckReport CheckChain(const std::string& marvane, const std::optional<std::string>& given)
 {
-    CheckFindings before = {MarvaneFinding(LookAtLibrary(marvane))};
+    const LibraryLook look = LookAtLibrary(marvane);
+    CheckFindings before = {MarvaneFinding(look)};
     ChosenConfiguration chosen = ChooseConfiguration(marvane, given);
     before.push_back(std::move(chosen.Found));
     const Configuration configuration = ReadConfiguration(chosen.Path);
     if (configuration.Opened) {
-        CheckReport report = ChainCheck(configuration, marvane).Run(std::move(before));
+        CheckReport report = ChainCheck(configuration, marvane, look.Facts ? look.Facts->For : OwnMachine())
+                                 .Run(std::move(before));
         Append(report.All, DiagnosticLogFindings());
         return report;
     }
@@ -164,9 +166,10 @@ CheckReport CheckChain(const std::string& marvane, const std::optional<std::stri
     return report;
 }
 
-CheckReport CheckConfiguration(const Configuration& configuration, const std::string& marvane)
+CheckReport CheckConfiguration(const Configuration& configuration, const std::string& marvane,
+                               Machine machine)
 {
-    return ChainCheck(configuration, marvane).Run({});
+    return ChainCheck(configuration, marvane, machine).Run({});
 }
 
 CheckReport CheckLibrary(const std::string& path)

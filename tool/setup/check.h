@@ -33,8 +33,10 @@ struct CheckReport
 /// `configuration` that one instead. Opens no log and makes no file.
 CheckReport CheckChain(const std::string& marvane, const std::optional<std::string>& configuration);
 
-/// Checks a configuration text that is not on the disk yet, for a logger library at `marvane`.
-CheckReport CheckConfiguration(const Configuration& configuration, const std::string& marvane);
+/// Checks a configuration that is not on the disk yet, for a logger library of a machine type that will be at
+/// `marvane`.
+CheckReport CheckConfiguration(const Configuration& configuration, const std::string& marvane,
+                               Machine machine);
 
 /// Checks a target library alone.
 CheckReport CheckLibrary(const std::string& path);

@@ -148,7 +148,8 @@ TEST_F(CheckedChain, HasTheOutcomeThatTheApplicationSees)
     const auto outcome = [&](const std::string& library, const std::string& more) {
         const std::string text = File(AttributeText("InstalledPath", build) + "\n" +
                                       AttributeText("PDUAPILibDll", library) + "\n" + more);
-        return Named(OutcomeText(CheckConfiguration(ParseConfiguration(text), marvane)), logs, "LOGS");
+        return Named(OutcomeText(CheckConfiguration(ParseConfiguration(text), marvane, OwnMachine())), logs,
+                     "LOGS");
     };
     const std::string dir = AttributeText("LogFileDir", logs) + "\n";
     const std::string enabled = dir + AttributeText("LogEnabled", "1") + "\n";

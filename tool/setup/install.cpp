@@ -59,12 +59,8 @@ std::vector<std::string> LibraryPlaces(const std::string& from, Machine machine)
 /// Bytes of the logger library for a machine type.
 std::string LibraryFor(const std::string& from, Machine machine, const std::string& entry)
 {
-    for (const std::string& place : LibraryPlaces(from, machine)) {
-        const auto bytes = ReadFileBytes(place + platform::PathSeparator + platform::OwnLibraryName);
-        const auto facts = bytes ? InspectBinary(*bytes) : std::nullopt;
-        if (facts && facts->IsMarvane && facts->For == machine)
-            return *bytes;
-    }
+    if (auto bytes = DeliveredLibrary(from, machine))
+        return std::move(*bytes);
     throw InstallRefused("entry " + Quoted(entry) + ": its library is " + MachineText(machine) +
                          ", and there is no " + MachineText(machine) + " " + platform::OwnLibraryName + " " +
                          (from.empty() ? "beside this command; name its folder with --from" : "in " + from));
@@ -305,7 +301,8 @@ private:
         for (const std::string& name : missing)
             notes_ += "   note          " + plan.Vendor + " lacks " + name +
                       ": a call of it ends the application\n";
-        const CheckReport report = CheckConfiguration(ParseConfiguration(plan.Configuration), plan.Copy);
+        const CheckReport report = CheckConfiguration(ParseConfiguration(plan.Configuration), plan.Copy,
+                                                      InspectBinary(plan.Library)->For);
         for (const CheckFinding& finding : report.All)
             if (finding.Level == FindingLevel::Error &&
                 !(finding.Place == "target library" && !missing.empty()))
@@ -462,6 +459,17 @@ private:
 std::string Install(const InstallOptions& options)
 {
     return Installer(options).Run();
+}
+
+std::optional<std::string> DeliveredLibrary(const std::string& from, Machine machine)
+{
+    for (const std::string& place : LibraryPlaces(from, machine)) {
+        auto bytes = ReadFileBytes(place + platform::PathSeparator + platform::OwnLibraryName);
+        const auto facts = bytes ? InspectBinary(*bytes) : std::nullopt;
+        if (facts && facts->IsMarvane && facts->For == machine)
+            return bytes;
+    }
+    return std::nullopt;
 }
 
 std::vector<std::string> CopyFolders(const std::string& to)

@@ -47,6 +47,10 @@ struct UninstallOptions
 /// Removes and returns the report. Throws InstallRefused.
 std::string Uninstall(const UninstallOptions& options);
 
+/// Bytes of the logger library of a machine type, from where it is delivered: `from`, else beside the
+/// command.
+std::optional<std::string> DeliveredLibrary(const std::string& from, Machine machine);
+
 /// The folders that `To` or its absence stands for.
 std::vector<std::string> CopyFolders(const std::string& to);
 

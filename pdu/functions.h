@@ -53,6 +53,7 @@ static_assert(FunctionNames.size() == 29);
 #undef PDU_NOTHING
 #undef PDU_NAME
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a declared name can't have parentheses.
 #define PDU_MEMBER(name) decltype(&::name) name = nullptr;
 #define PDU_EXTENSION_MEMBER(name) name##_t name = nullptr;
 /// The functions of a library that implements the API, null where it lacks one.

@@ -165,10 +165,10 @@ void LogReader::Engine::ReadStamped(std::string_view whole)
         thread_ = &threads_.Get(parsed_.Thread);
         session_ = sessions_.Find(thread_->Session);
     }
-    if (known.Kind == LineKind::Initialise)
+    // A version outside a header: the line before it, which begins the session, is damaged.
+    const bool isLateBegin = known.Kind == LineKind::Version && session_ && !thread_->IsInHeader;
+    if (known.Kind == LineKind::Initialise || isLateBegin)
         BeginSession();
-    else if (known.Kind == LineKind::Version && session_ && !thread_->IsInHeader)
-        BeginSession(); // the line before it is damaged
     else
         Assign(known);
     thread_->LastUse = counts_.Lines;

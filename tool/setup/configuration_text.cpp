@@ -173,7 +173,7 @@ std::string WithValue(const std::string& bytes, const std::string& key, const st
     if (before.End == ReadingStep::NoHeader || before.End == ReadingStep::NoBlockName)
         throw RefusedValue("nothing of the file is read: line 2 is not \"<D_PDU_API_CFG>\"");
     const ConfigurationLine* const line = LineOfKey(before, key);
-    const std::string changed = line ? Replaced(before, *line, value) : WithNewLine(before, key, value);
+    std::string changed = line ? Replaced(before, *line, value) : WithNewLine(before, key, value);
     const Configuration after = ParseConfiguration(changed);
     const ConfigurationLine* const found = LineOfKey(after, key);
     if (!found || found->Attribute.Value.Text != value || after.End != before.End)

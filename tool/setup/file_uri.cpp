@@ -61,7 +61,7 @@ std::string WindowsPath(std::string path)
     return path;
 }
 
-std::string LinuxPath(std::string path)
+std::string LinuxPath(const std::string& path)
 {
     const std::size_t slashes = std::min(path.find_first_not_of('/'), path.size());
     if (slashes == 0)

@@ -35,6 +35,7 @@ std::vector<RootSource> RegisteredSources()
 std::vector<RootSource> RootSources(const std::vector<std::string>& given)
 {
     std::vector<RootSource> sources;
+    sources.reserve(given.size());
     for (const std::string& path : given)
         sources.push_back(
             {PathText(std::filesystem::absolute(FilePath(path)).lexically_normal()), "--root", {}});

@@ -141,7 +141,7 @@ TEST_F(Show, SaysWhatIsMissingWithoutALogAndAConfiguration)
     const ProgramResult result = RunProgram("marvane", "show");
     EXPECT_EQ(result.Status, 2);
     EXPECT_EQ(result.Errors, "marvane: no LOG given, and no log folder found: " + folder_ / "absent.xml" +
-                                 " is no configuration that can be read\n");
+                                 " is no configuration that can be read, and no installed entry has a log\n");
 }
 
 TEST_F(Show, FollowingEndsWithTheTextOrTheTimeOut)

@@ -11,6 +11,7 @@
 #include "platform/files.h"
 #include "platform/library.h"
 #include "tool/commands/arguments.h"
+#include "tool/read/log_files.h"
 #include "tool/setup/configuration_choice.h"
 #include "tool/setup/installed_copy.h"
 
@@ -61,6 +62,23 @@ std::optional<std::string> LogFolderOf(const std::string& configuration)
     return folder;
 }
 
+std::optional<std::string> NewestLogFolder(const std::vector<InstalledCopy>& copies)
+{
+    std::optional<std::string> newest;
+    read::LogTime newestTime;
+    for (const InstalledCopy& copy : copies) {
+        const std::optional<std::string> folder =
+            LogFolderOf(copy.Folder + platform::PathSeparator + ConfigurationFileName);
+        const std::vector<read::LogFile> logs =
+            folder ? read::FindLogFiles({*folder}).Files : std::vector<read::LogFile>();
+        if (!logs.empty() && (!newest || logs.back().Begin.NameTime > newestTime)) {
+            newest = folder;
+            newestTime = logs.back().Begin.NameTime;
+        }
+    }
+    return newest;
+}
+
 std::string DefaultLogFolder(const std::optional<std::string>& entry)
 {
     if (entry)
@@ -69,8 +87,11 @@ std::string DefaultLogFolder(const std::optional<std::string>& entry)
     const std::optional<std::string> folder = LogFolderOf(configuration);
     if (folder && !folder->empty())
         return *folder;
+    if (const auto newest = NewestLogFolder(InstalledCopies(DefaultCopyFolders())))
+        return *newest;
     throw Trouble("no LOG given, and no log folder found: " + configuration +
-                  (folder ? " names none in LogFileDir" : " is no configuration that can be read"));
+                  (folder ? " names none in LogFileDir" : " is no configuration that can be read") +
+                  ", and no installed entry has a log");
 }
 
 } // namespace marvane::tool

@@ -53,9 +53,10 @@ static_assert(FunctionNames.size() == 29);
 #undef PDU_NOTHING
 #undef PDU_NAME
 
-// NOLINTNEXTLINE(bugprone-macro-parentheses): a declared name can't have parentheses.
+// NOLINTBEGIN(bugprone-macro-parentheses): a declared name can't be in parentheses.
 #define PDU_MEMBER(name) decltype(&::name) name = nullptr;
 #define PDU_EXTENSION_MEMBER(name) name##_t name = nullptr;
+// NOLINTEND(bugprone-macro-parentheses)
 /// The functions of a library that implements the API, null where it lacks one.
 struct FunctionTable
 {

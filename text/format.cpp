@@ -23,7 +23,8 @@ struct Output
     std::size_t Room() const { return static_cast<std::size_t>(End - Position); }
     [[nodiscard]] Output Put(const char* text, std::size_t length) const
     {
-        length = std::min(length, Room());
+        if (length > Room())
+            length = Room();
         CopyText(Position, text, length);
         return {Position + length, End};
     }
@@ -74,7 +75,7 @@ Output PutDigits(Output out, const FormatConversion& conversion, const char* dig
     if ((conversion.Flags & alignment) != FormatConversion::ZeroPadded)
         return PutPadded(out, conversion, digits - signs, length + signs);
     const std::size_t used = length + signs;
-    return out.Put("-", signs)
+    return out.Fill('-', signs)
         .Fill('0', conversion.Width > used ? conversion.Width - used : 0)
         .Put(digits, length);
 }

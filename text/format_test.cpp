@@ -18,7 +18,7 @@ const bool OnLinux = platform::PathSeparator == '/';
 std::string FormattedList(std::string_view format, const std::vector<FormatArgument>& arguments,
                           std::size_t room = 500)
 {
-    // On the heap, so that a sanitizer sees a byte written behind the room.
+    // On the heap, so that a sanitizer sees a byte written past the room.
     const auto text = std::make_unique<char[]>(room);
     const char* const end = testing::FormatAtRunTime(text.get(), text.get() + room, format, arguments.data());
     return {text.get(), static_cast<std::size_t>(end - text.get())};
@@ -57,18 +57,18 @@ public:
         }
     }
 
-    /// A directive of that conversion with random flags and width.
-    std::string Directive(const std::string& conversion, bool zeros)
+    /// That conversion with random flags and width.
+    std::string Conversion(const std::string& specifier, bool zeros)
     {
-        std::string directive = "%";
+        std::string conversion = "%";
         const auto flags = random_() % 4;
         if (flags == 1)
-            directive += "-";
+            conversion += "-";
         if (flags == 2 && zeros)
-            directive += "0";
+            conversion += "0";
         if (random_() % 3 != 0)
-            directive += std::to_string(1 + random_() % 40);
-        return directive + conversion;
+            conversion += std::to_string(1 + random_() % 40);
+        return conversion + specifier;
     }
 
 private:
@@ -81,11 +81,11 @@ TEST(LogFormat, NumbersComeOutAsTheCLibraryPrintsThem)
     for (int i = 0; i < 20000; ++i) {
         const std::uint32_t value = numbers.Next();
         for (const char* conversion : {"u", "x", "X"}) {
-            const std::string format = std::string("<") + numbers.Directive(conversion, true) + ">";
+            const std::string format = std::string("<") + numbers.Conversion(conversion, true) + ">";
             ASSERT_EQ(FormattedList(format, {value}), Printed(format, value)) << format << " of " << value;
         }
         const auto number = static_cast<std::int32_t>(value);
-        const std::string format = std::string("<") + numbers.Directive("d", true) + ">";
+        const std::string format = std::string("<") + numbers.Conversion("d", true) + ">";
         ASSERT_EQ(FormattedList(format, {number}), Printed(format, number)) << format << " of " << number;
     }
 }
@@ -94,20 +94,20 @@ TEST(LogFormat, NarrowNumbersComeOutAsTheCLibraryPrintsThem)
 {
     Numbers numbers;
     for (int i = 0; i < 20000; ++i) {
-        // Wider than the directive takes: it takes the low bits.
+        // Wider than the conversion takes: it takes the low bits.
         const std::uint32_t value = numbers.Next();
         const auto halfWord = static_cast<unsigned short>(value);
         const auto byte = static_cast<unsigned char>(value);
         for (const char* conversion : {"u", "x", "X"}) {
-            const std::string ofHalfWord = numbers.Directive(std::string("h") + conversion, true);
+            const std::string ofHalfWord = numbers.Conversion(std::string("h") + conversion, true);
             ASSERT_EQ(FormattedList(ofHalfWord, {value}), Printed(ofHalfWord, halfWord)) << ofHalfWord;
-            const std::string ofByte = numbers.Directive(std::string("hh") + conversion, true);
+            const std::string ofByte = numbers.Conversion(std::string("hh") + conversion, true);
             ASSERT_EQ(FormattedList(ofByte, {value}), Printed(ofByte, byte)) << ofByte;
         }
-        const std::string signedHalfWord = numbers.Directive("hd", true);
+        const std::string signedHalfWord = numbers.Conversion("hd", true);
         ASSERT_EQ(FormattedList(signedHalfWord, {value}),
                   Printed(signedHalfWord, static_cast<short>(halfWord)));
-        const std::string signedByte = numbers.Directive("hhd", true);
+        const std::string signedByte = numbers.Conversion("hhd", true);
         ASSERT_EQ(FormattedList(signedByte, {value}), Printed(signedByte, static_cast<signed char>(byte)));
     }
 }
@@ -125,12 +125,12 @@ TEST(LogFormat, TextsAndCharactersComeOutAsTheCLibraryPrintsThem)
         std::string text(numbers.Next() % 50, ' ');
         for (char& character : text)
             character = static_cast<char>(1 + numbers.Next() % 255);
-        const std::string format = std::string("<") + numbers.Directive("s", false) + ">";
+        const std::string format = std::string("<") + numbers.Conversion("s", false) + ">";
         const std::string expected = Printed(format, text.c_str());
         ASSERT_EQ(FormattedList(format, {text.c_str()}), expected) << format;
         ASSERT_EQ(FormattedList(format, {text}), expected) << format;
         ASSERT_EQ(FormattedList(format, {std::string_view(text)}), expected) << format;
-        const std::string single = numbers.Directive("c", false);
+        const std::string single = numbers.Conversion("c", false);
         ASSERT_EQ(FormattedList(single, {text.empty() ? 'e' : text[0]}),
                   Printed(single, text.empty() ? 'e' : text[0]))
             << single;
@@ -149,7 +149,7 @@ TEST(LogFormat, PointersComeOutAsTheSystemsOwnLibraryPrintsThem)
     Numbers numbers;
     for (int i = 0; i < 5000; ++i) {
         const std::uintptr_t address = std::uintptr_t{numbers.Next()} << 32 | numbers.Next();
-        const std::string format = std::string("<") + numbers.Directive("p", false) + ">";
+        const std::string format = std::string("<") + numbers.Conversion("p", false) + ">";
         char digits[20];
         std::snprintf(digits, sizeof digits, "%08X%08X", static_cast<unsigned>(address >> 32),
                       static_cast<unsigned>(address));
@@ -173,7 +173,7 @@ TEST(LogFormat, PointersOfAnyTypeArePrintedAsAddresses)
               Formatted("%8p"_fmt, reinterpret_cast<const void*>(&SomeFunction)));
 }
 
-TEST(LogFormat, LiteralTextAndSeveralDirectivesStandInOrder)
+TEST(LogFormat, LiteralTextAndSeveralConversionsAreInOrder)
 {
     EXPECT_EQ(Formatted("nothing to fill in"_fmt), "nothing to fill in");
     EXPECT_EQ(Formatted(""_fmt), "");
@@ -196,7 +196,7 @@ TEST(LogFormat, ANullTextIsNamedAndAnEmptyOneIsNothing)
     EXPECT_EQ(Formatted("<%s|%3s>"_fmt, std::string_view(), std::string_view()), "<|   >");
 }
 
-TEST(LogFormat, ATextOfKnownLengthNeedsNoTerminator)
+TEST(LogFormat, ATextOfKnownLengthNeedsNoNul)
 {
     const char letters[] = {'a', 'b', 'c', 'd'};
     EXPECT_EQ(Formatted("<%-5s>"_fmt, std::string_view(letters, 3)), "<abc  >");

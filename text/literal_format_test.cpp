@@ -138,7 +138,7 @@ TEST_F(StatementTest, PointersAndCharactersComeOutAsTheFormatterPrintsThem)
 TEST_F(StatementTest, LiteralsOfAnyLengthStandBetweenTheConversions)
 {
     Check(""_fmt);
-    Check("no conversion, and more characters than two registers hold: what follows stands behind them"_fmt);
+    Check("no conversion, and more characters than two registers hold: what follows comes after them"_fmt);
     Check("%u"_fmt, 1u);
     Check("%u%u"_fmt, 1u, 22u);
     Check("a%ubc%udef%ughij"_fmt, 1u, 22u, 333u);
@@ -165,7 +165,7 @@ TEST_F(StatementTest, AtEveryDistanceFromTheEndOfTheBufferTheTextIsTheSame)
 
 TEST_F(StatementTest, ATextWithoutAnEndIsReadNoFurtherThanTheRoomReaches)
 {
-    // On the heap, so that a sanitizer sees a byte read behind it.
+    // On the heap, so that a sanitizer sees a byte read past it.
     const std::size_t filled = 14000;
     const std::vector<char> endless(LogBuffer::Capacity - filled, 'x');
     buffer->Append("%s"_fmt, std::string(filled, 'f'));

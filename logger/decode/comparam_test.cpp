@@ -84,7 +84,7 @@ TEST_F(ComParamTest, ANumberAtAnOddAddressIsRead)
               "    >>> [NOT YET READ]                 (id=  7): =\t(u32) 305419896\t(0x12345678)\n");
 }
 
-TEST_F(ComParamTest, AByteFieldStandsAtTheLevelOfItsValue)
+TEST_F(ComParamTest, AByteFieldHasTheLevelOfItsValue)
 {
     UNUM8 bytes[] = {0x3E, 0x80};
     const PDU_PARAM_BYTEFIELD_DATA field = {10, 2, bytes};
@@ -110,7 +110,7 @@ TEST_F(ComParamTest, AByteFieldWithoutItsArrayIsReported)
               "\t\t <--      pDataArray: Address \t= <NULL>\n");
 }
 
-TEST_F(ComParamTest, ALongFieldStandsOneLevelDeeperAndCountsFourBytesEach)
+TEST_F(ComParamTest, ALongFieldIsOneLevelDeeperAndCountsFourBytesEach)
 {
     UNUM32 longs[] = {0x7E0, 0x7E8};
     const PDU_PARAM_LONGFIELD_DATA field = {4, 2, longs};
@@ -176,7 +176,7 @@ TEST_F(ComParamTest, TheTextOfATimingSetRunsIntoTheIndentsOfTheOtherDirection)
               "   <--  EXTENDED TIMING VALUES - USED AFTER INIT IF SET IN KEY BYTES\n");
 }
 
-TEST_F(ComParamTest, OnTheWayBackTheTextOfATimingSetStandsBehindTheMarkersText)
+TEST_F(ComParamTest, OnTheWayBackTheTextOfATimingSetFollowsTheMarkersText)
 {
     const auto setText = [](UNUM8 set, unsigned depth) {
         PDU_PARAM_STRUCT_ACCESS_TIMING timing = {0, 0, 0, 0, 0, set};

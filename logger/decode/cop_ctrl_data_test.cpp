@@ -22,14 +22,14 @@ protected:
         return {500, 1, -1, 0, {0, nullptr}, static_cast<UNUM32>(responses.size()), responses.data()};
     }
 
-    /// What stands behind the flags.
+    /// What follows the flags.
     static std::string Responses(std::vector<PDU_EXP_RESP_DATA> responses, UNUM32 level = 2)
     {
         const PDU_COP_CTRL_DATA control = WithResponses(responses);
-        return BehindHead(Control(&control, 2, level));
+        return AfterHead(Control(&control, 2, level));
     }
 
-    static std::string BehindHead(const std::string& text)
+    static std::string AfterHead(const std::string& text)
     {
         EXPECT_TRUE(text.starts_with(Head)) << text;
         return text.substr(Head.size());
@@ -42,7 +42,7 @@ protected:
 
     /// Control data with one response of these identifiers, decoded into a buffer that holds `before` bytes.
     /// What was added, with its stamps.
-    static std::string AddedBehind(std::size_t before, std::vector<UNUM32> ids)
+    static std::string AddedAfter(std::size_t before, std::vector<UNUM32> ids)
     {
         std::vector<PDU_EXP_RESP_DATA> responses = {WithIds(ids)};
         const PDU_COP_CTRL_DATA control = WithResponses(responses);
@@ -93,7 +93,7 @@ TEST_F(CopCtrlData, ACountOfZeroDoesNotLookAtTheArray)
 {
     const PDU_COP_CTRL_DATA control = {
         500, 1, -1, 0, {0, nullptr}, 0, reinterpret_cast<PDU_EXP_RESP_DATA*>(std::uintptr_t{0x10})};
-    EXPECT_EQ(BehindHead(Control(&control)), "   -->  NumExpResps     \t= 0\n");
+    EXPECT_EQ(AfterHead(Control(&control)), "   -->  NumExpResps     \t= 0\n");
 }
 
 TEST_F(CopCtrlData, BothCyclesHaveThreeForms)
@@ -146,10 +146,10 @@ TEST_F(CopCtrlData, ResponsesWithoutAnArrayAreAnErrorWhateverTheirCount)
 {
     for (const UNUM32 count : {1u, 3u, 4294967295u}) {
         const PDU_COP_CTRL_DATA control = {500, 1, -1, 0, {0, nullptr}, count, nullptr};
-        EXPECT_EQ(BehindHead(Control(&control)), "   -->  pCoPCtrlData->pExpectedRspArray\t= <NULL>\n"
-                                                 "   -->  **ERROR** expected responses with no array! (" +
-                                                     testing::PointerText(nullptr) + ", " +
-                                                     std::to_string(count) + ")\n");
+        EXPECT_EQ(AfterHead(Control(&control)), "   -->  pCoPCtrlData->pExpectedRspArray\t= <NULL>\n"
+                                                "   -->  **ERROR** expected responses with no array! (" +
+                                                    testing::PointerText(nullptr) + ", " +
+                                                    std::to_string(count) + ")\n");
     }
 }
 
@@ -286,7 +286,7 @@ TEST_F(CopCtrlDataDeathTest, AListLargerThanTheLogBufferEndsTheProcess)
     EXPECT_DEATH(Responses({WithIds(ids)}), "");
 }
 
-TEST_F(CopCtrlData, BehindAShutGateAListOfAnyLengthIsHarmless)
+TEST_F(CopCtrlData, WithAClosedGateAListOfAnyLengthIsHarmless)
 {
     std::vector<UNUM32> ids(20000);
     std::vector<PDU_EXP_RESP_DATA> responses = {WithIds(ids)};
@@ -298,20 +298,20 @@ TEST_F(CopCtrlData, BehindAShutGateAListOfAnyLengthIsHarmless)
 TEST_F(CopCtrlData, AListForWhichTheStampLeavesNoRoomIsDroppedWhole)
 {
     // The line's stamp ends at the byte where 201 bytes of room are left, or at the next.
-    const std::size_t stampEnd = AddedBehind(0, {7}).find("\t\t -->   URIDs");
+    const std::size_t stampEnd = AddedAfter(0, {7}).find("\t\t -->   URIDs");
     ASSERT_NE(stampEnd, std::string::npos);
     const std::size_t before = LogBuffer::Capacity - 201 - stampEnd;
-    const std::string fits = AddedBehind(before, {7, 8, 9});
+    const std::string fits = AddedAfter(before, {7, 8, 9});
     EXPECT_EQ(fits.substr(stampEnd), "\t\t -->   URIDs[003]:    7,   8,   9 \n\t\t\t\t...\n");
-    const std::string dropped = AddedBehind(before + 1, {7, 8, 9});
+    const std::string dropped = AddedAfter(before + 1, {7, 8, 9});
     EXPECT_EQ(dropped.substr(stampEnd), "\t\t\t\t...\n");
     EXPECT_EQ(dropped.substr(0, stampEnd), fits.substr(0, stampEnd));
 }
 
 TEST_F(CopCtrlData, ALongListInALittleRoomStaysInsideTheBuffer)
 {
-    const std::size_t stampEnd = AddedBehind(0, {7}).find("\t\t -->   URIDs");
-    ExpectCutOff(AddedBehind(LogBuffer::Capacity - 201 - stampEnd, LongList(false)));
+    const std::size_t stampEnd = AddedAfter(0, {7}).find("\t\t -->   URIDs");
+    ExpectCutOff(AddedAfter(LogBuffer::Capacity - 201 - stampEnd, LongList(false)));
 }
 
 TEST_F(CopCtrlData, MoreResponsesThanTheBufferHoldsEndWithTheMarker)
@@ -337,7 +337,7 @@ TEST_F(CopCtrlData, HasItsGates)
     ExpectThreeGates([&](const DecoderContext& context) { DecodeCopCtrlData(context, &control); });
 }
 
-TEST_F(CopCtrlData, BehindAShutGateNothingIsRead)
+TEST_F(CopCtrlData, WithAClosedGateNothingIsRead)
 {
     const auto* const unreadable = reinterpret_cast<const PDU_COP_CTRL_DATA*>(std::uintptr_t{0x10});
     EXPECT_EQ(Control(unreadable, 1, 2), "");

@@ -26,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(DumpBufferTest, OneByteStandsInItsColumns)
+TEST_F(DumpBufferTest, OneByteIsInItsColumns)
 {
     const std::string line = Dumped({0x41}, 1);
     EXPECT_EQ(
@@ -53,14 +53,14 @@ TEST_F(DumpBufferTest, SeventeenBytesTakeASecondLineOfOneCell)
         "    <<< label          |00000010 <10>                                               .               |\n");
 }
 
-TEST_F(DumpBufferTest, ALimitOf16CutsBehindTheBarInPlaceOfTheLineBreak)
+TEST_F(DumpBufferTest, ALimitOf16CutsAfterTheBarInPlaceOfTheLineBreak)
 {
     EXPECT_EQ(
         Dumped(std::vector<UNUM8>(40, 0x30), 16),
         "   -->  label          |00000000 <30 30 30 30 30 30 30 30 30 30 30 30 30 30 30 30>  0000000000000000|( ...)|\n");
 }
 
-TEST_F(DumpBufferTest, AShortCutLineHasItsMarkOneColumnBehindTheText)
+TEST_F(DumpBufferTest, AShortCutLineHasItsMarkOneColumnAfterTheText)
 {
     const std::string line = Dumped(std::vector<UNUM8>(40, 0x30), 3);
     EXPECT_EQ(

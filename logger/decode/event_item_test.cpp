@@ -53,7 +53,7 @@ TEST_F(EventItem, ABitWithoutANameHasNoLine)
         "    >>> flags          |00000000 <01>                                               .               |\n");
 }
 
-TEST_F(EventItem, BytesBehindTheFourthHaveNoBitLines)
+TEST_F(EventItem, BytesAfterTheFourthHaveNoBitLines)
 {
     UNUM8 bytes[] = {0, 0, 0, 0x80, 0xFF, 0xFF};
     const PDU_FLAG_DATA flags = {6, bytes};
@@ -121,7 +121,7 @@ TEST_F(EventItem, AWholeResult)
             "    <<< pDataBytes     |00000000 <62 F1 90>                                         b..             |\n");
 }
 
-/// The lines of a result behind its two times.
+/// The lines of a result after its two times.
 std::string Tail(const std::string& text)
 {
     const std::string last = "StartMsgTimestamp   \t= 0\n";

@@ -24,7 +24,7 @@ protected:
                "item->pData   \t= " + testing::PointerText(data) + "\n";
     }
 
-    /// Expects the lines behind the two of the head, for an item that goes in and one that comes back.
+    /// Expects the lines after the two of the head, for an item that goes in and one that comes back.
     static void ExpectLines(T_PDU_IT type, const std::string& name, const void* data, const std::string& in,
                             const std::string& back)
     {
@@ -215,7 +215,7 @@ TEST_F(Item, AResourcesStatusIsTakenApartBitByBit)
         "\t\t <--  Status decode: Phys ComParams Locked = 0, TX Q locked = 1, Available = 0, In use = 1\n");
 }
 
-TEST_F(Item, EachBitOfAResourcesStatusStandsInItsOwnPlace)
+TEST_F(Item, EachBitOfAResourcesStatusHasItsOwnPlace)
 {
     const auto decoded = [](UNUM32 status) {
         const PDU_RSC_STATUS_DATA data = {1, 2, status};
@@ -230,7 +230,7 @@ TEST_F(Item, EachBitOfAResourcesStatusStandsInItsOwnPlace)
     EXPECT_EQ(decoded(0xFFFFFFF0), "Phys ComParams Locked = 0, TX Q locked = 0, Available = 0, In use = 0\n");
 }
 
-TEST_F(Item, AComParamStandsOneLevelBelowTheHead)
+TEST_F(Item, AComParamIsOneLevelBelowTheHead)
 {
     UNUM32 value = 500000;
     const PDU_PARAM_ITEM param = {PDU_IT_PARAM, 7, PDU_PT_UNUM32, PDU_PC_BUSTYPE, &value};
@@ -431,7 +431,7 @@ TEST_F(Item, ModulesAlwaysHaveTheArrowsOfAResult)
     ExpectLines(PDU_IT_MODULE_ID, "PDU_IT_MODULE_ID (5632)", &data, lines, lines);
 }
 
-TEST_F(Item, AResponseTableStandsOneLevelBelowTheHead)
+TEST_F(Item, AResponseTableIsOneLevelBelowTheHead)
 {
     const UNUM8 value = 5;
     PDU_PARAM_ITEM param = {PDU_IT_PARAM, 7, PDU_PT_UNUM8, PDU_PC_UNIQUE_ID, const_cast<UNUM8*>(&value)};
@@ -453,7 +453,7 @@ TEST_F(Item, AResponseTableStandsOneLevelBelowTheHead)
                     "    <<< [   2 of    2] - URID = <PDU_ID_UNDEF>, Num params = 0\n");
 }
 
-TEST_F(Item, AVehicleIdRequestStandsAtTheLevelOfTheHead)
+TEST_F(Item, AVehicleIdRequestHasTheLevelOfTheHead)
 {
     CHAR8 value[] = "WVW";
     UNUM8 address[] = {192, 168, 0, 1};
@@ -490,7 +490,7 @@ TEST_F(Item, SwitchAndEntityAlwaysHaveTheArrowOfAnArgument)
     ExpectLines(PDU_IT_IO_ENTITY_STATUS, "PDU_IT_IO_ENTITY_STATUS (6147)", &status, statusLine, statusLine);
 }
 
-TEST_F(Item, BehindAShutGateNothingIsRead)
+TEST_F(Item, WithAClosedGateNothingIsRead)
 {
     UNUM32 value = 1;
     const PDU_DATA_ITEM item = {PDU_IT_IO_UNUM32, &value};

@@ -102,7 +102,7 @@ TEST_F(Resource, MissingIdsAreWarnedOfInTheWordsOfPins)
                   "\t\t  <<< *** WARNING - RsrcItem: NumIds = 5 BUT pDLCPinData= <NULL> ***\n");
 }
 
-TEST_F(Resource, AConflictStandsAtTheDeepestOutgoingArrow)
+TEST_F(Resource, AConflictHasTheDeepestArrowToTheTarget)
 {
     const PDU_RSC_CONFLICT_DATA entry = {1, 400};
     const auto conflict = [](const PDU_RSC_CONFLICT_DATA* data) {

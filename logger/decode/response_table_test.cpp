@@ -81,14 +81,14 @@ TEST_F(ResponseTable, ANullParameterArrayShowsItsFirstItemAsNull)
                              "   -->  [   2 of    2] - URID = 8, Num params = 0\n");
 }
 
-TEST_F(ResponseTable, BehindAnItemTableParametersAndValuesStandAtLevelsOneToThree)
+TEST_F(ResponseTable, AfterAnItemTableParametersAndValuesHaveLevelsOneToThree)
 {
     UNUM8 value = 3;
     PDU_PARAM_ITEM param = {PDU_IT_PARAM, 1, PDU_PT_UNUM8, PDU_PC_COM, &value};
     PDU_ECU_UNIQUE_RESP_DATA entry = {7, 1, &param};
     PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
     const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
-    const auto behindItem = [&](Arrow arrow, const std::string& indent) {
+    const auto afterItem = [&](Arrow arrow, const std::string& indent) {
         const std::string text =
             Decoded([&](const DecoderContext& context) { DecodeItem(context, arrow, "item", &item); });
         const std::size_t at = text.find(indent + "[   1 of");
@@ -99,15 +99,15 @@ TEST_F(ResponseTable, BehindAnItemTableParametersAndValuesStandAtLevelsOneToThre
         ") Id = [NOT YET READ] (id=1), DataType = PDU_PT_UNUM8 (0x0101), Class = PDU_PC_COM "
         "(0x0003)\n";
     const std::string number = "[NOT YET READ]                 (id=  1): =\t(u 8)         3\t(0x03)\n";
-    EXPECT_EQ(behindItem(ToTarget, "    >>> "),
+    EXPECT_EQ(afterItem(ToTarget, "    >>> "),
               "    >>> [   1 of    1] - URID = 7, Num params = 1\n\t\t -->  " + param1 + "\t\t  >>> " +
                   number);
-    EXPECT_EQ(behindItem(FromTarget, "    <<< "),
+    EXPECT_EQ(afterItem(FromTarget, "    <<< "),
               "    <<< [   1 of    1] - URID = 7, Num params = 1\n\t\t <--  " + param1 + "\t\t  <<< " +
                   number);
 }
 
-TEST_F(ResponseTable, BehindAnItemAStructFieldRunsIntoTheNeighbouringIndents)
+TEST_F(ResponseTable, AfterAnItemAStructFieldRunsIntoTheNeighbouringIndents)
 {
     PDU_PARAM_STRUCT_SESSION_TIMING timing = {1, 2, 3, 4, 5};
     PDU_PARAM_STRUCTFIELD_DATA field = {PDU_CPST_SESSION_TIMING, 1, 1, &timing};
@@ -115,27 +115,27 @@ TEST_F(ResponseTable, BehindAnItemAStructFieldRunsIntoTheNeighbouringIndents)
     PDU_ECU_UNIQUE_RESP_DATA entry = {7, 1, &param};
     PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
     const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
-    const auto behindItem = [&](Arrow arrow) {
+    const auto afterItem = [&](Arrow arrow) {
         const std::string text =
             Decoded([&](const DecoderContext& context) { DecodeItem(context, arrow, "item", &item); });
         return text.substr(text.find("COM (0x0003)\n") + 13);
     };
-    EXPECT_EQ(behindItem(ToTarget), "   <--  Id = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
-                                    "   <--  MaxEntries\t= 1\n"
-                                    "   <--  ActEntries\t= 1\n"
-                                    "    <<< session\t= 1\n"
-                                    "    <<< P2Max_high\t= 2\n"
-                                    "    <<< P2Max_low\t= 3\n"
-                                    "    <<< P2Star_high\t= 4\n"
-                                    "    <<< P2Star_low\t= 5\n");
-    EXPECT_EQ(behindItem(FromTarget), "\t\t\t\t...\nId = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
-                                      "\t\t\t\t...\nMaxEntries\t= 1\n"
-                                      "\t\t\t\t...\nActEntries\t= 1\n"
-                                      "session\t= 1\n"
-                                      "P2Max_high\t= 2\n"
-                                      "P2Max_low\t= 3\n"
-                                      "P2Star_high\t= 4\n"
-                                      "P2Star_low\t= 5\n");
+    EXPECT_EQ(afterItem(ToTarget), "   <--  Id = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
+                                   "   <--  MaxEntries\t= 1\n"
+                                   "   <--  ActEntries\t= 1\n"
+                                   "    <<< session\t= 1\n"
+                                   "    <<< P2Max_high\t= 2\n"
+                                   "    <<< P2Max_low\t= 3\n"
+                                   "    <<< P2Star_high\t= 4\n"
+                                   "    <<< P2Star_low\t= 5\n");
+    EXPECT_EQ(afterItem(FromTarget), "\t\t\t\t...\nId = [NOT YET READ] (id=1): ComParamStructType\t= 1\n"
+                                     "\t\t\t\t...\nMaxEntries\t= 1\n"
+                                     "\t\t\t\t...\nActEntries\t= 1\n"
+                                     "session\t= 1\n"
+                                     "P2Max_high\t= 2\n"
+                                     "P2Max_low\t= 3\n"
+                                     "P2Star_high\t= 4\n"
+                                     "P2Star_low\t= 5\n");
 }
 
 TEST_F(ResponseTable, OneLargerThanTheBufferEndsWithTheMarker)

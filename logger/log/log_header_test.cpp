@@ -18,7 +18,7 @@ protected:
     }
 
     /// What follows a line of the header.
-    static std::string Behind(const std::string& header, const std::string& line)
+    static std::string After(const std::string& header, const std::string& line)
     {
         const std::size_t at = header.find(line);
         return at == std::string::npos ? "no such line" : header.substr(at + line.size());
@@ -28,14 +28,14 @@ protected:
         "{stamp} Config setting: DoIPTlsPemCertificateHashFolderPath = ''\n";
 };
 
-TEST_F(LogHeaderTest, BeforeTheFirstStartIsCompleteItEndsBehindTheTexts)
+TEST_F(LogHeaderTest, BeforeTheFirstStartIsCompleteItEndsAfterTheTexts)
 {
     const std::string text = Header();
     EXPECT_TRUE(text.starts_with("{stamp} ########## D-PDU API LOGGER VERSION: <UNREAD> ##########\n"
                                  "{stamp} LogHeader{Loaded=0}\n"
                                  "{stamp} Config setting: LogEnabled           =         1 (0x00000001)\n"))
         << text;
-    EXPECT_EQ(Behind(text, LastKey), "");
+    EXPECT_EQ(After(text, LastKey), "");
 }
 
 TEST_F(LogHeaderTest, AfterwardsItGoesOnWithFolderAndTarget)
@@ -49,17 +49,16 @@ TEST_F(LogHeaderTest, AfterwardsItGoesOnWithFolderAndTarget)
     EXPECT_TRUE(text.starts_with("{stamp} ########## D-PDU API LOGGER VERSION: R01.002.0003.0004 ##########\n"
                                  "{stamp} LogHeader{Loaded=1}\n"))
         << text;
-    EXPECT_EQ(Behind(text, LastKey),
-              "{stamp} Config setting: LogFileDir=the folder\n"
-              "{stamp}    <--  LOADED:  Version 'R05.006.0007.0008' of 'the target'\n");
+    EXPECT_EQ(After(text, LastKey), "{stamp} Config setting: LogFileDir=the folder\n"
+                                    "{stamp}    <--  LOADED:  Version 'R05.006.0007.0008' of 'the target'\n");
 }
 
 TEST_F(LogHeaderTest, OnlyAnEmptyFolderIsCalledANullString)
 {
     Loaded = 1;
     const std::string text = Header();
-    EXPECT_EQ(Behind(text, LastKey), "{stamp} Config setting: LogFileDir=<NULL STRING>\n"
-                                     "{stamp}    <--  LOADED:  Version '<UNREAD>' of ''\n");
+    EXPECT_EQ(After(text, LastKey), "{stamp} Config setting: LogFileDir=<NULL STRING>\n"
+                                    "{stamp}    <--  LOADED:  Version '<UNREAD>' of ''\n");
     EXPECT_NE(text.find("{stamp} Config setting: ShortName            = ''\n"), std::string::npos);
 }
 
@@ -69,7 +68,7 @@ TEST_F(LogHeaderTest, WithLogEnabledZeroTheTargetIsNotNamed)
     LogDirectory = "the folder";
     SetSetting(NumericKey::LogEnabled, 0);
     SetSetting(NumericKey::LogNewFileCfg, 1);
-    EXPECT_EQ(Behind(Header(), LastKey), "{stamp} Config setting: LogFileDir=the folder\n");
+    EXPECT_EQ(After(Header(), LastKey), "{stamp} Config setting: LogFileDir=the folder\n");
 }
 
 TEST_F(LogHeaderTest, EngineeringModeAddsOneLineUnlessItIsZero)

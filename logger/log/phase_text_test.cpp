@@ -91,7 +91,7 @@ TEST_F(PhaseTextTest, TheStatementThatReachesTheReserveIsFollowedByTheMarker)
     EXPECT_FALSE(text->HasRoom());
 }
 
-TEST_F(PhaseTextTest, BehindTheMarkerEveryStatementIsDroppedAndNoSecondMarkerComes)
+TEST_F(PhaseTextTest, AfterTheMarkerEveryStatementIsDroppedAndNoSecondMarkerComes)
 {
     text->Add("%s"_fmt, std::string(14800, 'f'));
     text->Add("dropped"_fmt);

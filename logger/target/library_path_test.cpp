@@ -34,7 +34,7 @@ TEST_F(VersionText, OfAFileWithoutAVersionTakesThePlaceOfEightCharacters)
     EXPECT_EQ(text, "<UNKNOWN");
 }
 
-TEST_F(VersionText, OfAnEarlierReadKeepsItsEndBehindTheFallback)
+TEST_F(VersionText, OfAnEarlierReadKeepsItsEndAfterTheFallback)
 {
     ReadVersionText(target, text);
     EXPECT_FALSE(ReadVersionText(folder / "none", text));

@@ -51,7 +51,8 @@ LogTime ChangeOf(const fs::path& path)
     if (error)
         return LocalTime(std::time(nullptr));
     const auto system = std::chrono::file_clock::to_sys(changed);
-    return LocalTime(std::chrono::duration_cast<std::chrono::seconds>(system.time_since_epoch()).count());
+    return LocalTime(std::chrono::system_clock::to_time_t(
+        std::chrono::time_point_cast<std::chrono::system_clock::duration>(system)));
 }
 
 std::optional<LogFileName> NameOf(std::string_view name)

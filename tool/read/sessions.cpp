@@ -53,7 +53,7 @@ Session& SessionTable::Begin(Position at, LogTime time, bool hasBeginning)
 
 Session* SessionTable::Find(std::uint32_t number) const
 {
-    const std::uint64_t first = count_ - sessions_.size() + 1;
+    const auto first = static_cast<std::uint32_t>(count_ - sessions_.size() + 1);
     return number >= first && number <= count_ ? sessions_[number - first].get() : nullptr;
 }
 

@@ -7,8 +7,9 @@ namespace marvane::platform {
 std::optional<std::string> MachineRegistryText(RegistryView view, const std::string& key,
                                                const std::string& value)
 {
-    const DWORD flags = RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ |
-                        (view == RegistryView::Bits64 ? RRF_SUBKEY_WOW6464KEY : RRF_SUBKEY_WOW6432KEY);
+    // Expands a REG_EXPAND_SZ too; asking for that type as well is an error unless expansion is declined.
+    const DWORD flags =
+        RRF_RT_REG_SZ | (view == RegistryView::Bits64 ? RRF_SUBKEY_WOW6464KEY : RRF_SUBKEY_WOW6432KEY);
     const std::wstring wideKey = WideFromUtf8(key);
     const std::wstring wideValue = WideFromUtf8(value);
     DWORD size = 0;

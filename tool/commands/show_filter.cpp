@@ -56,8 +56,10 @@ bool IsName(std::string_view wanted, std::string_view name)
 /// Throws if a name is that of no function.
 void CheckName(const std::string& wanted)
 {
+    constexpr auto count = static_cast<std::size_t>(read::Function::Unknown);
     std::vector<std::string_view> known;
-    for (int i = 0; i < static_cast<int>(read::Function::Unknown); ++i)
+    known.reserve(2 * count);
+    for (std::size_t i = 0; i < count; ++i)
         known.push_back(read::FunctionName(static_cast<read::Function>(i)));
     for (const std::string_view name : known)
         if (IsName(wanted, name))

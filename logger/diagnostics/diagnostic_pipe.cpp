@@ -31,12 +31,14 @@ void OpenDiagnosticPipe()
     const std::string path =
         platform::ExpandEnvironment(std::string("%TEMP%") + platform::PathSeparator + "d-pdu-api-logger.log");
     LogMutexHold hold;
-    std::FILE* const former = DiagnosticPipeFile;
-    DiagnosticPipeFile = platform::OpenTemporaryStream(path, "w");
-    std::FILE* const replaced = DiagnosticPipeFile ? CLog::SetPipe(DiagnosticPipeFile) : nullptr;
+    std::FILE* const opened = platform::OpenTemporaryStream(path, "w");
+    if (!opened)
+        return;
+    std::FILE* const replaced = CLog::SetPipe(opened);
     CloseOwned(replaced);
-    if (former != replaced)
-        CloseOwned(former);
+    if (DiagnosticPipeFile != replaced)
+        CloseOwned(DiagnosticPipeFile);
+    DiagnosticPipeFile = opened;
 }
 
 void CloseDiagnosticPipe()

@@ -1,15 +1,39 @@
 #include "logger/log/log_file.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace marvane {
 
+namespace {
+
+/// Last character of a file; NUL if it can't be read.
+char LastCharacter(const std::string& path)
+{
+    std::FILE* const file = platform::OpenForReading(path);
+    if (!file)
+        return 0;
+    const int last = std::fseek(file, -1, SEEK_END) == 0 ? std::fgetc(file) : EOF;
+    std::fclose(file);
+    return last == EOF ? '\0' : static_cast<char>(last);
+}
+
+} // namespace
+
 bool LogFile::Buffering = true;
+bool LogFile::LineWasCut = false;
 
 std::unique_ptr<LogFile> LogFile::Open(const std::string& path)
 {
     const platform::File file = platform::OpenLogFile(path);
-    return std::unique_ptr<LogFile>(file == platform::NoFile ? nullptr : new LogFile(file));
+    if (file == platform::NoFile)
+        return nullptr;
+    std::unique_ptr<LogFile> opened(new LogFile(file));
+    if (LineWasCut && opened->size_ != 0) {
+        opened->last_ = LastCharacter(path);
+        opened->BeginAfterCut();
+    }
+    return opened;
 }
 
 LogFile::LogFile(platform::File file)
@@ -34,8 +58,10 @@ void LogFile::WriteOut(std::string_view text, std::size_t rest)
     }
     const std::string_view kept(buffer_.data(), length_);
     const std::size_t count = platform::WriteToFile(file_, kept, written);
-    if (count != kept.size() + written.size())
-        return CountCut(kept.substr(0, count), written.substr(0, count - std::min(count, kept.size())));
+    if (count != kept.size() + written.size()) {
+        CountWritten(kept.substr(0, count), written.substr(0, count - std::min(count, kept.size())));
+        return BeginAfterCut();
+    }
     CountWritten(kept, written);
     CopyText(buffer_.data(), text.data() + text.size() - rest, rest);
     length_ = rest;
@@ -52,11 +78,11 @@ void LogFile::CountWritten(std::string_view first, std::string_view second)
         last_ = second.empty() ? first.back() : second.back();
 }
 
-void LogFile::CountCut(std::string_view first, std::string_view second)
+void LogFile::BeginAfterCut()
 {
-    CountWritten(first, second);
     buffer_[0] = '\n';
     length_ = last_ == '\n' ? 0 : 1;
+    LineWasCut |= length_ != 0;
 }
 
 std::uint64_t LogFile::FlushedSize()

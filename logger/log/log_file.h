@@ -60,10 +60,12 @@ private:
     void WriteOut(std::string_view text, std::size_t rest);
     /// Counts characters that were written after all others.
     void CountWritten(std::string_view first, std::string_view second);
-    /// The same for a write that was cut. The next begins with a line end, unless the file ends with one.
-    void CountCut(std::string_view first, std::string_view second);
+    /// Begins the buffer after a text that was cut: with a line end, unless the file ends with one.
+    void BeginAfterCut();
 
     static bool Buffering;
+    /// A line of some file was cut: each file that is opened may be that one.
+    static bool LineWasCut;
 
     platform::File file_;
     std::uint64_t size_; ///< bytes in the file, as far as known

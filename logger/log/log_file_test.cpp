@@ -187,6 +187,18 @@ TEST_F(FullDisk, ALineThatEndedInTheFileNeedsNoOtherEnd)
     EXPECT_EQ(OnDisc(), Letters(Room - 1) + "\nnext\n");
 }
 
+TEST_F(FullDisk, ALineThatWasCutIsEndedWhenTheFileIsOpenedAgain)
+{
+    {
+        const testing::LargestFile full(Room);
+        const auto file = LogFile::Open(path);
+        file->Write(Letters(Room + 100) + "\n", true);
+    }
+    EXPECT_EQ(OnDisc(), Letters(Room));
+    LogFile::Open(path)->Write("next\n", true);
+    EXPECT_EQ(OnDisc(), Letters(Room) + "\nnext\n");
+}
+
 TEST_F(FullDisk, PagesAreWhereTheyWereAfterACut)
 {
     const auto file = LogFile::Open(path);

@@ -134,6 +134,21 @@ TEST(FaultTemporaryFolder, PipesPlantedAtTheFixedNamesBlockNoThread)
     EXPECT_EQ(session.Api().PDUDestruct(), PDU_STATUS_NOERROR);
 }
 
+TEST(FaultTemporaryFolder, ThatRefusesTheLogAndTheLevelsAtASecondConstructLeavesTheFirstLogInUse)
+{
+    if (platform::PathSeparator != '/')
+        GTEST_SKIP() << "this system does not remove open files";
+    Session session({{"DbgAPP", "DEBUG"}});
+    session.Construct();
+    for (const auto& path : {session.Folder().Path() / FixedNames[1], LevelFile(session.Folder().Path())}) {
+        std::filesystem::remove(path);
+        std::filesystem::create_directory(path);
+    }
+    EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR);
+    EXPECT_EQ(LoggedCall(session), ACall);
+    EXPECT_EQ(session.Api().PDUDestruct(), PDU_STATUS_NOERROR);
+}
+
 TEST(FaultConfiguration, ThatIsMissingAtTheNextConstructStopsTheLogButNoCall)
 {
     Session session;

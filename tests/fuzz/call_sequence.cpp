@@ -15,8 +15,9 @@ constexpr UNUM32 CallCount = 27;
 
 } // namespace
 
-CallSequence::CallSequence(Session& session, std::uint32_t seed)
-    : session_(session), random_(seed), logger_(session, [this] { Nested(); }), folder_(session.LogFolder())
+CallSequence::CallSequence(Session& session, std::uint32_t seed, RandomFileFaults* faults)
+    : session_(session), random_(seed), logger_(session, [this] { Nested(); }), folder_(session.LogFolder()),
+      faults_(faults)
 {
 }
 
@@ -32,8 +33,12 @@ void CallSequence::Run(int steps)
     Reconfigure(zeros);
     for (int i = 0; i < steps && !::testing::Test::HasFailure(); ++i) {
         logger_.Trace().Add("step " + std::to_string(i));
-        RunStep([this] { Step(); });
+        RunStep([this] {
+            ChooseFaults();
+            Step();
+        });
     }
+    StopFailing();
     session_.Fake().TakeCalls();
 }
 
@@ -176,8 +181,31 @@ void CallSequence::TroubleFolder(RecordSource& source)
         folder_.Mend();
 }
 
+bool CallSequence::FilesMayFail() const
+{
+    return faults_ && faults_->Applied() == RandomFileFaults::Kind::Failing;
+}
+
+void CallSequence::ChooseFaults()
+{
+    if (!faults_)
+        return;
+    // A full disk, say, lasts for some steps.
+    if (FilesMayFail() ? random_() % 4 == 0 : random_() % 40 != 0)
+        return StopFailing();
+    faults_->Apply(RandomFileFaults::Kind::Failing);
+    logger_.Checks().Doubt();
+}
+
+void CallSequence::StopFailing()
+{
+    if (faults_)
+        faults_->Apply(RandomFileFaults::Kind::Transient);
+}
+
 void CallSequence::Recover(RecordSource& source)
 {
+    StopFailing();
     folder_.Mend();
     do
         Reconfigure(source);
@@ -194,10 +222,13 @@ void CallSequence::Construct(RecordSource& source)
 {
     // In a troubled folder, the result shows whether the file could be opened only if all else is good.
     if (configured_["LogFileDir"].empty() || configured_["PDUAPILibDll"].starts_with(MissingTarget) ||
-        configured_["LogEnabled"] == "2")
+        configured_["LogEnabled"] == "2") {
         folder_.Mend();
+        StopFailing();
+    }
     // The logger creates the folder at the first opening and never again.
-    const bool isSound = (folder_.Exists() || !logger_.Model().FolderWasMade()) && !folder_.IsReadOnly();
+    const bool isSound =
+        (folder_.Exists() || !logger_.Model().FolderWasMade()) && !folder_.IsReadOnly() && !FilesMayFail();
     logger_.Construct(source, configured_, isSound);
 }
 

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "tests/fuzz/checked_logger.h"
+#include "tests/fuzz/random_file_faults.h"
 #include "tests/fuzz/troubled_folder.h"
 
 namespace marvane::testing {
@@ -12,8 +13,8 @@ namespace marvane::testing {
 class CallSequence
 {
 public:
-    /// The same seed makes the same steps.
-    CallSequence(Session& session, std::uint32_t seed);
+    /// The same seed makes the same steps. With `faults`, they apply from the first step on.
+    CallSequence(Session& session, std::uint32_t seed, RandomFileFaults* faults = nullptr);
     ~CallSequence();
 
     /// Runs steps until one fails.
@@ -49,11 +50,16 @@ private:
     /// Ends the doubt about what is in the log: a new file in a sound folder.
     void Recover(RecordSource& source);
     void WaitForNextSecond();
+    /// Chooses the kind of file faults for the next step. In doubt while they may lose lines.
+    void ChooseFaults();
+    void StopFailing();
+    bool FilesMayFail() const;
 
     Session& session_;
     std::mt19937 random_;
     CheckedLogger logger_;
     TroubledFolder folder_;
+    RandomFileFaults* faults_;
     SequenceSettings configured_;
     int waits_ = 0;
 };

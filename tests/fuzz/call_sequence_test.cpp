@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/environment.h"
+#include "platform/files.h"
 #include "tests/fuzz/call_sequence.h"
 #include "tests/fuzz/log_text.h"
 
@@ -54,6 +55,42 @@ TEST_P(CallSequences, AgreeWithTheModelOfTheLogger)
         }
 }
 
+class FileFaultSequences : public ::testing::TestWithParam<unsigned>
+{
+};
+
+TEST_P(FileFaultSequences, AgreeWithTheModelOfTheLogger)
+{
+    if (platform::PathSeparator != '/')
+        GTEST_SKIP() << "the faults are those of Linux system calls";
+    const unsigned seed = FromEnvironment("MARVANE_SEQUENCE_SEED", 0) + GetParam();
+    Session session({}, "fake_target", "MarvaneWithFileFaults");
+    {
+        RandomFileFaults faults(session, seed);
+        CallSequence sequence(session, seed, &faults);
+        sequence.Run(static_cast<int>(FromEnvironment("MARVANE_SEQUENCE_STEPS", 400)));
+        const CheckCounts& done = sequence.Counts();
+        EXPECT_GT(done.Marks, 0);
+        EXPECT_GT(done.DoubtfulSteps, 0);
+        int injected = 0;
+        for (const auto& [fault, count] : faults.Counts()) {
+            std::printf("%s: %d\n", fault.c_str(), count);
+            injected += count;
+        }
+        EXPECT_GT(injected, 100);
+        std::printf("seed %u: %d faults, %d marks, %d doubtful steps\n", seed, injected, done.Marks,
+                    done.DoubtfulSteps);
+    }
+    CloseTheLog(session);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(session.Folder().Path()))
+        if (entry.is_regular_file() && entry.path().extension() == ".LGR") {
+            std::string text = FileText(entry.path());
+            text.erase(0, text.starts_with("planted\n") ? 8 : 0);
+            EXPECT_EQ(FirstOddBeginning(text), "") << entry.path();
+        }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, FileFaultSequences, ::testing::Range(1u, 9u));
 INSTANTIATE_TEST_SUITE_P(Seeds, CallSequences, ::testing::Range(1u, 9u));
 
 } // namespace

@@ -220,11 +220,9 @@ void CheckedLogger::Report(RecordSource& source)
         else
             parameters.push_back({0x1002, 0, "Bytes", source.New(LogParameterBytes{40, source.Bytes(40)})});
     }
-    // While the two differ, the report may go to either file.
-    const bool isApart = model_.CommsAreApart();
-    const bool wantsApart = model_.WantsCommsApart();
-    if (model_.IsActive() && model_.FileIsOpen() && !(isApart && wantsApart))
-        checks_.Expect(text, isApart || wantsApart);
+    using CommsPlace = LoggerModel::CommsPlace;
+    if (model_.IsActive() && model_.FileIsOpen() && model_.Comms() != CommsPlace::OwnFile)
+        checks_.Expect(text, model_.Comms() == CommsPlace::Unknown);
     const auto count = static_cast<UNUM32>(parameters.size());
     CHAR8* const message = source.NewList(text.c_str(), text.size() + 1);
     LogParameter* const list = source.NewList(parameters.data(), parameters.size());

@@ -53,8 +53,12 @@ void LogFollower::SkipAll()
 {
     Lost = false;
     known_.clear();
-    for (const std::string& name : Names())
+    cut_.clear();
+    for (const std::string& name : Names()) {
         known_[name] = BytesFrom(name, 0).size();
+        if (std::filesystem::file_size(folder_ / name) > known_[name])
+            cut_.insert(name);
+    }
 }
 
 void LogFollower::Plant(const std::string& name)
@@ -75,7 +79,12 @@ std::vector<LogFollower::NewText> LogFollower::NewTexts()
         const bool wasKnown = known_.contains(name);
         std::uintmax_t& size = known_[name];
         Lost |= std::filesystem::file_size(folder_ / name) < size;
-        const std::string bytes = BytesFrom(name, size);
+        std::string bytes = BytesFrom(name, size);
+        if (!bytes.empty() && cut_.erase(name) != 0) {
+            const std::size_t cut = bytes.find('\n') + 1;
+            bytes.erase(0, cut);
+            size += cut;
+        }
         if (!bytes.empty())
             texts.push_back({name, bytes, wasKnown});
         size += bytes.size();

@@ -28,7 +28,7 @@ public:
     std::vector<LogLine> NewLines();
     bool Lost = false;
 
-    /// Skips everything written so far.
+    /// Skips everything written so far. A line that has no end yet counts as cut: its end is skipped too.
     void SkipAll();
 
     /// Creates a file in the folder whose lines do not count as new.
@@ -52,6 +52,7 @@ private:
 
     std::filesystem::path folder_;
     std::map<std::string, std::uintmax_t> known_;
+    std::set<std::string> cut_;
     std::string last_;
     std::string lastLine_;
 };

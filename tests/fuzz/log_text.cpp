@@ -1,5 +1,7 @@
 #include "tests/fuzz/log_text.h"
 
+#include <algorithm>
+
 #include "logger/log/log_buffer.h"
 
 namespace marvane::testing {
@@ -57,6 +59,20 @@ std::string_view FirstOddLine(std::string_view text, std::string_view former)
         if (!IsStamped(line) && !MayStandBehind(line, former))
             return line.empty() ? std::string_view("an empty line") : line;
         former = line;
+        text.remove_prefix(line.size() == text.size() ? line.size() : line.size() + 1);
+    }
+    return {};
+}
+
+std::string_view FirstOddBeginning(std::string_view text)
+{
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        // Tabs begin the lines that continue others. A cut line may be shorter than a stamp.
+        const bool isCutStamp =
+            line.size() < StampForm.size() && std::equal(line.begin(), line.end(), StampForm.begin(), Fits);
+        if (!IsStamped(line) && !isCutStamp && !line.starts_with('\t'))
+            return line;
         text.remove_prefix(line.size() == text.size() ? line.size() : line.size() + 1);
     }
     return {};

@@ -13,4 +13,8 @@ bool IsStamped(std::string_view line);
 /// target must not contain line breaks.
 std::string_view FirstOddLine(std::string_view text, std::string_view former = {});
 
+/// As FirstOddLine for a whole file, some of whose texts were cut: a line may end anywhere, but begins as
+/// ever.
+std::string_view FirstOddBeginning(std::string_view text);
+
 } // namespace marvane::testing

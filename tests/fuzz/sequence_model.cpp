@@ -17,6 +17,7 @@ Start LoggerModel::BeginConstruct(const SequenceSettings& configured, bool folde
         fileOpen_ |= startOpensFile_;
         folderWasMade_ |= startOpensFile_;
     }
+    commsChanged_ = !startOpensFile_ && (commsChanged_ || WantsCommsApart() != commsApart_);
     if (startOpensFile_)
         commsApart_ = WantsCommsApart();
     if (loaded_ && !target_) {
@@ -48,6 +49,13 @@ void LoggerModel::EndModuleDisconnect()
 {
     if (loaded_ && BeginsFileAtDisconnect())
         fileOpen_ = true;
+}
+
+LoggerModel::CommsPlace LoggerModel::Comms() const
+{
+    if (commsChanged_)
+        return CommsPlace::Unknown;
+    return commsApart_ ? CommsPlace::OwnFile : CommsPlace::ApiLog;
 }
 
 UNUM32 LoggerModel::Value(const char* key) const

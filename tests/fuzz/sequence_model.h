@@ -48,19 +48,27 @@ public:
     bool LogsCallbacks() const { return Value("LogCbCalls") != 0; }
     /// Every line is in its file when the call returns.
     bool IsOnDisk() const { return Value("LogFlush") == 1 && IsActive(); }
-    /// Reports have a file of their own: the open one, or the one that the next opening makes.
-    bool CommsAreApart() const { return commsApart_; }
-    bool WantsCommsApart() const { return (Value("LogCommsFile") & 1) != 0 && Value("LogDoIPComms") != 0; }
+    /// The file that reports go to.
+    enum class CommsPlace
+    {
+        ApiLog,
+        OwnFile,
+        Unknown ///< the settings have changed, and take effect at the next opening of a file
+    };
+    CommsPlace Comms() const;
     bool BeginsFileAtDisconnect() const { return Value("LogEnabled") == 1 && Value("LogNewFileCfg") == 1; }
     /// Size in bytes above which a file is changed; 0 for none.
     UNUM32 SizeLimit() const { return Value("LogFileMaxNum") == 0 ? 0 : Value("LogFileMaxSize"); }
 
 private:
+    bool WantsCommsApart() const { return (Value("LogCommsFile") & 1) != 0 && Value("LogDoIPComms") != 0; }
+
     SequenceSettings inEffect_;
     bool loaded_ = false;
     bool target_ = false;
     bool fileOpen_ = false;
     bool commsApart_ = false;
+    bool commsChanged_ = false;
     bool targetPathIsGood_ = false;
     bool folderWasMade_ = false;
     bool startOpensFile_ = false;

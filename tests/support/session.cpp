@@ -113,7 +113,7 @@ std::string Target::TakeNames()
     return names;
 }
 
-Session::Session(Changes changes, const std::string& target)
+Session::Session(Changes changes, const std::string& target, const std::string& library)
     : targetPath_(BuildFolder()), targetName_(LibraryName(target))
 {
     const std::string folder = folder_.Path().string();
@@ -123,8 +123,7 @@ Session::Session(Changes changes, const std::string& target)
     Configure(changes);
     if (target.starts_with("fake_target"))
         target_ = std::make_unique<Target>(targetPath_ + targetName_);
-    const platform::LoadedLibrary loaded =
-        platform::LoadTargetLibrary(BuildFolder() + LibraryName("Marvane"));
+    const platform::LoadedLibrary loaded = platform::LoadTargetLibrary(BuildFolder() + LibraryName(library));
     if (!loaded.Handle)
         throw std::runtime_error("the logger library does not load: " + loaded.Error);
     library_ = loaded.Handle;
@@ -141,6 +140,11 @@ Session::~Session()
     // A leak checker finds what the library keeps for good only while the library is loaded.
     platform::UnloadLibrary(library_);
 #endif
+}
+
+void* Session::FindFunction(const char* name) const
+{
+    return platform::FindFunction(library_, name);
 }
 
 void Session::Configure(Changes changes)

@@ -77,7 +77,8 @@ class Session
 public:
     /// The configuration is LogEnabled 1, LogFnCalls 2, LogFlush 1 and the paths of the target and the log
     /// folder, with these changes. The value "-" leaves a key out.
-    explicit Session(Changes changes = {}, const std::string& target = "fake_target");
+    explicit Session(Changes changes = {}, const std::string& target = "fake_target",
+                     const std::string& library = "Marvane");
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -87,6 +88,8 @@ public:
     /// Rewrites the configuration file with this text.
     void ConfigureText(const std::string& text);
 
+    /// A function that the logger library exports, by name; null if there is none.
+    void* FindFunction(const char* name) const;
     /// The logger library's functions.
     const CPduDll& Api() const { return *api_; }
     /// The fake target. Only for a session whose target is one.

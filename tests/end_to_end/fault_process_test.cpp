@@ -1,5 +1,6 @@
 // Faults of the process: it ends while threads still call, forks, or shares its log folder.
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <thread>
@@ -228,7 +229,11 @@ TEST(FaultTwoProcesses, ThatStartInDifferentSecondsHaveAWholeFileEach)
     std::error_code none;
     while (std::filesystem::directory_iterator(shared, none) == std::filesystem::directory_iterator())
         std::this_thread::yield();
-    for (const std::time_t second = std::time(nullptr); std::time(nullptr) == second;)
+    // By the clock of the names: std::time may be some milliseconds late.
+    const auto clockSecond = [] {
+        return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    };
+    for (const auto second = clockSecond(); clockSecond() == second;)
         std::this_thread::yield();
     ChildProcess second("second", folder);
     EXPECT_EQ(first.Wait(), 0) << first.Output();

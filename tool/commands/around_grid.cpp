@@ -60,6 +60,7 @@ std::vector<Column> ColumnsOf(const Scene& scene, const std::vector<Row>& rows)
     for (const Row& row : rows)
         ++byThread[row.Of->Thread].Rows;
     std::vector<Column> columns;
+    columns.reserve(byThread.size());
     for (const auto& [thread, column] : byThread)
         columns.push_back(column);
     std::ranges::stable_sort(columns, std::ranges::greater(), &Column::Rows);

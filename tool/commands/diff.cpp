@@ -97,12 +97,13 @@ private:
 
     void WriteRequest(const RequestDifference& each)
     {
-        const RunRequest* first = each.First ? &first_.RequestList[*each.First] : nullptr;
-        const RunRequest* second = each.Second ? &second_.RequestList[*each.Second] : nullptr;
-        const RunRequest& request = first ? *first : *second;
+        static const RunRequest none;
+        const RunRequest& first = each.First ? first_.RequestList[*each.First] : none;
+        const RunRequest& second = each.Second ? second_.RequestList[*each.Second] : none;
+        const RunRequest& request = each.First ? first : second;
         WriteLink(request);
-        std::string left = first ? first->AnswerText : "";
-        std::string right = second ? second->AnswerText : "";
+        std::string left = first.AnswerText;
+        std::string right = second.AnswerText;
         char mark = ' ';
         std::string note;
         switch (each.Kind) {
@@ -110,7 +111,7 @@ private:
             mark = 'X';
             break;
         case DifferenceKind::OtherRequest:
-            right = second->Text + ": " + right;
+            right = second.Text + ": " + right;
             note = "other request";
             break;
         case DifferenceKind::OtherBytes:
@@ -118,9 +119,9 @@ private:
             break;
         case DifferenceKind::Slower:
             mark = '!';
-            left = MillisecondsText(*first->After) + " ms";
-            right = MillisecondsText(*second->After) + " ms";
-            note = TimesSlower(*first->After, *second->After);
+            left = MillisecondsText(*first.After) + " ms";
+            right = MillisecondsText(*second.After) + " ms";
+            note = TimesSlower(*first.After, *second.After);
             break;
         case DifferenceKind::OnlyFirst:
             mark = '-';

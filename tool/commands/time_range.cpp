@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 
 namespace marvane::tool {
@@ -54,7 +55,7 @@ std::optional<std::int64_t> ParseSpan(std::string_view text)
         unit = Hour;
     if (unit == 0)
         return std::nullopt;
-    return static_cast<std::int64_t>(number * static_cast<double>(unit) + 0.5);
+    return std::llround(number * static_cast<double>(unit));
 }
 
 /// Takes ".250", any number of digits.

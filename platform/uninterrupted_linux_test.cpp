@@ -111,6 +111,9 @@ void* WriteWithPendingCancellation(void* file)
 
 TEST(LogWrite, IsNoCancellationPoint)
 {
+#ifdef MARVANE_SANITIZED
+    GTEST_SKIP() << "the sanitizers take the end of a cancelled thread for a fault";
+#endif
     const TemporaryFolder folder;
     const platform::File file = platform::OpenLogFile(folder / "log");
     platform::File shared = file;

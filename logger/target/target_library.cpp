@@ -2,8 +2,11 @@
 
 #include <memory>
 #include <stdexcept>
+#include <vector>
 
+#include "logger/base/lasting.h"
 #include "logger/diagnostics/CMutexWindows.h"
+#include "logger/state/at_unloading.h"
 #include "logger/state/process_texts.h"
 #include "platform/in_flight.h"
 
@@ -14,6 +17,18 @@ std::atomic<const CPduDll*> LoadedFunctions = nullptr;
 namespace {
 
 std::atomic<platform::Library> TargetLibraryHandle = nullptr;
+
+/// Tables that a thread inside a call may still read, kept until this library is unloaded. Guarded by
+/// LogMutex.
+constinit Lasting<std::vector<std::unique_ptr<const CPduDll>>> WithdrawnTables;
+const bool WithdrawnTablesMade = (WithdrawnTables.Make(), true);
+const AtUnloading FreeWithdrawnTables([] { WithdrawnTables.Empty(); });
+
+void KeepTable(std::unique_ptr<const CPduDll> table)
+{
+    LogMutexHold hold;
+    WithdrawnTables.Get().push_back(std::move(table));
+}
 
 } // namespace
 
@@ -42,7 +57,7 @@ void LoadTargetLibrary()
 void UnloadTargetLibrary(int milliseconds)
 {
     // Withdrawn first: from here on no call begins that could meet a library that is gone.
-    const CPduDll* const functions = LoadedFunctions.exchange(nullptr);
+    std::unique_ptr<const CPduDll> functions(LoadedFunctions.exchange(nullptr));
     const platform::Library library = TargetLibraryHandle.exchange(nullptr);
     if (!functions)
         return;
@@ -52,9 +67,8 @@ void UnloadTargetLibrary(int milliseconds)
     const bool selfInside = platform::OwnDepth() > ownCall;
     if (!selfInside)
         platform::UnloadLibrary(library);
-    // Otherwise a thread may still be reading the table: it is leaked.
-    if (othersLeft && !selfInside)
-        delete functions;
+    if (!othersLeft || selfInside)
+        KeepTable(std::move(functions));
 }
 
 } // namespace marvane

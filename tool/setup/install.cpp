@@ -26,9 +26,9 @@ struct EntryPlan
     std::size_t Root = 0;
     std::size_t Entry = 0;
     std::string Name;
-    std::string Vendor;  ///< path of the vendor's library
-    std::string Copy;    ///< path of the copy of the logger library
-    std::string Library; ///< bytes of the copy
+    std::string Vendor;      ///< path of the vendor's library
+    std::string Copy;        ///< path of the copy of the logger library
+    std::string CopiedBytes; ///< bytes of the copy
     std::string Configuration;
     bool WritesRecord = true;
     bool WritesLibrary = true;
@@ -165,14 +165,14 @@ private:
         values.TargetName = FileNameOf(vendor.Path);
         values.LogFolder = LogFolderFor(entry.ShortName);
         PlanConfiguration(plan, values);
-        plan.WritesLibrary = ReadFileBytes(plan.Copy) != plan.Library;
+        plan.WritesLibrary = ReadFileBytes(plan.Copy) != plan.CopiedBytes;
         plans_.push_back(std::move(plan));
     }
 
     static void FillRecord(EntryPlan& plan)
     {
         plan.Record.Installed = TimeNow();
-        const auto facts = InspectBinary(plan.Library);
+        const auto facts = InspectBinary(plan.CopiedBytes);
         plan.Record.Version = facts && facts->Version ? VersionText(*facts->Version) : "unknown";
     }
 
@@ -207,8 +207,8 @@ private:
         plan.Entry = index;
         plan.Name = record->Entry;
         plan.Copy = copy;
-        plan.Library = LibraryFor(options_.From, look.Facts->For, record->Entry);
-        plan.WritesLibrary = ReadFileBytes(copy) != plan.Library;
+        plan.CopiedBytes = LibraryFor(options_.From, look.Facts->For, record->Entry);
+        plan.WritesLibrary = ReadFileBytes(copy) != plan.CopiedBytes;
         plan.WritesRecord = plan.WritesLibrary;
         plan.WritesConfiguration = false;
         plan.ChangesUri = false;
@@ -302,7 +302,7 @@ private:
             notes_ += "   note          " + plan.Vendor + " lacks " + name +
                       ": a call of it ends the application\n";
         const CheckReport report = CheckConfiguration(ParseConfiguration(plan.Configuration), plan.Copy,
-                                                      InspectBinary(plan.Library)->For);
+                                                      InspectBinary(plan.CopiedBytes)->For);
         for (const CheckFinding& finding : report.All)
             if (finding.Level == FindingLevel::Error &&
                 !(finding.Place == "target library" && !missing.empty()))
@@ -337,9 +337,9 @@ private:
             Write(changes, plan.Record.Folder + platform::PathSeparator + RecordName,
                   RecordText(plan.Record));
         if (plan.WritesLibrary && IsFile(plan.Copy))
-            changes.ReplaceInUse(plan.Copy, plan.Library);
+            changes.ReplaceInUse(plan.Copy, plan.CopiedBytes);
         else if (plan.WritesLibrary)
-            changes.Create(plan.Copy, plan.Library);
+            changes.Create(plan.Copy, plan.CopiedBytes);
         if (plan.WritesConfiguration)
             Write(changes, ConfigurationBeside(plan.Copy, platform::PathSeparator), plan.Configuration);
     }
@@ -359,7 +359,7 @@ private:
     {
         if (!options_.Loads || !plan.WritesLibrary)
             return;
-        const Machine machine = InspectBinary(plan.Library)->For;
+        const Machine machine = InspectBinary(plan.CopiedBytes)->For;
         for (const std::string& path : {plan.Copy, plan.Vendor}) {
             if (path.empty())
                 continue;

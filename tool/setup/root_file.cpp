@@ -76,7 +76,7 @@ private:
     void TakeLibrary(const XmlEvent& tag)
     {
         RootEntry& entry = Entries.back();
-        if (++entry.LibraryFiles > 1)
+        if (++entry.FileElements > 1)
             return;
         const auto uri =
             std::find_if(tag.Attributes.begin(), tag.Attributes.end(),
@@ -140,7 +140,7 @@ bool DiffersInUrisOnly(const RootFile& before, const RootFile& after, std::span<
                                          [i](const UriChange& candidate) { return candidate.Entry == i; });
         const std::string& expected = change == changes.end() ? one.RawUri : change->RawUri;
         if (other.RawUri != expected || one.ShortName != other.ShortName || one.HasUri != other.HasUri ||
-            one.LibraryFiles != other.LibraryFiles || one.Line != other.Line || one.Nested != other.Nested)
+            one.FileElements != other.FileElements || one.Line != other.Line || one.Nested != other.Nested)
             return false;
     }
     return true;
@@ -180,7 +180,7 @@ std::string ReasonNotToChange(const RootFile& file, const RootEntry& entry)
         return "there are two entries of this name";
     if (entry.Nested)
         return "it is nested deeper than the root element's children";
-    if (entry.LibraryFiles > 1)
+    if (entry.FileElements > 1)
         return "it has two LIBRARY_FILE elements";
     if (!entry.HasUri)
         return "it has no LIBRARY_FILE with a URI";

@@ -20,7 +20,7 @@ struct RootEntry
     std::string Supplier;
     std::string Description;
     std::size_t Line = 0;
-    std::size_t LibraryFiles = 0; ///< how many LIBRARY_FILE elements it has
+    std::size_t FileElements = 0; ///< how many LIBRARY_FILE elements it has
     bool Nested = false;          ///< not a child of the root element
     bool HasUri = false;
     std::string RawUri;             ///< as it is written, in UTF-8

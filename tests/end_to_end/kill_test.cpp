@@ -14,13 +14,14 @@
 namespace marvane::testing {
 namespace {
 
-// Four parts of 13 kills, each with and without rotation: 104. Fewer where starting a process is expensive.
+// Four quarters of 13 kills, each with and without rotation: 104. Fewer where starting a process is
+// expensive.
 #ifdef MARVANE_SANITIZED
-constexpr int KillsOfAPart = 3;
+constexpr int KillsOfAQuarter = 3;
 #else
-const int KillsOfAPart = platform::PathSeparator == '/' ? 13 : 2;
+const int KillsOfAQuarter = platform::PathSeparator == '/' ? 13 : 2;
 #endif
-constexpr int Parts = 4;
+constexpr int Quarters = 4;
 
 /// The calls of three threads, one function each, all with a number as second argument.
 struct NumberedCall
@@ -40,10 +41,10 @@ std::filesystem::path JournalOf(const NumberedCall& call, const std::filesystem:
 }
 
 /// Makes numbered calls forever, and appends a byte to their journal for each one that has returned.
-[[noreturn]] void CallForever(const Session& session, const NumberedCall& call)
+[[noreturn]] void CallForever(const Session& session, const NumberedCall& call,
+                              const std::filesystem::path& journals)
 {
-    std::FILE* const journal =
-        std::fopen(JournalOf(call, std::filesystem::temp_directory_path()).string().c_str(), "wb");
+    std::FILE* const journal = std::fopen(JournalOf(call, journals).string().c_str(), "wb");
     for (UNUM32 number = 0;; ++number) {
         call.Call(session.Api(), number);
         std::fputc('.', journal);
@@ -54,12 +55,14 @@ std::filesystem::path JournalOf(const NumberedCall& call, const std::filesystem:
 /// The child: calls on all threads until it is killed.
 [[noreturn]] void CallUntilKilled(Changes changes)
 {
+    // The session sets a temporary folder of its own.
+    const auto journals = std::filesystem::temp_directory_path();
     Session session(changes);
     session.Construct();
     session.Fake().Discard();
     std::vector<std::thread> threads;
     for (const NumberedCall& call : NumberedCalls)
-        threads.emplace_back([&session, &call] { CallForever(session, call); });
+        threads.emplace_back([&] { CallForever(session, call, journals); });
     threads.front().join();
     std::abort();
 }
@@ -119,26 +122,26 @@ void KillAfter(std::uintmax_t calls)
 class Killed : public ::testing::TestWithParam<int>
 {
 protected:
-    void RunPart(Changes changes) const
+    void RunQuarter(Changes changes) const
     {
         if (!ChildRole().empty())
             CallUntilKilled(changes);
-        for (int i = 0; i < KillsOfAPart && !HasFailure(); ++i)
-            KillAfter(1 + static_cast<std::uintmax_t>((GetParam() * KillsOfAPart + i) * 37 % 400));
+        for (int i = 0; i < KillsOfAQuarter && !HasFailure(); ++i)
+            KillAfter(1 + static_cast<std::uintmax_t>((GetParam() * KillsOfAQuarter + i) * 37 % 400));
     }
 };
 
 TEST_P(Killed, WithLogFlushOneLosesNoLine)
 {
-    RunPart({});
+    RunQuarter({});
 }
 
 TEST_P(Killed, DuringRotationsLosesNoLine)
 {
-    RunPart({{"LogFileMaxSize", "9000"}, {"LogFileMaxNum", "1000"}});
+    RunQuarter({{"LogFileMaxSize", "9000"}, {"LogFileMaxNum", "1000"}});
 }
 
-INSTANTIATE_TEST_SUITE_P(Parts, Killed, ::testing::Range(0, Parts));
+INSTANTIATE_TEST_SUITE_P(Quarters, Killed, ::testing::Range(0, Quarters));
 
 } // namespace
 } // namespace marvane::testing

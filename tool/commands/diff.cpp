@@ -245,6 +245,8 @@ int RunDiff(const Arguments& arguments, Console& console)
     Run second(console, secondFiles);
     ReadRun(first, firstFiles);
     ReadRun(second, secondFiles);
+    if ((first.Sessions.empty() || second.Sessions.empty()) && console.HasComplained())
+        return ExitTrouble;
     if (first.Sessions.empty() || second.Sessions.empty())
         throw Trouble((first.Sessions.empty() ? firstPath : secondPath) +
                       ": there is no line of a log in it");

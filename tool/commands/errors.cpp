@@ -72,6 +72,8 @@ public:
         return sum;
     }
     bool HasSeveralSessions() const { return begins_.size() > 1; }
+    /// False if there was no line of a log.
+    bool HasSession() const { return !begins_.empty(); }
     read::LogTime BeginOf(const Finding& finding) const
     {
         const auto found = begins_.find(finding.Session);
@@ -144,7 +146,7 @@ std::string LeftOutText(const SortedFindings& found)
     return text;
 }
 
-/// What is good to know even if nothing is wrong with it.
+/// What is good to know even if nothing is wrong with it, as far as the log can say so.
 std::string AllClearText(const SortedFindings& found)
 {
     std::string text;
@@ -154,12 +156,20 @@ std::string AllClearText(const SortedFindings& found)
     };
     if (found.Count(FindingKind::NotLoaded) == 0)
         add(FindingKind::InFlight, "every call has returned");
-    add(FindingKind::Cut, "nothing was cut");
-    add(FindingKind::DataLost, "no event was lost");
+    const bool isWhole = found.CutPayloads() == 0 && found.Hints().ForTalk().empty();
+    add(FindingKind::Cut, isWhole ? "nothing was cut" : "no call was cut");
+    if (found.Hints().ShowsEvents())
+        add(FindingKind::DataLost, "no event was lost");
     add(FindingKind::Damaged, "no line is damaged");
     if (!text.empty())
         text.front() = static_cast<char>(text.front() - ('a' - 'A'));
     return text.empty() ? text : text + ".";
+}
+
+std::string CutPayloadsText(const SortedFindings& found)
+{
+    return Counted(found.CutPayloads(), "payload is", "payloads are") + " cut: LogMaxPduBuff " +
+           found.Hints().PayloadLimitText();
 }
 
 void WriteFooter(Console& console, const SortedFindings& found, bool isAll)
@@ -173,6 +183,10 @@ void WriteFooter(Console& console, const SortedFindings& found, bool isAll)
     console.Write((found.ErrorCount() == 0 && !isAll ? "" : "\n") + line + "\n");
     if (const std::string clear = AllClearText(found); !clear.empty())
         console.Write(clear + "\n");
+    if (found.CutPayloads() > 0)
+        console.Write(CutPayloadsText(found) + "\n");
+    for (const std::string& hint : found.Hints().ForAll())
+        console.Write(hint + "\n");
 }
 
 class ErrorJson : public SortedFindings
@@ -202,10 +216,27 @@ public:
         for (const std::string& each : finding.Why)
             why.Add(each);
         object.Add("subject", finding.Subject).Add("text", finding.Text).AddRaw("why", why.Text());
+        if (isFirst_)
+            WriteBegin();
         console_.Write((isFirst_ ? "\n" : ",\n") + object.Text());
         isFirst_ = false;
     }
 
+    void WriteEnd()
+    {
+        if (isFirst_)
+            WriteBegin();
+        JsonObject normal;
+        normal.Add("empty_queue", Count(FindingKind::EmptyQueue)).Add("pending", Count(FindingKind::Pending));
+        JsonArray hints;
+        for (const std::string& hint : Hints().ForAll())
+            hints.Add(hint);
+        console_.Write(std::string(isFirst_ ? "" : "\n") + "],\"found\":" + std::to_string(ErrorCount()) +
+                       ",\"normal\":" + normal.Text() + ",\"cut_payloads\":" + std::to_string(CutPayloads()) +
+                       ",\"hints\":" + hints.Text() + "}\n");
+    }
+
+private:
     void WriteBegin()
     {
         JsonArray files;
@@ -214,15 +245,6 @@ public:
         console_.Write("{\"schema\":\"marvane.errors/1\",\"files\":" + files.Text() + ",\"problems\":[");
     }
 
-    void WriteEnd()
-    {
-        JsonObject normal;
-        normal.Add("empty_queue", Count(FindingKind::EmptyQueue)).Add("pending", Count(FindingKind::Pending));
-        console_.Write(std::string(isFirst_ ? "" : "\n") + "],\"found\":" + std::to_string(ErrorCount()) +
-                       ",\"normal\":" + normal.Text() + "}\n");
-    }
-
-private:
     Console& console_;
     const std::vector<read::LogFile>& files_;
     bool isFirst_ = true;
@@ -240,10 +262,11 @@ int RunErrors(const Arguments& arguments, Console& console)
             throw UsageError("--json is one document, and a log that is followed has no end");
         ErrorJson found(console, files, isAll);
         found.Links().SetNames(names.Names());
-        found.WriteBegin();
         read::LogReader reader(found, Findings::Wants);
         ReadLogs(files, reader);
         found.Finish();
+        if (!found.HasSession() && console.HasComplained())
+            return ExitTrouble;
         found.WriteEnd();
         return found.ErrorCount() == 0 ? 0 : 1;
     }
@@ -258,7 +281,10 @@ int RunErrors(const Arguments& arguments, Console& console)
     console.UsePager();
     ReadLogs(files, reader);
     found.Finish();
+    if (!found.HasSession() && console.HasComplained())
+        return ExitTrouble;
     WriteFooter(console, found, isAll);
+    WriteFileNames(files, console);
     return found.ErrorCount() == 0 ? 0 : 1;
 }
 

@@ -38,7 +38,8 @@ std::string Code(std::uint32_t code)
 
 std::string RequestSubject(read::Bytes request, std::uint64_t size, const read::Link& link)
 {
-    const std::string bytes = request.empty() ? "request" : BytesText(request, size, 6, 4);
+    const std::string unseen = size == 0 ? "request" : "request of " + Counted(size, "byte");
+    const std::string bytes = request.empty() ? unseen : BytesText(request, size, 6, 4);
     const std::string on = LinkText(link);
     return on.empty() ? bytes : bytes + ", " + on;
 }
@@ -63,6 +64,8 @@ Findings::Findings() : exchanges_(static_cast<read::ExchangeSink&>(*this), Suppr
 void Findings::OnSession(const read::Session& session)
 {
     targets_[session.Number] = session.Target;
+    hintsOf_[session.Number].OnSession(session);
+    hints_.OnSession(session);
 }
 
 void Findings::OnEntry(const read::Call& call, bool isEvent)
@@ -164,6 +167,7 @@ void Findings::OnItem(const read::Item& item)
 {
     if (item.Fetch)
         items_[item.Fetch->Session].OnItem(item);
+    cutPayloads_ += item.Data.IsCut && !item.Data.Shown.empty();
     exchanges_.OnItem(item);
 }
 
@@ -212,11 +216,49 @@ std::vector<std::string> Findings::WhySilent(const read::Exchange& exchange) con
 std::vector<std::string> Findings::WhyRefused(const read::Exchange& exchange) const
 {
     const read::Answer* refusal = exchange.Deciding();
+    if (refusal && !refusal->Nrc) {
+        const auto hints = hintsOf_.find(exchange.Session);
+        return {(hints == hintsOf_.end() ? SettingsHints() : hints->second).ForNegativeCode()};
+    }
     const bool isUds = DialectOf(*exchange.On) == words::Dialect::Uds;
     constexpr std::uint8_t OfState[] = {0x22, 0x24, 0x33, 0x7E, 0x7F};
     if (isUds && refusal && refusal->Nrc && std::ranges::count(OfState, *refusal->Nrc))
         return {"at that moment: " + states_.Text(*exchange.On)};
     return {};
+}
+
+std::string Findings::RefusalText(const read::Exchange& exchange) const
+{
+    const read::Answer& refusal = *exchange.Deciding();
+    if (!refusal.Nrc)
+        return refusal.Size == 0 ? "negative answer" : "negative answer of " + Counted(refusal.Size, "byte");
+    return BytesText(refusal.Data, refusal.Size, 9, 8) + "  " +
+           NrcText(DialectOf(*exchange.On), *refusal.Nrc);
+}
+
+void Findings::FindRefused(const read::Exchange& exchange, Finding finding)
+{
+    finding.Kind = FindingKind::Refused;
+    finding.Text = RefusalText(exchange) + After(exchange.FirstAnswer());
+    finding.Why = WhyRefused(exchange);
+    OnFinding(finding);
+}
+
+void Findings::FindSilent(const read::Exchange& exchange, Finding finding)
+{
+    finding.Text = exchange.ErrorCode == 0 ? "no answer" + After(exchange.Whole)
+                                           : std::string(WithoutPrefix(exchange.ErrorName, "PDU_ERR_")) +
+                                                 " " + Code(exchange.ErrorCode);
+    if (exchange.ErrorAfter)
+        finding.Text += ", " + MillisecondsText(*exchange.ErrorAfter) + " ms after " +
+                        (exchange.ErrorAfter->IsByLog ? "the call" : "sending");
+    finding.Why = WhySilent(exchange);
+    const bool isAnswered = exchange.Result != Outcome::Silent;
+    if (!isAnswered && exchange.Deciding()) {
+        finding.Why.push_back("before it a " + RefusalText(exchange) + ", refused or pending");
+        finding.Why.push_back(WhyRefused(exchange).front());
+    }
+    OnFinding(finding);
 }
 
 void Findings::OnExchange(const read::Exchange& exchange)
@@ -230,7 +272,7 @@ void Findings::OnExchange(const read::Exchange& exchange)
                        {},
                        {},
                        1};
-    const read::Answer* deciding = exchange.Deciding();
+    cutPayloads_ += exchange.IsRequestCut && !exchange.Request.empty();
     if (exchange.PendingCount > 0) {
         Finding pending = finding;
         pending.Kind = FindingKind::Pending;
@@ -238,26 +280,11 @@ void Findings::OnExchange(const read::Exchange& exchange)
         pending.Text = Counted(exchange.PendingCount, "pending answer") + " (7F xx 78)";
         OnFinding(pending);
     }
-    if (exchange.Result == Outcome::Refused && deciding) {
-        finding.Kind = FindingKind::Refused;
-        finding.Text = BytesText(deciding->Data, deciding->Size, 9, 8);
-        if (deciding->Nrc)
-            finding.Text += "  " + NrcText(DialectOf(*exchange.On), *deciding->Nrc);
-        finding.Text += After(exchange.FirstAnswer());
-        finding.Why = WhyRefused(exchange);
-        OnFinding(finding);
-    } else if (exchange.Result == Outcome::Silent || exchange.ErrorCode != 0) {
-        const bool isWanted = exchange.Result != Outcome::Sent;
-        finding.Text = exchange.ErrorCode == 0 ? "no answer" + After(exchange.Whole)
-                                               : std::string(WithoutPrefix(exchange.ErrorName, "PDU_ERR_")) +
-                                                     " " + Code(exchange.ErrorCode);
-        if (exchange.ErrorAfter)
-            finding.Text += ", " + MillisecondsText(*exchange.ErrorAfter) + " ms after " +
-                            (exchange.ErrorAfter->IsByLog ? "the call" : "sending");
-        finding.Why = WhySilent(exchange);
-        if (isWanted)
-            OnFinding(finding);
-    }
+    if (exchange.Result == Outcome::Refused)
+        FindRefused(exchange, std::move(finding));
+    else if (exchange.Result == Outcome::Silent ||
+             (exchange.ErrorCode != 0 && exchange.Result != Outcome::Sent))
+        FindSilent(exchange, std::move(finding));
     states_.Change(exchange);
     OnEnded(exchange);
 }

@@ -10,6 +10,7 @@
 #include "tool/commands/ecu_state.h"
 #include "tool/commands/item_balance.h"
 #include "tool/commands/link_history.h"
+#include "tool/commands/settings_hints.h"
 #include "tool/read/exchanges.h"
 #include "tool/read/log_reader.h"
 
@@ -80,6 +81,9 @@ public:
     std::uint64_t ItemsGiven() const;
     std::uint64_t ItemsDestroyed() const;
     read::LinkBook& Links() { return exchanges_.Links(); }
+    /// Requests and answers of which the log shows a part only. Those without a byte are not among them.
+    std::uint64_t CutPayloads() const { return cutPayloads_; }
+    const SettingsHints& Hints() const { return hints_; }
 
 private:
     struct LongCallback
@@ -103,14 +107,20 @@ private:
     void PutUnfinished(const read::Call& call);
     std::vector<std::string> WhySilent(const read::Exchange& exchange) const;
     std::vector<std::string> WhyRefused(const read::Exchange& exchange) const;
+    std::string RefusalText(const read::Exchange& exchange) const;
+    void FindRefused(const read::Exchange& exchange, Finding finding);
+    void FindSilent(const read::Exchange& exchange, Finding finding);
     void PutLeak(const read::Call& destruct);
 
     read::Exchanges exchanges_;
     LinkHistory history_;
     EcuStates states_;
-    std::map<std::uint32_t, ItemBalance> items_;   ///< by session
-    std::map<std::uint32_t, NotLoaded> notLoaded_; ///< by session
-    std::map<std::uint32_t, std::string> targets_; ///< path, by session
+    std::map<std::uint32_t, ItemBalance> items_;     ///< by session
+    std::map<std::uint32_t, NotLoaded> notLoaded_;   ///< by session
+    std::map<std::uint32_t, std::string> targets_;   ///< path, by session
+    std::map<std::uint32_t, SettingsHints> hintsOf_; ///< by session
+    SettingsHints hints_;                            ///< of all sessions
+    std::uint64_t cutPayloads_ = 0;
     std::deque<LongCallback> callbacks_;
 };
 

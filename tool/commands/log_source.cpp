@@ -5,6 +5,7 @@
 #include "tool/commands/default_logs.h"
 #include "tool/commands/follow.h"
 #include "tool/commands/progress.h"
+#include "tool/commands/row_text.h"
 
 namespace marvane::tool {
 
@@ -68,6 +69,18 @@ void ReadLogs(const std::vector<read::LogFile>& files, read::LogReader& reader,
         progress.At(done += file.Size);
     }
     reader.Finish();
+}
+
+void WriteFileNames(const std::vector<read::LogFile>& files, Console& console)
+{
+    constexpr std::size_t most = 20;
+    if (files.size() < 2)
+        return;
+    console.Write("\n");
+    for (std::size_t i = 0; i < std::min(files.size(), most); ++i)
+        console.Write("file " + std::to_string(i + 1) + "   " + Printable(files[i].Begin.Name) + "\n");
+    if (files.size() > most)
+        console.Write("and " + Counted(files.size() - most, "more file") + ", in the order of time\n");
 }
 
 void ComplainAbout(const read::Problem& problem, const std::vector<read::LogFile>& files, Console& console)

@@ -26,4 +26,7 @@ void ReadLogs(const std::vector<read::LogFile>& files, read::LogReader& reader,
 /// Complains about a problem that concerns a whole file; leaves all others to the command.
 void ComplainAbout(const read::Problem& problem, const std::vector<read::LogFile>& files, Console& console);
 
+/// The names of the files whose numbers are before the line numbers ("2:605"); nothing for a single file.
+void WriteFileNames(const std::vector<read::LogFile>& files, Console& console);
+
 } // namespace marvane::tool

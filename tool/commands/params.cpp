@@ -65,7 +65,9 @@ public:
     }
 
     std::vector<LinkRows> Links;
+    bool HasSession = false; ///< false if there was no line of a log
 
+    void OnSession(const read::Session&) override { HasSession = true; }
     void OnEntry(const read::Call& call, bool isEvent) override { exchanges_.OnEntry(call, isEvent); }
     void OnCall(const read::Call& call) override { exchanges_.OnCall(call); }
     void OnItem(const read::Item& item) override { exchanges_.OnItem(item); }
@@ -236,6 +238,8 @@ int RunParams(const Arguments& arguments, Console& console)
     read::LogReader reader(table, ParamTable::Wants);
     ReadLogs(files, reader);
     table.Finish();
+    if (!table.HasSession && console.HasComplained())
+        return ExitTrouble;
     if (table.Links.empty() && filter.IsSet())
         return 1;
     if (arguments.Has("--json")) {
@@ -243,6 +247,7 @@ int RunParams(const Arguments& arguments, Console& console)
     } else {
         console.UsePager();
         WriteTable(console, table, names);
+        WriteFileNames(files, console);
     }
     return 0;
 }

@@ -27,10 +27,10 @@ std::string AnswersText(const read::Exchange& exchange)
 
 std::string OutcomeText(const read::Exchange& exchange)
 {
-    std::string text;
-    for (const ResponseRow& row : ResponseRows(exchange))
-        if (text.empty() && (row.Mark != '.' || exchange.Result != read::Outcome::Answered))
-            text = row.Text;
+    const std::vector<ResponseRow> rows = ResponseRows(exchange);
+    // Not a pending answer, if there is more.
+    const auto telling = std::ranges::find_if(rows, [](const ResponseRow& row) { return row.Mark != '.'; });
+    const std::string& text = (telling == rows.end() ? rows.front() : *telling).Text;
     return text.empty() ? std::string(read::OutcomeName(exchange.Result)) : text;
 }
 

@@ -48,6 +48,18 @@ std::vector<std::string> SettingsHints::ForAll() const
     return hints;
 }
 
+std::string SettingsHints::ForNegativeCode() const
+{
+    const std::string missing = "its code is not in the log";
+    const auto was = [&](std::string_view key, const Lowest& setting, std::string_view wanted) {
+        return missing + ": " + std::string(key) + " was " + std::to_string(*setting.Value) + ", " +
+               std::string(wanted) + " shows it";
+    };
+    if (results_.IsBelow(2))
+        return was("LogFnDecodeRsps", results_, "2");
+    return payload_.IsBelow(3) ? was("LogMaxPduBuff", payload_, "32") : missing;
+}
+
 std::string SettingsHints::PayloadLimitText() const
 {
     if (!payload_.Value)

@@ -20,6 +20,10 @@ public:
     std::vector<std::string> ForTalk() const;
     /// A line each, for all there is.
     std::vector<std::string> ForAll() const;
+    /// Why the code of a negative answer is missing, and what would show it.
+    std::string ForNegativeCode() const;
+    /// Whether announced events are in the log, as far as the headers say.
+    bool ShowsEvents() const { return !callbacks_.IsBelow(1); }
     /// What to say after the name of LogMaxPduBuff: "was 32".
     std::string PayloadLimitText() const;
 

@@ -18,13 +18,17 @@ constexpr std::size_t TextColumn = 10; // columns where a field begins
 constexpr std::size_t NameColumn = 13;
 constexpr std::size_t DetailColumn = 45;
 
-// Of lists no more than so many rows are shown.
-constexpr std::size_t MostRows = 12;
+// Of lists no more than so many rows are shown without --all.
+constexpr std::size_t UsualRows = 12;
 
 class Page
 {
 public:
-    Page(Console& console, const SummaryFacts& facts) : console_(console), facts_(facts) {}
+    /// `log` is what to add to a command that reads the same log.
+    Page(Console& console, const SummaryFacts& facts, bool isAll, std::string log)
+        : console_(console), facts_(facts), mostRows_(isAll ? SIZE_MAX : UsualRows), log_(std::move(log))
+    {
+    }
 
     void Write()
     {
@@ -42,7 +46,7 @@ public:
         WriteCut();
         WriteTable();
         WriteErrors();
-        for (const std::string& hint : facts_.Hints.ForAll())
+        for (const std::string& hint : facts_.Hints().ForAll())
             console_.Write(hint + "\n");
     }
 
@@ -131,7 +135,7 @@ private:
 
     void WriteLinks()
     {
-        for (std::size_t i = 0; i < std::min(facts_.Links.size(), MostRows); ++i) {
+        for (std::size_t i = 0; i < std::min(facts_.Links.size(), mostRows_); ++i) {
             const LinkFacts& link = facts_.Links[i];
             std::string row = i == 0 ? "links" : "";
             PutAt(row, TextColumn, std::to_string(link.What.Handle));
@@ -142,8 +146,8 @@ private:
                 requests = Counted(link.Requests, "request") + ": " + OutcomesText(link.ByOutcome);
             console_.Write(Wrapped(std::move(row), DetailColumn + 16, requests, console_.Columns()));
         }
-        if (facts_.Links.size() > MostRows)
-            Line("", "and " + Grouped(facts_.Links.size() - MostRows) + " more");
+        if (facts_.Links.size() > mostRows_)
+            Line("", "and " + Grouped(facts_.Links.size() - mostRows_) + " more (--all)");
     }
 
     void WriteRequests()
@@ -201,9 +205,9 @@ private:
 
     void WriteCut()
     {
-        if (facts_.CutPayloads > 0)
-            Line("cut", Counted(facts_.CutPayloads, "payload") + ": LogMaxPduBuff " +
-                            facts_.Hints.PayloadLimitText());
+        if (facts_.CutPayloads() > 0)
+            Line("cut", Counted(facts_.CutPayloads(), "payload") + ": LogMaxPduBuff " +
+                            facts_.Hints().PayloadLimitText());
     }
 
     void WriteTable()
@@ -216,7 +220,7 @@ private:
                    std::pair(other->Ms.Total(), other->Ms.Count());
         });
         console_.Write("\n   count   total ms    p50    p95    max   failed   call\n");
-        for (std::size_t i = 0; i < std::min(functions.size(), MostRows); ++i) {
+        for (std::size_t i = 0; i < std::min(functions.size(), mostRows_); ++i) {
             const FunctionFacts& facts = *functions[i];
             std::string row;
             PutBefore(row, 8, Grouped(facts.Ms.Count()));
@@ -228,9 +232,9 @@ private:
             PutAt(row, 52, Printable(facts.Name));
             console_.Write(Finished(std::move(row)));
         }
-        if (functions.size() > MostRows)
-            console_.Write("     and " + Counted(functions.size() - MostRows, "more function") +
-                           " that took less (--json has all)\n");
+        if (functions.size() > mostRows_)
+            console_.Write("     and " + Counted(functions.size() - mostRows_, "more function") +
+                           " that took less (--all)\n");
     }
 
     void WriteErrors()
@@ -252,12 +256,14 @@ private:
         add(FindingKind::Damaged, "damaged line", "damaged lines");
         if (text.empty())
             return console_.Write("\n     no errors\n");
-        console_.Write("\n   " + console_.Coloured(Colour::Red, "X") + " " + text +
-                       "        marvane errors\n");
+        console_.Write("\n   " + console_.Coloured(Colour::Red, "X") + " " + text + "        marvane errors" +
+                       log_ + "\n");
     }
 
     Console& console_;
     const SummaryFacts& facts_;
+    std::size_t mostRows_;
+    std::string log_;
 };
 
 int RunSummary(const Arguments& arguments, Console& console)
@@ -270,16 +276,21 @@ int RunSummary(const Arguments& arguments, Console& console)
     read::LogReader reader(facts, SummaryFacts::Wants);
     ReadLogs(files, reader);
     facts.Finish();
+    if (facts.Sessions.empty() && console.HasComplained())
+        return ExitTrouble;
     if (facts.Sessions.empty())
         throw Trouble("there is no line of a log in what was read");
-    if (arguments.Has("--json"))
+    if (arguments.Has("--json")) {
         console.Write(SummaryJson(facts, files) + "\n");
-    else
-        Page(console, facts).Write();
+    } else {
+        Page(console, facts, arguments.Has("--all"), arguments.Operands().empty() ? "" : " LOG").Write();
+        WriteFileNames(files, console);
+    }
     return 0;
 }
 
 constexpr Option SummaryOptionList[] = {
+    {"--all", "", "Every link and every function, however many there are"},
     {"--json", "", "As JSON, schema marvane.summary/1"},
 };
 constexpr OptionGroup SummaryOptions = {"Form", SummaryOptionList};

@@ -45,7 +45,6 @@ std::string CallText(const read::Call& call, std::string_view name)
 void SummaryFacts::OnSession(const read::Session& session)
 {
     Findings::OnSession(session);
-    Hints.OnSession(session);
     ++SessionCount;
     live_.push_back(&session);
     if (live_.size() > MostLive) {
@@ -117,12 +116,6 @@ void SummaryFacts::OnEvent(const read::Event& event)
     Findings::OnEvent(event);
     ++Events;
     Measure(event, "PDUCallbackTrap");
-}
-
-void SummaryFacts::OnItem(const read::Item& item)
-{
-    Findings::OnItem(item);
-    CutPayloads += item.Data.IsCut;
 }
 
 void SummaryFacts::OnParam(const read::Param& param)
@@ -207,7 +200,6 @@ void SummaryFacts::SeeLink(const read::Call& call)
 
 void SummaryFacts::OnEnded(const read::Exchange& exchange)
 {
-    CutPayloads += exchange.IsRequestCut;
     if (exchange.Type != PDU_COPT_SENDRECV && exchange.Type != 0)
         return;
     const auto outcome = static_cast<std::size_t>(exchange.Result);

@@ -12,7 +12,6 @@
 #include "tool/commands/durations.h"
 #include "tool/commands/findings.h"
 #include "tool/commands/log_source.h"
-#include "tool/commands/settings_hints.h"
 #include "tool/read/param_values.h"
 
 namespace marvane::tool {
@@ -80,12 +79,10 @@ public:
     std::uint64_t Calls = 0;
     std::uint64_t Events = 0;
     std::uint64_t ParamsSet = 0;
-    std::uint64_t CutPayloads = 0;
     std::uint64_t Requests = 0;
     std::uint64_t ByOutcome[6] = {};
     std::uint64_t ByKind[12] = {}; ///< of findings
     Durations LatencyUs;
-    SettingsHints Hints;
 
     std::uint64_t Count(FindingKind kind) const { return ByKind[static_cast<std::size_t>(kind)]; }
 
@@ -95,7 +92,6 @@ public:
     void OnSession(const read::Session& session) override;
     void OnCall(const read::Call& call) override;
     void OnEvent(const read::Event& event) override;
-    void OnItem(const read::Item& item) override;
     void OnParam(const read::Param& param) override;
     void OnProblem(const read::Problem& problem) override;
     void OnFinding(const Finding& finding) override;

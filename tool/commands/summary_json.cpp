@@ -134,9 +134,9 @@ std::string SummaryJson(const SummaryFacts& facts, const std::vector<read::LogFi
                               .Add("set", facts.ParamsSet)
                               .AddRaw("changed", ListJson(facts.Changes, ChangeJson))
                               .Text())
-        .Add("cut_payloads", facts.CutPayloads)
+        .Add("cut_payloads", facts.CutPayloads())
         .AddRaw("found", found.Text())
-        .AddRaw("hints", ListJson(facts.Hints.ForAll(), text))
+        .AddRaw("hints", ListJson(facts.Hints().ForAll(), text))
         .Text();
 }
 

@@ -140,9 +140,12 @@ int RunTalk(const Arguments& arguments, Console& console)
             talk.FinishFold();
         }
     }
+    if (!talk.HasSession() && console.HasComplained())
+        return ExitTrouble;
     if (talk.RowCount() == 0 && filter.IsSet())
         return 1;
     WriteFooter(console, talk);
+    WriteFileNames(files, console);
     return 0;
 }
 

@@ -62,7 +62,9 @@ std::string ErrorText(std::string_view name)
 bool AreAllEqual(const std::vector<const read::Answer*>& answers)
 {
     return std::ranges::all_of(answers, [&](const read::Answer* answer) {
-        return answer->Data == answers.front()->Data && answer->From == answers.front()->From;
+        const read::Answer& first = *answers.front();
+        return answer->Data == first.Data && answer->Size == first.Size && answer->Kind == first.Kind &&
+               answer->From == first.From;
     });
 }
 
@@ -82,6 +84,14 @@ void AddPending(const Exchange& exchange, words::Dialect dialect, std::vector<Re
     if (exchange.PendingCount > 1)
         text += ", " + std::to_string(exchange.PendingCount) + " times";
     rows.push_back({'.', std::move(text), first->After});
+}
+
+/// A negative answer whose code the log lacks is a failure only if the request failed by it.
+char MarkOf(const read::Answer& answer, const Exchange& exchange)
+{
+    if (answer.Kind != AnswerKind::Refusal)
+        return ' ';
+    return answer.Nrc || exchange.Result == Outcome::Refused ? 'X' : '.';
 }
 
 void AddAnswers(const Exchange& exchange, words::Dialect dialect, std::vector<ResponseRow>& rows)
@@ -104,7 +114,7 @@ void AddAnswers(const Exchange& exchange, words::Dialect dialect, std::vector<Re
         if (hasSenders && answer.From)
             text.insert(0, std::to_string(*answer.From) + ": ");
         const auto after = isRepeated && exchange.Whole ? *exchange.Whole : answer.After;
-        rows.push_back({answer.Kind == AnswerKind::Refusal ? 'X' : ' ', std::move(text), after});
+        rows.push_back({MarkOf(answer, exchange), std::move(text), after});
     }
     if (!isRepeated && count > shown)
         rows.push_back({'.', "and " + Grouped(count - shown) + " more answers", {}});
@@ -116,7 +126,7 @@ void AddEnd(const Exchange& exchange, std::vector<ResponseRow>& rows)
     const std::string error = ErrorText(exchange.ErrorName);
     switch (exchange.Result) {
     case Outcome::Silent:
-        rows.push_back({'X', exchange.PendingCount == 0 ? "no answer" : "no final answer",
+        rows.push_back({'X', exchange.AnswerCount == 0 ? "no answer" : "no final answer",
                         exchange.ErrorAfter ? exchange.ErrorAfter : exchange.Whole});
         if (!error.empty())
             rows.back().Text += ": " + error;
@@ -170,6 +180,8 @@ std::string AnswerText(const read::Answer& answer, words::Dialect dialect)
     const bool isRead = dialect == words::Dialect::Uds && bytes.size() > 3 && bytes[0] == 0x62;
     if (isRead && !answer.IsCut && IsText(bytes.subspan(3)))
         return BytesText(bytes.first(3), 3, 3, 3) + " " + std::string(bytes.begin() + 3, bytes.end());
+    if (answer.Kind == AnswerKind::Refusal && !answer.Nrc)
+        return "negative (" + (answer.Size == 0 ? "no bytes" : Counted(answer.Size, "byte")) + ")";
     if (bytes.empty())
         return answer.Size == 0 ? "(no bytes)" : "(" + Counted(answer.Size, "byte") + ")";
     return BytesText(bytes, answer.Size, 9, 8);

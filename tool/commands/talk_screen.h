@@ -45,6 +45,8 @@ public:
     /// Of all that was shown.
     const TalkCounts& Counts() const { return counts_; }
     std::uint64_t RowCount() const { return rows_; }
+    /// False if there was no line of a log.
+    bool HasSession() const { return !begins_.empty(); }
     /// Of all sessions that were read.
     const SettingsHints& Hints() const { return hints_; }
 

@@ -15,7 +15,7 @@ namespace marvane::read {
 enum class Outcome : std::uint8_t
 {
     Answered,  ///< at least one good answer before its end
-    Refused,   ///< negative answers only
+    Refused,   ///< negative answers only, and no time-out after one whose code the log lacks
     Silent,    ///< an answer was wanted, and none came before its end
     Cancelled, ///< by PDUCancelComPrimitive, with answers or without
     Sent,      ///< no answer was wanted
@@ -35,7 +35,7 @@ struct Latency
 enum class AnswerKind : std::uint8_t
 {
     Good,
-    Refusal, ///< 7F SID NRC, or the acceptance id of a negative expected response
+    Refusal, ///< 7F SID NRC, or the acceptance id of a negative expected response: then perhaps pending
     Pending  ///< 7F SID 78
 };
 

@@ -22,16 +22,25 @@ std::int32_t Cycles(std::string_view value)
     return static_cast<std::int32_t>(NumberInValue(value).value_or(1));
 }
 
-bool IsRefusal(Bytes answer, const std::vector<std::uint8_t>& request)
+/// By as many of the three bytes as the log shows.
+bool IsRefusal(const Answer& answer, const std::vector<std::uint8_t>& request)
 {
-    return answer.size() == 3 && answer[0] == NegativeResponse &&
-           (request.empty() || answer[1] == request[0]);
+    const Bytes shown = answer.Data;
+    if (answer.Size != 3 || shown.empty() || shown[0] != NegativeResponse)
+        return false;
+    return shown.size() < 2 || request.empty() || shown[1] == request[0];
 }
 
 /// The kinds of ComPrimitive that send something and may be answered.
 bool SendsRequest(const Exchange& exchange)
 {
     return exchange.Type == PDU_COPT_SENDRECV;
+}
+
+/// A negative answer without its code may have been a pending one: not if the request ended well after it.
+bool IsRefusedBy(const Answer& answer, const Exchange& exchange)
+{
+    return answer.Nrc || (exchange.IsEnded && exchange.ErrorCode != PDU_ERR_EVT_RX_TIMEOUT);
 }
 
 /// Whether silence is a failure. A request that the log does not show counts as wanting an answer only if the
@@ -88,8 +97,12 @@ Outcome OutcomeOf(const Exchange& exchange, bool isCancelled)
 {
     if (isCancelled)
         return Outcome::Cancelled;
-    if (const Answer* deciding = exchange.Deciding())
-        return deciding->Kind == AnswerKind::Good ? Outcome::Answered : Outcome::Refused;
+    if (const Answer* deciding = exchange.Deciding()) {
+        if (deciding->Kind == AnswerKind::Good)
+            return Outcome::Answered;
+        if (IsRefusedBy(*deciding, exchange))
+            return Outcome::Refused;
+    }
     if (!exchange.IsEnded)
         return Outcome::Open;
     return IsSilenceWrong(exchange) ? Outcome::Silent : Outcome::Sent;
@@ -98,7 +111,9 @@ Outcome OutcomeOf(const Exchange& exchange, bool isCancelled)
 AnswerKind KindOf(Answer& answer, const std::vector<std::uint8_t>& request,
                   std::optional<std::uint32_t> acceptanceId, const std::vector<std::uint32_t>& negative)
 {
-    if (IsRefusal(answer.Data, request)) {
+    if (IsRefusal(answer, request)) {
+        if (answer.Data.size() < 3)
+            return AnswerKind::Refusal;
         answer.Nrc = answer.Data[2];
         return answer.Data[2] == ResponsePending ? AnswerKind::Pending : AnswerKind::Refusal;
     }

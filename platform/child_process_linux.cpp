@@ -1,5 +1,6 @@
 #include "platform/child_process.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -26,9 +27,38 @@ void ReadAll(int pipe, std::string& output)
     }
 }
 
+/// The environment of this process with changes, as NAME=VALUE.
+std::vector<std::string> ChangedEnvironment(const EnvironmentChanges& changes)
+{
+    std::vector<std::string> variables;
+    for (char** variable = environ; *variable; ++variable) {
+        const std::string text = *variable;
+        const bool isChanged = std::any_of(changes.begin(), changes.end(), [&](const auto& change) {
+            return text.starts_with(change.first + "=");
+        });
+        if (!isChanged)
+            variables.push_back(text);
+    }
+    for (const auto& [name, value] : changes)
+        if (value)
+            variables.push_back(name + "=" + *value);
+    return variables;
+}
+
+/// The strings as the system takes them: pointers, a null one at the end.
+std::vector<char*> Pointers(const std::vector<std::string>& strings)
+{
+    std::vector<char*> pointers;
+    pointers.reserve(strings.size() + 1);
+    for (const std::string& string : strings)
+        pointers.push_back(const_cast<char*>(string.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
 } // namespace
 
-ChildResult RunChild(const std::vector<std::string>& words)
+ChildResult RunChild(const std::vector<std::string>& words, const EnvironmentChanges& changes)
 {
     ChildResult result;
     int pipes[2];
@@ -38,13 +68,10 @@ ChildResult RunChild(const std::vector<std::string>& words)
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, pipes[1], STDOUT_FILENO);
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (const std::string& word : words)
-        arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
+    const std::vector<std::string> variables = ChangedEnvironment(changes);
     pid_t child = 0;
-    result.Started = posix_spawn(&child, words[0].c_str(), &actions, nullptr, arguments.data(), environ) == 0;
+    result.Started = posix_spawn(&child, words[0].c_str(), &actions, nullptr, Pointers(words).data(),
+                                 Pointers(variables).data()) == 0;
     posix_spawn_file_actions_destroy(&actions);
     close(pipes[1]);
     if (result.Started) {

@@ -1,5 +1,7 @@
 #include "platform/child_process.h"
 
+#include <cwchar>
+
 #include "platform/utf8_windows.h"
 
 namespace marvane::platform {
@@ -28,9 +30,38 @@ void ReadAll(HANDLE pipe, std::string& output)
         output.append(buffer, size);
 }
 
+/// Whether "NAME=VALUE" sets one of the changed variables. Names are compared without case.
+bool SetsOneOf(const wchar_t* variable, const EnvironmentChanges& changes)
+{
+    for (const auto& [name, value] : changes) {
+        const std::wstring begin = WideFromUtf8(name) + L"=";
+        const int length = static_cast<int>(begin.size());
+        if (std::wcslen(variable) >= begin.size() &&
+            CompareStringOrdinal(variable, length, begin.c_str(), length, TRUE) == CSTR_EQUAL)
+            return true;
+    }
+    return false;
+}
+
+/// The environment block of this process with changes.
+std::wstring ChangedEnvironment(const EnvironmentChanges& changes)
+{
+    std::wstring block;
+    wchar_t* const own = GetEnvironmentStringsW();
+    for (const wchar_t* variable = own; *variable != L'\0'; variable += std::wcslen(variable) + 1)
+        if (!SetsOneOf(variable, changes))
+            block.append(variable).push_back(L'\0');
+    FreeEnvironmentStringsW(own);
+    for (const auto& [name, value] : changes)
+        if (value)
+            block.append(WideFromUtf8(name + "=" + *value)).push_back(L'\0');
+    block.push_back(L'\0');
+    return block;
+}
+
 } // namespace
 
-ChildResult RunChild(const std::vector<std::string>& words)
+ChildResult RunChild(const std::vector<std::string>& words, const EnvironmentChanges& changes)
 {
     ChildResult result;
     std::wstring line;
@@ -48,8 +79,9 @@ ChildResult RunChild(const std::vector<std::string>& words)
     start.hStdOutput = writing;
     start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION process = {};
-    result.Started = CreateProcessW(WideFromUtf8(words[0]).c_str(), line.data(), nullptr, nullptr, TRUE, 0,
-                                    nullptr, nullptr, &start, &process);
+    result.Started = CreateProcessW(WideFromUtf8(words[0]).c_str(), line.data(), nullptr, nullptr, TRUE,
+                                    CREATE_UNICODE_ENVIRONMENT, ChangedEnvironment(changes).data(), nullptr,
+                                    &start, &process);
     CloseHandle(writing);
     if (result.Started) {
         ReadAll(reading, result.Output);

@@ -29,14 +29,16 @@ extern const Command LevelCommand;
 extern const Command InitCommand;
 extern const Command StatusCommand;
 extern const Command DiagLevelsCommand;
+extern const Command SelftestCommand;
+extern const Command MeasureCallsCommand;
 
 namespace {
 
 constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand, &ShowCommand,
                                            &AroundCommand,  &ParamsCommand, &DiffCommand,   &CutCommand};
 constexpr const Command* SetupCommands[] = {
-    &ListCommand, &InstallCommand, &UninstallCommand, &StatusCommand, &CheckCommand,
-    &GetCommand,  &SetCommand,     &LevelCommand,     &InitCommand,   &DiagLevelsCommand};
+    &ListCommand, &InstallCommand, &UninstallCommand, &StatusCommand,     &CheckCommand,   &GetCommand,
+    &SetCommand,  &LevelCommand,   &InitCommand,      &DiagLevelsCommand, &SelftestCommand};
 constexpr const Command* HelpCommands[] = {&CompletionCommand, &ManCommand};
 
 constexpr CommandGroup Groups[] = {
@@ -67,8 +69,11 @@ const Command* FindCommand(std::string_view name)
         for (const Command* command : group.Commands)
             if (command->Name == name)
                 return command;
-    // Started by other commands only, so it is in no help.
-    return name == LoadLibraryCommand.Name ? &LoadLibraryCommand : nullptr;
+    // Started by other commands only, so they are in no help.
+    for (const Command* const helper : {&LoadLibraryCommand, &MeasureCallsCommand})
+        if (helper->Name == name)
+            return helper;
+    return nullptr;
 }
 
 } // namespace marvane::tool

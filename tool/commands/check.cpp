@@ -7,6 +7,7 @@
 #include "platform/library.h"
 #include "tool/commands/arguments.h"
 #include "tool/commands/console.h"
+#include "tool/commands/finding_screen.h"
 #include "tool/commands/json_text.h"
 #include "tool/commands/setup_options.h"
 #include "tool/setup/root_sources.h"
@@ -129,22 +130,12 @@ std::vector<CheckReport> Reports(const Arguments& arguments)
     return reports;
 }
 
-std::string Coloured(const Console& console, const CheckFinding& finding)
-{
-    const std::string shown = ShownFinding(finding);
-    if (finding.Level == FindingLevel::Error)
-        return console.Coloured(Colour::Red, shown.substr(0, 4)) + shown.substr(4);
-    if (finding.Level == FindingLevel::Warning)
-        return console.Coloured(Colour::Yellow, shown.substr(0, 4)) + shown.substr(4);
-    return shown;
-}
-
 void Show(Console& console, const CheckReport& report)
 {
     if (!report.Title.empty())
         console.Write(report.Title + "\n\n");
     for (const CheckFinding& finding : report.All)
-        console.Write(Coloured(console, finding));
+        console.Write(ColouredFinding(console, finding));
     console.Write("\n" + CountedFindings(report.All) + "\n");
     if (report.HasOutcome)
         console.Write(OutcomeText(report) + "\n");

@@ -206,21 +206,10 @@ int StatusOf(const CheckReport& report)
 
 std::string ReportJson(const CheckReport& report)
 {
-    static constexpr const char* levels[] = {"ok", "note", "warning", "error"};
-    JsonArray findings;
-    for (const CheckFinding& finding : report.All) {
-        JsonObject object;
-        object.Add("level", levels[static_cast<std::size_t>(finding.Level)]);
-        if (finding.Line != 0)
-            object.Add("line", finding.Line);
-        if (!finding.Place.empty())
-            object.Add("place", finding.Place);
-        findings.AddRaw(object.Add("text", finding.Text).Text());
-    }
     JsonObject object;
     if (!report.Title.empty())
         object.Add("title", report.Title);
-    object.AddRaw("findings", findings.Text());
+    object.AddRaw("findings", FindingsJson(report.All));
     if (report.HasOutcome)
         object.Add("outcome", OutcomeText(report));
     return object.Text();

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "tool/commands/json_text.h"
+
 namespace marvane::tool {
 
 namespace {
@@ -57,6 +59,22 @@ std::string CountedFindings(const CheckFindings& findings)
 {
     return Counted(Count(findings, FindingLevel::Error), "error") + ", " +
            Counted(Count(findings, FindingLevel::Warning), "warning");
+}
+
+std::string FindingsJson(const CheckFindings& findings)
+{
+    static constexpr const char* levels[] = {"ok", "note", "warning", "error"};
+    JsonArray json;
+    for (const CheckFinding& finding : findings) {
+        JsonObject object;
+        object.Add("level", levels[static_cast<std::size_t>(finding.Level)]);
+        if (finding.Line != 0)
+            object.Add("line", finding.Line);
+        if (!finding.Place.empty())
+            object.Add("place", finding.Place);
+        json.AddRaw(object.Add("text", finding.Text).Text());
+    }
+    return json.Text();
 }
 
 bool HasErrors(const CheckFindings& findings)

@@ -37,6 +37,9 @@ std::string ShownFinding(const CheckFinding& finding);
 /// "1 error, 3 warnings"
 std::string CountedFindings(const CheckFindings& findings);
 
+/// The findings as a JSON array.
+std::string FindingsJson(const CheckFindings& findings);
+
 bool HasErrors(const CheckFindings& findings);
 bool HasWarnings(const CheckFindings& findings);
 

@@ -461,15 +461,22 @@ std::string Install(const InstallOptions& options)
     return Installer(options).Run();
 }
 
+std::vector<std::string> DeliveredFolders(const std::string& from, Machine machine)
+{
+    std::vector<std::string> folders = LibraryPlaces(from, machine);
+    std::erase_if(folders, [machine](const std::string& folder) {
+        const LibraryLook look = LookAtLibrary(folder + platform::PathSeparator + platform::OwnLibraryName);
+        return !look.Facts || !look.Facts->IsMarvane || look.Facts->For != machine;
+    });
+    return folders;
+}
+
 std::optional<std::string> DeliveredLibrary(const std::string& from, Machine machine)
 {
-    for (const std::string& place : LibraryPlaces(from, machine)) {
-        auto bytes = ReadFileBytes(place + platform::PathSeparator + platform::OwnLibraryName);
-        const auto facts = bytes ? InspectBinary(*bytes) : std::nullopt;
-        if (facts && facts->IsMarvane && facts->For == machine)
-            return bytes;
-    }
-    return std::nullopt;
+    const std::vector<std::string> folders = DeliveredFolders(from, machine);
+    if (folders.empty())
+        return std::nullopt;
+    return ReadFileBytes(folders.front() + platform::PathSeparator + platform::OwnLibraryName);
 }
 
 std::vector<std::string> CopyFolders(const std::string& to)

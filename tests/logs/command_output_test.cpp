@@ -62,6 +62,12 @@ const Row Talks[] = {
     {"calls_only_talk", "talk %LOGS%/calls_only", 0},
     {"no_decoded_lines_talk", "talk %LOGS%/no_decoded_lines.LGR", 0},
     {"folds_talk", "talk %LOGS%/folds.LGR", 0},
+    {"crlf_talk", "talk %LOGS%/crlf.LGR", 0},
+    {"other_thread_talk", "talk %LOGS%/answer_on_other_thread.LGR", 0},
+    {"late_sending_talk", "talk %LOGS%/late_sending.LGR", 0},
+    {"lost_data_and_errors_talk", "talk %LOGS%/lost_data_and_errors.LGR", 0},
+    {"refused_state_talk", "talk %LOGS%/refused_state.LGR", 0},
+    {"param_changes_talk", "talk %LOGS%/param_changes.LGR", 0},
 };
 INSTANTIATE_TEST_SUITE_P(Talks, CommandOutput, ::testing::ValuesIn(Talks), NameOf);
 
@@ -81,6 +87,17 @@ const Row Errors[] = {
     {"refused_state_errors", "errors %LOGS%/refused_state.LGR", 1},
     {"wrong_handles_errors", "errors %LOGS%/wrong_handles.LGR", 1},
     {"not_utf8_errors", "errors %LOGS%/not_utf8.LGR", 0},
+    {"mark_after_stamp_errors", "errors %LOGS%/mark_after_stamp.LGR", 1},
+    {"mark_after_arrow_errors", "errors %LOGS%/mark_after_arrow.LGR", 1},
+    {"mark_in_entry_line_errors", "errors %LOGS%/mark_in_entry_line.LGR", 1},
+    {"mark_that_is_an_indent_errors", "errors %LOGS%/mark_that_is_an_indent.LGR", 0},
+    {"timeout_errors", "errors %LOGS%/timeout.LGR", 1},
+    {"cut_payload_errors", "errors %LOGS%/cut_payload.LGR", 1},
+    {"open_and_failed_errors", "errors %LOGS%/open_and_failed.LGR", 1},
+    {"functional_errors", "errors %LOGS%/functional.LGR", 0},
+    {"no_answer_wanted_errors", "errors %LOGS%/no_answer_wanted.LGR", 0},
+    {"two_processes_errors", "errors %LOGS%/two_processes", 0},
+    {"continuation_errors", "errors %LOGS%/continuation", 0},
 };
 INSTANTIATE_TEST_SUITE_P(Errors, CommandOutput, ::testing::ValuesIn(Errors), NameOf);
 
@@ -89,10 +106,19 @@ const Row Others[] = {
     {"two_processes_summary", "summary %LOGS%/two_processes", 0},
     {"calls_only_summary", "summary %LOGS%/calls_only", 0},
     {"not_loaded_summary", "summary %LOGS%/not_loaded", 0},
+    {"midnight_summary", "summary %LOGS%/midnight", 0},
+    {"mark_that_is_an_indent_params", "params %LOGS%/mark_that_is_an_indent.LGR", 0},
     {"param_changes_params", "params %LOGS%/param_changes.LGR", 0},
     {"diff_first_second", "diff %LOGS%/diff_first.LGR %LOGS%/diff_second.LGR", 1},
     {"diff_first_second_json", "diff %LOGS%/diff_first.LGR %LOGS%/diff_second.LGR --json", 1},
 };
+const Row Followed[] = {
+    {"demo_follow_talk", "talk -f %LOGS%/demo --until-match requestOutOfRange", 0},
+    {"demo_follow_errors", "errors -f %LOGS%/demo --timeout 0", 1},
+    {"continuation_follow_show", "show -f --call ModuleConnect %LOGS%/continuation --timeout 0", 1},
+};
+INSTANTIATE_TEST_SUITE_P(Followed, CommandOutput, ::testing::ValuesIn(Followed), NameOf);
+
 INSTANTIATE_TEST_SUITE_P(Others, CommandOutput, ::testing::ValuesIn(Others), NameOf);
 
 } // namespace

@@ -78,11 +78,23 @@ private:
     std::vector<Stretch> openAtEnd_;
 };
 
-/// What a header is made of, the two lines about the target library included.
-bool IsHeader(LineKind kind)
+/// What a header is made of, the lines about the target library and the end of LOGGER_Initialise included.
+bool IsHeader(const read::Line& line)
 {
-    return kind == LineKind::Decoded || kind == LineKind::Continuation || kind == LineKind::Initialise ||
-           kind == LineKind::Version || kind == LineKind::Header || kind == LineKind::Setting;
+    switch (line.Kind) {
+    case LineKind::Decoded:
+    case LineKind::Continuation:
+    case LineKind::Initialise:
+    case LineKind::Version:
+    case LineKind::Header:
+    case LineKind::Setting:
+        return true;
+    case LineKind::CallOut:
+    case LineKind::Exit:
+        return line.Text.find("LOGGER_Initialise") != std::string_view::npos;
+    default:
+        return false;
+    }
 }
 
 /// The second reading: writes the lines, with the line ends that they have.
@@ -117,9 +129,10 @@ private:
             headerThread_ = line.Thread;
         if (headerThread_ != line.Thread)
             return false;
-        if (!IsHeader(line.Kind))
+        const bool isHeader = IsHeader(line);
+        if (!isHeader)
             headerThread_.reset();
-        return IsHeader(line.Kind);
+        return isHeader;
     }
 
     /// Writes the end of the line before: CR LF if the next line begins two bytes after its text.

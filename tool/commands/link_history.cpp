@@ -152,7 +152,7 @@ std::optional<std::string> LinkHistory::Why(const read::Call& call) const
         return WhyInvalid(call);
     case PDU_ERR_ID_NOT_SUPPORTED:
         if (const auto name = read::Argument(call.Arguments, "pShortname"))
-            return "\"" + Printable(*name) + "\" is unknown to the library";
+            return "\"" + Printable(*name) + (call.IsCutIn ? "..." : "") + "\" is unknown to the library";
         return std::nullopt;
     case PDU_ERR_COMPARAM_NOT_SUPPORTED:
     case PDU_ERR_COMPARAM_LOCKED:

@@ -47,13 +47,15 @@ std::string_view NameBefore(std::string_view arguments, std::size_t equals)
 struct Quoted
 {
     std::size_t Begin;
-    std::size_t End; ///< past the closing quote
+    std::size_t End; ///< past the closing quote, or of the text if that is missing
 };
 
 Quoted QuotedPart(std::string_view arguments)
 {
     const std::size_t begin = std::min(arguments.find('"'), arguments.size());
     const std::size_t last = arguments.rfind('"');
+    if (last == begin) // The text was cut before the closing one.
+        return {begin, arguments.size()};
     return {begin, last == std::string_view::npos ? begin : last + 1};
 }
 
@@ -83,8 +85,10 @@ std::size_t ValueEnd(std::string_view arguments, std::size_t begin, const Quoted
 
 std::string_view WithoutQuotes(std::string_view value)
 {
-    const bool isQuoted = value.size() >= 2 && value.front() == '"' && value.back() == '"';
-    return isQuoted ? value.substr(1, value.size() - 2) : value;
+    if (!value.starts_with('"'))
+        return value;
+    value.remove_prefix(1);
+    return value.ends_with('"') ? value.substr(0, value.size() - 1) : value;
 }
 
 template <class Number> std::optional<Number> Parsed(std::string_view digits, int base)

@@ -23,6 +23,14 @@ TEST(CallText, DoesNotLookForArgumentsInStrings)
     EXPECT_EQ(Argument(arguments, "pPduObjectId"), "1");
 }
 
+TEST(CallText, GivesWhatIsLeftOfAStringThatWasCut)
+{
+    constexpr std::string_view arguments = "pduObjectType=X (0x8024), pShortname=\"ab=c, d=e";
+    EXPECT_EQ(Argument(arguments, "pShortname"), "ab=c, d=e");
+    EXPECT_EQ(Argument(arguments, "d"), std::nullopt);
+    EXPECT_EQ(Argument("pShortname=\"", "pShortname"), "");
+}
+
 TEST(CallText, FindsArgumentsOnBothLinesOfAStart)
 {
     constexpr std::string_view arguments =

@@ -1,5 +1,6 @@
 // The golden logs of the logger library, read back: each "+" line is one call or one event, and no line is
 // left over. Their stamps are normalised and get a time here.
+#include <algorithm>
 #include <fstream>
 #include <regex>
 
@@ -35,6 +36,29 @@ std::uint64_t CountOf(const std::string& text, std::string_view part)
     return count;
 }
 
+/// In which lines a call or an event begins, and what the lines are.
+class Beginnings : public LogSink
+{
+public:
+    std::vector<std::uint64_t> EntryLines; ///< lines with a "+"
+    std::vector<std::uint64_t> Begun;      ///< first lines of calls and events that have one with a "+"
+
+    void OnLine(const Line& line) override
+    {
+        if (line.Whole.find("} + ") != std::string_view::npos)
+            EntryLines.push_back(line.At.Line);
+    }
+    void OnCall(const Call& call) override { Add(call); }
+    void OnEvent(const Event& event) override { Add(event); }
+
+private:
+    void Add(const Call& call)
+    {
+        if (call.State != CallState::NotLoaded)
+            Begun.push_back(call.Begin.Line);
+    }
+};
+
 class GoldenLogs : public ::testing::TestWithParam<GoldenCase>
 {
 };
@@ -59,6 +83,19 @@ TEST_P(GoldenLogs, AreReadToTheLastLine)
     EXPECT_EQ(CountOf(sink.Text(), "exit without entry"), 0u);
     EXPECT_EQ(CountOf(sink.Text(), "in flight"), 0u);
     EXPECT_EQ(CountOf(sink.Text(), " cut: "), 0u);
+}
+
+TEST_P(GoldenLogs, HaveOneCallOrEventForEachEntryLine)
+{
+    const std::string log = WithStamps(GetParam().Name);
+    Beginnings sink;
+    LogReader reader(sink);
+    reader.BeginFile({.Name = GetParam().Name});
+    reader.Feed(log);
+    reader.Finish();
+    ASSERT_FALSE(sink.EntryLines.empty());
+    std::ranges::sort(sink.Begun);
+    EXPECT_EQ(sink.Begun, sink.EntryLines);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, GoldenLogs,

@@ -7,7 +7,7 @@
 #include "platform/environment.h"
 #include "platform/files.h"
 #include "tests/fuzz/call_sequence.h"
-#include "tests/fuzz/log_text.h"
+#include "tests/fuzz/odd_lines.h"
 
 namespace marvane::testing {
 namespace {
@@ -51,6 +51,7 @@ TEST_P(CallSequences, AgreeWithTheModelOfTheLogger)
             std::string text = FileText(entry.path());
             text.erase(0, text.starts_with("planted\n") ? 8 : 0);
             EXPECT_EQ(FirstOddLine(text), "") << entry.path();
+            EXPECT_EQ(FirstDamagedLine(text), "") << entry.path();
             EXPECT_TRUE(text.empty() || text.ends_with('\n')) << entry.path();
         }
 }

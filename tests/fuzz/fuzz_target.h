@@ -8,7 +8,7 @@
 
 #include "logger/decode/decode.h"
 #include "logger/decode/object_names.h"
-#include "tests/fuzz/log_text.h"
+#include "tests/fuzz/odd_lines.h"
 #include "tests/fuzz/record_source.h"
 #include "tests/support/temporary_folder.h"
 
@@ -57,7 +57,7 @@ public:
     void Check() const
     {
         Require(text_.Text().size() < LogBuffer::Size, "the text fits the buffer");
-        const std::string_view odd = FirstOddLine(text_.Text());
+        const std::string odd = FirstOddLine(text_.Text());
         Require(odd.empty(), "each line has its stamp", odd);
         Require(text_.Text().empty() || text_.Text().ends_with('\n'), "the last line has its end");
     }

@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "line/marks.h"
 #include "platform/process.h"
+#include "tool/read/line_kind.h"
 
 namespace marvane::testing {
 
@@ -13,6 +15,8 @@ namespace {
 
 /// Among the marks: the text of a phase was cut here.
 constexpr const char* Cut = "~";
+
+constexpr std::string_view FullMark = marks::BufferFull.substr(0, marks::BufferFull.size() - 1);
 
 std::string ThreadText()
 {
@@ -25,19 +29,29 @@ std::string ThreadText()
 std::string MarkOf(const LogLine& line)
 {
     const std::string& text = line.Content;
-    if (text.starts_with("+ PDU"))
-        return line.Thread + " " + text.substr(0, text.find('('));
-    if (text.starts_with("- PDU") || text.ends_with(" - Called but library not loaded!"))
-        return line.Thread + " " + text;
-    const std::size_t report = text.find("  report ");
-    return report == std::string::npos ? "" : line.Thread + text.substr(report + 1);
+    const std::string thread = line.Thread + " ";
+    const auto isOfTheApi = [&](std::string_view mark) {
+        return text.starts_with(std::string(mark) + "PDU");
+    };
+    switch (line.Kind) {
+    case read::LineKind::Entry:
+        return isOfTheApi(marks::Entry) ? thread + text.substr(0, text.find('(')) : "";
+    case read::LineKind::Exit:
+        return isOfTheApi(marks::Exit) ? thread + text : "";
+    case read::LineKind::NotLoaded:
+        return thread + text;
+    case read::LineKind::Comms:
+        return thread + std::string(read::ParseReportTitle(text)->Title);
+    default:
+        return "";
+    }
 }
 
 } // namespace
 
 void SequenceChecks::BeginStep()
 {
-    filesBefore_ = follower_.Names();
+    filesBefore_ = log_.Names();
     lifecycle_ = false;
     starts_ = 0;
     opened_ = 0;
@@ -56,7 +70,7 @@ void SequenceChecks::NoteStart(const Start& start, bool isNested)
     const bool opensFirst = start.OpensFile && start.FolderIsSound && !start.FileWasOpen;
     if (doubt_ && opensFirst && !isNested && !start.ErasesAll) {
         doubt_ = false;
-        follower_.SkipAll();
+        log_.SkipAll();
     }
     if (start.ErasesAll || !start.FolderIsSound || (start.OpensFile && start.FileWasOpen))
         Doubt();
@@ -85,15 +99,15 @@ void SequenceChecks::CheckLines(const LoggerModel& model)
     // A file may have been created again under its name. Its lines are checked at the end of the sequence.
     if (doubt_) {
         ++counts_.DoubtfulSteps;
-        return follower_.SkipAll();
+        return log_.SkipAll();
     }
-    const std::vector<LogLine> lines = follower_.NewLines();
+    const std::vector<LogLine> lines = log_.NewLines();
     const bool isOnDisk = model.IsOnDisk();
-    if (std::exchange(follower_.Lost, false)) {
+    if (std::exchange(log_.Lost, false)) {
         Doubt();
         doubt_ = !isOnDisk;
         opened_ = 0;
-        return follower_.SkipAll();
+        return log_.SkipAll();
     }
     GatherMarks(lines);
     // Buffered lines are checked when they reach the file.
@@ -101,7 +115,7 @@ void SequenceChecks::CheckLines(const LoggerModel& model)
         CheckMarks();
     const auto changes =
         static_cast<std::size_t>(std::count_if(lines.begin(), lines.end(), [](const LogLine& line) {
-            return line.Content.ends_with(" - Continuation file");
+            return line.Content.ends_with(marks::ContinuationFile);
         }));
     opened_ += changes;
     // The limits at the opening of a file are known only if there was at most one start, and before it.
@@ -117,7 +131,7 @@ void SequenceChecks::GatherMarks(const std::vector<LogLine>& lines)
     for (const LogLine& line : lines) {
         if (std::string mark = MarkOf(line); !mark.empty())
             seen_.push_back(std::move(mark));
-        if (line.Content.ends_with("\t\t\t\t..."))
+        if (line.Content.ends_with(FullMark))
             seen_.push_back(Cut);
     }
 }
@@ -189,7 +203,7 @@ void SequenceChecks::CheckFiles(const LoggerModel& model)
     std::set<std::string> kept = filesBefore_;
     while (kept.size() > model.Value("LogFileMaxNum") + 1)
         kept.erase(kept.begin());
-    const std::set<std::string> after = follower_.Names();
+    const std::set<std::string> after = log_.Names();
     std::vector<std::string> added;
     std::set_difference(after.begin(), after.end(), kept.begin(), kept.end(), std::back_inserter(added));
     EXPECT_TRUE(std::includes(after.begin(), after.end(), kept.begin(), kept.end()))

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/fuzz/log_follower.h"
+#include "tests/fuzz/followed_log.h"
 #include "tests/fuzz/sequence_model.h"
 
 namespace marvane::testing {
@@ -32,7 +32,7 @@ public:
         bool MayBeMissing;
     };
 
-    explicit SequenceChecks(std::filesystem::path logFolder) : follower_(std::move(logFolder)) {}
+    explicit SequenceChecks(std::filesystem::path logFolder) : log_(std::move(logFolder)) {}
 
     /// A step begins. Its checks are those of its end.
     void BeginStep();
@@ -51,7 +51,7 @@ public:
     bool InDoubt() const { return doubt_; }
 
     /// Puts a file into the log folder that no check counts as new.
-    void Plant(const std::string& name) { follower_.Plant(name); }
+    void Plant(const std::string& name) { log_.Plant(name); }
     const CheckCounts& Counts() const { return counts_; }
 
     /// All that was expected since the beginning, or since the last doubt.
@@ -67,7 +67,7 @@ private:
     void CheckChanges(const std::vector<LogLine>& lines, const LoggerModel& model);
     void CheckFiles(const LoggerModel& model);
 
-    LogFollower follower_;
+    FollowedLog log_;
     bool doubt_ = false;
     std::deque<Mark> expected_;
     std::vector<Mark> history_;

@@ -84,6 +84,8 @@ const Expected Settings[] = {
 INSTANTIATE_TEST_SUITE_P(Settings, HandMadeLogs, ::testing::ValuesIn(Settings), NameOf);
 
 const Expected Broken[] = {
+    {"load_failure.LGR", "25 call PDUConstruct t10 d0 not loaded ..25\n"
+                         "25 problem not loaded\n"},
     {"unstamped.LGR", "22 call PDUConstruct t10 d0 returned 0x00 0 ms ..26\n"
                       "27 call PDUGetModuleIds t10 d0 returned 0x00 0 ms ..35\n"
                       "36 problem damaged\n"

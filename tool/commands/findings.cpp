@@ -63,9 +63,13 @@ Findings::Findings() : exchanges_(static_cast<read::ExchangeSink&>(*this), Suppr
 
 void Findings::OnSession(const read::Session& session)
 {
-    targets_[session.Number] = session.Target;
     hintsOf_[session.Number].OnSession(session);
     hints_.OnSession(session);
+    std::vector<std::string>& why = whyNotLoaded_[session.Number];
+    if (!session.Target.empty())
+        why.push_back("could not be loaded: " + Printable(session.Target));
+    if (!session.LoadFailure.empty())
+        why.push_back(Printable(session.LoadFailure));
 }
 
 void Findings::OnEntry(const read::Call& call, bool isEvent)
@@ -111,10 +115,8 @@ void Findings::PutUnfinished(const read::Call& call)
     NotLoaded& calls = notLoaded_[call.Session];
     if (++calls.Count == 1) {
         calls.First = call.Begin;
-        const std::string& target = targets_[call.Session];
         Put(FindingKind::NotLoaded, call, "called, but no target library is loaded (0x0020)",
-            target.empty() ? std::vector<std::string>()
-                           : std::vector<std::string>{"could not be loaded: " + Printable(target)});
+            whyNotLoaded_[call.Session]);
     }
 }
 

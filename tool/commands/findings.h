@@ -115,11 +115,11 @@ private:
     read::Exchanges exchanges_;
     LinkHistory history_;
     EcuStates states_;
-    std::map<std::uint32_t, ItemBalance> items_;     ///< by session
-    std::map<std::uint32_t, NotLoaded> notLoaded_;   ///< by session
-    std::map<std::uint32_t, std::string> targets_;   ///< path, by session
-    std::map<std::uint32_t, SettingsHints> hintsOf_; ///< by session
-    SettingsHints hints_;                            ///< of all sessions
+    std::map<std::uint32_t, ItemBalance> items_;                     ///< by session
+    std::map<std::uint32_t, NotLoaded> notLoaded_;                   ///< by session
+    std::map<std::uint32_t, std::vector<std::string>> whyNotLoaded_; ///< by session
+    std::map<std::uint32_t, SettingsHints> hintsOf_;                 ///< by session
+    SettingsHints hints_;                                            ///< of all sessions
     std::uint64_t cutPayloads_ = 0;
     std::deque<LongCallback> callbacks_;
 };

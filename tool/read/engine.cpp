@@ -232,8 +232,10 @@ void LogReader::Engine::ReadDecoded(std::string_view text, bool isCut)
         return isCut ? CloseReport(true) : void();
     }
     CloseReport(false);
-    if (thread_->IsInHeader && IsHeaderLine(text))
+    if (thread_->IsInHeader && IsHeaderLine(text)) {
+        tail_ = IsLoadFailure(text) ? Tail::LoadFailure : Tail::Nothing;
         return TakeLoading(*session_, text);
+    }
     if (Settings().FnCalls == 0u && text.starts_with(BareIoCtlLine))
         return;
     if (!AddToFrame(text))
@@ -327,6 +329,9 @@ bool LogReader::Engine::Continue(std::string_view text)
             openSetting_->pop_back();
             tail_ = Tail::Nothing;
         }
+        return true;
+    case Tail::LoadFailure:
+        TakeLoadFailure(*session_, text);
         return true;
     case Tail::StampedMark:
         if (!top || !IsDeepText(text))

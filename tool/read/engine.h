@@ -43,6 +43,7 @@ private:
         ReportTitle,
         ReportLine,
         Setting,
+        LoadFailure,
         Exit,
         StampedMark ///< the mark of a full buffer after a stamp: the next line shows whether it is an indent
     };

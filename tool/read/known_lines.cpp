@@ -88,7 +88,9 @@ constexpr std::string_view DeepLabels[] = {
 /// In each line that begins the value of a ComParam, after its name.
 constexpr std::string_view ParamId = " (id=";
 
-constexpr std::string_view HeaderTexts[] = {"LOADING: ", "LOADED: ", "LOAD FAILURE: ", "DLL Load"};
+constexpr std::string_view LoadFailure = "LOAD FAILURE: ";
+constexpr std::string_view HeaderTexts[] = {"LOADING: ", "LOADED: ", LoadFailure, "DLL Load",
+                                            "Unsupported LogEnabled="};
 
 template <class Range> bool BeginsWithAny(std::string_view text, const Range& beginnings)
 {
@@ -145,6 +147,11 @@ bool IsDeepText(std::string_view text)
 bool IsHeaderLine(std::string_view line)
 {
     return ParseArrow(line) && BeginsWithAny(line.substr(ArrowLength), HeaderTexts);
+}
+
+bool IsLoadFailure(std::string_view line)
+{
+    return line.substr(std::min(ArrowLength, line.size())).starts_with(LoadFailure);
 }
 
 } // namespace marvane::read

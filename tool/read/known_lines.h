@@ -24,4 +24,7 @@ bool IsDeepText(std::string_view text);
 /// True for what a header shows as decoded lines (with the arrow): the loading of the target library.
 bool IsHeaderLine(std::string_view line);
 
+/// True for the header line whose next lines, without stamp, say why the target library could not be loaded.
+bool IsLoadFailure(std::string_view line);
+
 } // namespace marvane::read

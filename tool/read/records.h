@@ -294,6 +294,7 @@ struct Session
     std::string Marvane;       ///< version; empty if unknown
     std::string Target;        ///< path
     std::string TargetVersion; ///< empty if it could not be read
+    std::string LoadFailure;   ///< why it could not be loaded; empty if the log does not tell
     bool IsLoaded = false;     ///< a call reached the target library
     bool HasNotLoaded = false; ///< a call found no target library
     bool IsEnded = false;      ///< by PDUDestruct, or ...

@@ -121,6 +121,16 @@ void TakeLoading(Session& session, std::string_view line)
     session.Target = versionAndPath.substr(at + between.size());
 }
 
+void TakeLoadFailure(Session& session, std::string_view line)
+{
+    constexpr std::string_view label = "\t\t\t\t\tDescription:- ";
+    constexpr std::size_t longest = 4096;
+    if (line.starts_with(label))
+        session.LoadFailure = line.substr(label.size(), longest);
+    else if (session.LoadFailure.size() + line.size() < longest)
+        session.LoadFailure.append(" ").append(line);
+}
+
 std::optional<std::uint32_t> Session::NumberOf(std::string_view key) const
 {
     const auto found = std::ranges::find(Settings, key, &Setting::Key);

@@ -38,5 +38,7 @@ std::string* TakeSetting(Session& session, std::string_view setting);
 std::optional<std::uint32_t> LoadedOf(std::string_view header);
 /// Takes over a line about the loading of the target library, with its arrow.
 void TakeLoading(Session& session, std::string_view line);
+/// Takes over a line that goes on with a failed load: the reason.
+void TakeLoadFailure(Session& session, std::string_view line);
 
 } // namespace marvane::read

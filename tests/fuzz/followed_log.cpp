@@ -1,57 +1,70 @@
-#include "tests/fuzz/log_follower.h"
+#include "tests/fuzz/followed_log.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
-#include "tests/fuzz/log_text.h"
+#include "line/file_names.h"
+#include "line/marks.h"
+#include "tests/fuzz/odd_lines.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::testing {
 
 namespace {
 
-constexpr std::string_view Form = "D-PDU_API_Logger_##-##-####_##-##-##.LGR";
-constexpr std::size_t StampSize = 26;
-
-bool FitsForm(const std::string& name)
+/// As the logger itself looks for its files: names that are no time count too.
+bool HasNameOfALog(const std::string& name)
 {
-    return name.size() == Form.size() &&
-           std::equal(name.begin(), name.end(), Form.begin(),
-                      [](char c, char form) { return form == '#' || c == form; });
+    static const std::string pattern = LogFilePattern(LogFamily::Api);
+    return std::ranges::equal(name, pattern, [](char c, char form) { return form == '?' || c == form; });
 }
 
-std::string WithoutReturns(std::string text)
+std::string ThreadText(std::uint32_t thread)
 {
-    std::erase(text, '\r');
+    char text[12];
+    std::snprintf(text, sizeof text, "%08X", static_cast<unsigned>(thread));
     return text;
 }
 
 } // namespace
 
-bool LogFollower::NewText::BeginsFile() const
+bool FollowedLog::NewText::BeginsFile() const
 {
     const std::string first = Bytes.substr(0, Bytes.find('\n'));
-    return first.find(" - Continuation file") != std::string::npos ||
-           first.find("# INITIALISE #") != std::string::npos;
+    return first.find(marks::ContinuationFile) != std::string::npos ||
+           first.find(marks::Initialise) != std::string::npos;
 }
 
-std::set<std::string> LogFollower::Names() const
+FollowedLog::FollowedLog(std::filesystem::path folder) : folder_(std::move(folder))
+{
+    Restart();
+}
+
+void FollowedLog::Restart()
+{
+    reader_ = std::make_unique<read::LogReader>(static_cast<read::LogSink&>(*this), read::Wants::Lines);
+    file_.clear();
+    former_.clear();
+}
+
+std::set<std::string> FollowedLog::Names() const
 {
     std::set<std::string> names;
     std::error_code none;
     for (const auto& entry : std::filesystem::directory_iterator(folder_, none))
-        if (entry.is_regular_file(none) && FitsForm(entry.path().filename().string()))
+        if (entry.is_regular_file(none) && HasNameOfALog(entry.path().filename().string()))
             names.insert(entry.path().filename().string());
     return names;
 }
 
-void LogFollower::SkipAll()
+void FollowedLog::SkipAll()
 {
     Lost = false;
+    Restart();
     known_.clear();
     cut_.clear();
     for (const std::string& name : Names()) {
@@ -61,7 +74,7 @@ void LogFollower::SkipAll()
     }
 }
 
-void LogFollower::Plant(const std::string& name)
+void FollowedLog::Plant(const std::string& name)
 {
     if (std::filesystem::exists(folder_ / name) || !std::filesystem::exists(folder_))
         return;
@@ -69,11 +82,11 @@ void LogFollower::Plant(const std::string& name)
     known_[name] = FileBytes(folder_ / name).size();
 }
 
-std::vector<LogFollower::NewText> LogFollower::NewTexts()
+std::vector<FollowedLog::NewText> FollowedLog::NewTexts()
 {
     std::vector<NewText> texts;
     const std::set<std::string> names = Names();
-    Lost |= known_.contains(last_) && !names.contains(last_);
+    Lost |= known_.contains(file_) && !names.contains(file_);
     std::erase_if(known_, [&](const auto& file) { return !names.contains(file.first); });
     for (const std::string& name : names) {
         const bool wasKnown = known_.contains(name);
@@ -92,7 +105,7 @@ std::vector<LogFollower::NewText> LogFollower::NewTexts()
     return texts;
 }
 
-std::vector<LogLine> LogFollower::NewLines()
+std::vector<LogLine> FollowedLog::NewLines()
 {
     std::vector<NewText> texts = NewTexts();
     // Of two files, the one with a header is the later one.
@@ -106,13 +119,13 @@ std::vector<LogLine> LogFollower::NewLines()
         if (rank(texts[0]) > rank(texts[1]))
             std::swap(texts[0], texts[1]);
     }
-    std::vector<LogLine> lines;
+    lines_.clear();
     for (const NewText& text : texts)
-        Append(lines, text);
-    return lines;
+        Read(text);
+    return std::move(lines_);
 }
 
-std::string LogFollower::BytesFrom(const std::string& name, std::uintmax_t begin) const
+std::string FollowedLog::BytesFrom(const std::string& name, std::uintmax_t begin) const
 {
     std::ifstream file(folder_ / name, std::ios::binary);
     file.seekg(static_cast<std::streamoff>(begin));
@@ -122,23 +135,27 @@ std::string LogFollower::BytesFrom(const std::string& name, std::uintmax_t begin
     return bytes;
 }
 
-void LogFollower::Append(std::vector<LogLine>& lines, const NewText& text)
+void FollowedLog::Read(const NewText& text)
 {
-    std::uintmax_t end = known_[text.File] - text.Bytes.size();
-    std::string former = text.File == last_ ? lastLine_ : "";
-    std::istringstream bytes(text.Bytes);
-    for (std::string line; std::getline(bytes, line);) {
-        end += line.size() + 1;
-        line = WithoutReturns(line);
-        EXPECT_EQ(FirstOddLine(line + '\n', former), "") << text.File;
-        if (IsStamped(line))
-            lines.push_back({text.File, end, line.substr(16, 8), line.substr(StampSize)});
-        else
-            lines.push_back({text.File, end, "", line});
-        former = std::exchange(line, "");
+    if (text.File != file_) {
+        file_ = text.File;
+        former_.clear();
+        reader_->BeginFile({.Name = file_});
+        if (const std::uintmax_t before = known_[file_] - text.Bytes.size(); before != 0)
+            reader_->Skip(before, 0);
     }
-    last_ = text.File;
-    lastLine_ = former;
+    reader_->Feed(text.Bytes);
+    if (!lines_.empty())
+        lines_.back().End = known_[file_];
+}
+
+void FollowedLog::OnLine(const read::Line& line)
+{
+    if (!lines_.empty() && lines_.back().File == file_)
+        lines_.back().End = line.At.Offset;
+    EXPECT_FALSE(IsOdd(line, former_)) << file_ << ": " << line.Whole;
+    former_ = line.Text;
+    lines_.push_back({file_, 0, line.Kind, ThreadText(line.Thread), former_});
 }
 
 } // namespace marvane::testing

@@ -159,6 +159,12 @@ TEST(FaultProcess, AForkAfterTheLibraryIsUnloadedWorks)
     ExpectGoodEnd(folder);
 }
 
+#ifdef MARVANE_SANITIZED
+constexpr UNUM32 CallsDuringForks = 20000;
+#else
+constexpr UNUM32 CallsDuringForks = 100000;
+#endif
+
 TEST(FaultProcess, AChildForkedWhileOtherThreadsLogCanLog)
 {
     if (!ChildRole().empty()) {
@@ -168,7 +174,7 @@ TEST(FaultProcess, AChildForkedWhileOtherThreadsLogCanLog)
         static std::atomic<bool> done = false;
         // Detached, since the forked child cannot join it.
         std::thread([] {
-            for (UNUM32 i = 0; i < 100000; ++i)
+            for (UNUM32 i = 0; i < CallsDuringForks; ++i)
                 session->Api().PDULockResource(1, i, 3);
             done = true;
         }).detach();
@@ -188,7 +194,7 @@ TEST(FaultProcess, AChildForkedWhileOtherThreadsLogCanLog)
     const LogSummary log = Summarise(LogInOrder(LogFolderOfChild(folder)));
     EXPECT_EQ(WrongLines(log), "");
     ExpectCalls(log, "PDUConnect", 20u);
-    ExpectCalls(log, "PDULockResource", 100000u);
+    ExpectCalls(log, "PDULockResource", CallsDuringForks);
 }
 
 /// Makes calls and expects the target's statuses.
@@ -229,9 +235,10 @@ TEST(FaultTwoProcesses, ThatStartInDifferentSecondsHaveAWholeFileEach)
     const TemporaryFolder folder;
     const auto shared = folder.Path() / "shared";
     ChildProcess first("first", folder);
-    std::error_code none;
-    while (std::filesystem::directory_iterator(shared, none) == std::filesystem::directory_iterator())
-        std::this_thread::yield();
+    ASSERT_TRUE(first.RunsUntil([&] {
+        std::error_code none;
+        return std::filesystem::directory_iterator(shared, none) != std::filesystem::directory_iterator();
+    })) << first.Output();
     // By the clock of the names: std::time may be some milliseconds late.
     const auto clockSecond = [] {
         return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());

@@ -1,7 +1,8 @@
 #include "tests/support/child_process.h"
 
+#include <list>
 #include <stdexcept>
-#include <vector>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -23,6 +24,12 @@ namespace marvane::testing {
 namespace {
 
 constexpr const char* RoleVariable = "MARVANE_TEST_ROLE";
+
+// Options of the suite that would keep a child from running its one test, or have it write over the suite's
+// results.
+constexpr const char* OptionsOfTheSuite[] = {
+    "GTEST_TOTAL_SHARDS", "GTEST_SHARD_INDEX", "GTEST_SHARD_STATUS_FILE",
+    "GTEST_REPEAT",       "GTEST_BRIEF",       "GTEST_OUTPUT"};
 
 #ifdef _WIN32
 
@@ -56,6 +63,11 @@ int WaitFor(std::intptr_t process)
     return static_cast<int>(code);
 }
 
+bool Ended(std::intptr_t process)
+{
+    return WaitForSingleObject(reinterpret_cast<HANDLE>(process), 0) == WAIT_OBJECT_0;
+}
+
 void End(std::intptr_t process)
 {
     TerminateProcess(reinterpret_cast<HANDLE>(process), 9);
@@ -84,6 +96,14 @@ int WaitFor(std::intptr_t process)
     int status = 0;
     waitpid(static_cast<pid_t>(process), &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+bool Ended(std::intptr_t process)
+{
+    siginfo_t ended = {};
+    // The process stays to be waited for.
+    waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT);
+    return ended.si_pid != 0;
 }
 
 void End(std::intptr_t process)
@@ -129,6 +149,9 @@ ChildProcess::ChildProcess(const std::string& role, const TemporaryFolder& folde
     const EnvironmentValue unixFolder("TMPDIR", path);
     const EnvironmentValue windowsFolder("TMP", path);
     const EnvironmentValue otherFolder("TEMP", path);
+    std::list<EnvironmentValue> options;
+    for (const char* option : OptionsOfTheSuite)
+        options.emplace_back(option, std::nullopt);
     const ::testing::TestInfo& test = *::testing::UnitTest::GetInstance()->current_test_info();
     const std::string program = std::filesystem::absolute(platform::OwnModulePath(4096).Path).string();
     process_ =
@@ -150,9 +173,22 @@ void ChildProcess::Kill()
     End(process_);
 }
 
+bool ChildProcess::RunsUntil(const std::function<bool()>& reached) const
+{
+    while (!reached()) {
+        // What the child did last may have come between the two questions.
+        if (Ended(process_))
+            return reached();
+        std::this_thread::yield();
+    }
+    return true;
+}
+
 int ChildProcess::Wait()
 {
-    return WaitFor(std::exchange(process_, 0));
+    const int status = WaitFor(std::exchange(process_, 0));
+    const bool ran = Output().find("Running 1 test from 1 test suite") != std::string::npos;
+    return status == 0 && !ran ? NoTestRun : status;
 }
 
 } // namespace marvane::testing

@@ -25,8 +25,12 @@ public:
 
     /// Kills the child at once.
     void Kill();
-    /// Waits for its end and returns its exit status; another number than 0 for a signal or a fault.
+    /// Waits until a condition is true; returns false if the child ends before. Asks it again and again.
+    bool RunsUntil(const std::function<bool()>& reached) const;
+    /// Waits for its end and returns its exit status; another number than 0 for a signal or a fault, and
+    /// NoTestRun if it ended well without running the test.
     int Wait();
+    static constexpr int NoTestRun = -1000;
     /// Its output so far, standard error included.
     std::string Output() const { return FileText(output_); }
 

@@ -93,8 +93,8 @@ protected:
     void ExpectSeen(const std::string& name, const std::vector<std::uint64_t>& arguments);
 
     /// Makes each call in a new session at all combinations of the levels 0 to 2 with LogEnabled 1, and at
-    /// some with logging active by LogNewFileCfg alone, and off. Expects its whole text, its status, and that
-    /// the target received its arguments.
+    /// some with logging active by LogNewFileCfg alone, and off; at fewer where starting a session is
+    /// expensive. Expects its whole text, its status, and that the target received its arguments.
     void ExpectAtAllLevels(const std::vector<LoggedCall>& calls);
 
     Session session;

@@ -60,6 +60,8 @@ private:
             field_ = FieldOf(name);
             if (name == "LIBRARY_FILE")
                 TakeLibrary(tag);
+            else if (name == "MODULE_DESCRIPTION_FILE")
+                TakeModuleDescription(tag);
         }
     }
 
@@ -73,15 +75,28 @@ private:
         return name == "DESCRIPTION" ? &entry.Description : nullptr;
     }
 
+    static const XmlAttribute* UriOf(const XmlEvent& tag)
+    {
+        const auto uri =
+            std::find_if(tag.Attributes.begin(), tag.Attributes.end(),
+                         [](const XmlAttribute& attribute) { return LocalName(attribute.Name) == "URI"; });
+        return uri == tag.Attributes.end() ? nullptr : &*uri;
+    }
+
+    void TakeModuleDescription(const XmlEvent& tag)
+    {
+        const XmlAttribute* const uri = UriOf(tag);
+        if (uri && !Entries.back().ModuleDescription)
+            Entries.back().ModuleDescription = DecodeXmlAttribute(Source(uri->Value));
+    }
+
     void TakeLibrary(const XmlEvent& tag)
     {
         RootEntry& entry = Entries.back();
         if (++entry.FileElements > 1)
             return;
-        const auto uri =
-            std::find_if(tag.Attributes.begin(), tag.Attributes.end(),
-                         [](const XmlAttribute& attribute) { return LocalName(attribute.Name) == "URI"; });
-        if (uri == tag.Attributes.end())
+        const XmlAttribute* const uri = UriOf(tag);
+        if (!uri)
             return;
         entry.HasUri = true;
         entry.RawUri = Source(uri->Value);

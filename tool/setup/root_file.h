@@ -23,8 +23,9 @@ struct RootEntry
     std::size_t FileElements = 0; ///< how many LIBRARY_FILE elements it has
     bool Nested = false;          ///< not a child of the root element
     bool HasUri = false;
-    std::string RawUri;             ///< as it is written, in UTF-8
-    std::optional<std::string> Uri; ///< decoded; none if it holds an unknown entity
+    std::string RawUri;                           ///< as it is written, in UTF-8
+    std::optional<std::string> Uri;               ///< decoded; none if it holds an unknown entity
+    std::optional<std::string> ModuleDescription; ///< decoded URI of MODULE_DESCRIPTION_FILE
     char Quote = '"';
     XmlRange UriText;  ///< of RawUri in the text
     XmlRange UriBytes; ///< of RawUri in the file

@@ -40,6 +40,16 @@ TEST(RootFile, ListsItsEntries)
     EXPECT_EQ(file.Entries[1].Quote, '\'');
 }
 
+TEST(RootFile, KnowsTheModuleDescriptionOfAnEntry)
+{
+    const RootFile file = ParseRootFile(
+        Root(Entry("One", OneUri + "<MODULE_DESCRIPTION_FILE URI=\"file:///C:/v/m &amp; d.xml\"/>") +
+             Entry("Two", "<MODULE_DESCRIPTION_FILE/>" + OneUri)));
+    EXPECT_EQ(file.Entries[0].ModuleDescription, "file:///C:/v/m & d.xml");
+    EXPECT_EQ(file.Entries[0].Uri, "file:///C:/v/x.dll");
+    EXPECT_EQ(file.Entries[1].ModuleDescription, std::nullopt);
+}
+
 TEST(RootFile, ChangesTheBytesOfItsUrisAlone)
 {
     const std::string root = Root(Entry("One", OneUri) + Entry("Two", OneUri));

@@ -80,4 +80,14 @@ EntryLibrary LibraryOf(const RootEntry& entry)
     }
 }
 
+std::string ModuleDescriptionOf(const RootEntry& entry)
+{
+    try {
+        return entry.ModuleDescription ? PathOfUri(*entry.ModuleDescription, platform::PathSeparator)
+                                       : std::string();
+    } catch (const UriError&) {
+        return {};
+    }
+}
+
 } // namespace marvane::tool

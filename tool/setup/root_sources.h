@@ -38,4 +38,7 @@ struct EntryLibrary
 };
 EntryLibrary LibraryOf(const RootEntry& entry);
 
+/// Path of its module description file; empty if it names none by a usable URI.
+std::string ModuleDescriptionOf(const RootEntry& entry);
+
 } // namespace marvane::tool

@@ -33,16 +33,16 @@ Conversation::Conversation()
 void Conversation::Restart()
 {
     exchanges_.emplace(static_cast<read::ExchangeSink&>(*this), SuppressesAnswer);
-    exchanges_->Links().SetNames(names_);
+    exchanges_->Links().SetNames(names_.Names());
     params_ = {};
     waiting_.clear();
     waitingBytes_ = 0;
 }
 
-void Conversation::UseNames(read::LinkNames names)
+void Conversation::UseNames(const MdfNames& names)
 {
-    names_ = std::move(names);
-    exchanges_->Links().SetNames(names_);
+    names_ = names;
+    exchanges_->Links().SetNames(names_.Names());
 }
 
 void Conversation::OnEntry(const read::Call& call, bool isEvent)

@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "tool/commands/mdf_names.h"
 #include "tool/read/exchanges.h"
 #include "tool/read/log_reader.h"
 #include "tool/read/param_values.h"
@@ -36,13 +37,14 @@ public:
     virtual void OnUtterance(const Utterance& utterance) = 0;
 
     /// Where the log has no names. To be called first.
-    void UseNames(read::LinkNames names);
+    void UseNames(const MdfNames& names);
 
     /// Gives out what is complete, although something before it is not: for one who follows a log.
     void GiveOutComplete() { GiveOut(true); }
     /// To be called after LogReader::Finish.
     void FinishConversation();
 
+    void OnSession(const read::Session& session) override { names_.OnSession(session); }
     void OnEntry(const read::Call& call, bool isEvent) override;
     void OnCall(const read::Call& call) override;
     void OnItem(const read::Item& item) override;
@@ -66,7 +68,7 @@ private:
         std::size_t Bytes;
     };
 
-    read::LinkNames names_;
+    MdfNames names_;
     std::optional<read::Exchanges> exchanges_; ///< always there; optional to be made anew
     read::ParamValues params_;
     std::multimap<read::Position, Waiting> waiting_;

@@ -30,14 +30,14 @@ std::string ConfigurationHere()
 
 /// The log folder of an entry that install made, wherever its root description file is, else of one that
 /// leads to Marvane.
-std::string LogFolderOfEntry(const std::string& name)
+std::string LogFolderOfEntry(const std::string& name, const std::vector<std::string>& roots)
 {
     std::string configuration;
     for (const InstalledCopy& copy : InstalledCopies(DefaultCopyFolders()))
-        if (copy.Entry == name)
+        if (roots.empty() && copy.Entry == name)
             configuration = copy.Folder + platform::PathSeparator + ConfigurationFileName;
     if (configuration.empty())
-        configuration = ConfigurationOfEntry({}, name);
+        configuration = ConfigurationOfEntry(roots, name);
     const std::optional<std::string> folder = LogFolderOf(configuration);
     if (!folder || folder->empty())
         throw Trouble(configuration + " names no log folder in LogFileDir");
@@ -79,10 +79,10 @@ std::optional<std::string> NewestLogFolder(const std::vector<InstalledCopy>& cop
     return newest;
 }
 
-std::string DefaultLogFolder(const std::optional<std::string>& entry)
+std::string DefaultLogFolder(const std::optional<std::string>& entry, const std::vector<std::string>& roots)
 {
     if (entry)
-        return LogFolderOfEntry(*entry);
+        return LogFolderOfEntry(*entry, roots);
     const std::string configuration = ConfigurationHere();
     const std::optional<std::string> folder = LogFolderOf(configuration);
     if (folder && !folder->empty())

@@ -11,9 +11,10 @@ namespace marvane::tool {
 
 /// The log folder of the configuration that the logger library would read here: the file that PDU_CFG_FILE
 /// names, else the one beside the command. With `entry`, or if there is no such configuration, that of an
-/// installed entry: without `entry` the one with the newest log. UTF-8. Throws Trouble that says what was
-/// looked for.
-std::string DefaultLogFolder(const std::optional<std::string>& entry);
+/// installed entry: without `entry` the one with the newest log. `roots` replace the root description files
+/// of the machine. UTF-8. Throws Trouble that says what was looked for.
+std::string DefaultLogFolder(const std::optional<std::string>& entry,
+                             const std::vector<std::string>& roots = {});
 
 /// The log folder of the installed copy whose newest log is the newest of all; none if there is no log.
 std::optional<std::string> NewestLogFolder(const std::vector<InstalledCopy>& copies);

@@ -4,9 +4,11 @@
 #include "tool/commands/arguments.h"
 #include "tool/commands/json_text.h"
 #include "tool/commands/log_source.h"
+#include "tool/commands/mdf_names.h"
 #include "tool/commands/program.h"
 #include "tool/commands/row_text.h"
 #include "tool/commands/run_difference.h"
+#include "tool/commands/shared_options.h"
 
 namespace marvane::tool {
 
@@ -243,6 +245,9 @@ int RunDiff(const Arguments& arguments, Console& console)
         return ExitTrouble; // complained about
     Run first(console, firstFiles);
     Run second(console, secondFiles);
+    const MdfNames names = MdfNames::Of(arguments, console);
+    first.UseNames(names);
+    second.UseNames(names.ForAnotherLog());
     ReadRun(first, firstFiles);
     ReadRun(second, secondFiles);
     if ((first.Sessions.empty() || second.Sessions.empty()) && console.HasComplained())
@@ -262,7 +267,7 @@ constexpr Option DiffOptionList[] = {
     {"--json", "", "As JSON, schema marvane.diff/1"},
 };
 constexpr OptionGroup DiffOptions = {"Form", DiffOptionList};
-constexpr OptionGroup DiffGroups[] = {DiffOptions};
+constexpr OptionGroup DiffGroups[] = {DiffOptions, NameOptions};
 
 constexpr Example DiffExamples[] = {
     {"diff yesterday.LGR today.LGR", "what became of the same requests"},

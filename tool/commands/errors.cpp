@@ -261,7 +261,7 @@ int RunErrors(const Arguments& arguments, Console& console)
         if (IsFollowing(arguments))
             throw UsageError("--json is one document, and a log that is followed has no end");
         ErrorJson found(console, files, isAll);
-        found.Links().SetNames(names.Names());
+        found.UseNames(names);
         read::LogReader reader(found, Findings::Wants);
         ReadLogs(files, reader);
         found.Finish();
@@ -271,7 +271,7 @@ int RunErrors(const Arguments& arguments, Console& console)
         return found.ErrorCount() == 0 ? 0 : 1;
     }
     ErrorRows found(console, files, isAll);
-    found.Links().SetNames(names.Names());
+    found.UseNames(names);
     read::LogReader reader(found, Findings::Wants);
     if (IsFollowing(arguments)) {
         const int status = FollowLogs(arguments, console, files, reader, [&] { found.ShowWaiting(); });

@@ -65,11 +65,18 @@ void Findings::OnSession(const read::Session& session)
 {
     hintsOf_[session.Number].OnSession(session);
     hints_.OnSession(session);
+    names_.OnSession(session);
     std::vector<std::string>& why = whyNotLoaded_[session.Number];
     if (!session.Target.empty())
         why.push_back("could not be loaded: " + Printable(session.Target));
     if (!session.LoadFailure.empty())
         why.push_back(Printable(session.LoadFailure));
+}
+
+void Findings::UseNames(const MdfNames& names)
+{
+    names_ = names;
+    Links().SetNames(names_.Names());
 }
 
 void Findings::OnEntry(const read::Call& call, bool isEvent)

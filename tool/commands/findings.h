@@ -10,6 +10,7 @@
 #include "tool/commands/ecu_state.h"
 #include "tool/commands/item_balance.h"
 #include "tool/commands/link_history.h"
+#include "tool/commands/mdf_names.h"
 #include "tool/commands/settings_hints.h"
 #include "tool/read/exchanges.h"
 #include "tool/read/log_reader.h"
@@ -81,6 +82,8 @@ public:
     std::uint64_t ItemsGiven() const;
     std::uint64_t ItemsDestroyed() const;
     read::LinkBook& Links() { return exchanges_.Links(); }
+    /// Names for what the log shows as numbers. To be called first.
+    void UseNames(const MdfNames& names);
     /// Requests and answers of which the log shows a part only. Those without a byte are not among them.
     std::uint64_t CutPayloads() const { return cutPayloads_; }
     const SettingsHints& Hints() const { return hints_; }
@@ -120,6 +123,7 @@ private:
     std::map<std::uint32_t, std::vector<std::string>> whyNotLoaded_; ///< by session
     std::map<std::uint32_t, SettingsHints> hintsOf_;                 ///< by session
     SettingsHints hints_;                                            ///< of all sessions
+    MdfNames names_;
     std::uint64_t cutPayloads_ = 0;
     std::deque<LongCallback> callbacks_;
 };

@@ -48,7 +48,8 @@ std::vector<read::LogFile> FindLogs(const Arguments& arguments, Console& console
 {
     const bool isDefault = arguments.Operands().empty();
     const std::vector<std::string> paths =
-        isDefault ? std::vector{DefaultLogFolder(arguments.Value("--entry"))} : arguments.Operands();
+        isDefault ? std::vector{DefaultLogFolder(arguments.Value("--entry"), arguments.Values("--root"))}
+                  : arguments.Operands();
     if (IsFollowing(arguments) &&
         !WaitFor(arguments, [&] { return !read::FindLogFiles(paths).Files.empty(); }))
         return {};

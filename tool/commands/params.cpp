@@ -67,7 +67,11 @@ public:
     std::vector<LinkRows> Links;
     bool HasSession = false; ///< false if there was no line of a log
 
-    void OnSession(const read::Session&) override { HasSession = true; }
+    void OnSession(const read::Session& session) override
+    {
+        HasSession = true;
+        names_.OnSession(session);
+    }
     void OnEntry(const read::Call& call, bool isEvent) override { exchanges_.OnEntry(call, isEvent); }
     void OnCall(const read::Call& call) override { exchanges_.OnCall(call); }
     void OnItem(const read::Item& item) override { exchanges_.OnItem(item); }
@@ -114,7 +118,7 @@ private:
             rows = &Links.emplace_back(LinkRows{link, {}});
         ParamRow& row = rows->Rows[param.Id];
         if (!isKnown) {
-            row.Name = names_.ParamName(param.Id, param.Name);
+            row.Name = names_.ParamName(link->Session, param.Id, param.Name);
             row.Default = names_.DefaultOf(*link, param.Id);
         }
         return &row;
@@ -151,8 +155,8 @@ void WriteLink(Console& console, const LinkRows& link, bool hasDefaults)
 {
     const std::string name = LinkText(*link.On).empty() ? std::string("no link") : LinkText(*link.On);
     console.Write(name + (link.On->Name().empty() ? "" : "   " + Printable(link.On->Name())) + "\n");
-    const std::size_t readColumn = hasDefaults ? 46 : 33;
-    const std::size_t setColumn = readColumn + 18;
+    const std::size_t readColumn = hasDefaults ? 43 : 33;
+    const std::size_t setColumn = hasDefaults ? 57 : 51;
     std::string header = "    ComParam";
     if (hasDefaults)
         PutAt(header, 33, "default");
@@ -164,9 +168,9 @@ void WriteLink(Console& console, const LinkRows& link, bool hasDefaults)
         std::string text = row.IsChanged() ? "  ! " : "    ";
         text += Shortened(Printable(row.Name), 28);
         if (row.Default)
-            PutAt(text, 33, Shortened(Printable(*row.Default), 12));
+            PutAt(text, 33, Shortened(Printable(*row.Default), readColumn - 34));
         if (row.Read)
-            PutAt(text, readColumn, Shortened(*row.Read, 17));
+            PutAt(text, readColumn, Shortened(*row.Read, setColumn - readColumn - 1));
         std::string set = SetText(row);
         if (row.RestoredAt)
             set += "  restored (" + PositionText(*row.RestoredAt) + ")";
@@ -188,7 +192,7 @@ void WriteTable(Console& console, const ParamTable& table, const MdfNames& names
             changed += row.IsChanged();
     }
     console.Write(Counted(count, "ComParam") + ", " + Grouped(changed) + " changed (!)" +
-                  (names.IsEmpty() ? "    defaults: --mdf FILE\n" : "\n"));
+                  "    defaults: " + (names.IsEmpty() ? "--mdf FILE" : names.Source()) + "\n");
 }
 
 std::string RowJson(const LinkRows& link, std::uint32_t id, const ParamRow& row)

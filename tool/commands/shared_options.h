@@ -33,7 +33,10 @@ inline constexpr Option FollowOptionList[] = {
 inline constexpr OptionGroup FollowOptions = {"Following", FollowOptionList};
 
 inline constexpr Option NameOptionList[] = {
-    {"--mdf", "FILE", "Names and defaults from this module description file"},
+    {"--mdf", "FILE",
+     "Names and defaults from this module description file. Without it, from the one beside the library's entry in "
+     "the root description file"},
+    {"--root", "FILE", "This root description file instead of the machine's", {}, true},
 };
 inline constexpr OptionGroup NameOptions = {"Names", NameOptionList};
 

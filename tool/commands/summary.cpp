@@ -272,7 +272,7 @@ int RunSummary(const Arguments& arguments, Console& console)
     if (files.empty())
         return ExitTrouble; // complained about
     SummaryFacts facts(console, files);
-    facts.Findings::Links().SetNames(MdfNames::Of(arguments, console).Names());
+    facts.UseNames(MdfNames::Of(arguments, console));
     read::LogReader reader(facts, SummaryFacts::Wants);
     ReadLogs(files, reader);
     facts.Finish();

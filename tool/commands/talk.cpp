@@ -121,7 +121,7 @@ int RunTalk(const Arguments& arguments, Console& console)
     if (files.empty() && !isFollowing)
         return ExitTrouble; // complained about
     TalkScreen talk(console, files, filter);
-    talk.UseNames(names.Names());
+    talk.UseNames(names);
     if (isFollowing)
         return Follow(arguments, console, files, talk);
     console.UsePager();
@@ -132,7 +132,7 @@ int RunTalk(const Arguments& arguments, Console& console)
         if (std::ranges::any_of(files, &read::LogFile::IsStandardInput))
             throw UsageError("--by-link reads a log several times, which standard input can't give");
         LinkList links(console, files);
-        links.UseNames(names.Names());
+        links.UseNames(names);
         ReadConversation(links, files);
         for (const auto& link : links.Found) {
             talk.Restart(*link);

@@ -34,6 +34,7 @@ void TalkScreen::Restart(const read::Link& link)
 
 void TalkScreen::OnSession(const read::Session& session)
 {
+    Conversation::OnSession(session);
     begins_[session.Number] = session.BeginTime;
     hints_.OnSession(session);
 }

@@ -21,7 +21,7 @@ std::string_view FieldOf(std::string_view text, std::string_view name)
 } // namespace
 
 /// "CAN" of "CAN (200)"; "200" where nothing has a name for it; empty for PDU_ID_UNDEF.
-std::string LinkBook::NameOrNumber(LinkPart part, std::string_view value) const
+std::string LinkBook::NameOrNumber(std::uint32_t session, LinkPart part, std::string_view value) const
 {
     const auto number = NumberInValue(value);
     if (number == UndefinedId)
@@ -29,7 +29,7 @@ std::string LinkBook::NameOrNumber(LinkPart part, std::string_view value) const
     const std::string_view name = NameInValue(value);
     if (!name.empty() && name.front() != '<')
         return std::string(name);
-    std::string known = number && names_ ? names_(part, *number) : std::string();
+    std::string known = number ? NameOf(session, part, *number) : std::string();
     return known.empty() && number ? std::to_string(*number) : known;
 }
 
@@ -37,8 +37,9 @@ void LinkBook::ReadResourceData(const Call& create, Link& link) const
 {
     for (const CallLine& line : create.LinesIn) {
         if (line.Text.find("pRscData ") != std::string_view::npos) {
-            link.Bus = NameOrNumber(LinkPart::Bus, FieldOf(line.Text, "BusTypeId = "));
-            link.Protocol = NameOrNumber(LinkPart::Protocol, FieldOf(line.Text, "ProtocolId = "));
+            link.Bus = NameOrNumber(link.Session, LinkPart::Bus, FieldOf(line.Text, "BusTypeId = "));
+            link.Protocol =
+                NameOrNumber(link.Session, LinkPart::Protocol, FieldOf(line.Text, "ProtocolId = "));
         } else if (line.Text.find("pDLCPinData[") != std::string_view::npos) {
             if (const auto pin = NumberInValue(FieldOf(line.Text, "Num =")))
                 link.Pins.push_back(*pin);
@@ -60,7 +61,7 @@ void LinkBook::OnCall(const Call& call)
         link->Module = call.Module.value_or(UndefinedHandle);
         link->Handle = *handle;
         if (const auto resource = Argument(call.Arguments, "resourceId"))
-            link->Resource = NameOrNumber(LinkPart::Resource, *resource);
+            link->Resource = NameOrNumber(link->Session, LinkPart::Resource, *resource);
         ReadResourceData(call, *link);
         link->IsCreated = true;
         link->CreatedAt = call.Begin;

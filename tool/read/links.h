@@ -32,16 +32,17 @@ struct Link
     const std::string& Name() const { return Protocol.empty() ? Resource : Protocol; }
 };
 
-/// What a number in the creation of a link stands for.
+/// What a number of a link stands for.
 enum class LinkPart : std::uint8_t
 {
     Resource,
     Protocol,
-    Bus
+    Bus,
+    ComParam
 };
 
 /// Names for numbers that the log shows without a name; an empty one for those it does not know.
-using LinkNames = std::function<std::string(LinkPart part, std::uint32_t id)>;
+using LinkNames = std::function<std::string(std::uint32_t session, LinkPart part, std::uint32_t id)>;
 
 /// Learns links from PDUCreateComLogicalLink and forgets them with PDUDestroyComLogicalLink and PDUDestruct.
 /// What it gave out stays good.
@@ -50,6 +51,11 @@ class LinkBook
 public:
     /// Where the log has no name.
     void SetNames(LinkNames names) { names_ = std::move(names); }
+    /// A name by that; empty if there is none.
+    std::string NameOf(std::uint32_t session, LinkPart part, std::uint32_t id) const
+    {
+        return names_ ? names_(session, part, id) : std::string();
+    }
 
     /// To be told every call.
     void OnCall(const Call& call);
@@ -66,7 +72,7 @@ private:
         std::uint32_t Handle;
         friend auto operator<=>(const Key&, const Key&) = default;
     };
-    std::string NameOrNumber(LinkPart part, std::string_view value) const;
+    std::string NameOrNumber(std::uint32_t session, LinkPart part, std::string_view value) const;
     void ReadResourceData(const Call& create, Link& link) const;
 
     std::map<Key, std::shared_ptr<const Link>> links_;

@@ -76,9 +76,13 @@ std::optional<ParamChange> ParamValues::OnParam(const Param& param, LinkBook& li
         known->second = std::move(value);
         return std::nullopt;
     }
+    std::string name =
+        param.Name.empty() ? links.NameOf(by.Session, LinkPart::ComParam, param.Id) : std::string();
+    if (name.empty())
+        name = ParamNameText(param);
     ParamChange change = {
-        by.Begin,       by.BeginTime,         by.Session,
-        links.Find(by), ParamNameText(param), isNew ? std::optional<std::string>() : std::move(known->second),
+        by.Begin,       by.BeginTime,    by.Session,
+        links.Find(by), std::move(name), isNew ? std::optional<std::string>() : std::move(known->second),
         value};
     known->second = std::move(value);
     return change;

@@ -25,6 +25,12 @@ TEST(CutPayloads, AreTheSameForSummaryAndErrors)
     EXPECT_EQ(CompareOutput("cut_payload_errors", "errors %LOGS%/cut_payload.LGR"), 1);
 }
 
+TEST(CutPayloads, AreNotCompared)
+{
+    EXPECT_EQ(
+        CompareOutput("refusal_cut_diff", "diff %LOGS%/refusal_cut.LGR %LOGS%/answers_without_bytes.LGR"), 1);
+}
+
 TEST(LogsWithoutDecodedLines, SayWhichSettingWouldShowMore)
 {
     EXPECT_EQ(CompareOutput("no_decoded_lines_errors", "errors %LOGS%/no_decoded_lines.LGR"), 1);

@@ -64,6 +64,10 @@ public:
         for (const RequestDifference& each : difference_.Requests)
             WriteRequest(each);
         WriteCalls();
+        const std::vector<std::string> first = HintsOf(first_), second = HintsOf(second_);
+        WriteHints(first == second ? "both" : firstName, first);
+        if (first != second)
+            WriteHints(secondName, second);
     }
 
 private:
@@ -87,6 +91,22 @@ private:
         if (difference_.CallNames.empty())
             add(Counted(CallsOf(first_), "call"));
         console_.Write("same: " + text + "\n");
+    }
+
+    /// Bytes that are not in the log were not compared.
+    static std::vector<std::string> HintsOf(const Run& run)
+    {
+        std::vector<std::string> hints = run.Hints().ForTalk();
+        if (run.CutPayloads() > 0)
+            hints.push_back(Counted(run.CutPayloads(), "payload is", "payloads are") +
+                            " cut: LogMaxPduBuff " + run.Hints().PayloadLimitText());
+        return hints;
+    }
+
+    void WriteHints(const std::string& name, const std::vector<std::string>& hints)
+    {
+        for (const std::string& hint : hints)
+            console_.Write(Wrapped("", 0, name + ": " + hint, console_.Columns()));
     }
 
     void WriteLink(const RunRequest& request)

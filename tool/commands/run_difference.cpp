@@ -1,14 +1,15 @@
 #include "tool/commands/run_difference.h"
 
 #include <algorithm>
-#include <deque>
 #include <set>
 #include <tuple>
 
 #include "pdu/pdu_api.h"
 #include "tool/commands/link_words.h"
+#include "tool/commands/request_pairs.h"
 #include "tool/commands/row_text.h"
 #include "tool/commands/talk_rows.h"
+#include "tool/words/describe.h"
 
 namespace marvane::tool {
 
@@ -34,6 +35,15 @@ std::string OutcomeText(const read::Exchange& exchange)
     return text.empty() ? std::string(read::OutcomeName(exchange.Result)) : text;
 }
 
+/// Service and identifier, or the byte after the service.
+std::string SimilarText(const read::Exchange& exchange)
+{
+    const words::RequestWords request = words::DescribeRequest(DialectOf(*exchange.On), exchange.Request);
+    const std::size_t wanted = request.Routine ? 4 : request.Identifier ? 3 : 2;
+    const std::size_t head = std::min(exchange.Request.size(), wanted);
+    return BytesText(read::Bytes(exchange.Request).first(head), head, SIZE_MAX, 0);
+}
+
 bool IsSlower(const RunRequest& first, const RunRequest& second)
 {
     return first.After && second.After && second.After->Us >= 2 * first.After->Us &&
@@ -49,28 +59,6 @@ std::optional<DifferenceKind> KindOf(const RunRequest& first, const RunRequest& 
     if (first.Answers != second.Answers)
         return DifferenceKind::OtherBytes;
     return IsSlower(first, second) ? std::optional(DifferenceKind::Slower) : std::nullopt;
-}
-
-using Places = std::deque<std::size_t>;
-
-/// Pairs the n-th request of a key in one run with the n-th of that key in the other; `keyOf` gives the key.
-void PairBy(const Run& first, const Run& second, std::vector<std::optional<std::size_t>>& partners,
-            std::vector<bool>& isTaken, const auto& keyOf)
-{
-    std::map<std::pair<std::string, std::string>, Places> free;
-    for (std::size_t i = 0; i < second.RequestList.size(); ++i)
-        if (!isTaken[i])
-            free[{second.RequestList[i].Link, keyOf(second.RequestList[i])}].push_back(i);
-    for (std::size_t i = 0; i < first.RequestList.size(); ++i) {
-        if (partners[i])
-            continue;
-        const auto found = free.find({first.RequestList[i].Link, keyOf(first.RequestList[i])});
-        if (found == free.end() || found->second.empty())
-            continue;
-        partners[i] = found->second.front();
-        isTaken[found->second.front()] = true;
-        found->second.pop_front();
-    }
 }
 
 /// Adds differences, those that look alike once.
@@ -111,25 +99,18 @@ private:
 
 void CompareRequests(const Run& first, const Run& second, RunDifference& difference)
 {
-    std::vector<std::optional<std::size_t>> partners(first.RequestList.size());
-    std::vector<bool> isTaken(second.RequestList.size());
-    PairBy(first, second, partners, isTaken, [](const RunRequest& each) { return each.Bytes; });
-    PairBy(first, second, partners, isTaken, [](const RunRequest& each) { return each.Similar; });
     DifferenceList list(first, second, difference.Requests);
-    for (std::size_t i = 0; i < partners.size(); ++i) {
-        if (!partners[i]) {
-            list.Add({DifferenceKind::OnlyFirst, i, {}});
+    for (const RequestPair& pair : PairRequests(first.RequestList, second.RequestList)) {
+        if (!pair.First || !pair.Second) {
+            list.Add({pair.First ? DifferenceKind::OnlyFirst : DifferenceKind::OnlySecond, pair.First,
+                      pair.Second});
             continue;
         }
-        const auto kind = KindOf(first.RequestList[i], second.RequestList[*partners[i]]);
-        if (kind)
-            list.Add({*kind, i, partners[i]});
+        if (const auto kind = KindOf(first.RequestList[*pair.First], second.RequestList[*pair.Second]))
+            list.Add({*kind, pair.First, pair.Second});
         else
             ++difference.SameRequests;
     }
-    for (std::size_t i = 0; i < isTaken.size(); ++i)
-        if (!isTaken[i])
-            list.Add({DifferenceKind::OnlySecond, {}, i});
 }
 
 std::string LibraryOf(const Run& run)
@@ -184,12 +165,11 @@ void Run::OnEnded(const read::Exchange& exchange)
     if (exchange.Type != PDU_COPT_SENDRECV && exchange.Type != 0)
         return;
     const RequestText text = RequestTextOf(exchange);
-    const std::size_t head = std::min<std::size_t>(exchange.Request.size(), 2);
     RequestList.push_back({exchange.On->Name(),
                            BytesText(exchange.Request, exchange.RequestSize, SIZE_MAX, 0) + "/" +
                                std::to_string(exchange.RequestSize),
-                           BytesText(read::Bytes(exchange.Request).first(head), head, 2, 2), text.Bytes,
-                           text.Words, exchange.Result, AnswersText(exchange), OutcomeText(exchange),
+                           SimilarText(exchange), text.Bytes, text.Words, exchange.Result,
+                           AnswersText(exchange), OutcomeText(exchange),
                            exchange.FirstAnswer() ? exchange.FirstAnswer() : exchange.ErrorAfter,
                            exchange.At});
 }

@@ -17,7 +17,7 @@ struct RunRequest
 {
     std::string Link;    ///< name of its protocol or resource
     std::string Bytes;   ///< all that the log shows, and its size
-    std::string Similar; ///< service and the byte after it: what a request with other data has in common
+    std::string Similar; ///< its head: what a request with other data has in common
     std::string Text;    ///< as a row shows it
     std::string Words;
     read::Outcome Result = read::Outcome::Open;
@@ -69,7 +69,7 @@ struct RequestDifference
 struct RunDifference
 {
     std::vector<RequestDifference>
-        Requests; ///< in the order of the first run, those of the second alone last
+        Requests; ///< in the order of the first run, those of the second alone where they came
     std::uint64_t SameRequests = 0;
     std::vector<std::string> Facts;     ///< other library, modules, links: a line each
     std::vector<std::string> CallNames; ///< whose count differs

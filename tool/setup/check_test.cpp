@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
+#include "platform/library.h"
 #include "tests/support/session.h"
 #include "tool/setup/configuration_findings.h"
 #include "tool/setup/folder_findings.h"
@@ -103,28 +104,106 @@ TEST_F(CheckedTarget, ThatLacksAFunctionEndsTheApplication)
                   " | lacks 1 of 29 functions: PDULockResource | A call of it ends the application.\n");
 }
 
+TEST_F(CheckedTarget, WithoutVersionInformationIsNoted)
+{
+    const std::string name = testing::LibraryName("fake_target_no_version");
+    EXPECT_EQ(
+        OfTarget(build + name),
+        "ok target library: BUILD/" + name + " | " + bits +
+            ", 29 of 29 functions\nnote target library: no version information: \"Failed to load\" in a log's "
+            "header is harmless then\n");
+}
+
+TEST_F(CheckedTarget, OfAnotherCaseIsNoFileOnLinux)
+{
+    testing::WriteFileBytes(folder / "LibPDU.so", "a text");
+    EXPECT_EQ(OfTarget(folder / "libpdu.so"),
+              "error target library: DIR" + separator + "libpdu.so | " +
+                  (separator == "/" ? "does not exist: upper and lower case matter. Write LibPDU.so."
+                                    : "is no library.") +
+                  "\n");
+}
+
+TEST_F(CheckedTarget, OfAnotherApiIsRefused)
+{
+    const std::string name =
+        std::filesystem::path(fake).extension() == ".so" ? "fake_dependency.so" : "fake_dependency.dll";
+    EXPECT_EQ(OfTarget(build + "dependent/" + name),
+              "error target library: BUILD/dependent/" + name +
+                  " | exports none of the 29 functions of the D-PDU API: another library is meant.\n");
+}
+
+/// The system's words about a library that lacks its dependency.
+std::string WithoutDependency(const std::string& dependency)
+{
+    if (platform::PathSeparator == '/')
+        return dependency + ": cannot open shared object file: No such file or directory";
+    return platform::LoadTargetLibrary("Z:\\no such folder\\none.dll").Error;
+}
+
 TEST_F(CheckedTarget, WithoutItsDependencyNamesIt)
 {
     const std::string extension = std::filesystem::path(fake).extension().string();
     const std::string path = folder / ("fake_target_dependent" + extension);
+    const std::string dependency = "fake_dependency" + extension;
     std::filesystem::copy_file(build + "dependent/fake_target_dependent" + extension, path);
-    const LibraryCheck check = CheckTarget(path, OwnMachine());
-    EXPECT_FALSE(check.IsUsable);
-    const std::string shown = Flat(check.All);
-    EXPECT_TRUE(shown.ends_with(" | Not found, but needed: fake_dependency" + extension + "\n")) << shown;
-    std::filesystem::copy_file(build + "dependent/fake_dependency" + extension,
-                               folder / ("fake_dependency" + extension));
+    EXPECT_FALSE(CheckTarget(path, OwnMachine()).IsUsable);
+    std::string reason = WithoutDependency(dependency);
+    reason.erase(reason.find_last_not_of("\r\n") + 1);
+    EXPECT_EQ(OfTarget(path), "error target library: DIR" + separator + "fake_target_dependent" + extension +
+                                  " | " + reason + " | Not found, but needed: " + dependency + "\n");
+    std::filesystem::copy_file(build + "dependent/" + dependency, folder / dependency);
     EXPECT_EQ(OfTarget(path), "ok target library: DIR" + separator + "fake_target_dependent" + extension +
                                   " | 4.3.2.1, " + bits + ", 29 of 29 functions\n");
 }
 
+TEST_F(CheckedTarget, WithoutAFolderIsLeftToTheSystem)
+{
+    const std::string system = separator == "/" ? "libz.so.1" : "version.dll";
+    EXPECT_EQ(OfTarget(system), "ok target library: " + system + " | is found by the system's search\n");
+    const LibraryCheck check = CheckTarget("no_such_library", OwnMachine());
+    EXPECT_FALSE(check.IsUsable);
+    ASSERT_EQ(check.All.size(), 1u);
+    EXPECT_TRUE(check.All[0].Text.starts_with("no_such_library\nis not found by the system's search\n"))
+        << check.All[0].Text;
+}
+
+std::optional<std::uintmax_t> Gigabytes70(const std::string&)
+{
+    return std::uintmax_t{70} << 30;
+}
+std::optional<std::uintmax_t> Megabytes99(const std::string&)
+{
+    return (std::uintmax_t{100} << 20) - 1;
+}
+
 TEST_F(CheckedLogFolder, ThatCanBeMadeIsNotMade)
 {
-    const FolderCheck check = CheckLogFolder(folder / ("a" + separator + "b"), 5);
+    const FolderCheck check = CheckLogFolder(folder / ("a" + separator + "b"), 5, Gigabytes70);
     EXPECT_TRUE(check.IsUsable);
-    EXPECT_EQ(check.All.front().Text.find("does not exist yet and can be made"),
-              (folder / ("a" + separator + "b")).size() + 1);
+    EXPECT_EQ(Flat(check.All), "ok LogFileDir: DIR" + separator + "a" + separator +
+                                   "b | does not exist yet and can be made, 70 GB free\n");
     EXPECT_FALSE(std::filesystem::exists(folder.Path() / "a"));
+}
+
+TEST_F(CheckedLogFolder, WithScarceSpaceIsWarnedAbout)
+{
+    const FolderCheck check = CheckLogFolder(folder.Path().string(), 5, Megabytes99);
+    EXPECT_TRUE(check.IsUsable);
+    EXPECT_EQ(Flat(check.All),
+              "ok LogFileDir: DIR | can be written, 99 MB free\n"
+              "warning LogFileDir: DIR | Only 99 MB are free: a log of some hours may fill the disk.\n");
+    EXPECT_GT(FreeBytes(folder.Path().string()).value(), 0u);
+    EXPECT_FALSE(FreeBytes(folder / "none"));
+}
+
+TEST_F(CheckedLogFolder, OnAnAbsentDriveCanNotBeMade)
+{
+    if (separator == "/")
+        GTEST_SKIP() << "there are no drives here";
+    const FolderCheck check = CheckLogFolder("Q:\\Logs\\", 5);
+    EXPECT_FALSE(check.IsUsable);
+    EXPECT_EQ(Flat(check.All), "error line 5: Q:\\Logs\\ | can't be made: there is no such drive.\n");
 }
 
 TEST_F(CheckedLogFolder, BelowAFileCanNotBeMade)
@@ -177,6 +256,48 @@ TEST_F(CheckedChain, NamesTheConfigurationThatIsRead)
             "none.xml | does not exist. PDU_CFG_FILE names it, so the one beside Marvane is not read. Marvane does "
             "not start without a configuration.\n");
     EXPECT_EQ(OutcomeText(report), "Outcome: every call returns 0x20 (PDU_ERR_PDUAPI_NOT_CONSTRUCTED).");
+}
+
+TEST_F(CheckedChain, WithoutAConfigurationDoesNotStart)
+{
+    const std::string marvane = folder / testing::LibraryName("Marvane");
+    std::filesystem::copy_file(build + testing::LibraryName("Marvane"), marvane);
+    const testing::EnvironmentValue variable("PDU_CFG_FILE", std::nullopt);
+    const CheckReport report = CheckChain(marvane, std::nullopt);
+    EXPECT_EQ(Flat(report.All),
+              "ok Marvane: DIR" + separator + testing::LibraryName("Marvane") + " | 1.0.0.0, " + bits +
+                  ", 29 of 29 functions\nerror configuration: DIR" + separator +
+                  "D_PDU_API_CFG.xml | does not exist. Marvane does not start without a configuration.\n");
+    EXPECT_EQ(OutcomeText(report), "Outcome: every call returns 0x20 (PDU_ERR_PDUAPI_NOT_CONSTRUCTED).");
+}
+
+TEST_F(CheckedChain, WithAPathErrorDoesNotTryTheTarget)
+{
+    const std::string text =
+        File(AttributeText("InstalledPath", "/no/such") + "\n" + AttributeText("PDUAPILibDll", fake) + "\n" +
+             AttributeText("LogFileDir", folder.Path().string() + separator) + "\n");
+    const CheckReport report = CheckConfiguration(ParseConfiguration(text), build, OwnMachine());
+    EXPECT_EQ(Flat({report.All.back()}), "note target library: not tried: its path is wrong\n");
+}
+
+TEST_F(CheckedChain, NeedsMarvaneItself)
+{
+    testing::WriteFileBytes(folder / "text", "a text");
+    const auto first = [&](const std::string& path) {
+        return Flat({CheckChain(path, std::nullopt).All.at(0)});
+    };
+    EXPECT_EQ(first(folder / "none"), "error Marvane: DIR" + separator + "none | does not exist.\n");
+    EXPECT_EQ(first(folder / "text"), "error Marvane: DIR" + separator + "text | is not Marvane.\n");
+    EXPECT_EQ(first(build + fake), "error Marvane: BUILD/" + fake + " | is not Marvane.\n");
+}
+
+TEST_F(CheckedChain, NamesTheConfigurationOfTheEnvironment)
+{
+    const testing::EnvironmentValue variable("PDU_CFG_FILE", folder / "other.xml");
+    testing::WriteFileBytes(folder / "other.xml", File(""));
+    EXPECT_EQ(Flat({CheckChain(build + testing::LibraryName("Marvane"), std::nullopt).All.at(1)}),
+              "warning configuration: DIR" + separator +
+                  "other.xml | PDU_CFG_FILE names it for every copy of Marvane.\n");
 }
 
 TEST_F(CheckedChain, OfAConfigurationThatIsNotRead)

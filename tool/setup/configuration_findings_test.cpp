@@ -172,6 +172,14 @@ TEST(CheckedLine, ShouldBeUtf8)
         "   !  line 9          The line is not UTF-8: its characters depend on the system's code page. Save the file as UTF-8.\n");
 }
 
+TEST(CheckedLine, WithoutAnAttributeMayHoldAnyBytes)
+{
+    EXPECT_EQ(OfLines("<!-- \xE4 -->"),
+              "  --  line 9          The line is not UTF-8; harmless, since it holds no attribute.\n");
+    EXPECT_EQ(Shown("<?xml \xE4?>\n<D_PDU_API_CFG>\n" + Good + Closing),
+              "  --  line 1          The line is not UTF-8; harmless, since any line 1 is accepted.\n");
+}
+
 TEST(CheckedNumber, IsDecimalAndFits)
 {
     EXPECT_EQ(OfLines(Line("LogCbCalls", "0x1")),
@@ -225,6 +233,25 @@ TEST(CheckedNumber, LogFnCallsIsTwo)
               "   !  LogFnCalls      is missing: the log holds headers and no calls. Write \"2\".\n");
 }
 
+TEST(CheckedNumber, DecodingNeedsLogFnCallsTwo)
+{
+    const std::string one = Good.substr(0, Good.find("<Attribute Name=\"LogFnCalls\"")) +
+                            Line("LogFnCalls", "1") + "\n" +
+                            Good.substr(Good.find("<Attribute Name=\"LogFlush\""));
+    EXPECT_EQ(
+        Shown(Opening + one + Line("LogFnDecodeRsps", "1") + "\n" + Closing),
+        "   !  line 7          LogFnCalls is 1: arguments and results are decoded with 2 only. Write \"2\".\n");
+}
+
+TEST(CheckedNumber, LogNewFileCfgIsNoSubstituteForLogEnabled)
+{
+    EXPECT_EQ(
+        Shown(std::string(Opening) + Good.substr(0, Good.find("<Attribute Name=\"LogEnabled\"")) +
+              Line("LogNewFileCfg", "1") + "\n" + Good.substr(Good.find("<Attribute Name=\"LogFnCalls\"")) +
+              Closing),
+        "   !  LogEnabled      is not 1: LogNewFileCfg alone switches logging on, without some of the lines. Write <Attribute Name=\"LogEnabled\" Type=\"UNUM32\" Value=\"1\"/>.\n");
+}
+
 TEST(CheckedNumber, HasAnEffectOnOthers)
 {
     EXPECT_EQ(
@@ -271,6 +298,24 @@ TEST(CheckedPath, OfTheLibraryIsFolderAndName)
         "   X  PDUAPILibDll    is missing: no target library can be loaded. Add <Attribute Name=\"PDUAPILibDll\" Type=\"String\" Value=\"...\"/>.\n");
 }
 
+TEST(CheckedPath, OfTheLibraryNameHasNoFolder)
+{
+    const auto named = [](const std::string& installed, const std::string& name) {
+        return Shown(std::string(Opening) +
+                     (installed.empty() ? "\n" : Line("InstalledPath", installed) + "\n") +
+                     Line("PDUAPILibDll", name) + Good.substr(Good.find("libpdu.so\"/>") + 12) + Closing);
+    };
+    EXPECT_EQ(
+        named("", "v/libpdu.so"),
+        "   !  line 4          PDUAPILibDll = \"v/libpdu.so\" A relative path: it depends on where the application was started. Write the file name alone, and its folder in InstalledPath.\n");
+    EXPECT_EQ(
+        named("/v/", "sub/libpdu.so"),
+        "   !  line 4          PDUAPILibDll = \"sub/libpdu.so\" holds a folder, and InstalledPath is put before it. Write the file name alone, and the whole folder in InstalledPath.\n");
+    EXPECT_EQ(named("", "/v/libpdu.so"), "");
+    EXPECT_EQ(named("/v/", ""),
+              "   X  line 4          PDUAPILibDll = \"\" The name of the target library is empty.\n");
+}
+
 TEST(CheckedPath, IsSpeltForMarvane)
 {
     const auto folder = [](const std::string& value) { return With("LogFileDir", "/logs/", value); };
@@ -305,6 +350,24 @@ TEST(CheckedPath, OfTheLogsIsThereAndFits)
     EXPECT_EQ(
         With("LogFileDir", "/logs/", "logs/"),
         "   !  line 5          LogFileDir = \"logs/\" A relative folder: it depends on where the application was started. Write the whole path.\n");
+}
+
+TEST(CheckedPath, OfTheLogsIsNotEmptyAndEndsWithASeparator)
+{
+    const std::string logs = Line("LogFileDir", "/logs/");
+    const auto with = [&](const std::string& folder, const std::string& more) {
+        std::string text = Good;
+        text.replace(text.find(logs), logs.size(), Line("LogFileDir", folder));
+        return Shown(Opening + text + more + Closing);
+    };
+    EXPECT_EQ(
+        with("", ""),
+        "   X  line 5          LogFileDir = \"\" The folder is empty: files are made in the root folder.\n");
+    const std::string comms = Line("LogCommsFile", "1") + "\n" + Line("LogDoIPComms", "1") + "\n";
+    EXPECT_EQ(with("/logs/", comms), "");
+    EXPECT_EQ(
+        with("/logs", comms),
+        "   !  line 5          LogFileDir = \"/logs\" Without a separator at the end the comms log is made beside the folder. Write \"/logs/\".\n");
 }
 
 TEST(CheckedPath, OfWindowsHasItsOwnRules)

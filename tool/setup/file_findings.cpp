@@ -108,6 +108,9 @@ CheckFindings FileFindings(const Configuration& configuration)
     else if (!configuration.Lines[0].starts_with("<?xml"))
         findings.push_back(
             {FindingLevel::Note, {}, "No XML declaration; harmless, since any line 1 is accepted.", 1});
+    if (!IsUtf8(configuration.Lines[0]))
+        findings.push_back(
+            {FindingLevel::Note, {}, "The line is not UTF-8; harmless, since any line 1 is accepted.", 1});
     Append(findings, EndFindings(configuration));
     return findings;
 }

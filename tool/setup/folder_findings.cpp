@@ -10,29 +10,25 @@ namespace marvane::tool {
 
 namespace {
 
-std::string FreeSpace(const std::string& folder)
-{
-    std::error_code failed;
-    const std::filesystem::space_info space = std::filesystem::space(FilePath(folder), failed);
-    if (failed)
-        return {};
-    const std::uintmax_t megabytes = space.available >> 20;
-    return ", " +
-           (megabytes >= 10240 ? std::to_string(megabytes >> 10) + " GB"
-                               : std::to_string(megabytes) + " MB") +
-           " free";
-}
+constexpr std::uintmax_t LeastFree = std::uintmax_t{100} << 20;
 
-bool IsScarce(const std::string& folder)
+std::string SpaceText(std::uintmax_t bytes)
 {
-    std::error_code failed;
-    const std::filesystem::space_info space = std::filesystem::space(FilePath(folder), failed);
-    return !failed && space.available < (std::uintmax_t{100} << 20);
+    const std::uintmax_t megabytes = bytes >> 20;
+    return megabytes >= 10240 ? std::to_string(megabytes >> 10) + " GB" : std::to_string(megabytes) + " MB";
 }
 
 } // namespace
 
-FolderCheck CheckLogFolder(const std::string& folder, std::size_t line)
+std::optional<std::uintmax_t> FreeBytes(const std::string& folder)
+{
+    std::error_code failed;
+    const std::filesystem::space_info space = std::filesystem::space(FilePath(folder), failed);
+    return failed ? std::nullopt : std::optional(space.available);
+}
+
+FolderCheck CheckLogFolder(const std::string& folder, std::size_t line,
+                           const std::function<std::optional<std::uintmax_t>(const std::string&)>& freeBytes)
 {
     FolderCheck check;
     const auto add = [&](FindingLevel level, const std::string& text, std::size_t at = 0) {
@@ -55,11 +51,13 @@ FolderCheck CheckLogFolder(const std::string& folder, std::size_t line)
                                   : "can't be made by this user: " + existing + " can't be written.",
                    line);
     check.IsUsable = true;
+    const std::optional<std::uintmax_t> space = freeBytes(existing);
     add(FindingLevel::Ok,
         std::string(IsFolder(path) ? "can be written" : "does not exist yet and can be made") +
-            FreeSpace(existing));
-    if (IsScarce(existing))
-        add(FindingLevel::Warning, "Less than 100 MB are free.");
+            (space ? ", " + SpaceText(*space) + " free" : ""));
+    if (space && *space < LeastFree)
+        add(FindingLevel::Warning,
+            "Only " + SpaceText(*space) + " are free: a log of some hours may fill the disk.");
     if (IsFolder(path) && platform::OthersMayWriteInFolder(path))
         add(FindingLevel::Warning, "Every user may write to this folder, and change or delete logs.");
     return check;

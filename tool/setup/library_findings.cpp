@@ -62,10 +62,26 @@ CheckFinding LacksFinding(const std::string& path, const std::vector<std::string
                      " ends the application.");
 }
 
-bool NeedsNoLoading(const BinaryFacts& facts)
+bool IsOfOtherSystem(const BinaryFacts& facts)
 {
-    const bool isOfThisSystem = (facts.Format == BinaryFormat::Pe) == (platform::PathSeparator == '\\');
-    return !isOfThisSystem;
+    return (facts.Format == BinaryFormat::Pe) != (platform::PathSeparator == '\\');
+}
+
+/// A name without a folder: which file the system finds under it is known to the system alone.
+LibraryCheck CheckBareName(const std::string& name, Machine wanted)
+{
+    LibraryCheck check;
+    const std::optional<std::string> failure = TryLoading(name, wanted);
+    check.IsUsable = failure && failure->empty();
+    if (check.IsUsable)
+        check.All.push_back(About(FindingLevel::Ok, name, "is found by the system's search"));
+    else if (failure)
+        check.All.push_back(
+            About(FindingLevel::Error, name, "is not found by the system's search\n" + *failure));
+    else
+        check.All.push_back(
+            About(FindingLevel::Note, name, "not loaded: there is no command here to try it"));
+    return check;
 }
 
 } // namespace
@@ -73,6 +89,8 @@ bool NeedsNoLoading(const BinaryFacts& facts)
 LibraryCheck CheckTarget(const std::string& path, Machine wanted)
 {
     LibraryCheck check;
+    if (path.find_first_of(platform::PathSeparator == '/' ? "/" : "/\\:") == std::string::npos)
+        return CheckBareName(path, wanted);
     const LibraryLook look = LookAtLibrary(path);
     const auto fail = [&](const std::string& text) {
         check.All.push_back(About(FindingLevel::Error, path, text));
@@ -84,7 +102,7 @@ LibraryCheck CheckTarget(const std::string& path, Machine wanted)
         return fail("is no library.");
     if (look.Facts->IsMarvane)
         return fail("is Marvane itself. Write the vendor's library.");
-    if (NeedsNoLoading(*look.Facts))
+    if (IsOfOtherSystem(*look.Facts))
         return fail("is a library of another system.");
     if (look.Facts->For != wanted)
         return fail(std::string("is ") + MachineText(look.Facts->For) +

@@ -158,8 +158,15 @@ CheckFindings StoredAttribute(const ConfigurationLine& line)
 
 CheckFindings FindingsOf(const ConfigurationLine& line)
 {
-    if (line.Attribute.Kind == LineKind::NotAnAttribute)
-        return MeantAsAttribute(line);
+    if (line.Attribute.Kind == LineKind::NotAnAttribute) {
+        CheckFindings findings = MeantAsAttribute(line);
+        if (findings.empty() && !IsUtf8(line.Text))
+            findings.push_back({FindingLevel::Note,
+                                {},
+                                "The line is not UTF-8; harmless, since it holds no attribute.",
+                                line.Number});
+        return findings;
+    }
     if (!FirstMissingField(line.Text).empty() || line.Attribute.Kind == LineKind::NoName ||
         line.Attribute.Kind == LineKind::NoType || line.Attribute.Kind == LineKind::NoValue)
         return BrokenAttribute(line);

@@ -84,6 +84,11 @@ private:
                (path.size() > 2 && path[1] == ':' && (path[2] == '\\' || path[2] == '/'));
     }
 
+    bool HasFolder(const std::string& path) const
+    {
+        return path.find_first_of(separator_ == '/' ? "/" : "/\\:") != std::string::npos;
+    }
+
     bool EndsWithSeparator(const std::string& path) const
     {
         return path.ends_with(separator_) || (separator_ == '\\' && path.ends_with('/'));
@@ -124,9 +129,21 @@ private:
                        name.Line == 0 ? "is missing: no target library can be loaded. Add " +
                                             AttributeText("PDUAPILibDll", "...") + "."
                                       : "The name of the target library is empty.");
-        if (IsAbsolute(Expanded("PDUAPILibDll")) && !Expanded("InstalledPath").empty())
+        const std::string path = Expanded("PDUAPILibDll");
+        if (!HasFolder(path))
+            return;
+        if (Expanded("InstalledPath").empty()) {
+            if (!IsAbsolute(path))
+                Add(FindingLevel::Warning, "PDUAPILibDll",
+                    "A relative path: it depends on where the application was started. Write the file name alone, "
+                    "and its folder in InstalledPath.");
+        } else if (IsAbsolute(path))
             Add(FindingLevel::Error, "PDUAPILibDll",
                 "is a whole path, and InstalledPath is put before it. Write the file name alone.");
+        else
+            Add(FindingLevel::Warning, "PDUAPILibDll",
+                "holds a folder, and InstalledPath is put before it. Write the file name alone, and the whole folder "
+                "in InstalledPath.");
     }
 
     void InstalledFolder()
@@ -134,7 +151,7 @@ private:
         const SettingText installed = configuration_.Text("InstalledPath");
         const std::string folder = Expanded("InstalledPath");
         if (folder.empty()) {
-            if (!IsAbsolute(Expanded("PDUAPILibDll")))
+            if (!HasFolder(Expanded("PDUAPILibDll")))
                 Add(FindingLevel::Warning, "InstalledPath",
                     std::string(installed.Line == 0 ? "is missing" : "is empty") +
                         ": the system's search finds some library of that name. Write the folder, or \".\" for the "

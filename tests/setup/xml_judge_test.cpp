@@ -165,7 +165,8 @@ TEST(XmlJudge, AgreesOnWhatIsRefused)
                               "<a><?xml version='1.0'?></a>",
                               " <?xml version='1.0'?><a/>",
                               "<?xml?><a/>",
-
+                              "<!DOCTYPE a [<!ELEMENT \xFF ANY>]><a/>",
+                              "<!DOCTYPE a [<!ENTITY e '\x01'>]><a/>",
                               "<?xml encoding='UTF-8'?><a/>",
                               "<?xml version='1.0' standalone='maybe'?><a/>",
                               "<?XML x?><a/>",

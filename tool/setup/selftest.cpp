@@ -80,7 +80,9 @@ public:
 
     SelftestResult Run()
     {
-        if (Library("Marvane", marvane_, true) & Library("interface", interface_, false)) {
+        const bool hasMarvane = Library("Marvane", marvane_, true);
+        const bool hasInterface = Library("interface", interface_, false);
+        if (hasMarvane && hasInterface) {
             Configure("full");
             if (Session("without Marvane", interface_) && Session("with Marvane", marvane_))
                 Log();

@@ -32,7 +32,7 @@ class XmlText
 {
 public:
     /// Throws XmlError for an encoding other than those of XmlEncoding, for UTF-16 without a byte-order mark,
-    /// and for bytes that are not of the encoding.
+    /// and for bytes that are no UTF-16; bytes that are no UTF-8 are left to the scanner.
     explicit XmlText(std::string_view bytes);
 
     const std::string& Utf8() const { return text_; }

@@ -142,6 +142,7 @@ void XmlScanner::SkipDoctype()
 {
     if (!At("<!DOCTYPE") || sawRoot_ || sawDoctype_)
         Fail("\"<!\" where no declaration may be");
+    const std::size_t begin = at_;
     at_ += 9;
     sawDoctype_ = true;
     if (!SkipBlanks())
@@ -158,6 +159,7 @@ void XmlScanner::SkipDoctype()
         else if (character == '<')
             Fail("\"<\" in the DOCTYPE");
     }
+    CheckCharacters(text_.substr(begin, at_ - begin));
     ++at_;
 }
 

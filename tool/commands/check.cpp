@@ -10,6 +10,7 @@
 #include "tool/commands/finding_screen.h"
 #include "tool/commands/json_text.h"
 #include "tool/commands/setup_options.h"
+#include "tool/setup/installed_state.h"
 #include "tool/setup/root_sources.h"
 #include "tool/setup/setup_files.h"
 #include "tool/setup/surrounding_findings.h"
@@ -60,11 +61,66 @@ bool IsMarvane(const std::string& library)
     return look.Facts && look.Facts->IsMarvane;
 }
 
-/// The entries of that name, or without one those that lead to Marvane.
-std::vector<CheckReport> CheckEntries(const std::vector<std::string>& rootFiles, const std::string& name)
+/// The given root description files, else those of the machine and those that copies were installed into.
+std::vector<ReadRoot> RootsToCheck(const std::vector<std::string>& given,
+                                   const std::vector<InstalledCopy>& copies)
 {
+    std::vector<ReadRoot> roots = ReadRoots(given);
+    for (const InstalledCopy& copy : copies) {
+        const bool isKnown = std::any_of(roots.begin(), roots.end(), [&](const ReadRoot& root) {
+            return IsSameFile(root.Source.Path, copy.Root);
+        });
+        for (ReadRoot& root : isKnown ? std::vector<ReadRoot>() : ReadRoots({copy.Root})) {
+            root.Source.Origin = "installed into it";
+            roots.push_back(std::move(root));
+        }
+    }
+    return roots;
+}
+
+/// A copy that its root description file no longer leads to.
+CheckReport CheckRemoved(const InstalledCopy& copy, const std::string& trouble)
+{
+    CheckReport report = CheckChain(LibraryOfCopy(copy), std::nullopt);
+    report.Title = copy.Entry;
+    report.Result = CheckOutcome::NoLog;
+    report.All.insert(report.All.begin() + 1,
+                      {FindingLevel::Warning, "root file",
+                       copy.Root + "\n" + trouble + "\nMarvane is not called. Run \"marvane install\" again.",
+                       0});
+    return report;
+}
+
+/// Whether an entry is the one that a copy was installed for.
+bool IsOf(const InstalledCopy& copy, const ReadRoot& root, const RootEntry& entry)
+{
+    return copy.Entry == entry.ShortName && IsSameFile(copy.Root, root.Source.Path);
+}
+
+/// What an entry leads to; none without a name for one that never led to Marvane.
+std::optional<CheckReport> CheckAny(const ReadRoot& root, const RootEntry& entry,
+                                    const std::vector<InstalledCopy>& copies, bool isNamed)
+{
+    const EntryLibrary library = LibraryOf(entry);
+    if (IsMarvane(library.Path))
+        return CheckEntry(root, entry, library.Path);
+    for (const InstalledCopy& copy : copies)
+        if (IsOf(copy, root, entry))
+            return CheckRemoved(copy, TroubleOf(copy));
+    if (!isNamed)
+        return std::nullopt;
+    if (library.Path.empty())
+        throw Trouble("entry '" + entry.ShortName + "' in " + root.Source.Path + ": " + library.Fault);
+    return CheckForeignEntry(root, entry, library.Path);
+}
+
+/// The entries of that name, or without one those that lead to Marvane or led to it.
+std::vector<CheckReport> CheckEntries(const std::vector<std::string>& rootFiles, const std::string& name,
+                                      const std::string& to)
+{
+    const std::vector<InstalledCopy> copies = InstalledInto(rootFiles, to);
     std::vector<CheckReport> reports;
-    for (const ReadRoot& root : ReadRoots(rootFiles)) {
+    for (const ReadRoot& root : RootsToCheck(rootFiles, copies)) {
         if (!root.File) {
             CheckReport report;
             report.All.push_back({FindingLevel::Error, "root file", root.Source.Path + "\n" + root.Fault, 0});
@@ -72,17 +128,18 @@ std::vector<CheckReport> CheckEntries(const std::vector<std::string>& rootFiles,
             reports.push_back(std::move(report));
             continue;
         }
-        for (const RootEntry& entry : root.File->Entries) {
-            if (!name.empty() && entry.ShortName != name)
-                continue;
-            const EntryLibrary library = LibraryOf(entry);
-            if (IsMarvane(library.Path))
-                reports.push_back(CheckEntry(root, entry, library.Path));
-            else if (!name.empty() && !library.Path.empty())
-                reports.push_back(CheckForeignEntry(root, entry, library.Path));
-            else if (!name.empty())
-                throw Trouble("entry '" + name + "' in " + root.Source.Path + ": " + library.Fault);
-        }
+        for (const RootEntry& entry : root.File->Entries)
+            if (name.empty() || entry.ShortName == name)
+                if (auto report = CheckAny(root, entry, copies, !name.empty()))
+                    reports.push_back(std::move(*report));
+    }
+    // Those whose entry is gone altogether.
+    for (const InstalledCopy& copy : copies) {
+        const bool isReported = std::any_of(reports.begin(), reports.end(), [&](const CheckReport& report) {
+            return report.Title == copy.Entry;
+        });
+        if (!isReported && (name.empty() || copy.Entry == name))
+            reports.push_back(CheckRemoved(copy, TroubleOf(copy)));
     }
     return reports;
 }
@@ -121,7 +178,8 @@ std::vector<CheckReport> Reports(const Arguments& arguments)
             FolderOf(*configuration, platform::PathSeparator) + platform::OwnLibraryName;
         return {CheckChain(IsFile(beside) ? beside : OwnLibrary(), configuration)};
     }
-    std::vector<CheckReport> reports = CheckEntries(arguments.Values("--root"), name);
+    std::vector<CheckReport> reports =
+        CheckEntries(arguments.Values("--root"), name, arguments.Value("--to").value_or(""));
     if (reports.empty() && !name.empty())
         throw Trouble("no entry '" + name + "' in a root description file; 'marvane list' shows them");
     if (reports.empty())
@@ -173,7 +231,7 @@ constexpr Example Examples[] = {
     {"check --config C:\\Marvane\\D_PDU_API_CFG.xml", "a configuration file"},
 };
 
-constexpr OptionGroup Groups[] = {{"What to check", CheckOptionList}, RootOptions, JsonOptions};
+constexpr OptionGroup Groups[] = {{"What to check", CheckOptionList}, CopyOptions, RootOptions, JsonOptions};
 
 } // namespace
 

@@ -10,6 +10,8 @@
 #include "tool/setup/configuration.h"
 #include "tool/setup/configuration_choice.h"
 #include "tool/setup/configuration_text.h"
+#include "tool/setup/library_look.h"
+#include "tool/setup/root_sources.h"
 #include "tool/setup/setup_files.h"
 
 namespace marvane::tool {
@@ -30,7 +32,8 @@ Chosen Choose(const Arguments& arguments)
         return chosen;
     if (chosen.Words.empty())
         throw UsageError("give the NAME of an entry, or --config FILE");
-    chosen.Path = ConfigurationOfEntry(arguments.Values("--root"), chosen.Words.front());
+    chosen.Path = ConfigurationOfEntry(arguments.Values("--root"), chosen.Words.front(),
+                                       arguments.Value("--to").value_or(""));
     chosen.Words.erase(chosen.Words.begin());
     return chosen;
 }
@@ -182,13 +185,36 @@ int RunLevel(const Arguments& arguments, Console& console)
     return 0;
 }
 
+/// The vendor's library of an entry, whether or not Marvane is in front of it.
+std::string LibraryOfEntry(const std::vector<std::string>& roots, const std::string& name)
+{
+    for (const ReadRoot& root : ReadRoots(roots)) {
+        if (!root.File)
+            throw Trouble(root.Source.Path + " " + root.Fault);
+        for (const RootEntry& entry : root.File->Entries) {
+            if (entry.ShortName != name)
+                continue;
+            const EntryLibrary library = LibraryOf(entry);
+            if (library.Path.empty())
+                throw Trouble("entry '" + name + "' in " + root.Source.Path + ": " + library.Fault);
+            const LibraryLook look = LookAtLibrary(library.Path);
+            return look.Facts && look.Facts->IsMarvane ? ChainOf(look.Path).Target : look.Path;
+        }
+    }
+    throw Trouble("no entry '" + name + "' in a root description file; 'marvane list' shows them");
+}
+
 int RunInit(const Arguments& arguments, Console& console)
 {
     const std::string path = arguments.Operands().front();
     const bool isWindows = platform::PathSeparator == '\\';
     NewConfiguration configuration;
     std::string library = arguments.Value("--library").value_or("");
-    if (!library.empty())
+    if (const auto entry = arguments.Value("--entry")) {
+        if (!library.empty())
+            throw UsageError("give --library or --entry, not both");
+        library = LibraryOfEntry(arguments.Values("--root"), *entry);
+    } else if (!library.empty())
         library = PathText(std::filesystem::absolute(FilePath(library)).lexically_normal());
     configuration.InstalledPath = library.empty() ? "." : ParentOf(library) + platform::PathSeparator;
     configuration.TargetName =
@@ -213,8 +239,8 @@ constexpr Option FileOptionList[] = {
     {"--config", "FILE", "This configuration instead of that of an entry"},
 };
 constexpr OptionGroup FileOptions = {"Which configuration", FileOptionList};
-constexpr OptionGroup GetGroups[] = {FileOptions, RootOptions, JsonOptions};
-constexpr OptionGroup SetGroups[] = {FileOptions, RootOptions};
+constexpr OptionGroup GetGroups[] = {FileOptions, CopyOptions, RootOptions, JsonOptions};
+constexpr OptionGroup SetGroups[] = {FileOptions, CopyOptions, RootOptions};
 
 constexpr Example GetExamples[] = {
     {"get VendorPDU", "the settings of an entry, with their lines"},
@@ -231,12 +257,14 @@ constexpr Example LevelExamples[] = {
 
 constexpr Option InitOptionList[] = {
     {"--library", "FILE", "The target library"},
+    {"--entry", "NAME", "The target library is that of this entry of the root description file"},
     {"--log-dir", "FOLDER", "Folder of the logs"},
     {"--level", "LEVEL", "calls, arguments, decoded (the default) or full", LevelNames},
 };
-constexpr OptionGroup InitGroups[] = {{"What it says", InitOptionList}};
+constexpr OptionGroup InitGroups[] = {{"What it says", InitOptionList}, RootOptions};
 constexpr Example InitExamples[] = {
     {"init D_PDU_API_CFG.xml", "a configuration to fill in"},
+    {"init D_PDU_API_CFG.xml --entry VendorPDU", "for the library of an entry"},
     {"init D_PDU_API_CFG.xml --library /opt/vendor/libpdu.so --log-dir /var/log/marvane/", "one that works"},
 };
 

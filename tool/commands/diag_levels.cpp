@@ -162,7 +162,7 @@ constexpr Example Examples[] = {
     {"diag-levels DATA=DEBUG", "report how the configuration is read, from the next line on"},
     {"diag-levels all=WARN", "as it is at first"},
 };
-constexpr OptionGroup Groups[] = {JsonOptions};
+constexpr OptionGroup Groups[] = {RootOptions, JsonOptions};
 
 } // namespace
 
@@ -174,7 +174,8 @@ constinit const Command DiagLevelsCommand = {
     .Description =
         "The diagnostic log is what the logger library reports about itself. LEVEL is OFF, ERROR, WARN, NOTICE, INFO, "
         "DEBUG, DEBUG1, DEBUG2 or DEBUG3; the subsystem \"all\" is each of them. Running processes follow at once. The "
-        "library writes records under GENERAL, APP and DATA.",
+        "library writes records under GENERAL, APP and DATA. The levels are those of the user, of every entry alike: "
+        "--root has no effect.",
     .Examples = Examples,
     .Groups = Groups,
     .Run = RunDiagLevels,

@@ -120,10 +120,9 @@ constexpr Option UninstallOptionList[] = {
     {"--all", "", "Everything that was installed"},
     {"--logs", "", "Delete the log files too"},
     {"--dry-run", "", "Show what would be changed and change nothing"},
-    {"--to", "FOLDER", "Where the copies are, if install was told so"},
 };
 
-constexpr OptionGroup UninstallGroups[] = {{"What to do", UninstallOptionList}, RootOptions};
+constexpr OptionGroup UninstallGroups[] = {{"What to do", UninstallOptionList}, CopyOptions, RootOptions};
 
 constexpr Example UninstallExamples[] = {
     {"uninstall VendorPDU", "applications load the vendor's library again"},

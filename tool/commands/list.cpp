@@ -26,7 +26,7 @@ std::string BehindText(const LibraryLook& marvane)
         return Row("", "no configuration beside it: " + chain.Configuration);
     if (chain.Target.empty())
         return Row("", "its configuration names no target library: " + chain.Configuration);
-    return Row("behind it", chain.Target) + Row("", LibrarySummary(LookAtLibrary(chain.Target)));
+    return Row("target", chain.Target) + Row("", LibrarySummary(LookAtLibrary(chain.Target)));
 }
 
 std::string EntryText(const RootFile& file, const RootEntry& entry)

@@ -13,6 +13,11 @@ inline constexpr Option RootOptionList[] = {
 };
 inline constexpr OptionGroup RootOptions = {"Root description file", RootOptionList};
 
+inline constexpr Option CopyOptionList[] = {
+    {"--to", "FOLDER", "Where the copies are, if install was told so"},
+};
+inline constexpr OptionGroup CopyOptions = {"Copies of Marvane", CopyOptionList};
+
 inline constexpr Option JsonOptionList[] = {
     {"--json", "", "One JSON document instead of the text"},
 };

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "config/paths.h"
+#include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/library.h"
@@ -9,11 +10,11 @@
 #include "tool/commands/console.h"
 #include "tool/commands/json_text.h"
 #include "tool/commands/setup_options.h"
-#include "tool/read/log_files.h"
-#include "tool/read/log_reader.h"
+#include "tool/commands/status_logs.h"
 #include "tool/setup/configuration.h"
 #include "tool/setup/configuration_text.h"
 #include "tool/setup/install.h"
+#include "tool/setup/installed_state.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/root_sources.h"
 #include "tool/setup/setup_files.h"
@@ -21,8 +22,6 @@
 namespace marvane::tool {
 
 namespace {
-
-constexpr std::size_t MostSessions = 3;
 
 /// A chain application -> Marvane -> library.
 struct Installation
@@ -34,39 +33,12 @@ struct Installation
     std::string Installed; ///< version by the record; empty for one that install did not make
 };
 
-/// What became of the root file since the installation; empty if it still leads there.
-std::string TroubleOf(const InstalledCopy& copy)
-{
-    const auto bytes = ReadFileBytes(copy.Root, RootFileLimit);
-    if (!bytes)
-        return "the root description file is gone: " + copy.Root;
-    try {
-        for (const RootEntry& entry : ParseRootFile(*bytes).Entries)
-            if (entry.ShortName == copy.Entry)
-                return entry.RawUri == copy.NewUri
-                           ? std::string()
-                           : "somebody put another path into the root description file: " +
-                                 entry.Uri.value_or(entry.RawUri);
-    } catch (const XmlError& error) {
-        return copy.Root + " " + error.what();
-    }
-    return "the entry is gone from " + copy.Root;
-}
-
 std::vector<Installation> Installations(const Arguments& arguments)
 {
     std::vector<Installation> found;
     const std::vector<std::string>& roots = arguments.Values("--root");
-    for (const InstalledCopy& copy : InstalledCopies(CopyFolders(arguments.Value("--to").value_or("")))) {
-        const bool isWanted =
-            roots.empty() || std::any_of(roots.begin(), roots.end(), [&](const std::string& root) {
-                return IsSameFile(root, copy.Root);
-            });
-        if (isWanted)
-            found.push_back({copy.Entry, copy.Root,
-                             copy.Folder + platform::PathSeparator + platform::OwnLibraryName,
-                             TroubleOf(copy), copy.Version});
-    }
+    for (const InstalledCopy& copy : InstalledInto(roots, arguments.Value("--to").value_or("")))
+        found.push_back({copy.Entry, copy.Root, LibraryOfCopy(copy), TroubleOf(copy), copy.Version});
     // Those that were put there by hand, or into another folder.
     for (const ReadRoot& root : ReadRoots(roots))
         for (const RootEntry& entry : root.File ? root.File->Entries : std::vector<RootEntry>()) {
@@ -97,77 +69,26 @@ std::string LevelText(const Configuration& configuration)
     return value(NumericKey::LogFnCalls) == 0 ? "on, headers only" : "on";
 }
 
-/// Counts what a file of a log holds.
-class SessionCount : public read::LogSink
+/// Local time of now.
+read::LogTime LocalNow()
 {
-public:
-    void OnSession(const read::Session& session) override { last_ = session.Number; }
-    void OnCall(const read::Call& call) override
-    {
-        ++calls_;
-        failed_ += call.HasFailed() ? 1 : 0;
-        if (call.State == read::CallState::InFlight)
-            open_ = call.Name;
-    }
-    std::string Text(const read::LogReader& reader) const
-    {
-        const read::Session* const session = reader.FindSession(last_);
-        std::string text = std::to_string(calls_) + " calls, " + std::to_string(failed_) + " failed";
-        if (!session)
-            return text;
-        const std::int64_t tenths = (session->LastTime - session->BeginTime) / 100;
-        text += ", " + std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " s";
-        if (session->IsEnded)
-            return text + ", ended with PDUDestruct";
-        return text + (open_.empty() ? ", no PDUDestruct" : ", inside " + open_ + " at the end");
-    }
-
-private:
-    std::uint32_t last_ = 0;
-    std::uint64_t calls_ = 0;
-    std::uint64_t failed_ = 0;
-    std::string open_;
-};
-
-std::string SessionText(const read::LogFile& file)
-{
-    SessionCount count;
-    read::LogReader reader(count, read::Wants::Calls);
-    if (!read::ReadLogFile(file, reader))
-        return "can't be read";
-    reader.Finish();
-    return count.Text(reader);
+    const std::tm now = platform::LocalCalendarTime();
+    const read::Date date = {now.tm_year + 1900, static_cast<unsigned>(now.tm_mon) + 1,
+                             static_cast<unsigned>(now.tm_mday)};
+    const std::int64_t seconds = now.tm_hour * 3600 + now.tm_min * 60 + now.tm_sec;
+    return {read::DaysOf(date) * read::MillisecondsPerDay + seconds * 1000};
 }
 
-std::string SizeText(std::uint64_t bytes)
+/// How many log files are kept; 0 if one grows for ever.
+std::uint64_t MostFiles(const Configuration& configuration)
 {
-    const std::uint64_t tenths = bytes * 10 / (1u << 20);
-    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " MB";
+    const std::uint64_t most = configuration.Number(NumericKey::LogFileMaxNum).Value;
+    return most == 0 ? 0 : most + 2;
 }
 
-std::vector<read::LogFile> LogsIn(const std::string& folder)
+std::string FolderOfConfiguration(const Configuration& configuration)
 {
-    if (!IsFolder(folder))
-        return {};
-    std::vector<read::LogFile> files = read::FindLogFiles({folder}).Files;
-    std::erase_if(files, [](const read::LogFile& file) { return file.Family != LogFamily::Api; });
-    return files;
-}
-
-/// The rows about the logs of a folder.
-std::string LogRows(const std::string& folder)
-{
-    const std::vector<read::LogFile> files = LogsIn(folder);
-    std::uint64_t size = 0;
-    for (const read::LogFile& file : files)
-        size += file.Size;
-    std::string rows = "   logs in     " + folder + "   " + std::to_string(files.size()) +
-                       (files.size() == 1 ? " file, " : " files, ") + SizeText(size) + "\n";
-    for (std::size_t i = 0; i < std::min(files.size(), MostSessions); ++i) {
-        const read::LogFile& file = files[files.size() - 1 - i];
-        rows += "               " + PathText(file.Path.filename()) + "   " + SessionText(file) + "\n";
-    }
-    return rows;
+    return LogFolder(configuration.Text(LogFileDirKey.Name).Value, platform::ExpandEnvironment);
 }
 
 std::string VersionOf(const LibraryLook& look)
@@ -192,9 +113,10 @@ std::string InstallationText(const Installation& installation)
     const Chain chain = ChainOf(installation.Copy);
     const LibraryLook target = LookAtLibrary(chain.Target);
     const Configuration configuration = ReadConfiguration(chain.Configuration);
-    std::string text = installation.Entry + "\n   chain       application -> Marvane" + VersionOf(copy) +
-                       " -> " + (chain.Target.empty() ? "?" : FileNameOf(chain.Target)) + VersionOf(target) +
-                       "\n";
+    std::string text = installation.Entry + "   " + installation.Root + "\n   application -> Marvane" +
+                       VersionOf(copy) + " -> " + (chain.Target.empty() ? "?" : FileNameOf(chain.Target)) +
+                       VersionOf(target) +
+                       (chain.HasConfiguration ? "   logging: " + LevelText(configuration) : "") + "\n";
     if (!installation.Trouble.empty())
         text += " ! not used    " + installation.Trouble + "\n";
     if (!copy.Facts)
@@ -203,10 +125,21 @@ std::string InstallationText(const Installation& installation)
         return text + " X config      " + chain.Configuration + " does not exist\n";
     if (!target.Facts)
         text += " X library     " + chain.Target + " " + LibrarySummary(target) + "\n";
-    text += OutdatedRow(copy) + "   logging     " + LevelText(configuration) + "\n";
-    const std::string folder =
-        LogFolder(configuration.Text(LogFileDirKey.Name).Value, platform::ExpandEnvironment);
-    return text + (folder.empty() ? std::string() : LogRows(folder));
+    text += OutdatedRow(copy);
+    const std::string folder = FolderOfConfiguration(configuration);
+    return text + (folder.empty() ? "" : LogRows(LookAtLogs(folder), MostFiles(configuration), LocalNow()));
+}
+
+std::string SessionJson(const SessionFacts& session)
+{
+    return JsonObject()
+        .Add("file", session.Path)
+        .Add("duration_ms", session.Ms)
+        .Add("calls", session.Calls)
+        .Add("failed", session.Failed)
+        .Add("ended", session.IsEnded)
+        .Add("outcome", OutcomeOf(session))
+        .Text();
 }
 
 std::string InstallationJson(const Installation& installation)
@@ -214,12 +147,7 @@ std::string InstallationJson(const Installation& installation)
     const LibraryLook copy = LookAtLibrary(installation.Copy);
     const Chain chain = ChainOf(installation.Copy);
     const Configuration configuration = ReadConfiguration(chain.Configuration);
-    const std::string folder =
-        LogFolder(configuration.Text(LogFileDirKey.Name).Value, platform::ExpandEnvironment);
-    const std::vector<read::LogFile> files = LogsIn(folder);
-    std::uint64_t size = 0;
-    for (const read::LogFile& file : files)
-        size += file.Size;
+    const FolderOfLogs logs = LookAtLogs(FolderOfConfiguration(configuration));
     JsonObject object;
     object.Add("entry", installation.Entry)
         .Add("root_file", installation.Root)
@@ -229,14 +157,13 @@ std::string InstallationJson(const Installation& installation)
     object.Add("in_effect", installation.Trouble.empty());
     if (!installation.Trouble.empty())
         object.Add("trouble", installation.Trouble);
-    object.Add("target", chain.Target).Add("logging", LevelText(configuration)).Add("log_folder", folder);
-    object.Add("log_files", files.size()).Add("log_bytes", size);
+    object.Add("target", chain.Target)
+        .Add("logging", LevelText(configuration))
+        .Add("log_folder", logs.Folder);
+    object.Add("log_files", logs.Files).Add("log_bytes", logs.Bytes);
     JsonArray sessions;
-    for (std::size_t i = 0; i < std::min(files.size(), MostSessions); ++i) {
-        const read::LogFile& file = files[files.size() - 1 - i];
-        sessions.AddRaw(
-            JsonObject().Add("file", PathText(file.Path)).Add("outcome", SessionText(file)).Text());
-    }
+    for (const SessionFacts& session : logs.Newest)
+        sessions.AddRaw(SessionJson(session));
     return object.AddRaw("newest", sessions.Text()).Text();
 }
 
@@ -260,10 +187,7 @@ int RunStatus(const Arguments& arguments, Console& console)
     return trouble ? 1 : 0;
 }
 
-constexpr Option StatusOptionList[] = {
-    {"--to", "FOLDER", "Where the copies are, if install was told so"},
-};
-constexpr OptionGroup Groups[] = {{"Which installations", StatusOptionList}, RootOptions, JsonOptions};
+constexpr OptionGroup Groups[] = {CopyOptions, RootOptions, JsonOptions};
 constexpr Example Examples[] = {
     {"status", "every chain from application to library, and its newest logs"},
 };

@@ -1,26 +1,48 @@
 #include "tool/setup/configuration_choice.h"
 
 #include "tool/commands/arguments.h"
+#include "tool/setup/installed_state.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/root_sources.h"
 
 namespace marvane::tool {
 
-std::string ConfigurationOfEntry(const std::vector<std::string>& roots, const std::string& name)
+namespace {
+
+/// The configuration of the newest copy that was installed for an entry; empty if there is none.
+std::string InstalledConfiguration(const std::vector<std::string>& roots, const std::string& name,
+                                   const std::string& to)
 {
+    const InstalledCopy* newest = nullptr;
+    const std::vector<InstalledCopy> copies = InstalledInto(roots, to);
+    for (const InstalledCopy& copy : copies)
+        if (copy.Entry == name && (!newest || copy.Installed > newest->Installed))
+            newest = &copy;
+    return newest ? ConfigurationOfCopy(*newest) : std::string();
+}
+
+} // namespace
+
+std::string ConfigurationOfEntry(const std::vector<std::string>& roots, const std::string& name,
+                                 const std::string& to)
+{
+    bool isEntry = false;
     for (const ReadRoot& root : ReadRoots(roots)) {
         if (!root.File)
             throw Trouble(root.Source.Path + " " + root.Fault);
         for (const RootEntry& entry : root.File->Entries) {
             if (entry.ShortName != name)
                 continue;
+            isEntry = true;
             const LibraryLook look = LookAtLibrary(LibraryOf(entry).Path);
-            if (!look.Facts || !look.Facts->IsMarvane)
-                throw Trouble("entry '" + name +
-                              "' does not lead to Marvane; 'marvane install' puts it there");
-            return ChainOf(look.Path).Configuration;
+            if (look.Facts && look.Facts->IsMarvane)
+                return ChainOf(look.Path).Configuration;
         }
     }
+    if (std::string installed = InstalledConfiguration(roots, name, to); !installed.empty())
+        return installed;
+    if (isEntry)
+        throw Trouble("entry '" + name + "' does not lead to Marvane; 'marvane install' puts it there");
     throw Trouble("no entry '" + name + "' in a root description file; 'marvane list' shows them");
 }
 

@@ -6,8 +6,9 @@
 
 namespace marvane::tool {
 
-/// Path of the configuration beside the copy of Marvane that an entry leads to. Throws Trouble if there is no
-/// such entry, or if it does not lead to Marvane.
-std::string ConfigurationOfEntry(const std::vector<std::string>& roots, const std::string& name);
+/// Path of the configuration beside the copy of Marvane that an entry leads to, or that was installed for it
+/// below `to` (empty: the default folders) and is no longer used. Throws Trouble if there is neither.
+std::string ConfigurationOfEntry(const std::vector<std::string>& roots, const std::string& name,
+                                 const std::string& to = {});
 
 } // namespace marvane::tool

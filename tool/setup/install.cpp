@@ -326,7 +326,17 @@ private:
             RemoveLeftOver(plan);
             report += Report(plan);
         }
-        return report + notes_;
+        return report + notes_ + NextStep();
+    }
+
+    /// What the user does then, if an entry leads to Marvane from now on.
+    std::string NextStep() const
+    {
+        if (contents_.empty())
+            return {};
+        return "restart the application; then 'marvane talk" +
+               (options_.Name.empty() ? std::string() : " --entry " + options_.Name) +
+               "' shows what it says, and 'marvane check' tells why nothing is logged\n";
     }
 
     static void WriteCopy(FileChanges& changes, const EntryPlan& plan)
@@ -401,7 +411,7 @@ private:
         if (plan.ChangesUri) {
             add("changed", "LIBRARY_FILE of " + Quoted(plan.Name) + " in " + targets_.at(plan.Root));
             add("backup", backups_.at(plan.Root));
-            add("behind it", plan.Vendor);
+            add("target", plan.Vendor);
             add("logs", ParseConfiguration(plan.Configuration).Text("LogFileDir").Value);
         }
         return report;

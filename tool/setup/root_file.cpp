@@ -52,6 +52,7 @@ private:
             throw XmlError("is no root description file: its root element is " + std::string(tag.Name),
                            tag.Range.Begin);
         if (name == "MVCI_PDU_API") {
+            field_ = nullptr; // It points into an entry, and the entries move.
             Entries.emplace_back();
             Entries.back().Line = LineOf(text_.Utf8(), tag.Range.Begin);
             Entries.back().Nested = tag.Depth != 1;

@@ -50,6 +50,18 @@ TEST(RootFile, KnowsTheModuleDescriptionOfAnEntry)
     EXPECT_EQ(file.Entries[1].ModuleDescription, std::nullopt);
 }
 
+TEST(RootFile, TakesAnEntryInsideANameForNestedAndNotForTheName)
+{
+    const RootFile file = ParseRootFile(
+        Root("<MVCI_PDU_API><SHORT_NAME>One<MVCI_PDU_API><SHORT_NAME>Two</SHORT_NAME></MVCI_PDU_API>"
+             "more</SHORT_NAME></MVCI_PDU_API>"));
+    ASSERT_EQ(file.Entries.size(), 2u);
+    EXPECT_EQ(file.Entries[0].ShortName, "One");
+    EXPECT_EQ(file.Entries[1].ShortName, "Two");
+    EXPECT_FALSE(file.Entries[0].Nested);
+    EXPECT_TRUE(file.Entries[1].Nested);
+}
+
 TEST(RootFile, ChangesTheBytesOfItsUrisAlone)
 {
     const std::string root = Root(Entry("One", OneUri) + Entry("Two", OneUri));

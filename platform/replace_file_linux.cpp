@@ -4,9 +4,11 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace marvane::platform {
@@ -62,15 +64,52 @@ void FlushFolder(const std::string& path)
         fsync(folder.Number());
 }
 
-/// As CreateNewFile; with owner and mode of another file.
-std::string Create(const std::string& path, std::string_view bytes, const std::optional<struct stat>& like)
+/// Whether a file without this attribute grants other rights, or lacks what a user has noted on it. The
+/// others belong to the system, which gives a new file its own.
+bool MustBeKept(const std::string& attribute)
 {
-    const mode_t mode = like ? like->st_mode & 07777 : 0644;
+    return attribute == "system.posix_acl_access" || attribute.starts_with("user.");
+}
+
+/// Gives a file the extended attributes of another one, access lists among them. False if one that must be
+/// kept can't be.
+bool CopyAttributes(const std::string& from, int to)
+{
+    const Descriptor source(open(from.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+    const ssize_t size = source.Number() < 0 ? -1 : flistxattr(source.Number(), nullptr, 0);
+    if (size <= 0)
+        return true; // None, or a file system without them.
+    std::vector<char> names(static_cast<std::size_t>(size));
+    const ssize_t filled = flistxattr(source.Number(), names.data(), names.size());
+    for (const char* name = names.data(); filled > 0 && name < names.data() + filled;
+         name += std::strlen(name) + 1) {
+        const ssize_t length = fgetxattr(source.Number(), name, nullptr, 0);
+        std::vector<char> value(length > 0 ? static_cast<std::size_t>(length) : 0);
+        const bool isRead =
+            length >= 0 && fgetxattr(source.Number(), name, value.data(), value.size()) == length;
+        if ((!isRead || fsetxattr(to, name, value.data(), value.size(), 0) != 0) && MustBeKept(name))
+            return false;
+    }
+    return true;
+}
+
+/// A file whose owner, rights and attributes a new one takes over.
+struct Model
+{
+    std::string Path;
+    struct stat Status;
+};
+
+/// As CreateNewFile; with owner, mode and extended attributes of another file.
+std::string Create(const std::string& path, std::string_view bytes, const std::optional<Model>& like)
+{
+    const mode_t mode = like ? like->Status.st_mode & 07777 : 0644;
     const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     if (file.Number() < 0)
         return LastError();
     std::string failure;
-    if (like && (fchown(file.Number(), like->st_uid, like->st_gid) != 0 || fchmod(file.Number(), mode) != 0))
+    if (like && (fchown(file.Number(), like->Status.st_uid, like->Status.st_gid) != 0 ||
+                 fchmod(file.Number(), mode) != 0 || !CopyAttributes(like->Path, file.Number())))
         failure = "owner and rights can't be kept: " + LastError();
     else if (!WriteAll(file.Number(), bytes) || fsync(file.Number()) != 0)
         failure = LastError();
@@ -100,7 +139,7 @@ std::string ReplaceFileContents(const std::string& path, std::string_view bytes,
     // Left by a run that was interrupted.
     const std::string beside = path + ".marvane-new";
     unlink(beside.c_str());
-    std::string failure = Create(beside, bytes, old);
+    std::string failure = Create(beside, bytes, Model{path, old});
     if (!failure.empty())
         return failure;
     const auto remove = [](const std::string* file) { unlink(file->c_str()); };

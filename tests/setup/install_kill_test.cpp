@@ -1,6 +1,7 @@
 // An install that is killed at every change that it asks the system for, and one without the rights for it.
 #include <csignal>
 #include <cstdint>
+#include <functional>
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
@@ -12,7 +13,9 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/session.h"
+#include "tool/setup/folder_findings.h"
 #include "tool/setup/install.h"
+#include "tool/setup/library_findings.h"
 
 namespace marvane::tool {
 namespace {
@@ -68,6 +71,7 @@ bool IsChange(const user_regs_struct& registers)
     case SYS_mkdir:
     case SYS_fchmod:
     case SYS_fchown:
+    case SYS_fsetxattr:
         return true;
     default:
         return false;
@@ -139,8 +143,8 @@ TEST(KilledInstall, LeavesTheOldOrTheNewFileAtEveryChange)
     EXPECT_GT(news, 0);
 }
 
-/// What Install says to another user, in a process of that user.
-std::string RefusalAsOtherUser(const InstallOptions& options)
+/// The text that an action returns to another user, in a process of that user.
+std::string AsOtherUser(const std::function<std::string()>& action)
 {
     int pipes[2];
     if (pipe(pipes) != 0)
@@ -148,15 +152,11 @@ std::string RefusalAsOtherUser(const InstallOptions& options)
     const pid_t child = fork();
     if (child == 0) {
         constexpr unsigned nobody = 65534;
-        std::string text = "not refused";
+        std::string text;
         if (geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0))
             text = "the user can't be changed";
         else
-            try {
-                Install(options);
-            } catch (const InstallRefused& refused) {
-                text = refused.what();
-            }
+            text = action();
         _exit(write(pipes[1], text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? 0 : 1);
     }
     close(pipes[1]);
@@ -165,6 +165,55 @@ std::string RefusalAsOtherUser(const InstallOptions& options)
     close(pipes[0]);
     waitpid(child, nullptr, 0);
     return size < 0 ? std::string() : std::string(text, static_cast<std::size_t>(size));
+}
+
+/// What Install says to another user.
+std::string RefusalAsOtherUser(const InstallOptions& options)
+{
+    return AsOtherUser([&] {
+        try {
+            Install(options);
+        } catch (const InstallRefused& refused) {
+            return std::string(refused.what());
+        }
+        return std::string("not refused");
+    });
+}
+
+/// The findings about a log folder, each with its level.
+std::string FolderTexts(const std::string& folder)
+{
+    std::string texts;
+    for (const CheckFinding& finding :
+         CheckLogFolder(folder, 5, [](const std::string&) { return std::nullopt; }).All)
+        texts += std::to_string(static_cast<int>(finding.Level)) + " " + finding.Text + "\n";
+    return texts;
+}
+
+TEST(LogFolderOfAnotherUser, CanBeNeitherWrittenNorMade)
+{
+    const testing::TemporaryFolder folder;
+    std::filesystem::permissions(folder.Path(), std::filesystem::perms(0555));
+    const std::string path = folder.Path().string();
+    EXPECT_EQ(AsOtherUser([&] { return FolderTexts(path); }),
+              "3 " + path + "\ncan't be written by this user.\n");
+    EXPECT_EQ(AsOtherUser([&] { return FolderTexts(path + "/logs/"); }),
+              "3 " + path + "/logs/\ncan't be made by this user: " + path + " can't be written.\n");
+    std::filesystem::permissions(folder.Path(), std::filesystem::perms(0755));
+}
+
+TEST(FolderThatOthersMayWrite, IsWarnedAbout)
+{
+    const testing::TemporaryFolder folder;
+    const std::string path = folder.Path().string();
+    EXPECT_EQ(FolderTexts(path), "0 " + path + "\ncan be written\n");
+    std::filesystem::permissions(folder.Path(), std::filesystem::perms(0777));
+    EXPECT_EQ(FolderTexts(path), "0 " + path + "\ncan be written\n2 " + path +
+                                     "\nEvery user may write to this folder, and change or delete logs.\n");
+    const std::string library = folder / "libSimVci.so";
+    std::filesystem::copy_file(testing::BuildFolder() + "libSimVci.so", library);
+    EXPECT_EQ(CheckTarget(library, OwnMachine()).All.back().Text,
+              "Every user may write to its folder: " + path);
 }
 
 TEST(InstallWithoutRights, SaysWhichItNeedsAndLeavesNoTrace)

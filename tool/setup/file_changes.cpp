@@ -10,8 +10,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* OldMark = ".marvane-old";
-
 void Announce()
 {
     if (FileChanges::BeforeChange)
@@ -28,6 +26,15 @@ void RemoveQuietly(const std::string& path)
 {
     std::error_code failed;
     fs::remove(FilePath(path), failed);
+}
+
+/// A name for a file that is in use: earlier ones may be in use still.
+std::string OldName(const std::string& path)
+{
+    std::string old = path + OldMark;
+    for (int number = 2; IsFile(old); ++number)
+        old = path + "." + std::to_string(number) + OldMark;
+    return old;
 }
 
 } // namespace
@@ -87,8 +94,7 @@ void FileChanges::Replace(const std::string& path, const std::string& old, std::
 
 void FileChanges::ReplaceInUse(const std::string& path, std::string_view bytes)
 {
-    const std::string old = path + OldMark;
-    RemoveQuietly(old);
+    const std::string old = OldName(path);
     Announce();
     Require(platform::RenameFile(path, old), path);
     undo_.emplace_back([path, old] { platform::RenameFile(old, path); });
@@ -97,12 +103,18 @@ void FileChanges::ReplaceInUse(const std::string& path, std::string_view bytes)
 
 bool RemoveOrRename(const std::string& path)
 {
-    RemoveQuietly(path + OldMark);
     RemoveQuietly(path);
     if (!IsFile(path))
         return true;
-    platform::RenameFile(path, path + OldMark);
+    platform::RenameFile(path, OldName(path));
     return false;
+}
+
+void RemoveOldFiles(const std::string& folder)
+{
+    for (const std::string& name : NamesIn(folder))
+        if (name.ends_with(OldMark))
+            RemoveQuietly(PathText(FilePath(folder) / FilePath(name)));
 }
 
 } // namespace marvane::tool

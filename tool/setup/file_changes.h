@@ -11,6 +11,9 @@ namespace marvane::tool {
 /// What the name of a file ends with while it is being written.
 inline constexpr const char* UnfinishedMark = ".marvane-new";
 
+/// What the name of a library ends with that was renamed because it was in use.
+inline constexpr const char* OldMark = ".marvane-old";
+
 class FileChanges
 {
 public:
@@ -43,7 +46,11 @@ private:
     std::vector<std::function<void()>> undo_; ///< the last change last
 };
 
-/// Removes a file that may be in use: where it can't be removed it is renamed, for the next time. False then.
+/// Removes a file that may be in use: where it can't be removed it is renamed, for RemoveOldFiles. False
+/// then.
 bool RemoveOrRename(const std::string& path);
+
+/// Removes the files in a folder that were renamed because they were in use, as far as nobody uses them now.
+void RemoveOldFiles(const std::string& folder);
 
 } // namespace marvane::tool

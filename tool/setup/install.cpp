@@ -73,13 +73,14 @@ std::string LogFolderByDefault(const std::string& entry)
                                           : "%LOCALAPPDATA%\\Marvane\\logs\\" + name + "\\";
 }
 
-/// True for a folder that is missing, empty, or left by a run that was interrupted before its record was
-/// there.
+/// True for a folder that is missing, empty, left by a run that was interrupted before its record was there,
+/// or left with a library that was in use when it was uninstalled.
 bool HoldsNothingFinished(const std::string& folder)
 {
     const std::vector<std::string> names = NamesIn(folder);
-    return std::all_of(names.begin(), names.end(),
-                       [](const std::string& name) { return name.ends_with(UnfinishedMark); });
+    return std::all_of(names.begin(), names.end(), [](const std::string& name) {
+        return name.ends_with(UnfinishedMark) || name.ends_with(OldMark);
+    });
 }
 
 class Installer
@@ -323,9 +324,10 @@ private:
             WriteRoot(changes, root, bytes);
         changes.Keep();
         for (const EntryPlan& plan : plans_) {
-            RemoveLeftOver(plan);
+            RemoveOldFiles(plan.Record.Folder);
             report += Report(plan);
         }
+        RemoveLeftCopies(CopyFolders(options_.To));
         return report + notes_ + NextStep();
     }
 
@@ -361,8 +363,6 @@ private:
         else
             changes.Create(path, bytes);
     }
-
-    static void RemoveLeftOver(const EntryPlan& plan) { RemoveOrRename(plan.Copy + ".marvane-old"); }
 
     /// Loads the copy, then the vendor's library, as the application will.
     void TryChain(const EntryPlan& plan)

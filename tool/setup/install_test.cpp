@@ -341,6 +341,45 @@ TEST_F(Uninstalling, LeavesAPathThatAVendorHasPutBack)
     EXPECT_EQ(RootBytes(), before);
 }
 
+TEST_F(Uninstalling, ACopyInUseLeavesItUntilTheNextTime)
+{
+    if (platform::PathSeparator != '\\')
+        GTEST_SKIP() << "a library in use can be removed here";
+    WriteRoot(Entry("One"));
+    Install(Options());
+    const std::string before = Traces();
+    const platform::LoadedLibrary held =
+        platform::LoadTargetLibrary((folder.Path() / "copies" / "One" / platform::OwnLibraryName).string());
+    ASSERT_NE(held.Handle, nullptr) << held.Error;
+    EXPECT_EQ(Uninstalled(),
+              "One\n"
+              "   restored      LIBRARY_FILE of \"One\" in DIR/root.xml\n"
+              "   kept          DIR/copies/One: an application still uses the library there; the next "
+              "install or uninstall removes it\n");
+    EXPECT_EQ(Traces(), "copies\ncopies/One\ncopies/One/LIBRARY.marvane-old\nroot.xml\n");
+    // Installed again meanwhile, it takes the same folder.
+    Install(Options());
+    EXPECT_NE(Traces().find("copies/One/LIBRARY.marvane-old\n"), std::string::npos);
+    EXPECT_EQ(Traces().find("copies/One-2"), std::string::npos);
+    platform::UnloadLibrary(held.Handle);
+    Uninstalled();
+    EXPECT_EQ(Traces(), "copies\nroot.xml\n");
+}
+
+TEST_F(Uninstalling, RemovesWhatWasLeftInUseTheNextTime)
+{
+    std::filesystem::create_directories(folder.Path() / "copies" / "One");
+    const std::string old = std::string(platform::OwnLibraryName) + ".marvane-old";
+    testing::WriteFileBytes(folder.Path() / "copies" / "One" / old, "library");
+    EXPECT_EQ(Uninstalled(), "   removed       DIR/copies/One, left while an application still used it\n");
+    EXPECT_EQ(Traces(), "copies\n");
+    // What is not of this command stays.
+    std::filesystem::create_directories(folder.Path() / "copies" / "Mine");
+    testing::WriteFileBytes(folder.Path() / "copies" / "Mine" / "notes.marvane-old", "mine");
+    EXPECT_THROW(Uninstalled(), InstallRefused);
+    EXPECT_EQ(Traces(), "copies\ncopies/Mine\ncopies/Mine/notes.marvane-old\n");
+}
+
 TEST_F(Uninstalling, DeletesLogsOnlyIfTold)
 {
     WriteRoot(Entry("One"));

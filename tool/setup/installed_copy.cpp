@@ -1,5 +1,6 @@
 #include "tool/setup/installed_copy.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <utility>
@@ -7,6 +8,8 @@
 #include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/library.h"
+#include "tool/setup/file_changes.h"
 #include "tool/setup/setup_files.h"
 
 namespace marvane::tool {
@@ -77,6 +80,27 @@ std::vector<InstalledCopy> InstalledCopies(const std::vector<std::string>& folde
             if (std::optional<InstalledCopy> copy = ReadRecord(folder + platform::PathSeparator + name))
                 copies.push_back(std::move(*copy));
     return copies;
+}
+
+std::vector<std::string> RemoveLeftCopies(const std::vector<std::string>& folders)
+{
+    std::vector<std::string> removed;
+    for (const std::string& folder : folders)
+        for (const std::string& name : NamesIn(folder)) {
+            const std::string copy = folder + platform::PathSeparator + name;
+            const std::vector<std::string> files = NamesIn(copy);
+            const bool isLeft =
+                !files.empty() && std::all_of(files.begin(), files.end(), [](const std::string& file) {
+                    return file.starts_with(platform::OwnLibraryName) && file.ends_with(OldMark);
+                });
+            if (!isLeft)
+                continue;
+            RemoveOldFiles(copy);
+            std::error_code notEmpty;
+            if (std::filesystem::remove(FilePath(copy), notEmpty))
+                removed.push_back(copy);
+        }
+    return removed;
 }
 
 std::string DefaultCopyFolder(Machine machine)

@@ -31,6 +31,10 @@ std::optional<InstalledCopy> ReadRecord(const std::string& folder);
 /// Every copy below these folders.
 std::vector<InstalledCopy> InstalledCopies(const std::vector<std::string>& folders);
 
+/// Removes the folders below these that hold nothing but libraries of copies that were in use when they were
+/// uninstalled, and are no more. Returns those folders.
+std::vector<std::string> RemoveLeftCopies(const std::vector<std::string>& folders);
+
 /// The folders for copies by default, one for each machine type where they differ.
 std::vector<std::string> DefaultCopyFolders();
 std::string DefaultCopyFolder(Machine machine);

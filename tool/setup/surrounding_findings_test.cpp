@@ -1,9 +1,14 @@
 #include "tool/setup/surrounding_findings.h"
 
+#include <chrono>
+#include <regex>
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
 #include "platform/library.h"
+#include "tests/support/child_process.h"
 #include "tests/support/session.h"
 #include "tool/setup/file_uri.h"
 #include "tool/setup/setup_files.h"
@@ -37,11 +42,35 @@ TEST(DiagnosticLogOfMarvane, ShowsItsLastWarnings)
                   "09:14:03 UTC  GetModuleHandle Error=5\n09:14:04 UTC  last\n");
 }
 
+/// Loads the library in the temporary folder and keeps it until this process is killed.
+[[noreturn]] void HoldTheLibrary()
+{
+    const std::filesystem::path folder = std::filesystem::temp_directory_path();
+    const platform::LoadedLibrary loaded =
+        platform::LoadTargetLibrary((folder / testing::LibraryName("SimVci")).string());
+    testing::WriteFileBytes(folder / "ready", loaded.Error);
+    for (;;)
+        std::this_thread::sleep_for(std::chrono::hours(1));
+}
+
 TEST(OldProcesses, HoldTheTargetWithoutMarvane)
 {
-    // This process is left out, and no other has a file of this test.
+    if (!testing::ChildRole().empty())
+        HoldTheLibrary();
     const testing::TemporaryFolder folder;
-    EXPECT_EQ(Texts(OldProcessFindings(folder / "marvane", folder / "target")), "");
+    const std::string library = folder / testing::LibraryName("SimVci");
+    std::filesystem::copy_file(testing::BuildFolder() + testing::LibraryName("SimVci"), library);
+    EXPECT_EQ(Texts(OldProcessFindings(folder / "marvane", library)), "");
+    const testing::ChildProcess child("holder", folder);
+    while (!std::filesystem::exists(folder.Path() / "ready"))
+        std::this_thread::yield();
+    const std::string program = platform::PathSeparator == '\\' ? "tool_tests.exe" : "tool_tests";
+    EXPECT_EQ(std::regex_replace(Texts(OldProcessFindings(folder / "marvane", library)),
+                                 std::regex("\\([0-9]+\\)"), "(ID)"),
+              "old process: " + program +
+                  " (ID) has loaded the target library without Marvane: start it again.\n");
+    // A process that holds Marvane too goes through it.
+    EXPECT_EQ(Texts(OldProcessFindings(library, library)), "");
 }
 
 TEST(UriSpelling, IsNotedIfNotEveryApplicationTakesIt)

@@ -26,6 +26,11 @@ public:
         for (InstalledCopy& copy : InstalledCopies(CopyFolders(options_.To)))
             if (IsWanted(copy))
                 copies_.push_back(std::move(copy));
+        if (!options_.DryRun)
+            for (const std::string& left : RemoveLeftCopies(CopyFolders(options_.To)))
+                report_ += "   removed       " + left + ", left while an application still used it\n";
+        if (copies_.empty() && !report_.empty())
+            return report_;
         if (copies_.empty())
             throw InstallRefused(options_.Name.empty()
                                      ? "nothing is installed"
@@ -146,9 +151,8 @@ private:
             return Add("would remove", copy.Folder);
         const std::string base = copy.Folder + platform::PathSeparator;
         const std::string library = base + platform::OwnLibraryName;
-        if (!RemoveOrRename(library))
-            Add("note",
-                library + " is in use: it was renamed; remove the folder when the application has ended");
+        RemoveOldFiles(copy.Folder);
+        RemoveOrRename(library);
         platform::RemoveFile(base + ConfigurationFileName);
         platform::RemoveFile(base + RecordName);
         for (const std::string& name : NamesIn(copy.Folder))
@@ -160,8 +164,19 @@ private:
             Add("removed", copy.Folder);
             if (options_.To.empty()) // The default folder of all copies, once it is empty.
                 std::filesystem::remove(FilePath(ParentOf(copy.Folder)), notEmpty);
-        } else
+        } else if (HoldsOldFiles(copy.Folder))
+            Add("kept", copy.Folder +
+                            ": an application still uses the library there; the next install or uninstall "
+                            "removes it");
+        else
             Add("kept", copy.Folder + " holds other files");
+    }
+
+    static bool HoldsOldFiles(const std::string& folder)
+    {
+        const std::vector<std::string> names = NamesIn(folder);
+        return std::any_of(names.begin(), names.end(),
+                           [](const std::string& name) { return name.ends_with(OldMark); });
     }
 
     const UninstallOptions& options_;

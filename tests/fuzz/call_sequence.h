@@ -26,6 +26,9 @@ public:
     /// What the logger must have logged.
     const std::vector<SequenceChecks::Mark>& History() { return logger_.Checks().History(); }
 
+    /// What the calls did besides.
+    const std::vector<std::string>& Facts() { return logger_.Checks().Facts(); }
+
     const CheckCounts& Counts() { return logger_.Checks().Counts(); }
 
 private:

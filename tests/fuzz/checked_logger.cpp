@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fuzz/call_facts.h"
+
 namespace marvane::testing {
 
 namespace {
@@ -80,8 +82,10 @@ void CheckedLogger::EndCall(ExpectedCall& expected, T_PDU_ERROR status)
             checks_.Expect(std::string(expected.Name) + " - Called but library not loaded!");
         return;
     }
-    if (model_.LogsCalls())
+    if (model_.LogsCalls()) {
         checks_.Expect(ExitText(expected.Name, expected.Status));
+        checks_.Note(FactOfCall(expected.Name, expected.Arguments, expected.Status));
+    }
     if (std::string_view(expected.Name) == "PDUModuleDisconnect")
         model_.EndModuleDisconnect();
 }

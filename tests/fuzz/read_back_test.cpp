@@ -1,5 +1,5 @@
 // What the logger did in a random sequence of calls is what the reader of logs finds: each call with its
-// status, thread and nesting, each event, each report.
+// status, thread and nesting, each event, each report, each item handed out and destroyed, each request.
 #include <algorithm>
 #include <map>
 #include <sstream>
@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fuzz/call_facts.h"
 #include "tests/fuzz/call_sequence.h"
 #include "tool/read/log_files.h"
 
@@ -16,7 +17,7 @@ namespace {
 using namespace marvane::read;
 
 /// The beginnings and ends of all that was read, as the checks of a sequence write them.
-class MarkSink : public LogSink
+class MarkSink : public FactSink
 {
 public:
     struct Found
@@ -29,15 +30,14 @@ public:
 
     std::vector<Found> Marks;
     std::string Problems;
-    std::uint64_t Items = 0;
 
     void OnCall(const Call& call) override
     {
+        FactSink::OnCall(call);
         if (call.Which != Function::LoggerUninitialise)
             Add(call);
     }
     void OnEvent(const Event& event) override { Add(event); }
-    void OnItem(const Item&) override { ++Items; }
     void OnComms(const Comms& report) override
     {
         Marks.push_back({report.At, ThreadOf(report.Thread) + std::string(report.Title)});
@@ -148,6 +148,7 @@ struct Settings
 {
     const char* Name;
     bool HasEvents;
+    bool HasBytes; ///< decoded lines of requests and items
     SequenceSettings Values;
 };
 
@@ -172,6 +173,10 @@ TEST_P(ReadBack, FindsWhatTheLoggerDid)
     std::size_t depths = 0;
     ExpectSame(sequence.History(), sink.Marks, settings.HasEvents, depths);
     EXPECT_GT(depths, 0u);
+    if (settings.HasBytes) {
+        EXPECT_GT(sequence.Facts().size(), 30u);
+        ExpectSameFacts(sequence.Facts(), sink.Facts);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -179,10 +184,11 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Combine(
         ::testing::Range(1u, 5u),
         ::testing::Values(
-            Settings{"All", true, {}}, Settings{"NoCallOuts", true, {{"LogCallOuts", "0"}}},
-            Settings{"NoEvents", false, {{"LogCbCalls", "0"}}},
-            Settings{"CallsOnly", false, {{"LogFnCalls", "1"}, {"LogCallOuts", "0"}, {"LogCbCalls", "0"}}},
-            Settings{"SeveralFiles", true, {{"LogFileMaxSize", "8000"}, {"LogFileMaxNum", "1000"}}})),
+            Settings{"All", true, true, {}}, Settings{"NoCallOuts", true, true, {{"LogCallOuts", "0"}}},
+            Settings{"NoEvents", false, true, {{"LogCbCalls", "0"}}},
+            Settings{
+                "CallsOnly", false, false, {{"LogFnCalls", "1"}, {"LogCallOuts", "0"}, {"LogCbCalls", "0"}}},
+            Settings{"SeveralFiles", true, true, {{"LogFileMaxSize", "8000"}, {"LogFileMaxNum", "1000"}}})),
     [](const auto& test) { return std::get<1>(test.param).Name + std::to_string(std::get<0>(test.param)); });
 
 } // namespace

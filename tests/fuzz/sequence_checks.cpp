@@ -86,10 +86,17 @@ void SequenceChecks::Expect(const std::string& text, bool mayBeMissing)
     history_.push_back(expected_.back());
 }
 
+void SequenceChecks::Note(const std::string& fact)
+{
+    if (!doubt_ && !fact.empty())
+        facts_.push_back(fact);
+}
+
 void SequenceChecks::Doubt()
 {
     doubt_ = true;
     history_.clear();
+    facts_.clear();
     expected_.clear();
     seen_.clear();
 }

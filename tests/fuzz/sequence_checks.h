@@ -45,6 +45,9 @@ public:
     /// The calling thread must have logged this mark, in its turn. One that may be missing is optional.
     void Expect(const std::string& text, bool mayBeMissing = false);
 
+    /// What the call that has returned did besides, see FactOfCall.
+    void Note(const std::string& fact);
+
     /// The log folder was tampered with: what was written may be lost, until a file is opened in a sound
     /// folder.
     void Doubt();
@@ -56,6 +59,8 @@ public:
 
     /// All that was expected since the beginning, or since the last doubt.
     const std::vector<Mark>& History() const { return history_; }
+    /// All that was noted since then.
+    const std::vector<std::string>& Facts() const { return facts_; }
 
 private:
     void CheckLines(const LoggerModel& model);
@@ -71,6 +76,7 @@ private:
     bool doubt_ = false;
     std::deque<Mark> expected_;
     std::vector<Mark> history_;
+    std::vector<std::string> facts_;
     std::deque<std::string> seen_;
     CheckCounts counts_;
 

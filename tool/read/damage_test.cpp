@@ -1,4 +1,5 @@
 // A damaged log loses no more than what was hit: each call that has no damaged line is read as before.
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -56,15 +57,22 @@ private:
     }
 };
 
-std::vector<FoundCall> CallsOf(const std::vector<std::string>& lines)
+std::vector<FoundCall> CallsOf(const std::string& log)
 {
     CallSink sink;
     LogReader reader(sink);
     reader.BeginFile({.Name = "log"});
-    for (const std::string& line : lines)
-        reader.Feed(line + '\n');
+    reader.Feed(log);
     reader.Finish();
     return std::move(sink.Found);
+}
+
+std::string Joined(const std::vector<std::string>& lines)
+{
+    std::string log;
+    for (const std::string& line : lines)
+        log += line + '\n';
+    return log;
 }
 
 std::vector<std::string> LinesOf(const std::string& path)
@@ -98,40 +106,100 @@ void Hit(std::string& line, std::mt19937& random)
     }
 }
 
-class DamagedLogs : public ::testing::TestWithParam<const char*>
+/// The lines that damage has hit, counted from 0: from the first to the last of them.
+struct HitLines
 {
+    std::size_t First;
+    std::size_t Last;
+    bool IsEnd = false; ///< all that follows is gone too
 };
 
-} // namespace
-
-TEST_P(DamagedLogs, LoseNoMoreThanWhatWasHit)
+/// True if a call may be lost: one of its lines was hit, or one of its thread while it was open.
+bool MayBeLost(const FoundCall& call, const HitLines& hit, const std::vector<std::string>& lines)
 {
-    const std::vector<std::string> lines = LinesOf(std::string(MARVANE_SOURCE_DIR "/tests/") + GetParam());
-    const std::vector<FoundCall> whole = CallsOf(lines);
-    ASSERT_GT(whole.size(), 10u);
-    std::mt19937 random(20261121);
-    for (int round = 0; round < 300; ++round) {
-        std::vector<std::string> damaged = lines;
-        const std::size_t hit = random() % lines.size();
-        Hit(damaged[hit], random);
+    for (std::size_t line = hit.First; line <= hit.Last; ++line) {
+        const bool isOfThread = lines[line].find(call.Thread) != std::string::npos;
+        if (call.Lines.contains(line + 1) || (call.Whole.contains(line + 1) && isOfThread))
+            return true;
+    }
+    return false;
+}
+
+/// Some bytes gone, overwritten or added. Returns which lines that has hit.
+HitLines HitBytes(std::string& log, std::mt19937& random)
+{
+    const std::size_t begin = random() % log.size();
+    const std::size_t size = std::min<std::size_t>(1 + random() % 600, log.size() - begin);
+    const auto lineAt = [&](std::size_t at) {
+        return static_cast<std::size_t>(
+            std::count(log.begin(), log.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
+    };
+    const HitLines hit = {lineAt(begin), lineAt(std::min(begin + size, log.size() - 1))};
+    std::string noise(size, ' ');
+    for (char& byte : noise)
+        byte = static_cast<char>(random() % 16 == 0 ? '\n' : random());
+    const auto kind = random() % 4;
+    if (kind == 0)
+        log.resize(begin); // all that follows is gone
+    else
+        log.replace(begin, kind == 1 ? 0 : size, kind == 2 ? std::string() : noise);
+    return kind == 0 ? HitLines{hit.First, hit.First, true} : hit;
+}
+
+class DamagedLogs : public ::testing::TestWithParam<const char*>
+{
+protected:
+    /// Expects the calls that were not hit.
+    static void ExpectTheOthers(const std::vector<FoundCall>& whole, const std::vector<std::string>& lines,
+                                const HitLines& hit, const std::string& damaged)
+    {
         std::multiset<std::string> found;
         for (const FoundCall& call : CallsOf(damaged))
             found.insert(call.Text);
         for (const FoundCall& call : whole) {
-            const bool isOfThread = lines[hit].find(call.Thread) != std::string::npos;
-            if (call.Lines.contains(hit + 1) || (call.Whole.contains(hit + 1) && isOfThread))
+            const bool isGone = hit.IsEnd && *call.Whole.rbegin() > hit.First;
+            if (isGone || MayBeLost(call, hit, lines))
                 continue;
             const auto same = found.find(call.Text);
-            ASSERT_NE(same, found.end()) << "lost by damage to line " << hit + 1 << ", now\n"
-                                         << damaged[hit] << "\nthis call:\n"
-                                         << call.Text;
+            ASSERT_NE(same, found.end())
+                << "lost by damage to lines " << hit.First + 1 << " to " << hit.Last + 1 << ", this call:\n"
+                << call.Text;
             found.erase(same);
         }
+    }
+};
+
+} // namespace
+
+TEST_P(DamagedLogs, LoseNoMoreThanTheLineThatWasHit)
+{
+    const std::vector<std::string> lines = LinesOf(std::string(MARVANE_SOURCE_DIR "/tests/") + GetParam());
+    const std::vector<FoundCall> whole = CallsOf(Joined(lines));
+    ASSERT_GT(whole.size(), 10u);
+    std::mt19937 random(20261121);
+    for (int round = 0; round < 300 && !HasFatalFailure(); ++round) {
+        std::vector<std::string> damaged = lines;
+        const std::size_t hit = random() % lines.size();
+        Hit(damaged[hit], random);
+        ExpectTheOthers(whole, lines, {hit, hit}, Joined(damaged));
+    }
+}
+
+TEST_P(DamagedLogs, LoseNoMoreThanTheBytesThatWereHit)
+{
+    const std::vector<std::string> lines = LinesOf(std::string(MARVANE_SOURCE_DIR "/tests/") + GetParam());
+    const std::vector<FoundCall> whole = CallsOf(Joined(lines));
+    std::mt19937 random(20261122);
+    for (int round = 0; round < 300 && !HasFatalFailure(); ++round) {
+        std::string damaged = Joined(lines);
+        const HitLines hit = HitBytes(damaged, random);
+        ExpectTheOthers(whole, lines, hit, damaged);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Logs, DamagedLogs,
                          ::testing::Values("golden/diagnostic_session.log", "golden/traffic_session.log",
-                                           "logs/pending.LGR", "logs/two_processes.LGR"));
+                                           "logs/pending.LGR", "logs/two_processes.LGR",
+                                           "logs/demo/D-PDU_API_Logger_22-11-2026_00-27-36.LGR"));
 
 } // namespace marvane::read::testing

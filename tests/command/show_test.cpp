@@ -58,6 +58,16 @@ TEST_F(Show, FiltersByWhatCallsAre)
     }
 }
 
+TEST_F(Show, ShowsWholeACallThatWasOpenAtTheTime)
+{
+    const std::string open = LogLine(5, "+ PDUGetVersion(hMod=0x00000001)");
+    const std::string closed = LogLine(7, "- PDUGetVersion<PDU_STATUS_NOERROR (0x0000)>");
+    const std::string never = "{14:03:06.000 - 00000002} + PDUConnect(hMod=0x00000001, hCLL=0x00000001)\n";
+    WriteFileBytes(folder_ / LogName, open + never + closed + LogCall(9, "PDUGetTimestamp"));
+    EXPECT_EQ(Run("show --since 14:03:06 --until 14:03:08").Output, open + closed + never);
+    EXPECT_EQ(Run("show --since 14:03:08").Output, never + LogCall(9, "PDUGetTimestamp"));
+}
+
 TEST_F(Show, IsStatusOneIfNothingMatches)
 {
     for (const char* const filter : {"--link 9", "--status 0x20", "--call GetVersion", "--calls 100-",

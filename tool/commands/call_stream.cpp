@@ -55,6 +55,7 @@ void CallStream::OnEntry(const read::Call& call, bool)
 
 void CallStream::Take(const read::Call& call, bool isEvent)
 {
+    PutLast(); // While this one still holds back what entered after it.
     ThreadState& thread = threads_[call.Thread];
     if (call.State != read::CallState::NotLoaded) {
         thread.OpenCalls -= std::min<std::size_t>(thread.OpenCalls, 1);
@@ -69,7 +70,6 @@ void CallStream::Take(const read::Call& call, bool isEvent)
     unit->Seq = call.Seq;
     unit->HasFailed = !isEvent && call.HasFailed();
     unit->IsSelected = Select(call, isEvent, *unit);
-    PutLast();
     last_ = std::move(unit);
 }
 

@@ -211,7 +211,7 @@ int RunShow(const Arguments& arguments, Console& console)
         return status;
     }
     console.UsePager();
-    ReadLogs(files, reader, {filter.Range().Since});
+    ReadLogs(files, reader, {.Since = filter.Range().Since, .WholeCalls = true});
     sink.Finish();
     return printer.Shown() > 0 ? 0 : 1;
 }

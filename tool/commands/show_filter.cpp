@@ -91,7 +91,7 @@ ShowFilter::ShowFilter(const Arguments& arguments, TimeRange range)
 bool ShowFilter::Takes(const read::Call& call, bool isEvent, std::string_view link,
                        const LogLines& lines) const
 {
-    if (!range_.Holds(call.BeginTime) || (thread_ && call.Thread != *thread_))
+    if (!range_.Touches(call) || (thread_ && call.Thread != *thread_))
         return false;
     if (isAboutCalls_) {
         if (isEvent ? firstCall_ > 0 : call.Seq < firstCall_ || call.Seq > lastCall_)

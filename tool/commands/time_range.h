@@ -31,6 +31,13 @@ struct TimeRange
     std::optional<read::LogTime> Since;
     std::optional<read::LogTime> Until;
 
+    /// True if a call was open then, if only for a part of it. One that never returned is open to the end.
+    bool Touches(const read::Call& call) const
+    {
+        const bool isOver = call.State != read::CallState::InFlight;
+        const bool isBefore = Since && isOver && call.EndTime < *Since;
+        return !isBefore && (!Until || call.BeginTime <= *Until);
+    }
     bool Holds(read::LogTime time) const { return (!Since || time >= *Since) && (!Until || time <= *Until); }
 };
 

@@ -46,8 +46,10 @@ std::vector<LogFile> NewestSession(const std::vector<LogFile>& files);
 struct ReadOptions
 {
     /// Only lines from here on are needed: what lies between the header of a plain file and here may be
-    /// skipped. Lines shortly before are read as well, and calls that were open then have no entry.
+    /// skipped. Lines shortly before are read as well.
     std::optional<LogTime> Since;
+    /// Calls that were open then are read from their entry lines on; else they have none.
+    bool WholeCalls = false;
 };
 
 /// Feeds a file to the reader, from its beginning to its present end, .gz unpacked. Trouble is reported to

@@ -245,6 +245,57 @@ TEST_F(LogFilesTest, ReadsAllOfAFileThatMayBeLongerThanADay)
     EXPECT_EQ(sink.All, 6u * 3600 - 1);
 }
 
+/// The beginnings of the calls that were told, "ms" from the beginning of the file.
+struct CallsFrom : LogSink
+{
+    std::string Open; ///< those of thread 2
+
+    void OnCall(const Call& call) override
+    {
+        if (call.Thread == 2)
+            Open += std::string(call.Name) + " line " + std::to_string(call.Begin.Line) + " " +
+                    std::to_string(call.Duration() / 1000) + " s\n";
+    }
+    void OnProblem(const Problem& problem) override { Open += std::string(problem.Text) + "\n"; }
+};
+
+TEST_F(LogFilesTest, ReadsCallsThatWereOpenAtATimeFromTheirEntryOn)
+{
+    std::string log = LongLog(6);
+    log.insert(log.find("{20:10:00.000"), "{20:10:00.000 - 00000002} + PDUConnect(hMod=0x00000001)\n"
+                                          "{20:10:00.000 - 00000002} - PDUConnect<A (0x0000)>\n");
+    log.insert(log.find("{21:00:00.000"), "{21:00:00.000 - 00000002} + PDUModuleConnect(hMod=0x00000001)\n");
+    log.insert(log.find("{01:30:00.000"), "{01:30:00.000 - 00000002} - PDUModuleConnect<A (0x0000)>\n");
+    std::vector<LogFile> files = FindLogFiles({Put("D-PDU_API_Logger_31-01-2026_20-00-00.LGR", log)}).Files;
+    files[0].LastChange = {files[0].Begin.NameTime.Ms + 6 * 3600 * 1000};
+    const LogTime since = {files[0].Begin.NameTime.Ms + 5 * 3600 * 1000};
+    CallsFrom sink;
+    LogReader reader(sink);
+    ReadLogFile(files[0], reader, {.Since = since, .WholeCalls = true});
+    reader.Finish();
+    EXPECT_EQ(sink.Open, "PDUModuleConnect line 7203 16200 s\n");
+}
+
+TEST_F(LogFilesTest, TakesTheNewestHeaderOfWhatItSkips)
+{
+    std::string log = LongLog(6);
+    log.insert(log.find("{22:00:00.000"),
+               "{22:00:00.000 - 00000001} ########## INITIALISE ##########\n"
+               "{22:00:00.000 - 00000001} Config setting: LogCbCalls           =         7 (0x00000007)\n");
+    std::vector<LogFile> files = FindLogFiles({Put("D-PDU_API_Logger_31-01-2026_20-00-00.LGR", log)}).Files;
+    files[0].LastChange = {files[0].Begin.NameTime.Ms + 6 * 3600 * 1000};
+    CountSince sink;
+    sink.Since = {files[0].Begin.NameTime.Ms + 5 * 3600 * 1000};
+    LogReader reader(sink);
+    ReadLogFile(files[0], reader, {.Since = sink.Since, .WholeCalls = true});
+    reader.Finish();
+    EXPECT_EQ(sink.Later, 3600u);
+    EXPECT_EQ(sink.FirstLine, 3u + 2 + (5 * 3600 - 1) * 2);
+    EXPECT_LT(sink.All, 3600u + 500u);
+    EXPECT_EQ(reader.FindSession(2)->NumberOf("LogCbCalls"), 7u);
+    EXPECT_EQ(reader.FindSession(2)->Begin.Line, 3u + (2 * 3600 - 1) * 2);
+}
+
 TEST_F(LogFilesTest, FindsATimeAlthoughTheClockWasSetBack)
 {
     // An hour and a half, then the clock goes back by an hour.

@@ -73,12 +73,25 @@ bool ReadAll(const LogFile& file, ByteSource& source, LogReader& reader, std::ui
     return true;
 }
 
-/// Feeds the header and leaves the rest up to part.End out.
-void FeedHeader(ByteSource& source, LogReader& reader, const SkippedPart& part)
+/// Feeds the headers and leaves out what is between them and up to the rest. Returns a source for that.
+std::unique_ptr<ByteSource> FeedHeaders(const LogFile& file, LogReader& reader, const NeededParts& parts)
 {
-    std::vector<char> header(static_cast<std::size_t>(part.Begin));
-    reader.Feed({header.data(), Fill(source, header)});
-    reader.Skip(part.End - part.Begin, part.Lines);
+    FilePlace at;
+    const auto skipTo = [&](const FilePlace& place) {
+        if (place.Offset > at.Offset)
+            reader.Skip(place.Offset - at.Offset, place.Line - at.Line);
+    };
+    for (const NeededParts::Header& header : parts.Headers) {
+        const std::unique_ptr<ByteSource> source = OpenFileSource(file.Path, header.Begin.Offset);
+        if (!source)
+            return nullptr;
+        skipTo(header.Begin);
+        std::vector<char> bytes(static_cast<std::size_t>(header.End.Offset - header.Begin.Offset));
+        reader.Feed({bytes.data(), Fill(*source, bytes)});
+        at = header.End;
+    }
+    skipTo(parts.Rest);
+    return OpenFileSource(file.Path, parts.Rest.Offset);
 }
 
 } // namespace
@@ -87,13 +100,12 @@ bool ReadLogFile(const LogFile& file, LogReader& reader, const ReadOptions& opti
 {
     reader.BeginFile(file.Begin);
     std::unique_ptr<ByteSource> source = Open(file);
-    const auto part = source && options.Since ? PartBefore(file, *options.Since) : std::nullopt;
-    if (part) {
-        FeedHeader(*source, reader, *part);
-        source = OpenFileSource(file.Path, part->End);
-    }
-    const bool isGood =
-        source ? ReadAll(file, *source, reader, part ? part->End : 0) : Fail(reader, file, "can't be opened");
+    const auto parts =
+        source && options.Since ? PartsSince(file, *options.Since, options.WholeCalls) : std::nullopt;
+    if (parts)
+        source = FeedHeaders(file, reader, *parts);
+    const bool isGood = source ? ReadAll(file, *source, reader, parts ? parts->Rest.Offset : 0)
+                               : Fail(reader, file, "can't be opened");
     reader.EndFile();
     return isGood;
 }

@@ -8,6 +8,8 @@
 #include "tool/read/known_lines.h"
 #include "tool/read/line_clock.h"
 #include "tool/read/line_kind.h"
+#include "tool/read/skipped_lines.h"
+#include "tool/read/split_lines.h"
 
 namespace marvane::read {
 
@@ -92,20 +94,23 @@ bool IsHeader(const KnownLine& line)
     }
 }
 
-std::uint64_t HeaderEnd(Probe& probe)
+/// The end of the header that begins at `begin`.
+FilePlace HeaderEnd(Probe& probe, FilePlace begin)
 {
-    const std::string_view bytes = probe.Read(0);
+    const std::string_view bytes = probe.Read(begin.Offset);
+    std::uint64_t lines = begin.Line;
     std::size_t at = 0;
     for (;;) {
         const std::size_t end = bytes.find('\n', at);
         if (end == std::string_view::npos || !ParseStamp(bytes.substr(at)))
-            return at;
+            return {begin.Offset + at, lines};
         std::string_view line = bytes.substr(at + StampLength, end - at - StampLength);
         if (line.ends_with('\r'))
             line.remove_suffix(1);
         if (!IsHeader(KindOf(line)))
-            return at;
+            return {begin.Offset + at, lines};
         at = end + 1;
+        ++lines;
     }
 }
 
@@ -129,19 +134,21 @@ std::uint64_t PlaceBefore(Probe& probe, std::uint64_t begin, std::uint64_t end, 
     return begin;
 }
 
-std::uint64_t CountLines(Probe& probe, std::uint64_t begin, std::uint64_t end)
+/// Looks at the lines from one place to the beginning of another line.
+SkippedLines LookAt(Probe& probe, FilePlace begin, std::uint64_t end)
 {
-    std::uint64_t lines = 0;
-    while (begin < end) {
+    SkippedLines skipped(begin);
+    LineSplitter splitter;
+    for (std::uint64_t at = begin.Offset; at < end;) {
         constexpr std::uint64_t piece = 256 * 1024;
-        const std::string_view bytes =
-            probe.Read(begin, static_cast<std::size_t>(std::min(piece, end - begin)));
+        const std::string_view bytes = probe.Read(at, static_cast<std::size_t>(std::min(piece, end - at)));
         if (bytes.empty())
             break;
-        lines += static_cast<std::uint64_t>(std::count(bytes.begin(), bytes.end(), '\n'));
-        begin += bytes.size();
+        splitter.Feed(bytes,
+                      [&](std::string_view line, std::size_t length) { skipped.OnLine(line, length); });
+        at += bytes.size();
     }
-    return lines;
+    return skipped;
 }
 
 bool IsWorthIt(const LogFile& file)
@@ -152,20 +159,26 @@ bool IsWorthIt(const LogFile& file)
 
 } // namespace
 
-std::optional<SkippedPart> PartBefore(const LogFile& file, LogTime since)
+std::optional<NeededParts> PartsSince(const LogFile& file, LogTime since, bool wholeCalls)
 {
     if (!IsWorthIt(file))
         return std::nullopt;
     Probe probe(file);
-    SkippedPart part;
-    part.Begin = HeaderEnd(probe);
-    const std::uint64_t place = PlaceBefore(probe, part.Begin, file.Size, {since.Ms - SmallStep});
+    const NeededParts::Header first = {{}, HeaderEnd(probe, {})};
+    const std::uint64_t place = PlaceBefore(probe, first.End.Offset, file.Size, {since.Ms - SmallStep});
     const auto line = probe.LineAfter(place);
-    if (!line || line->Offset <= part.Begin)
+    if (!line || line->Offset <= first.End.Offset)
         return std::nullopt;
-    part.End = line->Offset;
-    part.Lines = CountLines(probe, part.Begin, part.End);
-    return part;
+    const SkippedLines skipped = LookAt(probe, first.End, line->Offset);
+    const auto open = wholeCalls ? skipped.FirstOpen() : std::nullopt;
+    NeededParts parts = {{first}, open ? *open : skipped.At()};
+    const auto newest = skipped.NewestHeader();
+    if (newest && newest->Offset < parts.Rest.Offset) {
+        parts.Headers.push_back({*newest, HeaderEnd(probe, *newest)});
+        if (parts.Headers.back().End.Offset > parts.Rest.Offset) // another thread's lines are among it
+            parts.Rest = *newest, parts.Headers.pop_back();
+    }
+    return parts;
 }
 
 } // namespace marvane::read

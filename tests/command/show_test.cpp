@@ -1,8 +1,11 @@
 // show, cut and the finding of logs, run as a program.
+#include <ctime>
+
 #include <gtest/gtest.h>
 
 #include "config/file_rules.h"
 #include "config/paths.h"
+#include "line/file_names.h"
 #include "tests/command/sample_log.h"
 #include "tests/support/child_program.h"
 #include "tool/commands/shared_options.h"
@@ -121,6 +124,29 @@ TEST_F(Show, ReadsStandardInput)
     EXPECT_EQ(result.Errors, "");
 }
 
+TEST_F(Show, CutAndAroundReadStandardInput)
+{
+    const std::string input = " - < " + Quoted(folder_ / LogName);
+    for (const std::string arguments : {"cut --since 14:03:02 --until 14:03:03", "around --line 9"}) {
+        const ProgramResult result = RunProgram("marvane", arguments + input);
+        EXPECT_EQ(result.Output, Run(arguments).Output) << arguments;
+        EXPECT_EQ(result.Errors, "") << arguments;
+        EXPECT_EQ(result.Status, 0) << arguments;
+    }
+    WriteFileBytes(folder_ / LogName, "no log\n");
+    const ProgramResult result = RunProgram("marvane", "around --line 1" + input);
+    EXPECT_EQ(result.Errors, "marvane: -: is no log\nmarvane: the log has no line 1\n");
+    EXPECT_EQ(result.Status, 2);
+}
+
+TEST_F(Show, AroundSaysWhichFileIsNoLog)
+{
+    WriteFileBytes(folder_ / LogName, "no log\n");
+    const ProgramResult result = Run("around --at 10:00");
+    EXPECT_EQ(result.Errors, "marvane: " + folder_ / LogName + ": is no log\n");
+    EXPECT_EQ(result.Status, 2);
+}
+
 TEST_F(Show, KeepsTheLinesOfACallTogether)
 {
     const std::string other = "{14:03:05.001 - 00000002} ";
@@ -194,6 +220,80 @@ TEST_F(Show, CutCutsNoCallAndKeepsLineEnds)
     EXPECT_EQ(Run("cut --since 14:03:06").Output,
               FileText(folder_ / LogName).substr(open.size(), inside.size() - 2));
     EXPECT_EQ(Run("cut --until 14:03:05").Output, open + closed);
+}
+
+/// A log that is long enough for its beginning to be skipped: of the last two hours, with a call each quarter
+/// of a second, and one of another thread that is open from the second second on.
+class LongLog
+{
+public:
+    LongLog() : begin_(std::time(nullptr) - 7200)
+    {
+        Text = Line(0, "########## INITIALISE ##########") + Line(0, "LogHeader{Loaded=0}") +
+               Line(0, "Config setting: LogCbCalls           =         1 (0x00000001)");
+        Header = Text;
+        for (int i = 0; i < 4 * 7000; ++i) {
+            if (i == 8)
+                Text += OpenBegin();
+            if (i == 4 * 6000)
+                Text += OpenEnd();
+            Text += Call(i);
+        }
+    }
+
+    std::string Text;
+    std::string Header;
+
+    std::string Call(int i) const
+    {
+        return Line(i, "+ PDUGetTimestamp(hMod=0x00000001)") +
+               Line(i, "- PDUGetTimestamp<PDU_STATUS_NOERROR (0x0000)>");
+    }
+    std::string OpenBegin() const { return Line(8, "+ PDUConnect(hMod=0x00000001, hCLL=0x00000001)", 2); }
+    std::string OpenEnd() const { return Line(4 * 6000, "- PDUConnect<PDU_STATUS_NOERROR (0x0000)>", 2); }
+    std::string Name() const { return MakeLogFileName(LogFamily::Api, TimeOf(0)); }
+    /// The time of a call, for the command line.
+    std::string Clock(int i) const
+    {
+        const std::tm time = TimeOf(i);
+        char text[80];
+        std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03d", time.tm_year + 1900,
+                      time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec, i % 4 * 250);
+        return text;
+    }
+
+private:
+    std::tm TimeOf(int i) const
+    {
+        const std::time_t time = begin_ + i / 4;
+        return *std::localtime(&time);
+    }
+    std::string Line(int i, const std::string& text, int thread = 1) const
+    {
+        return "{" + Clock(i).substr(11) + " - 0000000" + std::to_string(thread) + "} " + text + "\n";
+    }
+
+    std::time_t begin_;
+};
+
+TEST(LongLogs, ArePartlyReadWithTheSameResult)
+{
+    const TemporaryFolder folder;
+    const LongLog log;
+    const std::string path = folder / log.Name();
+    WriteFileBytes(path, log.Text);
+    const int from = 4 * 5000;
+    const std::string range =
+        " --since " + log.Clock(from) + " --until " + log.Clock(from + 2) + " " + Quoted(path);
+    const std::string calls = log.Call(from) + log.Call(from + 1) + log.Call(from + 2);
+    EXPECT_EQ(RunProgram("marvane", "cut" + range).Output, log.Header + calls);
+    EXPECT_EQ(RunProgram("marvane", "show" + range).Output, log.OpenBegin() + log.OpenEnd() + calls);
+    EXPECT_EQ(
+        RunProgram("marvane", "around --before 0.1 --after 0.1 --at " + log.Clock(from) + " " + Quoted(path))
+            .Output,
+        "         thread 1 (application)                       thread 2 (application)\n"
+        "+5000.000 GetTimestamp" +
+            std::string(74, ' ') + "|\n");
 }
 
 } // namespace

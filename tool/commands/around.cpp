@@ -7,6 +7,7 @@
 #include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
 #include "tool/commands/shared_options.h"
+#include "tool/commands/spooled_input.h"
 #include "tool/commands/time_range.h"
 
 namespace marvane::tool {
@@ -19,6 +20,22 @@ struct Window
 {
     LogTime Begin;
     LogTime End;
+};
+
+/// A sink that also complains about files that can't be read.
+template <typename Sink> class Complaining : public Sink
+{
+public:
+    template <typename... Values>
+    Complaining(const std::vector<read::LogFile>& files, Console& console, Values... values)
+        : Sink(values...), files_(files), console_(console)
+    {
+    }
+    void OnProblem(const read::Problem& problem) override { ComplainAbout(problem, files_, console_); }
+
+private:
+    const std::vector<read::LogFile>& files_;
+    Console& console_;
 };
 
 /// Finds the time of a line.
@@ -63,7 +80,7 @@ private:
 };
 
 template <typename Finder>
-Window Find(Finder finder, read::Wants wants, const std::vector<read::LogFile>& files,
+Window Find(Finder& finder, read::Wants wants, const std::vector<read::LogFile>& files,
             const std::string& what)
 {
     read::LogReader reader(finder, wants);
@@ -73,19 +90,32 @@ Window Find(Finder finder, read::Wants wants, const std::vector<read::LogFile>& 
     return *finder.Found;
 }
 
-Window CentreOf(const Arguments& arguments, const std::vector<read::LogFile>& files)
+/// The line or ComPrimitive that is asked for; none if it is a time.
+std::optional<Window> FindCentre(const Arguments& arguments, const std::vector<read::LogFile>& files,
+                                 Console& console)
 {
-    const int given = arguments.Has("--line") + arguments.Has("--hcop") + arguments.Has("--at");
-    if (given != 1)
-        throw UsageError("around needs one of --line, --hcop and --at");
-    if (const auto line = arguments.Number("--line", 1))
-        return Find(LineFinder(*line), read::Wants::Lines, files, "line " + std::to_string(*line));
-    if (const auto number = arguments.Number("--hcop", 0, UINT32_MAX))
-        return Find(PrimitiveFinder(static_cast<std::uint32_t>(*number)),
-                    read::Wants::Calls | read::Wants::Items, files,
+    if (const auto line = arguments.Number("--line", 1)) {
+        Complaining<LineFinder> finder(files, console, *line);
+        return Find(finder, read::Wants::Lines, files, "line " + std::to_string(*line));
+    }
+    if (const auto number = arguments.Number("--hcop", 0, UINT32_MAX)) {
+        Complaining<PrimitiveFinder> finder(files, console, static_cast<std::uint32_t>(*number));
+        return Find(finder, read::Wants::Calls | read::Wants::Items, files,
                     "ComPrimitive " + std::to_string(*number));
-    const LogTime at = *TimeOf("--at", arguments, files);
-    return {at, at};
+    }
+    return std::nullopt;
+}
+
+Scene ReadScene(SceneSink& sink, LogTime begin, const std::vector<read::LogFile>& files)
+{
+    read::LogReader reader(sink, read::Wants::Calls | read::Wants::Items | read::Wants::Comms);
+    ReadLogs(files, reader, {.Since = begin, .WholeCalls = true});
+    return sink.Finish();
+}
+
+Window AtTime(LogTime time)
+{
+    return {time, time};
 }
 
 /// Milliseconds of an option that takes seconds.
@@ -104,18 +134,22 @@ std::int64_t SpanOf(const Arguments& arguments, std::string_view option, std::in
 int RunAround(const Arguments& arguments, Console& console)
 {
     const std::int64_t usual = arguments.Has("--hcop") ? 0 : 10; // A ComPrimitive has a length of its own.
-    const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    std::vector<read::LogFile> files = FindLogs(arguments, console);
     if (files.empty())
         return ExitTrouble; // complained about
-    if (std::ranges::any_of(files, &read::LogFile::IsStandardInput))
-        throw UsageError("around reads its log twice: give it a file, not standard input");
+    const SpooledInput spooled(files, console);
     const std::int64_t before = SpanOf(arguments, "--before", usual);
     const std::int64_t after = SpanOf(arguments, "--after", usual);
-    const Window centre = CentreOf(arguments, files);
-    SceneSink sink({centre.Begin.Ms - before}, {centre.End.Ms + after});
-    read::LogReader reader(sink, read::Wants::Calls | read::Wants::Items | read::Wants::Comms);
-    ReadLogs(files, reader);
-    const Scene scene = sink.Finish();
+    if (arguments.Has("--line") + arguments.Has("--hcop") + arguments.Has("--at") != 1)
+        throw UsageError("around needs one of --line, --hcop and --at");
+    const std::optional<Window> found = FindCentre(arguments, files, console);
+    const Window centre = found ? *found : AtTime(*TimeOf("--at", arguments, files));
+    const LogTime begin = {centre.Begin.Ms - before};
+    const LogTime end = {centre.End.Ms + after};
+    // What can't be read has been complained about by the first reading, if there was one.
+    SceneSink silent(begin, end);
+    Complaining<SceneSink> complaining(files, console, begin, end);
+    const Scene scene = ReadScene(found ? silent : complaining, begin, files);
     if (scene.Acts.empty())
         return 1;
     console.UsePager();

@@ -4,6 +4,7 @@
 #include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
 #include "tool/commands/shared_options.h"
+#include "tool/commands/spooled_input.h"
 #include "tool/commands/time_range.h"
 
 namespace marvane::tool {
@@ -158,21 +159,21 @@ private:
 
 int RunCut(const Arguments& arguments, Console& console)
 {
-    const std::vector<read::LogFile> files = FindLogs(arguments, console);
+    std::vector<read::LogFile> files = FindLogs(arguments, console);
     if (files.empty())
         return ExitTrouble; // complained about
-    if (std::ranges::any_of(files, &read::LogFile::IsStandardInput))
-        throw UsageError("cut reads its log twice: give it a file, not standard input");
+    const SpooledInput spooled(files, console);
     const TimeRange range = TimeRangeOf(arguments, files);
     if (!range.Since && !range.Until)
         throw UsageError("cut needs --since or --until");
     CutPlan plan(range, files, console);
     read::LogReader planReader(plan, read::Wants::Calls);
-    ReadLogs(files, planReader);
+    const read::ReadOptions options = {.Since = range.Since, .WholeCalls = true};
+    ReadLogs(files, planReader, options);
 
     CutWriter writer(plan, console);
     read::LogReader reader(writer, read::Wants::Lines);
-    ReadLogs(files, reader);
+    ReadLogs(files, reader, options);
     writer.Finish();
     return writer.Lines() > 0 ? 0 : 1;
 }

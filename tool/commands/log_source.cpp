@@ -90,7 +90,8 @@ void ComplainAbout(const read::Problem& problem, const std::vector<read::LogFile
         return;
     // The reader knows the name of a file, but not its folder.
     std::string text(problem.Text);
-    if (problem.At.File < files.size() && text.starts_with(files[problem.At.File].Begin.Name))
+    const bool isOfFile = problem.At.File < files.size() && files[problem.At.File].Begin.Name != "-";
+    if (isOfFile && text.starts_with(files[problem.At.File].Begin.Name))
         text.replace(0, files[problem.At.File].Begin.Name.size(), TextOf(files[problem.At.File].Path));
     console.Complain(text);
 }

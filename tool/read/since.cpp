@@ -94,23 +94,27 @@ bool IsHeader(const KnownLine& line)
     }
 }
 
-/// The end of the header that begins at `begin`.
+/// The end of the header that begins at `begin`. Lines of other threads may stand among its own.
 FilePlace HeaderEnd(Probe& probe, FilePlace begin)
 {
     const std::string_view bytes = probe.Read(begin.Offset);
-    std::uint64_t lines = begin.Line;
+    const std::optional<Stamp> first = ParseStamp(bytes);
+    FilePlace header = begin;
     std::size_t at = 0;
-    for (;;) {
+    for (std::uint64_t lines = begin.Line + 1;; ++lines) {
         const std::size_t end = bytes.find('\n', at);
-        if (end == std::string_view::npos || !ParseStamp(bytes.substr(at)))
-            return {begin.Offset + at, lines};
-        std::string_view line = bytes.substr(at + StampLength, end - at - StampLength);
+        const std::optional<Stamp> stamp = ParseStamp(bytes.substr(at));
+        if (end == std::string_view::npos)
+            return header;
+        std::string_view line = bytes.substr(at, end - at);
+        at = end + 1;
+        if (!stamp || !first || stamp->Thread != first->Thread)
+            continue;
         if (line.ends_with('\r'))
             line.remove_suffix(1);
-        if (!IsHeader(KindOf(line)))
-            return {begin.Offset + at, lines};
-        at = end + 1;
-        ++lines;
+        if (!IsHeader(KindOf(line.substr(StampLength))))
+            return header;
+        header = {begin.Offset + at, lines};
     }
 }
 

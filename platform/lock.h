@@ -6,7 +6,8 @@ namespace marvane::platform {
 /// Recursive mutex of the system, or none if it could not be made.
 using Mutex = void*;
 Mutex CreateRecursiveMutex();
-/// Waits at most `milliseconds`, or for ever if negative. False on timeout or failure.
+/// Waits at most `milliseconds`, or for ever if negative. False on timeout or failure. On Windows also if the
+/// owner died while it held the mutex: then the caller has it all the same, and must release it.
 bool LockMutex(Mutex mutex, int milliseconds);
 /// False if the caller does not hold it.
 bool UnlockMutex(Mutex mutex);

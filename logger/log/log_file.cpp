@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace marvane {
 
@@ -28,16 +29,14 @@ std::unique_ptr<LogFile> LogFile::Open(const std::string& path)
     const platform::File file = platform::OpenLogFile(path);
     if (file == platform::NoFile)
         return nullptr;
-    std::unique_ptr<LogFile> opened(new LogFile(file));
-    if (LineWasCut && opened->size_ != 0) {
-        opened->last_ = LastCharacter(path);
-        opened->BeginAfterCut();
-    }
+    std::unique_ptr<LogFile> opened(new LogFile(file, path));
+    if (LineWasCut)
+        opened->BeginAfterUnknown();
     return opened;
 }
 
-LogFile::LogFile(platform::File file)
-    : file_(file), size_(platform::FileSize(file)), pageRoom_(PageSize - size_ % PageSize)
+LogFile::LogFile(platform::File file, const std::string& path)
+    : file_(file), path_(path), size_(platform::FileSize(file)), pageRoom_(PageSize - size_ % PageSize)
 {
 }
 
@@ -49,33 +48,48 @@ LogFile::~LogFile()
 
 void LogFile::WriteOut(std::string_view text, std::size_t rest)
 {
+    if (pageRoom_ == WriteUnderWay) {
+        BeginAfterUnknown();
+        rest = 0;
+    }
+    // Before the write: if the thread is terminated in it, nobody must write the buffer again.
+    std::string_view kept(buffer_.data(), std::exchange(length_, 0));
     std::string_view written = text.substr(0, text.size() - rest);
-    if (length_ != 0 && written.size() <= buffer_.size() - length_) {
+    if (!kept.empty() && written.size() <= buffer_.size() - kept.size()) {
         // One write is cheaper than two.
-        CopyText(buffer_.data() + length_, written.data(), written.size());
-        length_ += written.size();
+        CopyText(buffer_.data() + kept.size(), written.data(), written.size());
+        kept = {kept.data(), kept.size() + written.size()};
         written = {};
     }
-    const std::string_view kept(buffer_.data(), length_);
+    const std::size_t room = std::exchange(pageRoom_, WriteUnderWay);
     const std::size_t count = platform::WriteToFile(file_, kept, written);
     if (count != kept.size() + written.size()) {
-        CountWritten(kept.substr(0, count), written.substr(0, count - std::min(count, kept.size())));
+        CountWritten(kept.substr(0, count), written.substr(0, count - std::min(count, kept.size())), room);
         return BeginAfterCut();
     }
-    CountWritten(kept, written);
+    CountWritten(kept, written, room);
     CopyText(buffer_.data(), text.data() + text.size() - rest, rest);
     length_ = rest;
 }
 
-void LogFile::CountWritten(std::string_view first, std::string_view second)
+void LogFile::CountWritten(std::string_view first, std::string_view second, std::size_t room)
 {
     const std::size_t grown = platform::SizeInFile(first) + platform::SizeInFile(second);
     size_ += grown;
     sizeAge_ += grown;
     const std::size_t characters = first.size() + second.size();
-    pageRoom_ = shared_ ? PageSize : PageSize - (PageSize - pageRoom_ + characters) % PageSize;
     if (characters != 0)
         last_ = second.empty() ? first.back() : second.back();
+    pageRoom_ = shared_ ? PageSize : PageSize - (PageSize - room + characters) % PageSize;
+}
+
+void LogFile::BeginAfterUnknown()
+{
+    size_ = platform::FileSize(file_);
+    sizeAge_ = 0;
+    last_ = size_ == 0 ? '\n' : LastCharacter(path_);
+    pageRoom_ = shared_ ? PageSize : PageSize - size_ % PageSize;
+    BeginAfterCut();
 }
 
 void LogFile::BeginAfterCut()

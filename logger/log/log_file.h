@@ -53,21 +53,27 @@ public:
 private:
     static constexpr std::size_t PageSize = 4096;
 
-    explicit LogFile(platform::File file);
+    /// In `pageRoom_`: a thread writes the file, or was terminated while it did.
+    static constexpr std::size_t WriteUnderWay = 0;
+
+    LogFile(platform::File file, const std::string& path);
 
     /// Writes out the buffer and a text except its last `rest` characters, which stay in the buffer. On an
     /// error, such as a full disk, what was not written is lost, `rest` included.
     void WriteOut(std::string_view text, std::size_t rest);
-    /// Counts characters that were written after all others.
-    void CountWritten(std::string_view first, std::string_view second);
+    /// Counts characters that were written after all others, when the last page had this much room.
+    void CountWritten(std::string_view first, std::string_view second, std::size_t room);
     /// Begins the buffer after a text that was cut: with a line end, unless the file ends with one.
     void BeginAfterCut();
+    /// Begins the buffer after a text that was perhaps cut, elsewhere or by the end of its thread.
+    void BeginAfterUnknown();
 
     static bool Buffering;
     /// A line of some file was cut: each file that is opened may be that one.
     static bool LineWasCut;
 
     platform::File file_;
+    std::string path_;
     std::uint64_t size_; ///< bytes in the file, as far as known
     char last_ = '\n';   ///< last character in the file
     std::size_t sizeAge_ = 0;

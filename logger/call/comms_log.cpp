@@ -4,6 +4,7 @@
 #include "logger/log/log_files.h"
 #include "logger/state/settings.h"
 #include "platform/error_state.h"
+#include "platform/in_flight.h"
 
 namespace marvane {
 
@@ -12,6 +13,7 @@ UNUM32 CommsLogCallback(const CHAR8* text, UNUM8 direction, UNUM32 protocol, UNU
 {
     if (!LoggingActive())
         return 0;
+    const platform::InFlight inside;
     const platform::ErrorStateKept kept;
     const Direction way = direction != 0 ? Direction::ToTarget : Direction::FromTarget;
     PhaseText report;

@@ -47,6 +47,11 @@ void BeginFileSizeSignal()
 {
     if (Users.fetch_add(1) == 0 && HandlerIs(SIG_DFL))
         SetHandler(OnFileSizeSignal);
+    ReadFileSizeSignal();
+}
+
+void ReadFileSizeSignal()
+{
     Handled = HandlerIs(OnFileSizeSignal) || HandlerIs(SIG_IGN);
 }
 

@@ -37,7 +37,11 @@ private:
     }
 };
 
-/// False if the application handles the signal itself: then it has to be blocked around a write.
+/// Finds out anew who handles the signal: the application may have changed that since.
+void ReadFileSizeSignal();
+
+/// False if the application handled the signal itself when that was last read: then it has to be blocked
+/// around a write.
 inline bool FileSizeSignalIsHandled()
 {
     return file_size_signal_detail::Handled.load(std::memory_order_relaxed);

@@ -44,7 +44,14 @@ File OpenLogFile(const std::string& path);
 std::size_t WriteToFile(File file, std::string_view first, std::string_view second);
 
 /// Bytes that `text` takes in a file, with the system's line ends.
+#ifdef _WIN32
 std::size_t SizeInFile(std::string_view text);
+#else
+inline std::size_t SizeInFile(std::string_view text)
+{
+    return text.size();
+}
+#endif
 
 /// Size of a file in bytes, whoever wrote them.
 std::uint64_t FileSize(File file);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <fnmatch.h>
@@ -114,47 +116,59 @@ File OpenLogFile(const std::string& path)
 
 namespace {
 
-/// By plain system calls: write and writev are cancellation points, and to defer cancellation costs 16 ns.
-std::size_t WriteBoth(File file, std::string_view first, std::string_view second)
+/// One write that no signal interrupts; negative on failure. By plain system calls: write and writev are
+/// cancellation points, and to defer cancellation costs 16 ns.
+long WriteOnce(File file, std::string_view first, std::string_view second)
 {
-    const std::size_t all = first.size() + second.size();
-    while (!first.empty() || !second.empty()) {
-        const iovec parts[] = {{const_cast<char*>(first.data()), first.size()},
-                               {const_cast<char*>(second.data()), second.size()}};
-        const iovec& sole = first.empty() ? parts[1] : parts[0];
-        const bool isOne = first.empty() || second.empty();
-        const auto written = isOne ? syscall(SYS_write, file, sole.iov_base, sole.iov_len)
+    const iovec parts[] = {{const_cast<char*>(first.data()), first.size()},
+                           {const_cast<char*>(second.data()), second.size()}};
+    const iovec& sole = first.empty() ? parts[1] : parts[0];
+    const bool isOne = first.empty() || second.empty();
+    for (;;) {
+        const long written = isOne ? syscall(SYS_write, file, sole.iov_base, sole.iov_len)
                                    : syscall(SYS_writev, file, parts, 2);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            break;
-        const auto ofFirst = std::min(first.size(), static_cast<std::size_t>(written));
-        first.remove_prefix(ofFirst);
-        second.remove_prefix(static_cast<std::size_t>(written) - ofFirst);
+        if (written >= 0 || errno != EINTR)
+            return written;
     }
-    return all - first.size() - second.size();
 }
 
-/// Kept out of line: its signal masks would make the usual way longer.
-[[gnu::noinline]] std::size_t WriteWithSignalsHeld(File file, std::string_view first, std::string_view second)
+/// Writes what follows the first `written` characters, as far as that is possible, and returns how many are
+/// written then. Kept out of line: the usual way does not need it.
+[[gnu::noinline]] std::size_t WriteRest(File file, std::string_view first, std::string_view second,
+                                        std::size_t written)
 {
-    const WriteSignalsHeld held;
-    return WriteBoth(file, first, second);
+    std::optional<WriteSignalsHeld> held;
+    if (!FileSizeSignalIsHandled())
+        held.emplace();
+    const std::size_t all = first.size() + second.size();
+    std::size_t done = written;
+    while (done < all) {
+        const std::size_t ofFirst = std::min(first.size(), done);
+        const long more = WriteOnce(file, first.substr(ofFirst), second.substr(done - ofFirst));
+        if (more <= 0)
+            break;
+        done += static_cast<std::size_t>(more);
+    }
+    return done;
 }
 
 } // namespace
 
 std::size_t WriteToFile(File file, std::string_view first, std::string_view second)
 {
+    const std::size_t all = first.size() + second.size();
+    if (all == 0)
+        return 0;
     const OwnWrite own;
-    return FileSizeSignalIsHandled() ? WriteBoth(file, first, second)
-                                     : WriteWithSignalsHeld(file, first, second);
-}
-
-std::size_t SizeInFile(std::string_view text)
-{
-    return text.size();
+    if (!FileSizeSignalIsHandled())
+        return WriteRest(file, first, second, 0);
+    const long written = WriteOnce(file, first, second);
+    if (written == static_cast<long>(all))
+        return all;
+    // A short write may be the first sign of the limit: the next one raises the signal, which the application
+    // may have taken over since the file was opened.
+    ReadFileSizeSignal();
+    return written > 0 ? WriteRest(file, first, second, static_cast<std::size_t>(written)) : 0;
 }
 
 std::uint64_t FileSize(File file)

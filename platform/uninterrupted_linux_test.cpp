@@ -86,6 +86,32 @@ TEST(LogWrite, BeyondTheLimitForFilesDoesNotReachTheApplicationsHandler)
     EXPECT_EQ(testing::RunForked([&] { WriteBeyondLimit(folder, [](int) { std::_Exit(1); }); }), 0);
 }
 
+volatile std::sig_atomic_t HandlerCalls = 0;
+
+/// Opens a log, then takes the signal over as an application does, and writes; returns the handler's calls.
+int CallsOfLaterHandler(const TemporaryFolder& folder, rlim_t limit)
+{
+    const platform::File file = platform::OpenLogFile(folder / "log");
+    std::signal(SIGXFSZ, [](int) { HandlerCalls = HandlerCalls + 1; });
+    LimitFileSizes(limit);
+    for (int i = 0; i < 3; ++i)
+        platform::WriteToFile(file, "long ", "text");
+    return HandlerCalls;
+}
+
+TEST(LogWrite, AcrossTheLimitForFilesDoesNotReachAHandlerInstalledAfterTheLogWasOpened)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(testing::RunForked([&] { std::_Exit(CallsOfLaterHandler(folder, 4)); }), 0);
+    EXPECT_EQ(testing::FileText(folder / "log"), "long");
+}
+
+TEST(LogWrite, AtTheLimitForFilesReachesAHandlerInstalledAfterTheLogWasOpenedOnce)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(testing::RunForked([&] { std::_Exit(CallsOfLaterHandler(folder, 0)); }), 1);
+}
+
 TEST(LogWrite, LeavesTheSignalOfTheApplicationsOwnWriteItsEffect)
 {
     const TemporaryFolder folder;

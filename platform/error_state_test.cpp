@@ -2,17 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/error_state.h"
+
 namespace marvane {
 namespace {
 
 TEST(ErrorState, IsKeptOverAScope)
 {
-    errno = 77;
+    testing::SetErrorState(77);
     {
         const platform::ErrorStateKept kept;
-        errno = ENOENT;
+        testing::SetErrorState(ENOENT);
     }
-    EXPECT_EQ(errno, 77);
+    const testing::ErrorState left = testing::CurrentErrorState();
+    EXPECT_EQ(left, testing::ErrorStateOf(77));
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 // What the application and the target library would notice of logging between them.
-#include <cerrno>
 #include <filesystem>
 #include <thread>
 
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
+#include "tests/support/error_state.h"
 #include "tests/support/process_state.h"
 #include "tests/support/session.h"
 
@@ -16,29 +16,54 @@ constexpr int OfApplication = 41;
 constexpr int OfTarget = 42;
 constexpr int OfHandler = 43;
 
-int SeenByTarget = 0;
-int SeenByHandler = 0;
+ErrorState SeenByTarget;
+ErrorState SeenByHandler;
 
-/// A target that looks at errno and leaves its own.
+/// A target that reads the error state and leaves its own.
 T_PDU_ERROR LeaveError(const FakeCall&)
 {
-    SeenByTarget = errno;
-    errno = OfTarget;
+    SeenByTarget = CurrentErrorState();
+    SetErrorState(OfTarget);
     return PDU_STATUS_NOERROR;
 }
 
-/// Expects that a call passes errno on in both directions.
+/// Expects that a call passes the error state on in both directions.
 template <class Call> void ExpectErrorPassesThrough(Call call)
 {
-    SeenByTarget = 0;
-    errno = OfApplication;
+    SeenByTarget = {};
+    SetErrorState(OfApplication);
     call();
-    const int left = errno;
-    EXPECT_EQ(SeenByTarget, OfApplication);
-    EXPECT_EQ(left, OfTarget);
+    const ErrorState left = CurrentErrorState();
+    EXPECT_EQ(SeenByTarget, ErrorStateOf(OfApplication));
+    EXPECT_EQ(left, ErrorStateOf(OfTarget));
 }
 
-TEST(ErrorNumber, PassesThroughACallWhoseLinesCanNotBeWritten)
+/// The address that the session gave the target for a callback.
+template <class Function> Function Given(Session& session, const std::string& function, std::size_t argument)
+{
+    for (const SeenCall& call : session.Fake().TakeCalls())
+        if (call.Function == function)
+            return reinterpret_cast<Function>(static_cast<std::uintptr_t>(call.Arguments[argument]));
+    return nullptr;
+}
+
+TEST(ThreadErrors, PassThroughACallWithAllLogged)
+{
+    Session session({{"LogFnDecodeArgs", "2"}, {"LogFnDecodeRsps", "2"}, {"LogCallOuts", "1"}});
+    session.Construct();
+    session.Fake().Answer = LeaveError;
+    ExpectErrorPassesThrough([&] { session.Api().PDUGetTimestamp(1, nullptr); });
+}
+
+TEST(ThreadErrors, PassThroughTheFirstCallOfAThreadWithLoggingOff)
+{
+    Session session({{"LogEnabled", "0"}});
+    session.Construct();
+    session.Fake().Answer = LeaveError;
+    std::thread([&] { ExpectErrorPassesThrough([&] { session.Api().PDUConnect(1, 2); }); }).join();
+}
+
+TEST(ThreadErrors, PassThroughACallWhoseLinesCanNotBeWritten)
 {
     Session session({{"LogFileMaxSize", "1"}, {"LogFileMaxNum", "2"}});
     session.Construct();
@@ -48,7 +73,7 @@ TEST(ErrorNumber, PassesThroughACallWhoseLinesCanNotBeWritten)
     ExpectErrorPassesThrough([&] { session.Api().PDUConnect(1, 2); });
 }
 
-TEST(ErrorNumber, PassesThroughConstructAndDestruct)
+TEST(ThreadErrors, PassThroughConstructAndDestruct)
 {
     Session session;
     session.Fake().Answer = [](const FakeCall& call) {
@@ -60,51 +85,57 @@ TEST(ErrorNumber, PassesThroughConstructAndDestruct)
     ExpectErrorPassesThrough([&] { session.Api().PDUDestruct(); });
 }
 
-TEST(ErrorNumber, IsUntouchedWithoutATargetLibrary)
+TEST(ThreadErrors, AreUntouchedWithoutATargetLibrary)
 {
     Session session({{"PDUAPILibDll", "none"}});
     session.Construct();
     const LargestFile full(0);
-    errno = OfApplication;
-    EXPECT_EQ(session.Api().PDUConnect(1, 2), PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
-    EXPECT_EQ(errno, OfApplication);
+    SetErrorState(OfApplication);
+    const T_PDU_ERROR status = session.Api().PDUConnect(1, 2);
+    const ErrorState left = CurrentErrorState();
+    EXPECT_EQ(status, PDU_ERR_PDUAPI_NOT_CONSTRUCTED);
+    EXPECT_EQ(left, ErrorStateOf(OfApplication));
 }
 
-void LookAtError(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
+void ReadErrorState(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
 {
-    SeenByHandler = errno;
-    errno = OfHandler;
+    SeenByHandler = CurrentErrorState();
+    SetErrorState(OfHandler);
 }
 
-TEST(ErrorNumber, PassesThroughAnEventCallback)
+/// Expects that an event that is logged at this level passes the error state on in both directions.
+void ExpectErrorPassesThroughAnEvent(const std::string& level)
 {
-    Session session({{"LogCbCalls", "1"}});
+    Session session({{"LogCbCalls", level}});
     session.Construct();
-    session.Fake().TakeCalls();
-    session.Api().PDURegisterEventCallback(1, 2, LookAtError);
-    const auto trap = reinterpret_cast<CALLBACKFNC>(
-        static_cast<std::uintptr_t>(session.Fake().TakeCalls().at(0).Arguments[2]));
+    session.Api().PDURegisterEventCallback(1, 2, ReadErrorState);
+    const auto trap = Given<CALLBACKFNC>(session, "PDURegisterEventCallback", 2);
+    ASSERT_NE(trap, nullptr);
     const LargestFile full(0);
-    errno = OfTarget;
+    SetErrorState(OfTarget);
     trap(PDU_EVT_DATA_AVAILABLE, 1, 2, nullptr, nullptr);
-    const int left = errno;
-    EXPECT_EQ(SeenByHandler, OfTarget);
-    EXPECT_EQ(left, OfHandler);
+    const ErrorState left = CurrentErrorState();
+    EXPECT_EQ(SeenByHandler, ErrorStateOf(OfTarget));
+    EXPECT_EQ(left, ErrorStateOf(OfHandler));
 }
 
-TEST(ErrorNumber, IsUntouchedByAReportOfTraffic)
+TEST(ThreadErrors, PassThroughAnEventCallback)
+{
+    ExpectErrorPassesThroughAnEvent("1");
+    ExpectErrorPassesThroughAnEvent("0");
+}
+
+TEST(ThreadErrors, AreUntouchedByAReportOfTraffic)
 {
     Session session;
     session.Construct();
-    PDU_MS_LOG_CALLBACK report = nullptr;
-    for (const SeenCall& call : session.Fake().TakeCalls())
-        if (call.Function == "PDU_MS_SetLogCallback")
-            report = reinterpret_cast<PDU_MS_LOG_CALLBACK>(static_cast<std::uintptr_t>(call.Arguments[0]));
+    const auto report = Given<PDU_MS_LOG_CALLBACK>(session, "PDU_MS_SetLogCallback", 0);
     ASSERT_NE(report, nullptr);
     const LargestFile full(0);
-    errno = OfTarget;
+    SetErrorState(OfTarget);
     report("text", 1, 256, 0, nullptr);
-    EXPECT_EQ(errno, OfTarget);
+    const ErrorState left = CurrentErrorState();
+    EXPECT_EQ(left, ErrorStateOf(OfTarget));
 }
 
 TEST(Destruct, ReturnsAfterACallOfAnotherThreadThatHadBegun)

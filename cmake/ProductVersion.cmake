@@ -1,5 +1,5 @@
-# set_product_version(target version description): gives a shared library its four version numbers, as a
-# version resource on Windows and as an ELF note elsewhere.
+# set_product_version(target version description): gives a shared library or program its four version numbers, as
+# a version resource on Windows and as an ELF note elsewhere.
 function(set_product_version target version description)
   string(REPLACE "." ";" numbers "${version}")
   list(GET numbers 0 VERSION_0)
@@ -8,6 +8,14 @@ function(set_product_version target version description)
   list(GET numbers 3 VERSION_3)
   set(VERSION_DESCRIPTION "${description}")
   set(VERSION_NAME "${target}")
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL EXECUTABLE)
+    set(VERSION_FILE_TYPE VFT_APP)
+    set(VERSION_FILE "${target}.exe")
+  else()
+    set(VERSION_FILE_TYPE VFT_DLL)
+    set(VERSION_FILE "${target}.dll")
+  endif()
   if(WIN32)
     enable_language(RC)
     set(source ${CMAKE_CURRENT_BINARY_DIR}/${target}_version.rc)

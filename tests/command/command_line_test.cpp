@@ -3,12 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/child_process.h"
 #include "platform/files.h"
 #include "tests/command/sample_log.h"
 #include "tests/support/child_program.h"
 #include "tests/support/session.h"
 #include "tool/commands/command.h"
 #include "tool/commands/help.h"
+#include "tool/setup/binary_file.h"
 
 namespace marvane::testing {
 namespace {
@@ -87,6 +89,54 @@ TEST(CommandLine, HelpIsAtMostAHundredColumnsWide)
 TEST(CommandLine, VersionIsThatOfTheProduct)
 {
     EXPECT_EQ(RunProgram("marvane", "--version").Output, tool::VersionLine() + "\n");
+}
+
+TEST(CommandLine, OnWindowsTheFileHasTheVersionToo)
+{
+    if (platform::PathSeparator != '\\')
+        GTEST_SKIP() << "a version resource is for Windows";
+    const auto facts = tool::InspectBinary(FileBytes(BuildFolder() + "marvane.exe"));
+    ASSERT_TRUE(facts && facts->Version);
+    EXPECT_EQ("marvane " + tool::VersionText(*facts->Version), tool::VersionLine());
+}
+
+/// Without LOG the newest session of the log folder that PDU_CFG_FILE's file names is read.
+void ExpectTheLogOf(const TemporaryFolder& folder, const std::string& name,
+                    const std::string& inConfiguration)
+{
+    const std::filesystem::path place =
+        folder.Path() / std::filesystem::path(std::u8string(name.begin(), name.end()));
+    std::filesystem::create_directory(place);
+    WriteFileBytes(place / LogName, SampleLog());
+    WriteFileBytes(place / "cfg.xml",
+                   "<?xml?>\n<D_PDU_API_CFG>\n<Attribute Name=\"LogFileDir\" Type=\"String\" Value=\"" +
+                       inConfiguration + "\"/>\n</D_PDU_API_CFG>\n");
+    const platform::ChildResult result =
+        platform::RunChild({BuildFolder() + "marvane" + (platform::PathSeparator == '\\' ? ".exe" : ""),
+                            "show", "--call", "PDULockResource"},
+                           {{"PDU_CFG_FILE", folder / name + platform::PathSeparator + "cfg.xml"}});
+    EXPECT_EQ(result.Status, 0);
+    EXPECT_NE(result.Output.find("+ PDULockResource("), std::string::npos) << result.Output;
+}
+
+TEST(CommandLine, FindsLogsInFoldersWithUmlauts)
+{
+    const TemporaryFolder folder;
+    const std::string name = "Pr\xC3\xBC"
+                             "fstand";
+    ExpectTheLogOf(folder, name, folder / name);
+}
+
+TEST(CommandLine, ReadsOldConfigurationsInTheCodePage)
+{
+    if (platform::PathSeparator != '\\')
+        GTEST_SKIP() << "elsewhere the bytes of a path have no code page";
+    const TemporaryFolder folder;
+    ExpectTheLogOf(folder,
+                   "Pr\xC3\xBC"
+                   "fstand",
+                   folder / "Pr\xFC"
+                            "fstand");
 }
 
 TEST(CommandLine, CompletionAndManPageNameEveryCommandAndOption)

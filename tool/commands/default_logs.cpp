@@ -1,17 +1,15 @@
 #include "tool/commands/default_logs.h"
 
-#include <cstdio>
-#include <memory>
-
-#include "config/attribute_line.h"
 #include "config/file_rules.h"
 #include "config/keys.h"
 #include "config/paths.h"
+#include "platform/child_process.h"
 #include "platform/environment.h"
 #include "platform/files.h"
-#include "platform/library.h"
+#include "platform/narrow_text.h"
 #include "tool/commands/arguments.h"
 #include "tool/read/log_files.h"
+#include "tool/setup/configuration.h"
 #include "tool/setup/configuration_choice.h"
 #include "tool/setup/installed_copy.h"
 
@@ -19,13 +17,11 @@ namespace marvane::tool {
 
 namespace {
 
-constexpr std::size_t LongestPath = 32768;
-
 std::string ConfigurationHere()
 {
     if (const std::optional<std::string> named = platform::EnvironmentVariable(ConfigurationVariable))
-        return *named;
-    return ConfigurationBeside(platform::OwnModulePath(LongestPath).Path, platform::PathSeparator);
+        return platform::Utf8FromNarrow(*named);
+    return ConfigurationBeside(platform::ProgramPath(), platform::PathSeparator);
 }
 
 /// The log folder of an entry that install made, wherever its root description file is, else of one that
@@ -48,18 +44,11 @@ std::string LogFolderOfEntry(const std::string& name, const std::vector<std::str
 
 std::optional<std::string> LogFolderOf(const std::string& configuration)
 {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(platform::OpenForReading(configuration),
-                                                               std::fclose);
-    if (!file)
+    const Configuration file = ReadConfiguration(configuration);
+    if (!file.Opened)
         return std::nullopt;
-    std::optional<std::string> folder;
-    ConfigurationReader reader([&] { return std::fgetc(file.get()); });
-    while (reader.Next() == ReadingStep::Body) {
-        const AttributeLine line = ScanAttributeLine(reader.Line());
-        if (line.Kind == LineKind::String && line.Name.Text == LogFileDirKey.Name)
-            folder = LogFolder(line.Value.Text, platform::ExpandEnvironment);
-    }
-    return folder;
+    const std::string value = platform::Utf8FromNarrow(file.Text(std::string(LogFileDirKey.Name)).Value);
+    return value.empty() ? value : platform::Utf8FromNarrow(LogFolder(value, platform::ExpandEnvironment));
 }
 
 std::optional<std::string> NewestLogFolder(const std::vector<InstalledCopy>& copies)

@@ -32,4 +32,31 @@ std::string Utf8FromNarrow(const std::string& bytes)
     return isUtf8 ? bytes : Utf8FromWide(Wide(bytes, AnsiCodePage(), 0));
 }
 
+std::optional<std::string> Utf8Variable(const std::string& name)
+{
+    const std::wstring wideName = WideFromUtf8(name);
+    std::wstring value(256, L'\0');
+    for (;;) {
+        SetLastError(ERROR_SUCCESS);
+        const DWORD length =
+            GetEnvironmentVariableW(wideName.c_str(), value.data(), static_cast<DWORD>(value.size()));
+        if (length == 0 && GetLastError() == ERROR_ENVVAR_NOT_FOUND)
+            return std::nullopt;
+        const bool fits = length < value.size();
+        value.resize(length);
+        if (fits)
+            return Utf8FromWide(value);
+    }
+}
+
+std::string ExpandUtf8(const std::string& text)
+{
+    const std::wstring wide = WideFromUtf8(text);
+    const DWORD size = ExpandEnvironmentStringsW(wide.c_str(), nullptr, 0);
+    std::wstring expanded(size, L'\0');
+    const DWORD length = ExpandEnvironmentStringsW(wide.c_str(), expanded.data(), size);
+    expanded.resize(length == 0 ? 0 : length - 1); // without the terminator
+    return Utf8FromWide(expanded);
+}
+
 } // namespace marvane::platform

@@ -100,43 +100,39 @@ TEST(CommandLine, OnWindowsTheFileHasTheVersionToo)
     EXPECT_EQ("marvane " + tool::VersionText(*facts->Version), tool::VersionLine());
 }
 
-/// Without LOG the newest session of the log folder that PDU_CFG_FILE's file names is read.
-void ExpectTheLogOf(const TemporaryFolder& folder, const std::string& name,
-                    const std::string& inConfiguration)
+/// Without LOG the newest session of the log folder that PDU_CFG_FILE's file names is read: here a folder
+/// whose name the configuration spells `spelling`.
+void ExpectTheLogOfAFolderSpelled(const std::string& spelling)
 {
-    const std::filesystem::path place =
-        folder.Path() / std::filesystem::path(std::u8string(name.begin(), name.end()));
+    const TemporaryFolder folder;
+    const std::filesystem::path place = folder.Path() / u8"Pr\u00FCfstand";
     std::filesystem::create_directory(place);
     WriteFileBytes(place / LogName, SampleLog());
+    const std::string logs = (folder.Path() / "").string() + spelling;
     WriteFileBytes(place / "cfg.xml",
                    "<?xml?>\n<D_PDU_API_CFG>\n<Attribute Name=\"LogFileDir\" Type=\"String\" Value=\"" +
-                       inConfiguration + "\"/>\n</D_PDU_API_CFG>\n");
-    const platform::ChildResult result =
-        platform::RunChild({BuildFolder() + "marvane" + (platform::PathSeparator == '\\' ? ".exe" : ""),
-                            "show", "--call", "PDULockResource"},
-                           {{"PDU_CFG_FILE", folder / name + platform::PathSeparator + "cfg.xml"}});
+                       logs + "\"/>\n</D_PDU_API_CFG>\n");
+    const bool onWindows = platform::PathSeparator == '\\';
+    const std::u8string configuration = (place / "cfg.xml").u8string();
+    const platform::ChildResult result = platform::RunChild(
+        {BuildFolder() + "marvane" + (onWindows ? ".exe" : ""), "show", "--status", "0xA1"},
+        {{"PDU_CFG_FILE", std::string(configuration.begin(), configuration.end())}});
     EXPECT_EQ(result.Status, 0);
     EXPECT_NE(result.Output.find("+ PDULockResource("), std::string::npos) << result.Output;
 }
 
 TEST(CommandLine, FindsLogsInFoldersWithUmlauts)
 {
-    const TemporaryFolder folder;
-    const std::string name = "Pr\xC3\xBC"
-                             "fstand";
-    ExpectTheLogOf(folder, name, folder / name);
+    ExpectTheLogOfAFolderSpelled("Pr\xC3\xBC"
+                                 "fstand");
 }
 
 TEST(CommandLine, ReadsOldConfigurationsInTheCodePage)
 {
     if (platform::PathSeparator != '\\')
         GTEST_SKIP() << "elsewhere the bytes of a path have no code page";
-    const TemporaryFolder folder;
-    ExpectTheLogOf(folder,
-                   "Pr\xC3\xBC"
-                   "fstand",
-                   folder / "Pr\xFC"
-                            "fstand");
+    ExpectTheLogOfAFolderSpelled("Pr\xFC"
+                                 "fstand");
 }
 
 TEST(CommandLine, CompletionAndManPageNameEveryCommandAndOption)
@@ -154,23 +150,6 @@ TEST(CommandLine, CompletionAndManPageNameEveryCommandAndOption)
             EXPECT_NE(powershell.find("        '" + name + "' = @("), std::string::npos) << name;
         }
     EXPECT_NE(RunProgram("marvane", "man").Output.find(".SS marvane show "), std::string::npos);
-}
-
-TEST(CommandLine, BashCompletesByTheScript)
-{
-    if (platform::PathSeparator == '\\' || std::system("bash --version >/dev/null 2>&1") != 0)
-        GTEST_SKIP() << "no bash here";
-    const TemporaryFolder folder;
-    const std::string script = folder / "script", out = folder / "out";
-    WriteFileBytes(script, RunProgram("marvane", "completion bash").Output +
-                               "complete_line() { COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _marvane; "
-                               "echo \"${COMPREPLY[@]}\"; }\n"
-                               "complete_line marvane sh\n"
-                               "complete_line marvane show --unt\n"
-                               "complete_line marvane show --time ''\n"
-                               "complete_line marvane completion p\n");
-    ASSERT_EQ(std::system(("bash " + script + " >" + out).c_str()), 0);
-    EXPECT_EQ(FileText(out), "show\n--until --until-match\nabs rel delta\npowershell\n");
 }
 
 TEST(CommandLine, AClosedPipeEndsQuietly)

@@ -19,6 +19,11 @@ std::string OptionNames(const Command& command)
     return names;
 }
 
+bool TakesPath(const Option& option)
+{
+    return option.Value == "FILE" || option.Value == "FOLDER";
+}
+
 std::string WithBlanks(std::string_view list)
 {
     std::string text(list);
@@ -120,7 +125,7 @@ std::string ZshOption(const Option& option)
         if (!option.Choices.empty())
             record += ":" + std::string(option.Value) + ":(" + WithBlanks(option.Choices) + ")";
         else if (!option.Value.empty())
-            record += ":" + std::string(option.Value) + ":_files";
+            record += ":" + std::string(option.Value) + ":" + (TakesPath(option) ? "_files" : "");
         lines += " \\\n                " + Quoted(record, "'\\''");
     }
     return lines;
@@ -164,7 +169,7 @@ std::string FishOption(std::string_view command, const Option& option)
     if (!option.Choices.empty())
         line += " -x -a '" + WithBlanks(option.Choices) + "'";
     else if (!option.Value.empty())
-        line += " -r";
+        line += TakesPath(option) ? " -r -F" : " -x";
     return line + " -d " + Quoted(option.Text, "\\'") + "\n";
 }
 

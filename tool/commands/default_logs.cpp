@@ -4,7 +4,6 @@
 #include "config/keys.h"
 #include "config/paths.h"
 #include "platform/child_process.h"
-#include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/narrow_text.h"
 #include "tool/commands/arguments.h"
@@ -19,8 +18,8 @@ namespace {
 
 std::string ConfigurationHere()
 {
-    if (const std::optional<std::string> named = platform::EnvironmentVariable(ConfigurationVariable))
-        return platform::Utf8FromNarrow(*named);
+    if (const std::optional<std::string> named = platform::Utf8Variable(ConfigurationVariable))
+        return *named;
     return ConfigurationBeside(platform::ProgramPath(), platform::PathSeparator);
 }
 
@@ -48,7 +47,7 @@ std::optional<std::string> LogFolderOf(const std::string& configuration)
     if (!file.Opened)
         return std::nullopt;
     const std::string value = platform::Utf8FromNarrow(file.Text(std::string(LogFileDirKey.Name)).Value);
-    return value.empty() ? value : platform::Utf8FromNarrow(LogFolder(value, platform::ExpandEnvironment));
+    return value.empty() ? value : LogFolder(value, platform::ExpandUtf8);
 }
 
 std::optional<std::string> NewestLogFolder(const std::vector<InstalledCopy>& copies)

@@ -217,6 +217,35 @@ TEST_F(SetupCommands, CheckOfAnEntryWithoutMarvaneSaysSo)
             bits + ", 29 of 29 functions\n\n0 errors, 1 warning\nOutcome: works, no log.\nexit status 1\n");
 }
 
+TEST_F(SetupCommands, AsJsonAreOneDocumentEach)
+{
+    const auto shown = [&](const std::string& command) {
+        std::string json = platform::RunChild({testing::BuildFolder() + "marvane" + Extension(), command,
+                                               "--json", "--root", root, "--to", folder / "copies"})
+                               .Output;
+        // A backslash of a Windows path is two of JSON.
+        for (std::size_t at = json.find("\\\\"); at != std::string::npos; at = json.find("\\\\", at + 1))
+            json.erase(at, 1);
+        return Named(json);
+    };
+    const testing::EnvironmentValue none("PDU_CFG_FILE", std::nullopt);
+    EXPECT_EQ(shown("status"), "{\"schema\":\"marvane.status/1\",\"installed\":[]}\n");
+    Install();
+    const std::string status = shown("status");
+    EXPECT_EQ(
+        status,
+        "{\"schema\":\"marvane.status/1\",\"installed\":[{\"entry\":\"SimVci\",\"root_file\":\"DIR/"
+        "root.xml\",\"marvane\":\"DIR/copies/SimVci/LIBRARY\",\"version\":\"1.0.0.0\",\"in_effect\":true,"
+        "\"target\":\"DIR/VENDOR\",\"logging\":\"on, decoded\",\"log_folder\":\"DIR/logs/\","
+        "\"log_files\":0,\"log_bytes\":0,\"newest\":[]}]}\n");
+    const std::string checked = shown("check");
+    EXPECT_TRUE(checked.starts_with(
+        "{\"schema\":\"marvane.check/1\",\"checked\":[{\"title\":\"SimVci\",\"findings\":[{"
+        "\"level\":\"ok\",\"place\":\"Marvane\",\"text\":\"DIR/copies/SimVci/LIBRARY"))
+        << checked;
+    EXPECT_TRUE(checked.ends_with("],\"outcome\":\"Outcome: works, log in DIR/logs/.\"}]}\n")) << checked;
+}
+
 TEST_F(SetupCommands, SetAndLevelChangeWhatGetShows)
 {
     Install();

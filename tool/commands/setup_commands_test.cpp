@@ -120,7 +120,7 @@ TEST_F(SetupCommands, TheInstalledChainLogsASession)
                       "   application -> Marvane 1.0.0.0 -> VENDOR 1.4.2.7   logging: on, decoded\n"
                       "   logs in     DIR/logs/\n"
                       "               1 of at most 20 files, 0   newest 0 0\n"
-                      "               0 0   0    0      2 failed   D-PDU_API_Logger_0.LGR\n");
+                      "               0 0  0   0   2 failed  D-PDU_API_Logger_0.LGR\n");
 }
 
 TEST_F(SetupCommands, StatusNoticesThatMarvaneWasRemoved)

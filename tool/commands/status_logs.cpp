@@ -136,10 +136,10 @@ std::string LogRows(const FolderOfLogs& logs, std::uint64_t most, read::LogTime 
     for (const SessionFacts& session : logs.Newest)
         width = std::max(width, OutcomeOf(session).size());
     for (const SessionFacts& session : logs.Newest)
-        rows += "               " + DayText(session.Begin) + " " + TimeText(session.Begin, false) + "   " +
-                Padded(DurationText(session.Ms), 7) + "  " +
-                Padded(std::to_string(session.Calls) + " calls", 13) + "  " +
-                Padded(OutcomeOf(session), width) + "   " + session.File + "\n";
+        rows += "               " + DayText(session.Begin) + " " + TimeText(session.Begin, false) + "  " +
+                Padded(DurationText(session.Ms), 6) + "  " +
+                Padded(std::to_string(session.Calls) + " calls", 10) + "  " +
+                Padded(OutcomeOf(session), width) + "  " + session.File + "\n";
     return rows;
 }
 

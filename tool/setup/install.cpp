@@ -5,6 +5,7 @@
 
 #include "config/paths.h"
 #include "platform/child_process.h"
+#include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/library.h"
 #include "platform/replace_file.h"
@@ -328,17 +329,7 @@ private:
             report += Report(plan);
         }
         RemoveLeftCopies(CopyFolders(options_.To));
-        return report + notes_ + NextStep();
-    }
-
-    /// What the user does then, if an entry leads to Marvane from now on.
-    std::string NextStep() const
-    {
-        if (contents_.empty())
-            return {};
-        return "restart the application; then 'marvane talk" +
-               (options_.Name.empty() ? std::string() : " --entry " + options_.Name) +
-               "' shows what it says, and 'marvane check' tells why nothing is logged\n";
+        return report + notes_;
     }
 
     static void WriteCopy(FileChanges& changes, const EntryPlan& plan)
@@ -412,7 +403,12 @@ private:
             add("changed", "LIBRARY_FILE of " + Quoted(plan.Name) + " in " + targets_.at(plan.Root));
             add("backup", backups_.at(plan.Root));
             add("target", plan.Vendor);
-            add("logs", ParseConfiguration(plan.Configuration).Text("LogFileDir").Value);
+            const std::string logs = ParseConfiguration(plan.Configuration).Text("LogFileDir").Value;
+            add("logs", logs);
+            // Where the copies are elsewhere, the readers of logs do not find them by the entry.
+            add("next", "restart the application, then: marvane talk " +
+                            (options_.To.empty() ? "--entry " + plan.Name
+                                                 : LogFolder(logs, platform::ExpandEnvironment)));
         }
         return report;
     }

@@ -130,17 +130,14 @@ TEST_F(Installing, SaysWhatItDid)
     std::string report = Named(Install(Options()));
     const std::size_t stamp = report.find(".marvane-") + 9;
     report.replace(stamp, 15, "STAMP");
-    EXPECT_EQ(
-        report,
-        "One\n"
-        "   copied        DIR/copies/One/LIBRARY  1.0.0.0\n"
-        "   configured    DIR/copies/One/D_PDU_API_CFG.xml\n"
-        "   changed       LIBRARY_FILE of \"One\" in DIR/root.xml\n"
-        "   backup        DIR/root.xml.marvane-STAMP.bak\n"
-        "   target        DIR/vendor/VENDOR\n"
-        "   logs          DIR/logs/\n"
-        "restart the application; then 'marvane talk --entry One' shows what it says, and 'marvane check' "
-        "tells why nothing is logged\n");
+    EXPECT_EQ(report, "One\n"
+                      "   copied        DIR/copies/One/LIBRARY  1.0.0.0\n"
+                      "   configured    DIR/copies/One/D_PDU_API_CFG.xml\n"
+                      "   changed       LIBRARY_FILE of \"One\" in DIR/root.xml\n"
+                      "   backup        DIR/root.xml.marvane-STAMP.bak\n"
+                      "   target        DIR/vendor/VENDOR\n"
+                      "   logs          DIR/logs/\n"
+                      "   next          restart the application, then: marvane talk DIR/logs/\n");
 }
 
 TEST_F(Installing, DryShowsTheChangeAndLeavesNoTrace)

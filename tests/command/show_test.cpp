@@ -189,6 +189,18 @@ TEST_F(Show, FollowingEndsWithTheTextOrTheTimeOut)
     EXPECT_EQ(late.Output, SampleLog());
 }
 
+TEST_F(Show, FollowingReadsStandardInputToItsEnd)
+{
+    const std::string input = " -f - < " + Quoted(folder_ / LogName);
+    EXPECT_EQ(RunProgram("marvane", "show" + input).Output, SampleLog());
+    EXPECT_EQ(RunProgram("marvane", "show" + input).Status, 0);
+    EXPECT_EQ(RunProgram("marvane", "show --until-match nowhere" + input).Status, 1);
+    const ProgramResult found = RunProgram("marvane", "errors --until-match LOCKED" + input);
+    EXPECT_NE(found.Output.find("RSC_LOCKED_BY_OTHER_CLL (0x00A1)"), std::string::npos);
+    EXPECT_EQ(found.Status, 0);
+    EXPECT_EQ(RunProgram("marvane", "talk" + input).Status, 0);
+}
+
 TEST_F(Show, FollowingWaitsForALogUpToTheTimeOut)
 {
     for (const char* const command : {"show", "talk", "errors"}) {

@@ -14,12 +14,13 @@ namespace marvane::tool {
 /// True if the command line asks for it (-f).
 bool IsFollowing(const Arguments& arguments);
 
-/// In place of ReadLogs if IsFollowing: reads the files, then what is added to the last one and to files that
-/// are begun after it in the same folder, polling ten times a second; only half a line is waited for. Files
-/// that it finds are added to `files`. `afterBatch` is called after each part that was read, for the command
-/// to write what is complete; then the output is flushed. Ends with --until-match as soon as a line with that
-/// text was written (returns 0), with --timeout (returns 1), else when the process is ended. A comms log
-/// beside an API log is not followed, since both grow at a time.
+/// In place of ReadLogs if IsFollowing: reads the files, then what is added to the last one of each family
+/// and to files that are begun after it in the same folder, polling ten times a second; only half a line is
+/// waited for. Files that it finds are added to `files`, whose places are the numbers of files in the reader.
+/// `afterBatch` is called after each part that was read, for the command to write what is complete; then the
+/// output is flushed. Ends with --until-match as soon as a line with that text was written (returns 0), with
+/// --timeout (returns 1), else when the process is ended. Standard input is followed to its end (returns 1 if
+/// the text did not come, else 0).
 int FollowLogs(
     const Arguments& arguments, Console& console, std::vector<read::LogFile>& files, read::LogReader& reader,
     const std::function<void()>& afterBatch = [] {});

@@ -16,6 +16,11 @@ class Calls : public read::LogSink
 public:
     explicit Calls(std::size_t enough) : enough_(enough) {}
     void OnCall(const read::Call& call) override { Names += std::string(call.Name) + " "; }
+    void OnComms(const read::Comms& report) override
+    {
+        Reports += std::string(report.Title) + " in file " + std::to_string(report.At.File + 1) + " line " +
+                   std::to_string(report.At.Line) + "\n";
+    }
     void OnProblem(const read::Problem& problem) override { Problems += std::string(problem.Text) + "\n"; }
     bool IsEnough() const override
     {
@@ -24,6 +29,7 @@ public:
 
     std::string Names;
     std::string Problems;
+    std::string Reports;
 
 private:
     std::size_t enough_;
@@ -42,10 +48,12 @@ protected:
     void Run(std::size_t enough, std::vector<std::function<void()>> actions, const std::string& timeOut = "")
     {
         Calls sink(enough);
-        read::LogReader reader(sink, read::Wants::Calls);
-        std::vector<read::LogFile> files = read::FindLogFiles({folder_ / First}).Files;
+        read::LogReader reader(sink, read::Wants::Calls | read::Wants::Comms);
+        const std::string operand = operand_.empty() ? folder_ / First : operand_;
+        std::vector<read::LogFile> files = read::FindLogFiles({operand}).Files;
         Arguments arguments;
         arguments.Set("--follow", {});
+        arguments.SetOperands({operand});
         if (!timeOut.empty())
             arguments.Set("--timeout", {timeOut});
         Console console(ColourChoice::Never);
@@ -56,6 +64,7 @@ protected:
         });
         names_ = sink.Names;
         problems_ = sink.Problems;
+        reports_ = sink.Reports;
     }
 
     void Add(const std::string& name, const std::string& text)
@@ -65,7 +74,9 @@ protected:
     }
 
     testing::TemporaryFolder folder_;
+    std::string operand_; ///< what is followed, if not the first file
     std::string names_;
+    std::string reports_;
     std::string problems_;
     int status_ = -1;
 };
@@ -106,11 +117,37 @@ TEST_F(Follow, GivesUpAtTheTimeOut)
     EXPECT_EQ(status_, 1);
 }
 
-TEST_F(Follow, RefusesStandardInput)
+TEST_F(Follow, ReadsTwoFilesThatGrowAtATime)
+{
+    const std::string comms = "D-PDU_API_Comms_25-11-2026_14-03-00.LGR";
+    const std::string report = "{14:03:07.250 - 00001A2C} [DoIP] ->  one\n";
+    Add(First, Call("PDUConstruct"));
+    Add(comms, report.substr(0, 30));
+    operand_ = folder_.Path().string();
+    Run(3, {[] {}, [&] { Add(First, Call("PDUGetVersion")); }, [&] { Add(comms, report.substr(30)); },
+            [&] { Add(First, Call("PDUDestruct")); }});
+    EXPECT_EQ(names_, "PDUConstruct PDUGetVersion PDUDestruct ");
+    EXPECT_EQ(reports_, "one in file 2 line 1\n");
+    EXPECT_EQ(problems_, "");
+}
+
+TEST_F(Follow, TakesACommsLogThatBeginsInTheFolder)
+{
+    const std::string comms = "D-PDU_API_Comms_25-11-2026_14-05-00.LGR";
+    const std::string report = "{14:05:07.250 - 00001A2C} [DoIP] ->  one\n";
+    Add(First, Call("PDUConstruct"));
+    operand_ = folder_.Path().string();
+    Run(2, {[&] { Add(comms, report); }, [&] { Add(First, Call("PDUDestruct")); }});
+    EXPECT_EQ(names_, "PDUConstruct PDUDestruct ");
+    EXPECT_EQ(reports_, "one in file 2 line 1\n");
+}
+
+TEST_F(Follow, StandardInputStandsAlone)
 {
     Calls sink(1);
     read::LogReader reader(sink);
-    std::vector<read::LogFile> files = read::FindLogFiles({"-"}).Files;
+    Add(First, Call("PDUConstruct"));
+    std::vector<read::LogFile> files = read::FindLogFiles({"-", folder_ / First}).Files;
     Console console(ColourChoice::Never);
     EXPECT_THROW(FollowLogs({}, console, files, reader), UsageError);
 }

@@ -70,7 +70,8 @@ void LogReader::Engine::BeginFile(const FileBegin& file)
     offset_ = lines_ = 0;
     hasStamp_ = false;
     clock_.BeginFile(file.NameTime, file.HasNameTime);
-    sink_.OnFile(files_++, file.Name);
+    number_ = files_++;
+    sink_.OnFile(number_, file.Name);
 }
 
 void LogReader::Engine::Feed(std::string_view bytes)
@@ -108,22 +109,53 @@ void LogReader::Engine::EndFile()
     hasFile_ = false;
 }
 
+void LogReader::Engine::Suspend()
+{
+    SettleMark();
+    CloseReport(false);
+    tail_ = Tail::Nothing;
+    suspended_[number_] = {isComms_, isFileFresh_,         headersInFile_, offset_,
+                           lines_,   std::move(splitter_), clock_};
+    splitter_ = LineSplitter();
+    hasFile_ = false;
+}
+
+void LogReader::Engine::Resume(std::uint32_t file)
+{
+    SuspendedFile state = std::move(suspended_.at(file));
+    suspended_.erase(file);
+    number_ = file;
+    isComms_ = state.IsComms;
+    isFileFresh_ = state.IsFresh;
+    headersInFile_ = state.Headers;
+    offset_ = state.Offset;
+    lines_ = state.Lines;
+    splitter_ = std::move(state.Splitter);
+    clock_ = state.Clock;
+    hasStamp_ = false;
+    hasFile_ = true;
+}
+
 void LogReader::Engine::Finish()
 {
     EndFile();
+    while (!suspended_.empty()) {
+        Resume(suspended_.begin()->first);
+        EndFile();
+    }
     LeaveAll(0);
     threads_.ForEach([this](ThreadState& thread) { EndHeader(thread); });
 }
 
 void LogReader::Engine::Report(ProblemKind what, std::string_view text)
 {
-    Tell(what, {files_ == 0 ? 0 : files_ - 1, lines_, offset_}, nullptr, text);
+    Tell(what, {number_, lines_, offset_}, nullptr, text);
 }
 
 void LogReader::Engine::ReadLine(std::string_view whole, std::size_t length, bool hasEnd)
 {
     ++counts_.Lines;
-    at_ = {files_ - 1, ++lines_, offset_};
+    at_ = {number_, ++lines_, offset_};
     offset_ += length;
     hasLineEnd_ = hasEnd;
     if (ReadStamp(whole))

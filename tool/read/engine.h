@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,8 @@ public:
     void Feed(std::string_view bytes);
     void Skip(std::uint64_t bytes, std::uint64_t lines);
     void EndFile();
+    void Suspend();
+    void Resume(std::uint32_t file);
     void Finish();
     void Report(ProblemKind what, std::string_view text);
 
@@ -116,11 +119,25 @@ private:
     ReadCounts counts_;
 
     // The place in the files.
+    /// A file that is left while another is read.
+    struct SuspendedFile
+    {
+        bool IsComms;
+        bool IsFresh;
+        std::uint32_t Headers;
+        std::uint64_t Offset;
+        std::uint64_t Lines;
+        LineSplitter Splitter;
+        LineClock Clock;
+    };
+    std::map<std::uint32_t, SuspendedFile> suspended_; ///< by number
+
     bool hasFile_ = false;
     bool isComms_ = false;
     bool isFileFresh_ = false; ///< no stamped line was read of it
     bool hasSkipped_ = false;  ///< so that second halves without first are no wonder
     std::uint32_t files_ = 0;
+    std::uint32_t number_ = 0; ///< of the file that is being read
     std::uint32_t headersInFile_ = 0;
     std::uint64_t offset_ = 0;
     std::uint64_t lines_ = 0;

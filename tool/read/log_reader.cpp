@@ -41,6 +41,14 @@ void LogReader::EndFile()
 {
     engine_->EndFile();
 }
+void LogReader::Suspend()
+{
+    engine_->Suspend();
+}
+void LogReader::Resume(std::uint32_t file)
+{
+    engine_->Resume(file);
+}
 void LogReader::Finish()
 {
     engine_->Finish();

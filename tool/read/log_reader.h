@@ -113,6 +113,11 @@ public:
     void Skip(std::uint64_t bytes, std::uint64_t lines);
     /// The file ends; a last line without line end is read as it is.
     void EndFile();
+    /// Leaves the file, to go on with it later: of two files that grow at a time. Best where a phase has
+    /// ended.
+    void Suspend();
+    /// Goes on with a file that was left, by its number in Position.
+    void Resume(std::uint32_t file);
     /// No more files: delivers what is in flight. To be called once.
     void Finish();
 

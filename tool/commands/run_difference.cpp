@@ -180,6 +180,12 @@ void Run::FinishRun()
     std::ranges::sort(RequestList, {}, &RunRequest::At);
 }
 
+std::uint64_t CallCount(const Run& run, const std::string& name)
+{
+    const auto found = run.CallCounts.find(name);
+    return found == run.CallCounts.end() ? 0 : found->second;
+}
+
 std::string TimesSlower(const read::Latency& first, const read::Latency& second)
 {
     return Grouped((second.Us + first.Us / 2) / std::max<std::uint64_t>(first.Us, 1)) + " times slower";
@@ -201,12 +207,8 @@ RunDifference Compare(const Run& first, const Run& second)
     for (const auto* run : {&first, &second})
         for (const auto& [name, count] : run->CallCounts)
             names.insert(name);
-    const auto countOf = [](const Run& run, const std::string& name) {
-        const auto found = run.CallCounts.find(name);
-        return found == run.CallCounts.end() ? 0 : found->second;
-    };
     for (const std::string& name : names)
-        if (countOf(first, name) != countOf(second, name))
+        if (CallCount(first, name) != CallCount(second, name))
             difference.CallNames.push_back(name);
     return difference;
 }

@@ -80,6 +80,9 @@ struct RunDifference
 /// A request of the second run is slower from twice the time and five milliseconds on.
 RunDifference Compare(const Run& first, const Run& second);
 
+/// How often a run called a function.
+std::uint64_t CallCount(const Run& run, const std::string& name);
+
 /// "16 times"; of two latencies.
 std::string TimesSlower(const read::Latency& first, const read::Latency& second);
 

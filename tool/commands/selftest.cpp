@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "platform/system_version.h"
 #include "tool/commands/arguments.h"
@@ -24,7 +25,7 @@ bool HasPassed(const SelftestResult& result)
 
 std::string Tenths(double nanoseconds)
 {
-    const auto tenths = static_cast<long long>(nanoseconds * 10 + 0.5);
+    const long long tenths = std::llround(nanoseconds * 10);
     return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
 }
 

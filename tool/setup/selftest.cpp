@@ -1,6 +1,7 @@
 #include "tool/setup/selftest.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <random>
 
@@ -200,7 +201,7 @@ private:
         result_.BareCall = NanosecondsOfACall(interface_);
         result_.LoggedCall = NanosecondsOfACall(marvane_);
         const auto text = [](double nanoseconds) {
-            return std::to_string(static_cast<long long>(nanoseconds + 0.5)) + " ns";
+            return std::to_string(std::llround(nanoseconds)) + " ns";
         };
         if (result_.BareCall && result_.LoggedCall)
             Add(FindingLevel::Ok, "cost of a call",

@@ -28,7 +28,11 @@ TEST_F(ComParamTest, ANullItemIsReportedAtItsLevel)
 TEST_F(ComParamTest, AnItemIsALineAndItsValueOneLevelDeeper)
 {
     UNUM32 value = 500000;
-    PDU_PARAM_ITEM item = {0xDEAD, 7, PDU_PT_UNUM32, PDU_PC_BUSTYPE, &value};
+    PDU_PARAM_ITEM item = {.ItemType = 0xDEAD,
+                           .ComParamId = 7,
+                           .ComParamDataType = PDU_PT_UNUM32,
+                           .ComParamClass = PDU_PC_BUSTYPE,
+                           .pComParamData = &value};
     RecordObjectName(PDU_OBJT_COMPARAM, 7, "CP_Baudrate");
     EXPECT_EQ(
         Decoded([&](const DecoderContext& context) { DecodeComParam(context, FromTarget, &item); }),
@@ -40,7 +44,11 @@ TEST_F(ComParamTest, AnItemIsALineAndItsValueOneLevelDeeper)
 TEST_F(ComParamTest, UnknownTypesAndClassesAreNamedSo)
 {
     UNUM32 value = 1;
-    PDU_PARAM_ITEM item = {PDU_IT_PARAM, 12345, 0x10A, 8, &value};
+    PDU_PARAM_ITEM item = {.ItemType = PDU_IT_PARAM,
+                           .ComParamId = 12345,
+                           .ComParamDataType = 0x10A,
+                           .ComParamClass = 8,
+                           .pComParamData = &value};
     EXPECT_EQ(
         Decoded([&](const DecoderContext& context) { DecodeComParam(context, ToTarget, &item); }),
         "   -->  ComParam (" + testing::PointerText(&item) +
@@ -50,7 +58,11 @@ TEST_F(ComParamTest, UnknownTypesAndClassesAreNamedSo)
 
 TEST_F(ComParamTest, ANullValueIsReportedOneLevelDeeper)
 {
-    PDU_PARAM_ITEM item = {PDU_IT_PARAM, 7, PDU_PT_UNUM8, PDU_PC_TIMING, nullptr};
+    PDU_PARAM_ITEM item = {.ItemType = PDU_IT_PARAM,
+                           .ComParamId = 7,
+                           .ComParamDataType = PDU_PT_UNUM8,
+                           .ComParamClass = PDU_PC_TIMING,
+                           .pComParamData = nullptr};
     EXPECT_EQ(
         Decoded([&](const DecoderContext& context) { DecodeComParam(context, ToTarget, &item); }),
         "   -->  ComParam (" + testing::PointerText(&item) +
@@ -87,7 +99,7 @@ TEST_F(ComParamTest, ANumberAtAnOddAddressIsRead)
 TEST_F(ComParamTest, AByteFieldHasTheLevelOfItsValue)
 {
     UNUM8 bytes[] = {0x3E, 0x80};
-    const PDU_PARAM_BYTEFIELD_DATA field = {10, 2, bytes};
+    const PDU_PARAM_BYTEFIELD_DATA field = {.ParamMaxLen = 10, .ParamActLen = 2, .pDataArray = bytes};
     EXPECT_EQ(
         Value(PDU_PT_BYTEFIELD, &field),
         "    >>> [NOT YET READ] (id=7): MaxLen\t= 10, ActLen\t= 2\n"
@@ -97,14 +109,14 @@ TEST_F(ComParamTest, AByteFieldHasTheLevelOfItsValue)
 TEST_F(ComParamTest, AnEmptyByteFieldHasNoListing)
 {
     UNUM8 byte = 0;
-    const PDU_PARAM_BYTEFIELD_DATA field = {10, 0, &byte};
+    const PDU_PARAM_BYTEFIELD_DATA field = {.ParamMaxLen = 10, .ParamActLen = 0, .pDataArray = &byte};
     EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field), "    >>> [NOT YET READ] (id=7): MaxLen\t= 10, ActLen\t= 0\n"
                                                "    >>>     pDataArray: Size\t= <ZERO>\n");
 }
 
 TEST_F(ComParamTest, AByteFieldWithoutItsArrayIsReported)
 {
-    const PDU_PARAM_BYTEFIELD_DATA field = {1, 3, nullptr};
+    const PDU_PARAM_BYTEFIELD_DATA field = {.ParamMaxLen = 1, .ParamActLen = 3, .pDataArray = nullptr};
     EXPECT_EQ(Value(PDU_PT_BYTEFIELD, &field, FromTarget.Deeper(2)),
               "\t\t <--  [NOT YET READ] (id=7): MaxLen\t= 1, ActLen\t= 3\n"
               "\t\t <--      pDataArray: Address \t= <NULL>\n");
@@ -113,7 +125,7 @@ TEST_F(ComParamTest, AByteFieldWithoutItsArrayIsReported)
 TEST_F(ComParamTest, ALongFieldIsOneLevelDeeperAndCountsFourBytesEach)
 {
     UNUM32 longs[] = {0x7E0, 0x7E8};
-    const PDU_PARAM_LONGFIELD_DATA field = {4, 2, longs};
+    const PDU_PARAM_LONGFIELD_DATA field = {.ParamMaxLen = 4, .ParamActLen = 2, .pDataArray = longs};
     EXPECT_EQ(
         Value(PDU_PT_LONGFIELD, &field, FromTarget.Deeper()),
         "\t\t <--  Id = [NOT YET READ] (id=7): MaxLen\t= 4, ActLen\t= 2\n"
@@ -146,8 +158,13 @@ TEST_F(ComParamTest, NullFieldsHaveTheirOwnWords)
 
 TEST_F(ComParamTest, SessionTimingsShowTheFirstElementAlone)
 {
-    PDU_PARAM_STRUCT_SESSION_TIMING timings[] = {{1, 0, 50, 1, 244}, {2, 9, 9, 9, 9}};
-    const PDU_PARAM_STRUCTFIELD_DATA field = {PDU_CPST_SESSION_TIMING, 8, 2, timings};
+    PDU_PARAM_STRUCT_SESSION_TIMING timings[] = {
+        {.session = 1, .P2Max_high = 0, .P2Max_low = 50, .P2Star_high = 1, .P2Star_low = 244},
+        {.session = 2, .P2Max_high = 9, .P2Max_low = 9, .P2Star_high = 9, .P2Star_low = 9}};
+    const PDU_PARAM_STRUCTFIELD_DATA field = {.ComParamStructType = PDU_CPST_SESSION_TIMING,
+                                              .ParamMaxEntries = 8,
+                                              .ParamActEntries = 2,
+                                              .pStructArray = timings};
     EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field, FromTarget.Deeper()),
               "\t\t <--  Id = [NOT YET READ] (id=7): ComParamStructType\t= 1\n"
               "\t\t <--  MaxEntries\t= 8\n"
@@ -161,8 +178,12 @@ TEST_F(ComParamTest, SessionTimingsShowTheFirstElementAlone)
 
 TEST_F(ComParamTest, TheTextOfATimingSetRunsIntoTheIndentsOfTheOtherDirection)
 {
-    PDU_PARAM_STRUCT_ACCESS_TIMING timing = {1, 2, 3, 4, 5, 255};
-    const PDU_PARAM_STRUCTFIELD_DATA field = {PDU_CPST_ACCESS_TIMING, 1, 1, &timing};
+    PDU_PARAM_STRUCT_ACCESS_TIMING timing = {
+        .P2Min = 1, .P2Max = 2, .P3Min = 3, .P3Max = 4, .P4Min = 5, .TimingSet = 255};
+    const PDU_PARAM_STRUCTFIELD_DATA field = {.ComParamStructType = PDU_CPST_ACCESS_TIMING,
+                                              .ParamMaxEntries = 1,
+                                              .ParamActEntries = 1,
+                                              .pStructArray = &timing};
     EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field),
               "\t\t -->  Id = [NOT YET READ] (id=7): ComParamStructType\t= 2\n"
               "\t\t -->  MaxEntries\t= 1\n"
@@ -179,7 +200,8 @@ TEST_F(ComParamTest, TheTextOfATimingSetRunsIntoTheIndentsOfTheOtherDirection)
 TEST_F(ComParamTest, OnTheWayBackTheTextOfATimingSetFollowsTheMarkersText)
 {
     const auto setText = [](UNUM8 set, unsigned depth) {
-        PDU_PARAM_STRUCT_ACCESS_TIMING timing = {0, 0, 0, 0, 0, set};
+        PDU_PARAM_STRUCT_ACCESS_TIMING timing = {
+            .P2Min = 0, .P2Max = 0, .P3Min = 0, .P3Max = 0, .P4Min = 0, .TimingSet = set};
         const std::string text = Decoded([&](const DecoderContext& context) {
             DecodeAccessTiming(context, FromTarget.Deeper(depth), &timing);
         });
@@ -195,7 +217,8 @@ TEST_F(ComParamTest, OnTheWayBackTheTextOfATimingSetFollowsTheMarkersText)
 TEST_F(ComParamTest, AnUnknownStructTypeHasThreeLines)
 {
     UNUM32 nothing = 0;
-    const PDU_PARAM_STRUCTFIELD_DATA field = {3, 4, 5, &nothing};
+    const PDU_PARAM_STRUCTFIELD_DATA field = {
+        .ComParamStructType = 3, .ParamMaxEntries = 4, .ParamActEntries = 5, .pStructArray = &nothing};
     EXPECT_EQ(Value(PDU_PT_STRUCTFIELD, &field),
               "\t\t -->  Id = [NOT YET READ] (id=7): ComParamStructType\t= 3\n"
               "\t\t -->  MaxEntries\t= 4\n"
@@ -205,7 +228,8 @@ TEST_F(ComParamTest, AnUnknownStructTypeHasThreeLines)
 TEST_F(ComParamTest, AFieldLargerThanTheBufferEndsWithTheMarker)
 {
     std::vector<UNUM8> bytes(50000);
-    const PDU_PARAM_BYTEFIELD_DATA field = {1, 50000, bytes.data()};
+    const PDU_PARAM_BYTEFIELD_DATA field = {
+        .ParamMaxLen = 1, .ParamActLen = 50000, .pDataArray = bytes.data()};
     ExpectCutOff(Value(PDU_PT_BYTEFIELD, &field));
 }
 

@@ -80,7 +80,13 @@ TEST_F(CopCtrlData, NullIsReported)
 
 TEST_F(CopCtrlData, WithoutExpectedResponsesItsLinesEndWithTheirCount)
 {
-    const PDU_COP_CTRL_DATA control = {4294967295u, 3, 4, 1, {0, nullptr}, 0, nullptr};
+    const PDU_COP_CTRL_DATA control = {.Time = 4294967295u,
+                                       .NumSendCycles = 3,
+                                       .NumReceiveCycles = 4,
+                                       .TempParamUpdate = 1,
+                                       .TxFlag = {0, nullptr},
+                                       .NumPossibleExpectedResponses = 0,
+                                       .pExpectedResponseArray = nullptr};
     EXPECT_EQ(Control(&control), "   -->  Time            \t= 4294967295\n"
                                  "   -->  NumSendCycles   \t= 3\n"
                                  "   -->  NumReceiveCycles\t= 4\n"
@@ -91,15 +97,27 @@ TEST_F(CopCtrlData, WithoutExpectedResponsesItsLinesEndWithTheirCount)
 
 TEST_F(CopCtrlData, ACountOfZeroDoesNotLookAtTheArray)
 {
-    const PDU_COP_CTRL_DATA control = {
-        500, 1, -1, 0, {0, nullptr}, 0, reinterpret_cast<PDU_EXP_RESP_DATA*>(std::uintptr_t{0x10})};
+    const PDU_COP_CTRL_DATA control = {.Time = 500,
+                                       .NumSendCycles = 1,
+                                       .NumReceiveCycles = -1,
+                                       .TempParamUpdate = 0,
+                                       .TxFlag = {0, nullptr},
+                                       .NumPossibleExpectedResponses = 0,
+                                       .pExpectedResponseArray =
+                                           reinterpret_cast<PDU_EXP_RESP_DATA*>(std::uintptr_t{0x10})};
     EXPECT_EQ(AfterHead(Control(&control)), "   -->  NumExpResps     \t= 0\n");
 }
 
 TEST_F(CopCtrlData, BothCyclesHaveThreeForms)
 {
     const auto cycles = [](SNUM32 send, SNUM32 receive) {
-        const PDU_COP_CTRL_DATA control = {500, send, receive, 0, {0, nullptr}, 0, nullptr};
+        const PDU_COP_CTRL_DATA control = {.Time = 500,
+                                           .NumSendCycles = send,
+                                           .NumReceiveCycles = receive,
+                                           .TempParamUpdate = 0,
+                                           .TxFlag = {0, nullptr},
+                                           .NumPossibleExpectedResponses = 0,
+                                           .pExpectedResponseArray = nullptr};
         const std::string text = Control(&control);
         const std::size_t begin = text.find('\n') + 1;
         return text.substr(begin, text.find("   -->  TempParamUpdate") - begin);
@@ -116,7 +134,13 @@ TEST_F(CopCtrlData, BothCyclesHaveThreeForms)
 TEST_F(CopCtrlData, FlagsAreListedAndNamedWithTheTransmitTable)
 {
     UNUM8 bytes[] = {0x20, 0, 0x01, 0x80};
-    const PDU_COP_CTRL_DATA control = {500, 1, -1, 0, {4, bytes}, 0, nullptr};
+    const PDU_COP_CTRL_DATA control = {.Time = 500,
+                                       .NumSendCycles = 1,
+                                       .NumReceiveCycles = -1,
+                                       .TempParamUpdate = 0,
+                                       .TxFlag = {4, bytes},
+                                       .NumPossibleExpectedResponses = 0,
+                                       .pExpectedResponseArray = nullptr};
     EXPECT_EQ(Control(&control), "   -->  Time            \t= 500\n"
                                  "   -->  NumSendCycles   \t= 1\n"
                                  "   -->  NumReceiveCycles\t= <INFINITE>\n"
@@ -131,7 +155,13 @@ TEST_F(CopCtrlData, FlagsAreListedAndNamedWithTheTransmitTable)
 
 TEST_F(CopCtrlData, FlagBytesThatAreMissingAreReported)
 {
-    const PDU_COP_CTRL_DATA control = {500, 1, -1, 0, {2, nullptr}, 0, nullptr};
+    const PDU_COP_CTRL_DATA control = {.Time = 500,
+                                       .NumSendCycles = 1,
+                                       .NumReceiveCycles = -1,
+                                       .TempParamUpdate = 0,
+                                       .TxFlag = {2, nullptr},
+                                       .NumPossibleExpectedResponses = 0,
+                                       .pExpectedResponseArray = nullptr};
     EXPECT_EQ(Control(&control),
               "   -->  Time            \t= 500\n"
               "   -->  NumSendCycles   \t= 1\n"
@@ -145,7 +175,13 @@ TEST_F(CopCtrlData, FlagBytesThatAreMissingAreReported)
 TEST_F(CopCtrlData, ResponsesWithoutAnArrayAreAnErrorWhateverTheirCount)
 {
     for (const UNUM32 count : {1u, 3u, 4294967295u}) {
-        const PDU_COP_CTRL_DATA control = {500, 1, -1, 0, {0, nullptr}, count, nullptr};
+        const PDU_COP_CTRL_DATA control = {.Time = 500,
+                                           .NumSendCycles = 1,
+                                           .NumReceiveCycles = -1,
+                                           .TempParamUpdate = 0,
+                                           .TxFlag = {0, nullptr},
+                                           .NumPossibleExpectedResponses = count,
+                                           .pExpectedResponseArray = nullptr};
         EXPECT_EQ(AfterHead(Control(&control)), "   -->  pCoPCtrlData->pExpectedRspArray\t= <NULL>\n"
                                                 "   -->  **ERROR** expected responses with no array! (" +
                                                     testing::PointerText(nullptr) + ", " +
@@ -333,7 +369,13 @@ TEST_F(CopCtrlData, MatchBytesLargerThanTheBufferEndWithTheMarker)
 TEST_F(CopCtrlData, HasItsGates)
 {
     ExpectThreeGates([](const DecoderContext& context) { DecodeCopCtrlData(context, nullptr); });
-    const PDU_COP_CTRL_DATA control = {500, 1, -1, 0, {0, nullptr}, 3, nullptr};
+    const PDU_COP_CTRL_DATA control = {.Time = 500,
+                                       .NumSendCycles = 1,
+                                       .NumReceiveCycles = -1,
+                                       .TempParamUpdate = 0,
+                                       .TxFlag = {0, nullptr},
+                                       .NumPossibleExpectedResponses = 3,
+                                       .pExpectedResponseArray = nullptr};
     ExpectThreeGates([&](const DecoderContext& context) { DecodeCopCtrlData(context, &control); });
 }
 

@@ -101,8 +101,17 @@ TEST_F(EventItem, AWholeResult)
     UNUM8 stamps[] = {0x80};
     UNUM8 header[] = {0x07, 0xE8};
     UNUM8 payload[] = {0x62, 0xF1, 0x90};
-    PDU_EXTRA_INFO extra = {2, 0, header, nullptr};
-    const PDU_RESULT_DATA result = {{4, rx}, 7, 1, {1, stamps}, 11, 22, &extra, 3, payload};
+    PDU_EXTRA_INFO extra = {
+        .NumHeaderBytes = 2, .NumFooterBytes = 0, .pHeaderBytes = header, .pFooterBytes = nullptr};
+    const PDU_RESULT_DATA result = {.RxFlag = {4, rx},
+                                    .UniqueRespIdentifier = 7,
+                                    .AcceptanceId = 1,
+                                    .TimestampFlags = {1, stamps},
+                                    .TxMsgDoneTimestamp = 11,
+                                    .StartMsgTimestamp = 22,
+                                    .pExtraInfo = &extra,
+                                    .NumDataBytes = 3,
+                                    .pDataBytes = payload};
     EXPECT_EQ(
         Event(PDU_IT_RESULT, &result),
         "\t\t <--  pResult->RxFla |00000000 <00 00 00 40>                                      ...@            |\n"
@@ -130,7 +139,8 @@ std::string Tail(const std::string& text)
 
 TEST_F(EventItem, HeaderAndFooterInTheirNullForms)
 {
-    PDU_EXTRA_INFO extra = {0, 4, nullptr, nullptr};
+    PDU_EXTRA_INFO extra = {
+        .NumHeaderBytes = 0, .NumFooterBytes = 4, .pHeaderBytes = nullptr, .pFooterBytes = nullptr};
     PDU_RESULT_DATA result = {};
     result.pExtraInfo = &extra;
     const std::string address = "    <<< pExtraInfo            \t= " + testing::PointerText(&extra) + "\n";

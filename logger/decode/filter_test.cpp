@@ -38,8 +38,16 @@ TEST_F(Filter, EntriesWithoutAnArrayAreReported)
 
 TEST_F(Filter, MaskAndPatternAreListedUnderTheEntry)
 {
-    PDU_IO_FILTER_DATA filters[] = {{PDU_FLT_PASS_UUDT, 1, 4, {0xFF, 0xFF, 0xFF, 0xFF}, {0, 0, 7, 0xE8}},
-                                    {3, 2, 1, {0x0F}, {0x41}}};
+    PDU_IO_FILTER_DATA filters[] = {{.FilterType = PDU_FLT_PASS_UUDT,
+                                     .FilterNumber = 1,
+                                     .FilterCompareSize = 4,
+                                     .FilterMaskMessage = {0xFF, 0xFF, 0xFF, 0xFF},
+                                     .FilterPatternMessage = {0, 0, 7, 0xE8}},
+                                    {.FilterType = 3,
+                                     .FilterNumber = 2,
+                                     .FilterCompareSize = 1,
+                                     .FilterMaskMessage = {0x0F},
+                                     .FilterPatternMessage = {0x41}}};
     const PDU_IO_FILTER_LIST list = {2, filters};
     EXPECT_EQ(
         List(&list),
@@ -57,7 +65,11 @@ TEST_F(Filter, MaskAndPatternAreListedUnderTheEntry)
 
 TEST_F(Filter, ASizeOfZeroIsReportedForBoth)
 {
-    PDU_IO_FILTER_DATA filter = {PDU_FLT_BLOCK, 1, 0, {}, {}};
+    PDU_IO_FILTER_DATA filter = {.FilterType = PDU_FLT_BLOCK,
+                                 .FilterNumber = 1,
+                                 .FilterCompareSize = 0,
+                                 .FilterMaskMessage = {},
+                                 .FilterPatternMessage = {}};
     const PDU_IO_FILTER_LIST list = {1, &filter};
     EXPECT_EQ(List(&list), "    >>> ->NumFilterEntries \t= 1\n"
                            "\t\t -->  FilterEntry[00] Type=PDU_FLT_BLOCK (2), Number=1, FilterSize=0\n"
@@ -67,7 +79,11 @@ TEST_F(Filter, ASizeOfZeroIsReportedForBoth)
 
 TEST_F(Filter, ASizeBeyondTheRecordListsTwelveBytesAndTheMarkOfACut)
 {
-    PDU_IO_FILTER_DATA filter = {PDU_FLT_PASS, 1, 13, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, {}};
+    PDU_IO_FILTER_DATA filter = {.FilterType = PDU_FLT_PASS,
+                                 .FilterNumber = 1,
+                                 .FilterCompareSize = 13,
+                                 .FilterMaskMessage = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12},
+                                 .FilterPatternMessage = {}};
     const PDU_IO_FILTER_LIST list = {1, &filter};
     EXPECT_EQ(
         List(&list),
@@ -79,7 +95,11 @@ TEST_F(Filter, ASizeBeyondTheRecordListsTwelveBytesAndTheMarkOfACut)
 
 TEST_F(Filter, LevelOneShowsEntriesWithoutBytes)
 {
-    PDU_IO_FILTER_DATA filter = {PDU_FLT_BLOCK_UUDT, 1, 4, {}, {}};
+    PDU_IO_FILTER_DATA filter = {.FilterType = PDU_FLT_BLOCK_UUDT,
+                                 .FilterNumber = 1,
+                                 .FilterCompareSize = 4,
+                                 .FilterMaskMessage = {},
+                                 .FilterPatternMessage = {}};
     const PDU_IO_FILTER_LIST list = {1, &filter};
     EXPECT_EQ(List(&list, ToTarget.Deeper(), 1),
               "    >>> ->NumFilterEntries \t= 1\n"

@@ -168,7 +168,11 @@ TEST_F(Item, AnEmptyOrNullArrayIsReported)
 
 TEST_F(Item, FiltersStandBelowTheHead)
 {
-    PDU_IO_FILTER_DATA filter = {PDU_FLT_PASS_UUDT, 3, 2, {0xFF, 0xF0}, {0x10, 0x20}};
+    PDU_IO_FILTER_DATA filter = {.FilterType = PDU_FLT_PASS_UUDT,
+                                 .FilterNumber = 3,
+                                 .FilterCompareSize = 2,
+                                 .FilterMaskMessage = {0xFF, 0xF0},
+                                 .FilterPatternMessage = {0x10, 0x20}};
     const PDU_IO_FILTER_LIST data = {1, &filter};
     ExpectLines(PDU_IT_IO_FILTER, "PDU_IT_IO_FILTER (4099)", &data,
                 "    >>> ->NumFilterEntries \t= 1\n"
@@ -198,7 +202,7 @@ TEST_F(Item, AnEventQueuesModeIsSigned)
 
 TEST_F(Item, AResourcesStatusIsTakenApartBitByBit)
 {
-    PDU_RSC_STATUS_DATA data = {0xFFFFFFFF, 400, 0x0A};
+    PDU_RSC_STATUS_DATA data = {.hMod = 0xFFFFFFFF, .ResourceId = 400, .ResourceStatus = 0x0A};
     RecordObjectName(PDU_OBJT_RESOURCE, 400, "RSC_CAN");
     ExpectLines(
         PDU_IT_RSC_STATUS, "PDU_IT_RSC_STATUS (4352)", &data,
@@ -218,7 +222,7 @@ TEST_F(Item, AResourcesStatusIsTakenApartBitByBit)
 TEST_F(Item, EachBitOfAResourcesStatusHasItsOwnPlace)
 {
     const auto decoded = [](UNUM32 status) {
-        const PDU_RSC_STATUS_DATA data = {1, 2, status};
+        const PDU_RSC_STATUS_DATA data = {.hMod = 1, .ResourceId = 2, .ResourceStatus = status};
         const std::string text = Decode(PDU_IT_RSC_STATUS, &data, ToTarget);
         return text.substr(text.find("Phys"));
     };
@@ -233,7 +237,11 @@ TEST_F(Item, EachBitOfAResourcesStatusHasItsOwnPlace)
 TEST_F(Item, AComParamIsOneLevelBelowTheHead)
 {
     UNUM32 value = 500000;
-    const PDU_PARAM_ITEM param = {PDU_IT_PARAM, 7, PDU_PT_UNUM32, PDU_PC_BUSTYPE, &value};
+    const PDU_PARAM_ITEM param = {.ItemType = PDU_IT_PARAM,
+                                  .ComParamId = 7,
+                                  .ComParamDataType = PDU_PT_UNUM32,
+                                  .ComParamClass = PDU_PC_BUSTYPE,
+                                  .pComParamData = &value};
     RecordObjectName(PDU_OBJT_COMPARAM, 7, "CP_Baudrate");
     const std::string line = "ComParam (" + testing::PointerText(&param) +
                              ") Id = CP_Baudrate (id=7), DataType = PDU_PT_UNUM32 (0x0105), "
@@ -247,10 +255,17 @@ TEST_F(Item, AComParamIsOneLevelBelowTheHead)
 
 TEST_F(Item, TimingsOfAComParamRunPastTheArrows)
 {
-    PDU_PARAM_STRUCT_ACCESS_TIMING timing = {1, 2, 3, 4, 5, 255};
-    const PDU_PARAM_STRUCTFIELD_DATA field = {PDU_CPST_ACCESS_TIMING, 2, 1, &timing};
-    const PDU_PARAM_ITEM param = {PDU_IT_PARAM, 7, PDU_PT_STRUCTFIELD, PDU_PC_TIMING,
-                                  const_cast<void*>(static_cast<const void*>(&field))};
+    PDU_PARAM_STRUCT_ACCESS_TIMING timing = {
+        .P2Min = 1, .P2Max = 2, .P3Min = 3, .P3Max = 4, .P4Min = 5, .TimingSet = 255};
+    const PDU_PARAM_STRUCTFIELD_DATA field = {.ComParamStructType = PDU_CPST_ACCESS_TIMING,
+                                              .ParamMaxEntries = 2,
+                                              .ParamActEntries = 1,
+                                              .pStructArray = &timing};
+    const PDU_PARAM_ITEM param = {.ItemType = PDU_IT_PARAM,
+                                  .ComParamId = 7,
+                                  .ComParamDataType = PDU_PT_STRUCTFIELD,
+                                  .ComParamClass = PDU_PC_TIMING,
+                                  .pComParamData = const_cast<void*>(static_cast<const void*>(&field))};
     const std::string line = "ComParam (" + testing::PointerText(&param) +
                              ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_STRUCTFIELD (0x0108), "
                              "Class = PDU_PC_TIMING (0x0001)\n";
@@ -283,8 +298,17 @@ TEST_F(Item, AResultIsShownAsTheEventThatItIs)
 {
     UNUM8 flags[] = {0x80};
     UNUM8 payload[] = {0x62, 0xF1, 0x90};
-    PDU_RESULT_DATA result = {{1, flags}, 7, 8, {0, nullptr}, 9, 10, nullptr, 3, payload};
-    const PDU_EVENT_ITEM event = {PDU_IT_RESULT, 5, flags, 4294967295u, &result};
+    PDU_RESULT_DATA result = {.RxFlag = {1, flags},
+                              .UniqueRespIdentifier = 7,
+                              .AcceptanceId = 8,
+                              .TimestampFlags = {0, nullptr},
+                              .TxMsgDoneTimestamp = 9,
+                              .StartMsgTimestamp = 10,
+                              .pExtraInfo = nullptr,
+                              .NumDataBytes = 3,
+                              .pDataBytes = payload};
+    const PDU_EVENT_ITEM event = {
+        .ItemType = PDU_IT_RESULT, .hCop = 5, .pCoPTag = flags, .Timestamp = 4294967295u, .pData = &result};
     const std::string line = "PDU_IT_RESULT (0x1300): hCoP = 5, Tag = " + testing::PointerText(flags) +
                              ", Type = 4864, Timestamp = 4294967295, pData=" + testing::PointerText(&result) +
                              "\n";
@@ -310,7 +334,8 @@ TEST_F(Item, AStatusAnErrorAndInformationAreShownAsEvents)
     PDU_ERROR_DATA error = {PDU_ERR_EVT_RX_TIMEOUT, 5};
     PDU_INFO_DATA info = {PDU_INFO_MODULE_LIST_CHG, 6};
     const std::string null = testing::PointerText(nullptr);
-    PDU_EVENT_ITEM event = {PDU_IT_STATUS, 0xFFFFFFFF, nullptr, 1, &status};
+    PDU_EVENT_ITEM event = {
+        .ItemType = PDU_IT_STATUS, .hCop = 0xFFFFFFFF, .pCoPTag = nullptr, .Timestamp = 1, .pData = &status};
     std::string line = "PDU_IT_STATUS (0x1301): hCoP = 4294967295, Tag = " + null +
                        ", Type = 4865, Timestamp = 1, pData=" + testing::PointerText(&status) +
                        "\n    <<< Status        \t= PDU_COPST_FINISHED (0x8012)\n";
@@ -330,7 +355,8 @@ TEST_F(Item, AStatusAnErrorAndInformationAreShownAsEvents)
 TEST_F(Item, TheInnerTypeOfAnEventDecidesHowItIsShown)
 {
     PDU_ERROR_DATA error = {PDU_ERR_EVT_RX_TIMEOUT, 5};
-    const PDU_EVENT_ITEM event = {PDU_IT_ERROR, 2, nullptr, 3, &error};
+    const PDU_EVENT_ITEM event = {
+        .ItemType = PDU_IT_ERROR, .hCop = 2, .pCoPTag = nullptr, .Timestamp = 3, .pData = &error};
     const std::string line = "PDU_IT_ERROR (0x1302): hCoP = 2, Tag = " + testing::PointerText(nullptr) +
                              ", Type = 4866, Timestamp = 3, pData=" + testing::PointerText(&error) +
                              "\n    <<< ErrorCode = PDU_ERR_EVT_RX_TIMEOUT (0x0103), ExtraErrorData = 5\n";
@@ -342,7 +368,8 @@ TEST_F(Item, TheInnerTypeOfAnEventDecidesHowItIsShown)
 TEST_F(Item, AnEventOfAnUnknownInnerTypeSaysSo)
 {
     UNUM32 data = 0;
-    const PDU_EVENT_ITEM event = {0xFFFFFFFF, 2, nullptr, 3, &data};
+    const PDU_EVENT_ITEM event = {
+        .ItemType = 0xFFFFFFFF, .hCop = 2, .pCoPTag = nullptr, .Timestamp = 3, .pData = &data};
     const std::string line = "<UNKNOWN> (0xFFFFFFFF): hCoP = 2, Tag = " + testing::PointerText(nullptr) +
                              ", Type = -1, Timestamp = 3, pData=" + testing::PointerText(&data) +
                              "\n    <<< Unknown ItemType = 4294967295\n";
@@ -351,7 +378,8 @@ TEST_F(Item, AnEventOfAnUnknownInnerTypeSaysSo)
 
 TEST_F(Item, AnEventWithoutDataIsReportedAndNotFollowed)
 {
-    const PDU_EVENT_ITEM event = {PDU_IT_STATUS, 2, nullptr, 3, nullptr};
+    const PDU_EVENT_ITEM event = {
+        .ItemType = PDU_IT_STATUS, .hCop = 2, .pCoPTag = nullptr, .Timestamp = 3, .pData = nullptr};
     const std::string null = testing::PointerText(nullptr);
     const std::string line = "PDU_IT_STATUS (0x1301): hCoP = 2, Tag = " + null +
                              ", Type = 4865, Timestamp = 3, pData=" + null + "\n    <<< Data = <NULL>\n";
@@ -361,8 +389,10 @@ TEST_F(Item, AnEventWithoutDataIsReportedAndNotFollowed)
 TEST_F(Item, ResourceIdsAreListedByModule)
 {
     UNUM32 ids[] = {400};
-    PDU_RSC_ID_ITEM_DATA modules[] = {{1, 1, ids}, {PDU_HANDLE_UNDEF, 0, nullptr}};
-    const PDU_RSC_ID_ITEM data = {PDU_IT_RSC_ID, 2, modules};
+    PDU_RSC_ID_ITEM_DATA modules[] = {{.hMod = 1, .NumIds = 1, .pResourceIdArray = ids},
+                                      {.hMod = PDU_HANDLE_UNDEF, .NumIds = 0, .pResourceIdArray = nullptr}};
+    const PDU_RSC_ID_ITEM data = {
+        .ItemType = PDU_IT_RSC_ID, .NumModules = 2, .pResourceIdDataArray = modules};
     RecordObjectName(PDU_OBJT_RESOURCE, 400, "RSC_CAN");
     const std::string line =
         "Type = 5120, NumModules = 2, pRsrcDataArray = " + NarrowPointerText(modules) + "\n";
@@ -389,7 +419,8 @@ TEST_F(Item, ResourceIdsAreListedByModule)
 
 TEST_F(Item, ResourceIdsOfANullListAreTheSummaryAlone)
 {
-    const PDU_RSC_ID_ITEM data = {0xFFFFFFFF, 4294967295u, nullptr};
+    const PDU_RSC_ID_ITEM data = {
+        .ItemType = 0xFFFFFFFF, .NumModules = 4294967295u, .pResourceIdDataArray = nullptr};
     const std::string line =
         "Type = -1, NumModules = 4294967295, pRsrcDataArray = " + NarrowPointerText(nullptr) + "\n";
     ExpectLines(PDU_IT_RSC_ID, "PDU_IT_RSC_ID (5120)", &data, "    >>> " + line, "    <<< " + line);
@@ -398,7 +429,8 @@ TEST_F(Item, ResourceIdsOfANullListAreTheSummaryAlone)
 TEST_F(Item, ResourceIdsOfNoModuleAreTheSummaryAlone)
 {
     PDU_RSC_ID_ITEM_DATA module = {};
-    const PDU_RSC_ID_ITEM data = {PDU_IT_RSC_ID, 0, &module};
+    const PDU_RSC_ID_ITEM data = {
+        .ItemType = PDU_IT_RSC_ID, .NumModules = 0, .pResourceIdDataArray = &module};
     const std::string line =
         "Type = 5120, NumModules = 0, pRsrcDataArray = " + NarrowPointerText(&module) + "\n";
     ExpectLines(PDU_IT_RSC_ID, "PDU_IT_RSC_ID (5120)", &data, "    >>> " + line, "    <<< " + line);
@@ -420,8 +452,12 @@ TEST_F(Item, AConflictIsOneEntryWithASignedId)
 TEST_F(Item, ModulesAlwaysHaveTheArrowsOfAResult)
 {
     CHAR8 name[] = "VCI";
-    PDU_MODULE_DATA module = {11, 1, name, nullptr, PDU_MODST_READY};
-    const PDU_MODULE_ITEM data = {PDU_IT_MODULE_ID, 1, &module};
+    PDU_MODULE_DATA module = {.ModuleTypeId = 11,
+                              .hMod = 1,
+                              .pVendorModuleName = name,
+                              .pVendorAdditionalInfo = nullptr,
+                              .ModuleStatus = PDU_MODST_READY};
+    const PDU_MODULE_ITEM data = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 1, .pModuleData = &module};
     const std::string lines = "   <--  Module entry\t= 1 of 1\n"
                               "    <<< ModuleTypeId         \t= 11\n"
                               "    <<< hMod                 \t= 0x00000001\n"
@@ -434,9 +470,16 @@ TEST_F(Item, ModulesAlwaysHaveTheArrowsOfAResult)
 TEST_F(Item, AResponseTableIsOneLevelBelowTheHead)
 {
     const UNUM8 value = 5;
-    PDU_PARAM_ITEM param = {PDU_IT_PARAM, 7, PDU_PT_UNUM8, PDU_PC_UNIQUE_ID, const_cast<UNUM8*>(&value)};
-    PDU_ECU_UNIQUE_RESP_DATA entries[] = {{7, 1, &param}, {PDU_ID_UNDEF, 0, nullptr}};
-    const PDU_UNIQUE_RESP_ID_TABLE_ITEM data = {PDU_IT_UNIQUE_RESP_ID_TABLE, 2, entries};
+    PDU_PARAM_ITEM param = {.ItemType = PDU_IT_PARAM,
+                            .ComParamId = 7,
+                            .ComParamDataType = PDU_PT_UNUM8,
+                            .ComParamClass = PDU_PC_UNIQUE_ID,
+                            .pComParamData = const_cast<UNUM8*>(&value)};
+    PDU_ECU_UNIQUE_RESP_DATA entries[] = {
+        {.UniqueRespIdentifier = 7, .NumParamItems = 1, .pParams = &param},
+        {.UniqueRespIdentifier = PDU_ID_UNDEF, .NumParamItems = 0, .pParams = nullptr}};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM data = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 2, .pUniqueData = entries};
     const std::string line = "ComParam (" + testing::PointerText(&param) +
                              ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_UNUM8 (0x0101), "
                              "Class = PDU_PC_UNIQUE_ID (0x0006)\n";
@@ -458,7 +501,12 @@ TEST_F(Item, AVehicleIdRequestHasTheLevelOfTheHead)
     CHAR8 value[] = "WVW";
     UNUM8 address[] = {192, 168, 0, 1};
     PDU_IP_ADDR_INFO addresses[] = {{4, address}};
-    const PDU_IO_VEHICLE_ID_REQUEST_DATA data = {1, value, 2, 500, 1, addresses};
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA data = {.PreselectionMode = 1,
+                                                 .PreselectionValue = value,
+                                                 .CombinationMode = 2,
+                                                 .VehicleDiscoveryTime = 500,
+                                                 .NumDestinationAddresses = 1,
+                                                 .pDestinationAddresses = addresses};
     const std::string line = "CombinationMode=GroupID (2), PreselectionMode=1, PreselectionValue='WVW', "
                              "VehicleDiscoveryTime=500, NumDestAddrs=1\n";
     ExpectLines(PDU_IT_IO_VEHICLE_ID_REQUEST, "PDU_IT_IO_VEHICLE_ID_REQUEST (6144)", &data,
@@ -484,7 +532,8 @@ TEST_F(Item, SwitchAndEntityAlwaysHaveTheArrowOfAnArgument)
     const std::string addressLine = "   -->  PDU_IO_ENTITY_ADDRESS_DATA: Addr = 0x0E80, Ctrl T/O = 2000\n";
     ExpectLines(PDU_IT_IO_ENTITY_ADDRESS, "PDU_IT_IO_ENTITY_ADDRESS (6146)", &address, addressLine,
                 addressLine);
-    const PDU_IO_ENTITY_STATUS_DATA status = {1, 8, 2, 4095};
+    const PDU_IO_ENTITY_STATUS_DATA status = {
+        .EntityType = 1, .TcpClientsMax = 8, .TcpClients = 2, .MaxDataSize = 4095};
     const std::string statusLine = "   -->  PDU_IO_ENTITY_STATUS_DATA: EntityType=1 (Node), TcpClientsMax=8, "
                                    "TcpClients=2, MaxDataSize=4095\n";
     ExpectLines(PDU_IT_IO_ENTITY_STATUS, "PDU_IT_IO_ENTITY_STATUS (6147)", &status, statusLine, statusLine);
@@ -506,8 +555,9 @@ TEST_F(Item, WithAClosedGateNothingIsRead)
 
 TEST_F(Item, EachTypeHasItsGates)
 {
-    const PDU_EVENT_ITEM event = {0, 0, nullptr, 0, nullptr};
-    const PDU_RSC_ID_ITEM ids = {0, 0, nullptr};
+    const PDU_EVENT_ITEM event = {
+        .ItemType = 0, .hCop = 0, .pCoPTag = nullptr, .Timestamp = 0, .pData = nullptr};
+    const PDU_RSC_ID_ITEM ids = {.ItemType = 0, .NumModules = 0, .pResourceIdDataArray = nullptr};
     const PDU_DATA_ITEM items[] = {{PDU_IT_RESULT, const_cast<PDU_EVENT_ITEM*>(&event)},
                                    {PDU_IT_RSC_ID, const_cast<PDU_RSC_ID_ITEM*>(&ids)},
                                    {0x1234, const_cast<PDU_RSC_ID_ITEM*>(&ids)}};
@@ -519,7 +569,8 @@ TEST_F(Item, EachTypeHasItsGates)
 TEST_F(Item, AListLargerThanTheBufferEndsWithTheMarker)
 {
     std::vector<PDU_RSC_ID_ITEM_DATA> modules(10000);
-    const PDU_RSC_ID_ITEM data = {PDU_IT_RSC_ID, 10000, modules.data()};
+    const PDU_RSC_ID_ITEM data = {
+        .ItemType = PDU_IT_RSC_ID, .NumModules = 10000, .pResourceIdDataArray = modules.data()};
     ExpectCutOff(Decode(PDU_IT_RSC_ID, &data, ToTarget));
 }
 

@@ -231,14 +231,18 @@ TEST_F(ObjectNames, EachKindOfObjectHasItsWordsForAMissingName)
 {
     const auto decoded = [](auto decode) { return Decoded(decode); };
     UNUM32 value = 1;
-    const PDU_PARAM_ITEM param = {PDU_IT_PARAM, 7, PDU_PT_UNUM32, PDU_PC_COM, &value};
+    const PDU_PARAM_ITEM param = {.ItemType = PDU_IT_PARAM,
+                                  .ComParamId = 7,
+                                  .ComParamDataType = PDU_PT_UNUM32,
+                                  .ComParamClass = PDU_PC_COM,
+                                  .pComParamData = &value};
     EXPECT_EQ(
         decoded([&](const DecoderContext& context) { DecodeComParam(context, ToTarget, &param); }),
         "   -->  ComParam (" + testing::PointerText(&param) +
             ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_UNUM32 (0x0105), Class = PDU_PC_COM (0x0003)\n"
             "    >>> [NOT YET READ]                 (id=  7): =\t(u32)         1\t(0x00000001)\n");
     PDU_PIN_DATA pin = {6, 7};
-    const PDU_RSC_DATA data = {7, 7, 1, &pin};
+    const PDU_RSC_DATA data = {.BusTypeId = 7, .ProtocolId = 7, .NumPinData = 1, .pDLCPinData = &pin};
     EXPECT_EQ(
         decoded([&](const DecoderContext& context) { DecodeRscData(context, "pRscData", &data); }),
         "   -->  pRscData       : BusTypeId = <UNKNOWN> (7), ProtocolId = <UNKNOWN> (7), NumPinData = 1\n"

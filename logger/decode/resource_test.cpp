@@ -37,7 +37,7 @@ TEST_F(Resource, NullDataIsReportedUnderItsLabel)
 TEST_F(Resource, NamesAreUnknownUntilTheApplicationAsked)
 {
     PDU_PIN_DATA pins[] = {{6, 300}, {14, 301}, {1, 302}};
-    const PDU_RSC_DATA data = {200, 100, 3, pins};
+    const PDU_RSC_DATA data = {.BusTypeId = 200, .ProtocolId = 100, .NumPinData = 3, .pDLCPinData = pins};
     EXPECT_EQ(Data(&data),
               "   -->  pRscData       : BusTypeId = <UNKNOWN> (200), ProtocolId = <UNKNOWN> (100), "
               "NumPinData = 3\n"
@@ -58,9 +58,9 @@ TEST_F(Resource, MissingPinsAreReportedAndWarnedOfIfCounted)
 {
     const std::string head =
         "   -->  pRscData       : BusTypeId = <UNKNOWN> (1), ProtocolId = <UNKNOWN> (2), NumPinData = ";
-    const PDU_RSC_DATA none = {1, 2, 0, nullptr};
+    const PDU_RSC_DATA none = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 0, .pDLCPinData = nullptr};
     EXPECT_EQ(Data(&none), head + "0\n    >>> RsrcName: pRscData\t= <NULL>\n");
-    const PDU_RSC_DATA counted = {1, 2, 4, nullptr};
+    const PDU_RSC_DATA counted = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 4, .pDLCPinData = nullptr};
     EXPECT_EQ(Data(&counted),
               head + "4\n"
                      "    >>> RsrcName: pRscData\t= <NULL>\n"
@@ -70,7 +70,7 @@ TEST_F(Resource, MissingPinsAreReportedAndWarnedOfIfCounted)
 TEST_F(Resource, PinsWithoutACountAreNotListed)
 {
     PDU_PIN_DATA pin = {6, 300};
-    const PDU_RSC_DATA data = {1, 2, 0, &pin};
+    const PDU_RSC_DATA data = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 0, .pDLCPinData = &pin};
     EXPECT_EQ(
         Data(&data),
         "   -->  pRscData       : BusTypeId = <UNKNOWN> (1), ProtocolId = <UNKNOWN> (2), NumPinData = 0\n");
@@ -80,7 +80,7 @@ TEST_F(Resource, IdsStandTwoLevelsDeep)
 {
     UNUM32 ids[] = {400, 7};
     RecordObjectName(PDU_OBJT_RESOURCE, 400, "CAN_6_14");
-    const PDU_RSC_ID_ITEM_DATA entry = {1, 2, ids};
+    const PDU_RSC_ID_ITEM_DATA entry = {.hMod = 1, .NumIds = 2, .pResourceIdArray = ids};
     EXPECT_EQ(Ids(&entry), "\t\t <--  RsrcItem:\thMod = 0x00000001, NumIds = 2, pResourceIdArray = " +
                                testing::PointerText(ids) +
                                "\n\t\t  <<< pResourceId[ 0]\t= 400 (CAN_6_14)\n"
@@ -91,11 +91,11 @@ TEST_F(Resource, IdsStandTwoLevelsDeep)
 
 TEST_F(Resource, MissingIdsAreWarnedOfInTheWordsOfPins)
 {
-    const PDU_RSC_ID_ITEM_DATA none = {PDU_HANDLE_UNDEF, 0, nullptr};
+    const PDU_RSC_ID_ITEM_DATA none = {.hMod = PDU_HANDLE_UNDEF, .NumIds = 0, .pResourceIdArray = nullptr};
     const std::string null = testing::PointerText(nullptr);
     EXPECT_EQ(Ids(&none), "\t\t <--  RsrcItem:\thMod = <PDU_HANDLE_UNDEF>, NumIds = 0, pResourceIdArray = " +
                               null + "\n\t\t  <<< pResourceId[RsrcItem]\t= <NULL>\n");
-    const PDU_RSC_ID_ITEM_DATA counted = {2, 5, nullptr};
+    const PDU_RSC_ID_ITEM_DATA counted = {.hMod = 2, .NumIds = 5, .pResourceIdArray = nullptr};
     EXPECT_EQ(Ids(&counted),
               "\t\t <--  RsrcItem:\thMod = 0x00000002, NumIds = 5, pResourceIdArray = " + null +
                   "\n\t\t  <<< pResourceId[RsrcItem]\t= <NULL>\n"
@@ -115,13 +115,21 @@ TEST_F(Resource, AConflictHasTheDeepestArrowToTheTarget)
 TEST_F(Resource, AModulesTextsMayBeNull)
 {
     CHAR8 name[] = "VCI";
-    const PDU_MODULE_DATA entry = {3, PDU_HANDLE_UNDEF, name, nullptr, PDU_MODST_READY};
+    const PDU_MODULE_DATA entry = {.ModuleTypeId = 3,
+                                   .hMod = PDU_HANDLE_UNDEF,
+                                   .pVendorModuleName = name,
+                                   .pVendorAdditionalInfo = nullptr,
+                                   .ModuleStatus = PDU_MODST_READY};
     EXPECT_EQ(Module(&entry), "    <<< ModuleTypeId         \t= 3\n"
                               "    <<< hMod                 \t= <PDU_HANDLE_UNDEF>\n"
                               "    <<< pVendorModuleName    \t= \"VCI\"\n"
                               "    <<< pVendorAdditionalInfo\t= \"<NULL STRING>\"\n"
                               "    <<< ModuleStatus         \t= PDU_MODST_READY (0x8060)\n");
-    const PDU_MODULE_DATA other = {3, 1, nullptr, name, 0x9999};
+    const PDU_MODULE_DATA other = {.ModuleTypeId = 3,
+                                   .hMod = 1,
+                                   .pVendorModuleName = nullptr,
+                                   .pVendorAdditionalInfo = name,
+                                   .ModuleStatus = 0x9999};
     EXPECT_EQ(Module(&other, ToTarget.Deeper()), "    >>> ModuleTypeId         \t= 3\n"
                                                  "    >>> hMod                 \t= 0x00000001\n"
                                                  "    >>> pVendorModuleName    \t= \"<NULL STRING>\"\n"
@@ -132,9 +140,17 @@ TEST_F(Resource, AModulesTextsMayBeNull)
 
 TEST_F(Resource, AListOfModulesWithAWrongTypePrintsWarningAndBoth)
 {
-    PDU_MODULE_DATA modules[] = {{1, 1, nullptr, nullptr, PDU_MODST_AVAIL},
-                                 {2, 2, nullptr, nullptr, PDU_MODST_AVAIL}};
-    const PDU_MODULE_ITEM item = {9, 2, modules};
+    PDU_MODULE_DATA modules[] = {{.ModuleTypeId = 1,
+                                  .hMod = 1,
+                                  .pVendorModuleName = nullptr,
+                                  .pVendorAdditionalInfo = nullptr,
+                                  .ModuleStatus = PDU_MODST_AVAIL},
+                                 {.ModuleTypeId = 2,
+                                  .hMod = 2,
+                                  .pVendorModuleName = nullptr,
+                                  .pVendorAdditionalInfo = nullptr,
+                                  .ModuleStatus = PDU_MODST_AVAIL}};
+    const PDU_MODULE_ITEM item = {.ItemType = 9, .NumEntries = 2, .pModuleData = modules};
     const std::string texts = "    <<< pVendorModuleName    \t= \"<NULL STRING>\"\n"
                               "    <<< pVendorAdditionalInfo\t= \"<NULL STRING>\"\n"
                               "    <<< ModuleStatus         \t= PDU_MODST_AVAIL (0x8063)\n";
@@ -152,22 +168,24 @@ TEST_F(Resource, AListOfModulesWithAWrongTypePrintsWarningAndBoth)
 TEST_F(Resource, AListWithoutModulesSaysWhy)
 {
     PDU_MODULE_DATA module = {};
-    const PDU_MODULE_ITEM null = {PDU_IT_MODULE_ID, 5, nullptr};
+    const PDU_MODULE_ITEM null = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 5, .pModuleData = nullptr};
     EXPECT_EQ(Modules(&null), "   <--  pItem->pModuleData\t= <NULL>\n");
-    const PDU_MODULE_ITEM none = {PDU_IT_MODULE_ID, 0, &module};
+    const PDU_MODULE_ITEM none = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 0, .pModuleData = &module};
     EXPECT_EQ(Modules(&none), "   <--  Num Modules \t= 0\n");
 }
 
 TEST_F(Resource, ListsLargerThanTheBufferEndWithTheMarker)
 {
     std::vector<PDU_PIN_DATA> pins(10000);
-    const PDU_RSC_DATA data = {1, 2, 10000, pins.data()};
+    const PDU_RSC_DATA data = {
+        .BusTypeId = 1, .ProtocolId = 2, .NumPinData = 10000, .pDLCPinData = pins.data()};
     ExpectCutOff(Data(&data));
     std::vector<UNUM32> ids(10000);
-    const PDU_RSC_ID_ITEM_DATA entry = {1, 10000, ids.data()};
+    const PDU_RSC_ID_ITEM_DATA entry = {.hMod = 1, .NumIds = 10000, .pResourceIdArray = ids.data()};
     ExpectCutOff(Ids(&entry));
     std::vector<PDU_MODULE_DATA> modules(10000);
-    const PDU_MODULE_ITEM item = {PDU_IT_MODULE_ID, 10000, modules.data()};
+    const PDU_MODULE_ITEM item = {
+        .ItemType = PDU_IT_MODULE_ID, .NumEntries = 10000, .pModuleData = modules.data()};
     ExpectCutOff(Modules(&item));
 }
 
@@ -175,13 +193,13 @@ TEST_F(Resource, AWildCountIsReadNoFurtherThanTheBufferReaches)
 {
     // As many as fill the buffer are there; the count promises four billion.
     std::vector<UNUM32> ids(1000);
-    const PDU_RSC_ID_ITEM_DATA entry = {1, 0xFFFFFFFF, ids.data()};
+    const PDU_RSC_ID_ITEM_DATA entry = {.hMod = 1, .NumIds = 0xFFFFFFFF, .pResourceIdArray = ids.data()};
     ExpectCutOff(Ids(&entry));
 }
 
 TEST_F(Resource, EachDecoderHasItsGates)
 {
-    const PDU_MODULE_ITEM item = {PDU_IT_MODULE_ID, 0, nullptr};
+    const PDU_MODULE_ITEM item = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 0, .pModuleData = nullptr};
     ExpectThreeGates([](const DecoderContext& context) { DecodeRscData(context, "label", nullptr); });
     ExpectThreeGates([](const DecoderContext& context) {
         DecodeRscIdList(context, ToTarget.Deeper(2), "label", nullptr);

@@ -24,41 +24,57 @@ TEST_F(ResponseTable, ANullTableIsReported)
 TEST_F(ResponseTable, AnEmptyTableSaysSo)
 {
     PDU_ECU_UNIQUE_RESP_DATA entry = {};
-    const PDU_UNIQUE_RESP_ID_TABLE_ITEM none = {PDU_IT_UNIQUE_RESP_ID_TABLE, 0, nullptr};
-    const PDU_UNIQUE_RESP_ID_TABLE_ITEM unused = {PDU_IT_UNIQUE_RESP_ID_TABLE, 0, &entry};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM none = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 0, .pUniqueData = nullptr};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM unused = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 0, .pUniqueData = &entry};
     EXPECT_EQ(Table(&none), "   -->  Num URIDs:\t0\n");
     EXPECT_EQ(Table(&unused), "   -->  Num URIDs:\t0\n");
 }
 
 TEST_F(ResponseTable, EntriesAreCountedInFourColumns)
 {
-    PDU_ECU_UNIQUE_RESP_DATA entries[] = {{7, 0, nullptr}, {PDU_ID_UNDEF, 0, nullptr}};
-    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 2, entries};
+    PDU_ECU_UNIQUE_RESP_DATA entries[] = {
+        {.UniqueRespIdentifier = 7, .NumParamItems = 0, .pParams = nullptr},
+        {.UniqueRespIdentifier = PDU_ID_UNDEF, .NumParamItems = 0, .pParams = nullptr}};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 2, .pUniqueData = entries};
     EXPECT_EQ(Table(&table), "   -->  [   1 of    2] - URID = 7, Num params = 0\n"
                              "   -->  [   2 of    2] - URID = <PDU_ID_UNDEF>, Num params = 0\n");
 }
 
 TEST_F(ResponseTable, AWrongTypeIsAWarningAndTheEntriesFollow)
 {
-    PDU_ECU_UNIQUE_RESP_DATA entry = {4294967295u, 0, nullptr};
-    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {1, 1, &entry};
+    PDU_ECU_UNIQUE_RESP_DATA entry = {
+        .UniqueRespIdentifier = 4294967295u, .NumParamItems = 0, .pParams = nullptr};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {.ItemType = 1, .NumEntries = 1, .pUniqueData = &entry};
     EXPECT_EQ(Table(&table), "   -->  WARNING: Wrong item type 1, should be 5888!\n"
                              "   -->  [   1 of    1] - URID = 4294967295, Num params = 0\n");
 }
 
 TEST_F(ResponseTable, EntriesWithoutABufferAreAWarning)
 {
-    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 3, nullptr};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 3, .pUniqueData = nullptr};
     EXPECT_EQ(Table(&table), "   -->  WARNING: Entries indicated but no buffer (3)!\n");
 }
 
 TEST_F(ResponseTable, ParametersStandOneLevelDeeper)
 {
     UNUM8 value = 3;
-    PDU_PARAM_ITEM params[] = {{PDU_IT_PARAM, 1, PDU_PT_UNUM8, PDU_PC_COM, &value},
-                               {PDU_IT_PARAM, 2, PDU_PT_UNUM8, PDU_PC_COM, nullptr}};
-    PDU_ECU_UNIQUE_RESP_DATA entry = {7, 2, params};
-    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
+    PDU_PARAM_ITEM params[] = {{.ItemType = PDU_IT_PARAM,
+                                .ComParamId = 1,
+                                .ComParamDataType = PDU_PT_UNUM8,
+                                .ComParamClass = PDU_PC_COM,
+                                .pComParamData = &value},
+                               {.ItemType = PDU_IT_PARAM,
+                                .ComParamId = 2,
+                                .ComParamDataType = PDU_PT_UNUM8,
+                                .ComParamClass = PDU_PC_COM,
+                                .pComParamData = nullptr}};
+    PDU_ECU_UNIQUE_RESP_DATA entry = {.UniqueRespIdentifier = 7, .NumParamItems = 2, .pParams = params};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 1, .pUniqueData = &entry};
     EXPECT_EQ(
         Table(&table, FromTarget),
         "   <--  [   1 of    1] - URID = 7, Num params = 2\n"
@@ -74,8 +90,11 @@ TEST_F(ResponseTable, ParametersStandOneLevelDeeper)
 
 TEST_F(ResponseTable, ANullParameterArrayShowsItsFirstItemAsNull)
 {
-    PDU_ECU_UNIQUE_RESP_DATA entries[] = {{7, 3, nullptr}, {8, 0, nullptr}};
-    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 2, entries};
+    PDU_ECU_UNIQUE_RESP_DATA entries[] = {
+        {.UniqueRespIdentifier = 7, .NumParamItems = 3, .pParams = nullptr},
+        {.UniqueRespIdentifier = 8, .NumParamItems = 0, .pParams = nullptr}};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 2, .pUniqueData = entries};
     EXPECT_EQ(Table(&table), "   -->  [   1 of    2] - URID = 7, Num params = 3\n"
                              "    >>> ComParam pointer\t= <NULL>\n"
                              "   -->  [   2 of    2] - URID = 8, Num params = 0\n");
@@ -84,9 +103,14 @@ TEST_F(ResponseTable, ANullParameterArrayShowsItsFirstItemAsNull)
 TEST_F(ResponseTable, AfterAnItemTableParametersAndValuesHaveLevelsOneToThree)
 {
     UNUM8 value = 3;
-    PDU_PARAM_ITEM param = {PDU_IT_PARAM, 1, PDU_PT_UNUM8, PDU_PC_COM, &value};
-    PDU_ECU_UNIQUE_RESP_DATA entry = {7, 1, &param};
-    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
+    PDU_PARAM_ITEM param = {.ItemType = PDU_IT_PARAM,
+                            .ComParamId = 1,
+                            .ComParamDataType = PDU_PT_UNUM8,
+                            .ComParamClass = PDU_PC_COM,
+                            .pComParamData = &value};
+    PDU_ECU_UNIQUE_RESP_DATA entry = {.UniqueRespIdentifier = 7, .NumParamItems = 1, .pParams = &param};
+    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 1, .pUniqueData = &entry};
     const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
     const auto afterItem = [&](Arrow arrow, const std::string& indent) {
         const std::string text =
@@ -109,11 +133,20 @@ TEST_F(ResponseTable, AfterAnItemTableParametersAndValuesHaveLevelsOneToThree)
 
 TEST_F(ResponseTable, AfterAnItemAStructFieldRunsIntoTheNeighbouringIndents)
 {
-    PDU_PARAM_STRUCT_SESSION_TIMING timing = {1, 2, 3, 4, 5};
-    PDU_PARAM_STRUCTFIELD_DATA field = {PDU_CPST_SESSION_TIMING, 1, 1, &timing};
-    PDU_PARAM_ITEM param = {PDU_IT_PARAM, 1, PDU_PT_STRUCTFIELD, PDU_PC_COM, &field};
-    PDU_ECU_UNIQUE_RESP_DATA entry = {7, 1, &param};
-    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &entry};
+    PDU_PARAM_STRUCT_SESSION_TIMING timing = {
+        .session = 1, .P2Max_high = 2, .P2Max_low = 3, .P2Star_high = 4, .P2Star_low = 5};
+    PDU_PARAM_STRUCTFIELD_DATA field = {.ComParamStructType = PDU_CPST_SESSION_TIMING,
+                                        .ParamMaxEntries = 1,
+                                        .ParamActEntries = 1,
+                                        .pStructArray = &timing};
+    PDU_PARAM_ITEM param = {.ItemType = PDU_IT_PARAM,
+                            .ComParamId = 1,
+                            .ComParamDataType = PDU_PT_STRUCTFIELD,
+                            .ComParamClass = PDU_PC_COM,
+                            .pComParamData = &field};
+    PDU_ECU_UNIQUE_RESP_DATA entry = {.UniqueRespIdentifier = 7, .NumParamItems = 1, .pParams = &param};
+    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 1, .pUniqueData = &entry};
     const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
     const auto afterItem = [&](Arrow arrow) {
         const std::string text =
@@ -141,7 +174,8 @@ TEST_F(ResponseTable, AfterAnItemAStructFieldRunsIntoTheNeighbouringIndents)
 TEST_F(ResponseTable, OneLargerThanTheBufferEndsWithTheMarker)
 {
     std::vector<PDU_ECU_UNIQUE_RESP_DATA> entries(10000);
-    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 10000, entries.data()};
+    const PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 10000, .pUniqueData = entries.data()};
     ExpectCutOff(Table(&table));
 }
 

@@ -19,7 +19,8 @@ protected:
     }
     static std::string Entity(UNUM32 type)
     {
-        const PDU_IO_ENTITY_STATUS_DATA item = {type, 8, 1, 4095};
+        const PDU_IO_ENTITY_STATUS_DATA item = {
+            .EntityType = type, .TcpClientsMax = 8, .TcpClients = 1, .MaxDataSize = 4095};
         return Decoded([&](const DecoderContext& context) { DecodeEntityStatus(context, &item); });
     }
 };
@@ -38,7 +39,12 @@ TEST_F(Vehicle, CombinationModesHaveTheirNames)
 {
     const char* names[] = {"Entity", "VIN", "GroupID", "Collection", "<UNKNOWN>"};
     for (UNUM32 mode = 0; mode < 5; ++mode) {
-        const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {1, nullptr, mode, 500, 0, nullptr};
+        const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {.PreselectionMode = 1,
+                                                     .PreselectionValue = nullptr,
+                                                     .CombinationMode = mode,
+                                                     .VehicleDiscoveryTime = 500,
+                                                     .NumDestinationAddresses = 0,
+                                                     .pDestinationAddresses = nullptr};
         EXPECT_EQ(Request(&item), "   -->  CombinationMode=" + std::string(names[mode]) + " (" +
                                       std::to_string(mode) +
                                       "), PreselectionMode=1, PreselectionValue='<NULL STRING>', "
@@ -50,12 +56,22 @@ TEST_F(Vehicle, ABufferWithoutEntriesAndEntriesWithoutABufferAreWarnings)
 {
     CHAR8 value[] = "VIN";
     PDU_IP_ADDR_INFO address = {};
-    const PDU_IO_VEHICLE_ID_REQUEST_DATA unused = {2, value, 9, 0, 0, &address};
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA unused = {.PreselectionMode = 2,
+                                                   .PreselectionValue = value,
+                                                   .CombinationMode = 9,
+                                                   .VehicleDiscoveryTime = 0,
+                                                   .NumDestinationAddresses = 0,
+                                                   .pDestinationAddresses = &address};
     EXPECT_EQ(Request(&unused),
               "   -->  CombinationMode=<UNKNOWN> (9), PreselectionMode=2, PreselectionValue='VIN', "
               "VehicleDiscoveryTime=0, NumDestAddrs=0\n"
               "   -->  WARNING: Destination address buffer but no entries!\n");
-    const PDU_IO_VEHICLE_ID_REQUEST_DATA missing = {2, value, 9, 0, 4, nullptr};
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA missing = {.PreselectionMode = 2,
+                                                    .PreselectionValue = value,
+                                                    .CombinationMode = 9,
+                                                    .VehicleDiscoveryTime = 0,
+                                                    .NumDestinationAddresses = 4,
+                                                    .pDestinationAddresses = nullptr};
     EXPECT_EQ(Request(&missing, FromTarget),
               "   <--  CombinationMode=<UNKNOWN> (9), PreselectionMode=2, PreselectionValue='VIN', "
               "VehicleDiscoveryTime=0, NumDestAddrs=4\n"
@@ -68,7 +84,12 @@ TEST_F(Vehicle, AddressesOfBothKindsAndTheirFaults)
     UNUM8 ipv6[] = {0xFE, 0x80, 0, 0, 0, 0, 0, 0, 0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC, 0xDE, 0xF0};
     PDU_IP_ADDR_INFO addresses[] = {{4, ipv4},    {6, ipv6},    {5, ipv4},
                                     {4, nullptr}, {6, nullptr}, {5, nullptr}};
-    const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {0, nullptr, 1, 2, 6, addresses};
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {.PreselectionMode = 0,
+                                                 .PreselectionValue = nullptr,
+                                                 .CombinationMode = 1,
+                                                 .VehicleDiscoveryTime = 2,
+                                                 .NumDestinationAddresses = 6,
+                                                 .pDestinationAddresses = addresses};
     EXPECT_EQ(Request(&item),
               "   -->  CombinationMode=VIN (1), PreselectionMode=0, PreselectionValue='<NULL STRING>', "
               "VehicleDiscoveryTime=2, NumDestAddrs=6\n"
@@ -126,14 +147,24 @@ TEST_F(Vehicle, AListLargerThanTheBufferEndsWithTheMarker)
 {
     UNUM8 ipv4[] = {1, 2, 3, 4};
     std::vector<PDU_IP_ADDR_INFO> addresses(10000, PDU_IP_ADDR_INFO{4, ipv4});
-    const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {0, nullptr, 1, 2, 10000, addresses.data()};
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {.PreselectionMode = 0,
+                                                 .PreselectionValue = nullptr,
+                                                 .CombinationMode = 1,
+                                                 .VehicleDiscoveryTime = 2,
+                                                 .NumDestinationAddresses = 10000,
+                                                 .pDestinationAddresses = addresses.data()};
     ExpectCutOff(Request(&item));
 }
 
 TEST_F(Vehicle, ATextLongerThanTheBufferIsCutAndTheMarkerFollows)
 {
     std::string value(20000, 'v');
-    const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {0, value.data(), 1, 2, 0, nullptr};
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {.PreselectionMode = 0,
+                                                 .PreselectionValue = value.data(),
+                                                 .CombinationMode = 1,
+                                                 .VehicleDiscoveryTime = 2,
+                                                 .NumDestinationAddresses = 0,
+                                                 .pDestinationAddresses = nullptr};
     const std::string text = Request(&item);
     EXPECT_TRUE(text.ends_with("vvv\t\t\t\t...\n"));
     ExpectCutOff(text);

@@ -120,7 +120,8 @@ TEST(CallFrame, AResultLongerThanTheBufferEndsWithTheMarkerAndHasNoExitLine)
     PDU_RESULT_DATA result = {};
     result.NumDataBytes = 20000;
     result.pDataBytes = payload.data();
-    PDU_EVENT_ITEM event = {PDU_IT_RESULT, 1, nullptr, 2, &result};
+    PDU_EVENT_ITEM event = {
+        .ItemType = PDU_IT_RESULT, .hCop = 1, .pCoPTag = nullptr, .Timestamp = 2, .pData = &result};
     session.Fake().Answer = [&](const FakeCall& call) {
         *reinterpret_cast<PDU_EVENT_ITEM**>(call.Arguments[2]) = &event;
         return PDU_STATUS_NOERROR;

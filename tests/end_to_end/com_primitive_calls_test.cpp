@@ -48,7 +48,13 @@ protected:
                                            "                           \"..             |\n";
 
     UNUM8 data[3] = {0x22, 0xF1, 0x90};
-    PDU_COP_CTRL_DATA control = {500, 1, -1, 0, {0, nullptr}, 0, nullptr};
+    PDU_COP_CTRL_DATA control = {.Time = 500,
+                                 .NumSendCycles = 1,
+                                 .NumReceiveCycles = -1,
+                                 .TempParamUpdate = 0,
+                                 .TxFlag = {0, nullptr},
+                                 .NumPossibleExpectedResponses = 0,
+                                 .pExpectedResponseArray = nullptr};
     UNUM32 hCoP = 77;
     void* const tag = Unreadable<void>();
 };
@@ -59,8 +65,20 @@ TEST_F(ComPrimitiveCalls, AStartIsDecodedWholeAndPassesUnchanged)
     UNUM8 mask[] = {0xFF, 0xFF};
     UNUM8 pattern[] = {0x62, 0xF1};
     UNUM32 ids[] = {5, PDU_ID_UNDEF};
-    PDU_EXP_RESP_DATA responses[] = {{0, 1, 2, mask, pattern, 2, ids},
-                                     {1, 2, 0, nullptr, nullptr, 0, nullptr}};
+    PDU_EXP_RESP_DATA responses[] = {{.ResponseType = 0,
+                                      .AcceptanceId = 1,
+                                      .NumMaskPatternBytes = 2,
+                                      .pMaskData = mask,
+                                      .pPatternData = pattern,
+                                      .NumUniqueRespIds = 2,
+                                      .pUniqueRespIds = ids},
+                                     {.ResponseType = 1,
+                                      .AcceptanceId = 2,
+                                      .NumMaskPatternBytes = 0,
+                                      .pMaskData = nullptr,
+                                      .pPatternData = nullptr,
+                                      .NumUniqueRespIds = 0,
+                                      .pUniqueRespIds = nullptr}};
     control.TxFlag = {1, &flagByte};
     control.NumPossibleExpectedResponses = 2;
     control.pExpectedResponseArray = responses;
@@ -218,7 +236,13 @@ TEST_F(ComPrimitiveCalls, AResponseWithoutMatchBytesHasNoListing)
 {
     Start({{"LogFnDecodeArgs", "2"}});
     UNUM8 byte = 1;
-    PDU_EXP_RESP_DATA response = {0, 1, 0, &byte, &byte, 0, nullptr};
+    PDU_EXP_RESP_DATA response = {.ResponseType = 0,
+                                  .AcceptanceId = 1,
+                                  .NumMaskPatternBytes = 0,
+                                  .pMaskData = &byte,
+                                  .pPatternData = &byte,
+                                  .NumUniqueRespIds = 0,
+                                  .pUniqueRespIds = nullptr};
     control.NumPossibleExpectedResponses = 1;
     control.pExpectedResponseArray = &response;
     EXPECT_EQ(Decoded(), std::string(Head) +
@@ -232,9 +256,27 @@ TEST_F(ComPrimitiveCalls, IdentifiersWithoutAListEndTheResponsesAndThePayloadFol
 {
     Start({{"LogFnDecodeArgs", "2"}});
     UNUM32 id = 5;
-    PDU_EXP_RESP_DATA responses[] = {{0, 1, 0, nullptr, nullptr, 1, &id},
-                                     {0, 2, 0, nullptr, nullptr, 4, nullptr},
-                                     {0, 3, 0, nullptr, nullptr, 1, &id}};
+    PDU_EXP_RESP_DATA responses[] = {{.ResponseType = 0,
+                                      .AcceptanceId = 1,
+                                      .NumMaskPatternBytes = 0,
+                                      .pMaskData = nullptr,
+                                      .pPatternData = nullptr,
+                                      .NumUniqueRespIds = 1,
+                                      .pUniqueRespIds = &id},
+                                     {.ResponseType = 0,
+                                      .AcceptanceId = 2,
+                                      .NumMaskPatternBytes = 0,
+                                      .pMaskData = nullptr,
+                                      .pPatternData = nullptr,
+                                      .NumUniqueRespIds = 4,
+                                      .pUniqueRespIds = nullptr},
+                                     {.ResponseType = 0,
+                                      .AcceptanceId = 3,
+                                      .NumMaskPatternBytes = 0,
+                                      .pMaskData = nullptr,
+                                      .pPatternData = nullptr,
+                                      .NumUniqueRespIds = 1,
+                                      .pUniqueRespIds = &id}};
     control.NumPossibleExpectedResponses = 3;
     control.pExpectedResponseArray = responses;
     EXPECT_EQ(Decoded(), std::string(Head) +
@@ -251,7 +293,13 @@ TEST_F(ComPrimitiveCalls, TheUndefinedIdentifierIsNamedInTheList)
 {
     Start({{"LogFnDecodeArgs", "1"}});
     UNUM32 ids[] = {1, PDU_ID_UNDEF, 0xFFFFFFFF, 12345};
-    PDU_EXP_RESP_DATA response = {0, 1, 0, nullptr, nullptr, 4, ids};
+    PDU_EXP_RESP_DATA response = {.ResponseType = 0,
+                                  .AcceptanceId = 1,
+                                  .NumMaskPatternBytes = 0,
+                                  .pMaskData = nullptr,
+                                  .pPatternData = nullptr,
+                                  .NumUniqueRespIds = 4,
+                                  .pUniqueRespIds = ids};
     control.NumPossibleExpectedResponses = 1;
     control.pExpectedResponseArray = &response;
     EXPECT_EQ(Decoded(), std::string(Head) +
@@ -263,7 +311,13 @@ TEST_F(ComPrimitiveCalls, TheUndefinedIdentifierIsNamedInTheList)
 TEST_F(ComPrimitiveCalls, LogMaxPduBuffCutsThePayloadAndNeitherMaskNorPattern)
 {
     UNUM8 mask[] = {0x41, 0x42, 0x43};
-    PDU_EXP_RESP_DATA response = {0, 1, 3, mask, mask, 0, nullptr};
+    PDU_EXP_RESP_DATA response = {.ResponseType = 0,
+                                  .AcceptanceId = 1,
+                                  .NumMaskPatternBytes = 3,
+                                  .pMaskData = mask,
+                                  .pPatternData = mask,
+                                  .NumUniqueRespIds = 0,
+                                  .pUniqueRespIds = nullptr};
     control.NumPossibleExpectedResponses = 1;
     control.pExpectedResponseArray = &response;
     const std::string lines = std::string(Head) +
@@ -375,7 +429,13 @@ TEST_F(ComPrimitiveCallsDeathTest, AListOf700BytesEndsTheProcessAndNothingOfItIs
 {
     Start({{"LogFnDecodeArgs", "1"}});
     std::vector<UNUM32> ids(136, 7);
-    PDU_EXP_RESP_DATA response = {0, 1, 0, nullptr, nullptr, 136, ids.data()};
+    PDU_EXP_RESP_DATA response = {.ResponseType = 0,
+                                  .AcceptanceId = 1,
+                                  .NumMaskPatternBytes = 0,
+                                  .pMaskData = nullptr,
+                                  .pPatternData = nullptr,
+                                  .NumUniqueRespIds = 136,
+                                  .pUniqueRespIds = ids.data()};
     control.NumPossibleExpectedResponses = 1;
     control.pExpectedResponseArray = &response;
     EXPECT_EQ(Logged([&] { EXPECT_DEATH(StartPrimitive(), ""); }), "");
@@ -385,7 +445,13 @@ TEST_F(ComPrimitiveCalls, AListOf700BytesIsHarmlessWhileArgumentsAreNotDecoded)
 {
     Start({{"LogFnDecodeArgs", "0"}, {"LogFnDecodeRsps", "0"}});
     std::vector<UNUM32> ids(136, 7);
-    PDU_EXP_RESP_DATA response = {0, 1, 0, nullptr, nullptr, 136, ids.data()};
+    PDU_EXP_RESP_DATA response = {.ResponseType = 0,
+                                  .AcceptanceId = 1,
+                                  .NumMaskPatternBytes = 0,
+                                  .pMaskData = nullptr,
+                                  .pPatternData = nullptr,
+                                  .NumUniqueRespIds = 136,
+                                  .pUniqueRespIds = ids.data()};
     control.NumPossibleExpectedResponses = 1;
     control.pExpectedResponseArray = &response;
     EXPECT_EQ(Decoded(), "");

@@ -39,13 +39,24 @@ protected:
     }
 
     UNUM8 byte = 0x41;
-    PDU_PARAM_BYTEFIELD_DATA field = {4, 1, &byte};
-    PDU_PARAM_ITEM param = {PDU_IT_PARAM, 7, PDU_PT_BYTEFIELD, PDU_PC_COM, &field};
+    PDU_PARAM_BYTEFIELD_DATA field = {.ParamMaxLen = 4, .ParamActLen = 1, .pDataArray = &byte};
+    PDU_PARAM_ITEM param = {.ItemType = PDU_IT_PARAM,
+                            .ComParamId = 7,
+                            .ComParamDataType = PDU_PT_BYTEFIELD,
+                            .ComParamClass = PDU_PC_COM,
+                            .pComParamData = &field};
     PDU_PARAM_ITEM* paramPlace = nullptr;
     UNUM32 number = 500000;
-    PDU_PARAM_ITEM baudrate = {PDU_IT_PARAM, 7, PDU_PT_UNUM32, PDU_PC_BUSTYPE, &number};
-    PDU_ECU_UNIQUE_RESP_DATA entries[2] = {{5, 1, &baudrate}, {PDU_ID_UNDEF, 0, nullptr}};
-    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 2, entries};
+    PDU_PARAM_ITEM baudrate = {.ItemType = PDU_IT_PARAM,
+                               .ComParamId = 7,
+                               .ComParamDataType = PDU_PT_UNUM32,
+                               .ComParamClass = PDU_PC_BUSTYPE,
+                               .pComParamData = &number};
+    PDU_ECU_UNIQUE_RESP_DATA entries[2] = {
+        {.UniqueRespIdentifier = 5, .NumParamItems = 1, .pParams = &baudrate},
+        {.UniqueRespIdentifier = PDU_ID_UNDEF, .NumParamItems = 0, .pParams = nullptr}};
+    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 2, .pUniqueData = entries};
     PDU_UNIQUE_RESP_ID_TABLE_ITEM* tablePlace = nullptr;
 };
 

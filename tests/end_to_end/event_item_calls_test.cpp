@@ -40,7 +40,8 @@ protected:
     void* const tag = Unreadable<void>();
     PDU_EVENT_ITEM* place = nullptr;
     T_PDU_STATUS status = PDU_COPST_FINISHED;
-    PDU_EVENT_ITEM statusItem = {PDU_IT_STATUS, 9, tag, 3000000000u, &status};
+    PDU_EVENT_ITEM statusItem = {
+        .ItemType = PDU_IT_STATUS, .hCop = 9, .pCoPTag = tag, .Timestamp = 3000000000u, .pData = &status};
 };
 
 TEST_F(EventItemCalls, AResultHasASummaryAndIsDecodedOneLevelDeeper)
@@ -53,7 +54,8 @@ TEST_F(EventItemCalls, AResultHasASummaryAndIsDecodedOneLevelDeeper)
     result.StartMsgTimestamp = 22;
     result.NumDataBytes = 3;
     result.pDataBytes = payload;
-    PDU_EVENT_ITEM item = {PDU_IT_RESULT, 9, tag, 3000000000u, &result};
+    PDU_EVENT_ITEM item = {
+        .ItemType = PDU_IT_RESULT, .hCop = 9, .pCoPTag = tag, .Timestamp = 3000000000u, .pData = &result};
     const std::string lines = Summary(item, "PDU_IT_RESULT (0x1300)", "0x00000009") +
                               "{stamp}     <<< pResult->RxFlag->NumFlagBytes\t= 0\n"
                               "{stamp}     <<< UniqueRespIdentifier\t= 5\n"
@@ -155,12 +157,14 @@ TEST_F(EventItemCalls, ErrorsAndInformationAreDecoded)
 {
     Start({{"LogFnDecodeRsps", "1"}});
     PDU_ERROR_DATA error = {PDU_ERR_EVT_RX_TIMEOUT, 5};
-    PDU_EVENT_ITEM errorItem = {PDU_IT_ERROR, 9, nullptr, 3000000000u, &error};
+    PDU_EVENT_ITEM errorItem = {
+        .ItemType = PDU_IT_ERROR, .hCop = 9, .pCoPTag = nullptr, .Timestamp = 3000000000u, .pData = &error};
     EXPECT_EQ(Decoded(&errorItem),
               Summary(errorItem, "PDU_IT_ERROR (0x1302)", "0x00000009") +
                   "{stamp}     <<< ErrorCode = PDU_ERR_EVT_RX_TIMEOUT (0x0103), ExtraErrorData = 5\n");
     PDU_INFO_DATA info = {PDU_INFO_MODULE_LIST_CHG, 6};
-    PDU_EVENT_ITEM infoItem = {PDU_IT_INFO, 9, nullptr, 3000000000u, &info};
+    PDU_EVENT_ITEM infoItem = {
+        .ItemType = PDU_IT_INFO, .hCop = 9, .pCoPTag = nullptr, .Timestamp = 3000000000u, .pData = &info};
     EXPECT_EQ(Decoded(&infoItem),
               Summary(infoItem, "PDU_IT_INFO (0x1303)", "0x00000009") +
                   "{stamp}     <<< Code = PDU_INFO_MODULE_LIST_CHG (32880), ExtraInfoData = 6\n");
@@ -181,7 +185,8 @@ TEST_F(EventItemCalls, LogMaxPduBuffLimitsTheDataOfAResult)
     PDU_RESULT_DATA result = {};
     result.NumDataBytes = 3;
     result.pDataBytes = payload;
-    PDU_EVENT_ITEM item = {PDU_IT_RESULT, 9, tag, 3000000000u, &result};
+    PDU_EVENT_ITEM item = {
+        .ItemType = PDU_IT_RESULT, .hCop = 9, .pCoPTag = tag, .Timestamp = 3000000000u, .pData = &result};
     const std::string text = Decoded(&item);
     EXPECT_EQ(text.substr(text.find("{stamp}     <<< DataSize")),
               "{stamp}     <<< DataSize\t\t= 3\n"

@@ -27,17 +27,29 @@ std::uint64_t At(const void* pointer)
     return reinterpret_cast<std::uintptr_t>(pointer);
 }
 
-PDU_RSC_DATA Resource = {1, 2, 0, nullptr};
+PDU_RSC_DATA Resource = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 0, .pDLCPinData = nullptr};
 PDU_FLAG_DATA Flags = {0, nullptr};
-PDU_COP_CTRL_DATA Control = {1, 2, 3, 4, {0, nullptr}, 0, nullptr};
-PDU_PARAM_ITEM Param = {PDU_IT_PARAM, 1, PDU_PT_UNUM32, PDU_PC_TIMING, &Place[0]};
+PDU_COP_CTRL_DATA Control = {.Time = 1,
+                             .NumSendCycles = 2,
+                             .NumReceiveCycles = 3,
+                             .TempParamUpdate = 4,
+                             .TxFlag = {0, nullptr},
+                             .NumPossibleExpectedResponses = 0,
+                             .pExpectedResponseArray = nullptr};
+PDU_PARAM_ITEM Param = {.ItemType = PDU_IT_PARAM,
+                        .ComParamId = 1,
+                        .ComParamDataType = PDU_PT_UNUM32,
+                        .ComParamClass = PDU_PC_TIMING,
+                        .pComParamData = &Place[0]};
 PDU_PARAM_ITEM* ParamPlace = nullptr;
-PDU_UNIQUE_RESP_ID_TABLE_ITEM Table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 0, nullptr};
+PDU_UNIQUE_RESP_ID_TABLE_ITEM Table = {
+    .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 0, .pUniqueData = nullptr};
 PDU_UNIQUE_RESP_ID_TABLE_ITEM* TablePlace = nullptr;
-PDU_MODULE_ITEM Modules = {PDU_IT_MODULE_ID, 0, nullptr};
+PDU_MODULE_ITEM Modules = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 0, .pModuleData = nullptr};
 PDU_MODULE_ITEM* ModulesPlace = nullptr;
 PDU_RSC_ID_ITEM* ResourceIdsPlace = nullptr;
-PDU_RSC_STATUS_ITEM ResourceStatus = {PDU_IT_RSC_STATUS, 0, nullptr};
+PDU_RSC_STATUS_ITEM ResourceStatus = {
+    .ItemType = PDU_IT_RSC_STATUS, .NumEntries = 0, .pResourceStatusData = nullptr};
 PDU_RSC_CONFLICT_ITEM* ConflictsPlace = nullptr;
 PDU_EVENT_ITEM* EventPlace = nullptr;
 PDU_DATA_ITEM Input = {PDU_IT_IO_UNUM32, &Place[1]};

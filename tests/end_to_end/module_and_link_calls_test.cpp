@@ -89,7 +89,7 @@ protected:
         "{stamp} - PDUModuleDisconnect<PDU_STATUS_NOERROR (0x0000)>\n";
 
     PDU_PIN_DATA pins[2] = {{6, 13}, {14, 15}};
-    PDU_RSC_DATA resource = {11, 12, 2, pins};
+    PDU_RSC_DATA resource = {.BusTypeId = 11, .ProtocolId = 12, .NumPinData = 2, .pDLCPinData = pins};
     UNUM8 flagByte = 0x80;
     PDU_FLAG_DATA flags = {1, &flagByte};
     UNUM32 hCLL = 77;

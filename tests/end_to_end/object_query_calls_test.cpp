@@ -68,7 +68,7 @@ protected:
     std::string RequestText(UNUM32 id)
     {
         PDU_PIN_DATA pin = {1, id};
-        PDU_RSC_DATA data = {id, id, 1, &pin};
+        PDU_RSC_DATA data = {.BusTypeId = id, .ProtocolId = id, .NumPinData = 1, .pDLCPinData = &pin};
         const std::string text = Logged([&] { Api().PDUGetResourceIds(1, &data, nullptr); });
         const std::size_t begin = text.find("BusTypeId");
         return text.substr(begin, text.find("{stamp} - ") - begin);
@@ -389,9 +389,17 @@ protected:
 
     CHAR8 name_[4] = "VCI";
     CHAR8 info_[9] = "ModuleNo";
-    PDU_MODULE_DATA modules_[2] = {{11, 1, name_, info_, PDU_MODST_AVAIL},
-                                   {12, PDU_HANDLE_UNDEF, nullptr, nullptr, 0x7FFF}};
-    PDU_MODULE_ITEM item_ = {PDU_IT_MODULE_ID, 2, modules_};
+    PDU_MODULE_DATA modules_[2] = {{.ModuleTypeId = 11,
+                                    .hMod = 1,
+                                    .pVendorModuleName = name_,
+                                    .pVendorAdditionalInfo = info_,
+                                    .ModuleStatus = PDU_MODST_AVAIL},
+                                   {.ModuleTypeId = 12,
+                                    .hMod = PDU_HANDLE_UNDEF,
+                                    .pVendorModuleName = nullptr,
+                                    .pVendorAdditionalInfo = nullptr,
+                                    .ModuleStatus = 0x7FFF}};
+    PDU_MODULE_ITEM item_ = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 2, .pModuleData = modules_};
     /// The item that the target returns.
     PDU_MODULE_ITEM* returned_ = &item_;
     T_PDU_ERROR status_ = PDU_STATUS_NOERROR;

@@ -19,8 +19,11 @@ protected:
                 .Arguments = "(pResourceStatus=" + PointerText(item) + ")"};
     }
 
-    PDU_RSC_STATUS_DATA entries_[2] = {{1, 400, 0}, {PDU_HANDLE_UNDEF, 0xFFFFFFFE, 0xABCDEF01}};
-    PDU_RSC_STATUS_ITEM item_ = {PDU_IT_RSC_STATUS, 2, entries_};
+    PDU_RSC_STATUS_DATA entries_[2] = {
+        {.hMod = 1, .ResourceId = 400, .ResourceStatus = 0},
+        {.hMod = PDU_HANDLE_UNDEF, .ResourceId = 0xFFFFFFFE, .ResourceStatus = 0xABCDEF01}};
+    PDU_RSC_STATUS_ITEM item_ = {
+        .ItemType = PDU_IT_RSC_STATUS, .NumEntries = 2, .pResourceStatusData = entries_};
     const std::string arguments_ = "(pResourceStatus=" + PointerText(&item_) + ")";
     const std::string before_ = "{stamp}    -->  pResourceStatus->ItemType=4352, NumEntries=2\n"
                                 "{stamp}     >>> [0] hMod          \t= 0x00000001\n"
@@ -186,10 +189,11 @@ protected:
     }
 
     PDU_PIN_DATA pin_ = {6, 300};
-    PDU_RSC_DATA request_ = {200, 100, 1, &pin_};
+    PDU_RSC_DATA request_ = {.BusTypeId = 200, .ProtocolId = 100, .NumPinData = 1, .pDLCPinData = &pin_};
     UNUM32 ids_[2] = {400, 7};
-    PDU_RSC_ID_ITEM_DATA modules_[2] = {{1, 2, ids_}, {PDU_HANDLE_UNDEF, 0, nullptr}};
-    PDU_RSC_ID_ITEM item_ = {PDU_IT_RSC_ID, 2, modules_};
+    PDU_RSC_ID_ITEM_DATA modules_[2] = {{.hMod = 1, .NumIds = 2, .pResourceIdArray = ids_},
+                                        {.hMod = PDU_HANDLE_UNDEF, .NumIds = 0, .pResourceIdArray = nullptr}};
+    PDU_RSC_ID_ITEM item_ = {.ItemType = PDU_IT_RSC_ID, .NumModules = 2, .pResourceIdDataArray = modules_};
     /// The list that the target returns.
     PDU_RSC_ID_ITEM* returned_ = &item_;
     /// The application's output variable.
@@ -416,10 +420,20 @@ protected:
     }
 
     CHAR8 name_[4] = "VCI";
-    PDU_MODULE_DATA modules_[2] = {{11, 1, name_, nullptr, PDU_MODST_READY}, {12, 2, nullptr, name_, 0}};
-    PDU_MODULE_ITEM input_ = {PDU_IT_MODULE_ID, 2, modules_};
+    PDU_MODULE_DATA modules_[2] = {{.ModuleTypeId = 11,
+                                    .hMod = 1,
+                                    .pVendorModuleName = name_,
+                                    .pVendorAdditionalInfo = nullptr,
+                                    .ModuleStatus = PDU_MODST_READY},
+                                   {.ModuleTypeId = 12,
+                                    .hMod = 2,
+                                    .pVendorModuleName = nullptr,
+                                    .pVendorAdditionalInfo = name_,
+                                    .ModuleStatus = 0}};
+    PDU_MODULE_ITEM input_ = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 2, .pModuleData = modules_};
     PDU_RSC_CONFLICT_DATA conflicts_[2] = {{1, 401}, {PDU_HANDLE_UNDEF, 0xFFFFFFFF}};
-    PDU_RSC_CONFLICT_ITEM item_ = {PDU_IT_RSC_CONFLICT, 2, conflicts_};
+    PDU_RSC_CONFLICT_ITEM item_ = {
+        .ItemType = PDU_IT_RSC_CONFLICT, .NumEntries = 2, .pRscConflictData = conflicts_};
     /// The list that the target returns.
     PDU_RSC_CONFLICT_ITEM* returned_ = &item_;
     /// The application's output variable.

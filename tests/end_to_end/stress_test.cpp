@@ -29,14 +29,24 @@ constexpr UNUM32 BlockingModule = 0xB10C;
 
 // What the target returns. Constant during a test, so all threads may read it.
 UNUM32 Value = 500000;
-PDU_PARAM_ITEM Param = {PDU_IT_PARAM, 0, PDU_PT_UNUM32, PDU_PC_COM, &Value};
+PDU_PARAM_ITEM Param = {.ItemType = PDU_IT_PARAM,
+                        .ComParamId = 0,
+                        .ComParamDataType = PDU_PT_UNUM32,
+                        .ComParamClass = PDU_PC_COM,
+                        .pComParamData = &Value};
 UNUM8 Payload[] = {0x62, 0xF1, 0x90, 0x57, 0x41};
 PDU_RESULT_DATA Result = {};
-PDU_EVENT_ITEM Event = {PDU_IT_RESULT, 3, nullptr, 4711, &Result};
-PDU_MODULE_DATA Module = {1, 1, nullptr, nullptr, 0};
-PDU_MODULE_ITEM Modules = {PDU_IT_MODULE_ID, 1, &Module};
-PDU_ECU_UNIQUE_RESP_DATA Response = {7, 1, &Param};
-PDU_UNIQUE_RESP_ID_TABLE_ITEM Table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 1, &Response};
+PDU_EVENT_ITEM Event = {
+    .ItemType = PDU_IT_RESULT, .hCop = 3, .pCoPTag = nullptr, .Timestamp = 4711, .pData = &Result};
+PDU_MODULE_DATA Module = {.ModuleTypeId = 1,
+                          .hMod = 1,
+                          .pVendorModuleName = nullptr,
+                          .pVendorAdditionalInfo = nullptr,
+                          .ModuleStatus = 0};
+PDU_MODULE_ITEM Modules = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 1, .pModuleData = &Module};
+PDU_ECU_UNIQUE_RESP_DATA Response = {.UniqueRespIdentifier = 7, .NumParamItems = 1, .pParams = &Param};
+PDU_UNIQUE_RESP_ID_TABLE_ITEM Table = {
+    .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 1, .pUniqueData = &Response};
 
 template <class Pointed> void Give(std::uint64_t place, Pointed value)
 {
@@ -110,11 +120,18 @@ void CallAll(const CPduDll& api, UNUM32 thread, UNUM32 round)
 {
     UNUM32 places[4] = {};
     PDU_VERSION_DATA version = {};
-    PDU_RSC_DATA resource = {1, 2, 0, nullptr};
+    PDU_RSC_DATA resource = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 0, .pDLCPinData = nullptr};
     UNUM8 flagByte = 0x80;
     PDU_FLAG_DATA flags = {1, &flagByte};
-    PDU_COP_CTRL_DATA control = {0, 1, 1, 0, {1, &flagByte}, 0, nullptr};
-    PDU_RSC_STATUS_ITEM resourceStatus = {PDU_IT_RSC_STATUS, 0, nullptr};
+    PDU_COP_CTRL_DATA control = {.Time = 0,
+                                 .NumSendCycles = 1,
+                                 .NumReceiveCycles = 1,
+                                 .TempParamUpdate = 0,
+                                 .TxFlag = {1, &flagByte},
+                                 .NumPossibleExpectedResponses = 0,
+                                 .pExpectedResponseArray = nullptr};
+    PDU_RSC_STATUS_ITEM resourceStatus = {
+        .ItemType = PDU_IT_RSC_STATUS, .NumEntries = 0, .pResourceStatusData = nullptr};
     PDU_RSC_ID_ITEM* resourceIds = nullptr;
     PDU_RSC_CONFLICT_ITEM* conflicts = nullptr;
     PDU_MODULE_ITEM* modules = nullptr;
@@ -229,7 +246,8 @@ private:
         for (UNUM32 thread = 0; thread < ReportThreads; ++thread)
             threads.emplace_back([this] {
                 const LogParameterBytes bytes = {sizeof Payload, Payload};
-                const LogParameter parameter = {0x1002, 0, "Payload", &bytes};
+                const LogParameter parameter = {
+                    .Type = 0x1002, .Reserved = 0, .Name = "Payload", .Data = &bytes};
                 for (UNUM32 i = 0; i < EventsEach; ++i)
                     report("message", i % 2, 256 + i % 3, 1, &parameter);
             });

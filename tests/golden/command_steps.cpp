@@ -25,8 +25,13 @@ void FindVehicle(Stage& stage)
         stage.log.Keep<std::array<UNUM8, 16>>("ipv6", {0xFE, 0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1});
     auto& addresses =
         stage.log.Keep<std::array<PDU_IP_ADDR_INFO, 2>>("addresses", {{{4, ipv4.data()}, {6, ipv6.data()}}});
-    const PDU_IO_VEHICLE_ID_REQUEST_DATA request = {
-        1, stage.log.KeepText("VIN0000000000042"), 1, 500, 2, addresses.data()};
+    const PDU_IO_VEHICLE_ID_REQUEST_DATA request = {.PreselectionMode = 1,
+                                                    .PreselectionValue =
+                                                        stage.log.KeepText("VIN0000000000042"),
+                                                    .CombinationMode = 1,
+                                                    .VehicleDiscoveryTime = 500,
+                                                    .NumDestinationAddresses = 2,
+                                                    .pDestinationAddresses = addresses.data()};
     Send(stage, 507, PDU_IT_IO_VEHICLE_ID_REQUEST, "vehicle request", request);
     Send<PDU_IO_VEHICLE_ID_REQUEST_EX>(stage, 507, PDU_IT_IO_VEHICLE_ID_REQUEST_EX, "long vehicle request",
                                        {{0, nullptr, 2, 0, 0, nullptr}, 3});

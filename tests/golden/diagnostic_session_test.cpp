@@ -49,9 +49,20 @@ void TakeInformation(Stage& stage)
 
 PDU_VERSION_DATA Version()
 {
-    PDU_VERSION_DATA version = {
-        0x02020000, 0x02010300, 4711, "Bench hardware", 0x01020304, 0x32010C07, 2, "Firmware", {}, {}, {},
-        {},         {},         {}};
+    PDU_VERSION_DATA version = {.MVCI_Part1StandardVersion = 0x02020000,
+                                .MVCI_Part2StandardVersion = 0x02010300,
+                                .HwSerialNumber = 4711,
+                                .HwName = "Bench hardware",
+                                .HwVersion = 0x01020304,
+                                .HwDate = 0x32010C07,
+                                .HwInterface = 2,
+                                .FwName = "Firmware",
+                                .FwVersion = {},
+                                .FwDate = {},
+                                .VendorName = {},
+                                .PDUApiSwName = {},
+                                .PDUApiSwVersion = {},
+                                .PDUApiSwDate = {}};
     version.FwVersion = 0xFF000A00;
     version.FwDate = 0x37091E28;
     std::snprintf(version.VendorName, sizeof version.VendorName, "Bench");

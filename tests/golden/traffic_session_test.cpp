@@ -35,7 +35,7 @@ void Begin(Stage& stage)
 void CallAll(Stage& stage)
 {
     UNUM32 number = 0;
-    PDU_RSC_DATA resource = {1, 2, 0, nullptr};
+    PDU_RSC_DATA resource = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 0, .pDLCPinData = nullptr};
     UNUM8 flagByte = 0x80;
     PDU_FLAG_DATA flags = {1, &flagByte};
     stage.script.Give<UNUM32>("PDUGetTimestamp", 1, 99);
@@ -43,7 +43,13 @@ void CallAll(Stage& stage)
     stage.script.Give<UNUM32>("PDUCreateComLogicalLink", 4, 2);
     stage.api.PDUCreateComLogicalLink(1, &resource, 400, nullptr, &number, &flags);
     stage.api.PDURegisterEventCallback(1, 2, OnLinkEvent);
-    PDU_COP_CTRL_DATA control = {1, 1, 1, 0, {1, &flagByte}, 0, nullptr};
+    PDU_COP_CTRL_DATA control = {.Time = 1,
+                                 .NumSendCycles = 1,
+                                 .NumReceiveCycles = 1,
+                                 .TempParamUpdate = 0,
+                                 .TxFlag = {1, &flagByte},
+                                 .NumPossibleExpectedResponses = 0,
+                                 .pExpectedResponseArray = nullptr};
     stage.api.PDUStartComPrimitive(1, 2, PDU_COPT_SENDRECV, 1, &flagByte, &control, nullptr, &number);
     // An empty payload is reported at this level too.
     stage.api.PDUStartComPrimitive(1, 2, PDU_COPT_SENDRECV, 0, &flagByte, &control, nullptr, &number);

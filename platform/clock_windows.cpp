@@ -10,18 +10,19 @@ namespace {
 constexpr std::uint64_t TicksASecond = 10000000;
 constexpr std::int64_t SecondsTo1970 = 11644473600;
 
-} // namespace
-
-Moment Now()
+std::uint64_t Ticks(const FILETIME& time)
 {
-    FILETIME now;
-    GetSystemTimeAsFileTime(&now);
-    const std::uint64_t ticks = std::uint64_t{now.dwHighDateTime} << 32 | now.dwLowDateTime;
-    return {static_cast<std::int64_t>(ticks / TicksASecond) - SecondsTo1970,
-            static_cast<std::uint32_t>(ticks % TicksASecond / 10000)};
+    return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
 }
 
-TimeOfDay LocalTimeOfDay(std::int64_t second)
+std::int64_t SecondsSince1970(std::uint64_t ticks)
+{
+    return static_cast<std::int64_t>(ticks / TicksASecond) - SecondsTo1970;
+}
+
+/// Local time by the zone of the system. The C library's localtime obeys TZ, which shells from Unix set in a
+/// form that it misreads.
+SYSTEMTIME LocalTime(std::int64_t second)
 {
     SYSTEMTIME utc;
     SYSTEMTIME local;
@@ -29,15 +30,32 @@ TimeOfDay LocalTimeOfDay(std::int64_t second)
     const FILETIME time = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
     if (!FileTimeToSystemTime(&time, &utc) || !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local))
         GetLocalTime(&local);
+    return local;
+}
+
+} // namespace
+
+Moment Now()
+{
+    // The plain GetSystemTimeAsFileTime moves in steps of up to 15.6 ms.
+    FILETIME now;
+    GetSystemTimePreciseAsFileTime(&now);
+    const std::uint64_t ticks = Ticks(now);
+    return {SecondsSince1970(ticks), static_cast<std::uint32_t>(ticks % TicksASecond / 10000)};
+}
+
+TimeOfDay LocalTimeOfDay(std::int64_t second)
+{
+    const SYSTEMTIME local = LocalTime(second);
     return {local.wHour, local.wMinute, local.wSecond};
 }
 
 std::tm LocalCalendarTime()
 {
-    const std::time_t now = std::time(nullptr);
-    std::tm calendar = {};
-    localtime_s(&calendar, &now);
-    return calendar;
+    const SYSTEMTIME local = LocalTime(Now().Second);
+    FILETIME asUtc = {};
+    SystemTimeToFileTime(&local, &asUtc);
+    return UtcCalendarTime(SecondsSince1970(Ticks(asUtc)));
 }
 
 std::tm UtcCalendarTime(std::time_t seconds)

@@ -31,16 +31,21 @@ std::optional<std::vector<std::string>> FindFiles(const std::string& pattern);
 void RemoveFile(const std::string& path);
 
 /// An open file without a buffer.
+#ifdef _WIN32
+using File = std::intptr_t;
+#else
 using File = int;
+#endif
 inline constexpr File NoFile = -1;
 
-/// Opens a log file for appending, text mode; others can read it meanwhile, child processes do not
+/// Opens a log file for appending, text mode; others can read and write it meanwhile, child processes do not
 /// inherit it. NoFile on failure, and for what FindFiles would leave out. Never blocks.
 File OpenLogFile(const std::string& path);
 
-/// Writes `first`, then `second`, in one system call where possible. Returns how many of their characters
-/// were written: fewer than all on an error, such as a full disk. No cancellation point; raises no signal,
-/// unless the process lowered its limit for the size of files a few milliseconds ago.
+/// Writes `first`, then `second`, to the end of the file, in one system call where possible; where it takes
+/// several, other processes' text comes in between at the ends of lines only. Returns how many of their
+/// characters were written: fewer than all on an error, such as a full disk. No cancellation point; raises no
+/// signal, unless the process lowered its limit for the size of files a few milliseconds ago.
 std::size_t WriteToFile(File file, std::string_view first, std::string_view second);
 
 /// Bytes that `text` takes in a file, with the system's line ends.

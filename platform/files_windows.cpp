@@ -1,10 +1,8 @@
 #include "platform/files.h"
 
 #include <algorithm>
-#include <fcntl.h>
-#include <io.h>
+#include <cstring>
 #include <share.h>
-#include <sys/stat.h>
 
 #include <windows.h>
 
@@ -50,27 +48,106 @@ void RemoveFile(const std::string& path)
     std::remove(path.c_str());
 }
 
+namespace {
+
+HANDLE HandleOf(File file)
+{
+    return reinterpret_cast<HANDLE>(file);
+}
+
+/// Text with the system's line ends, as much as is written at once: 15,000 characters of a call and their
+/// line ends, or a page of buffered lines and a common call.
+class Block
+{
+public:
+    /// Takes as many whole lines from the beginning of `text` as have room, or else what has.
+    void TakeLines(std::string_view& text)
+    {
+        while (!text.empty()) {
+            const std::size_t end = text.find('\n');
+            const std::string_view line = text.substr(0, end);
+            const std::size_t lineEnd = end == std::string_view::npos ? 0 : 2;
+            if (line.size() + lineEnd > Room() && size_ != 0)
+                return;
+            const std::size_t taken = std::min(line.size(), Room() - lineEnd);
+            Append(line.substr(0, taken));
+            text.remove_prefix(taken);
+            if (taken != line.size())
+                return;
+            if (lineEnd != 0) {
+                Append("\r\n");
+                text.remove_prefix(1);
+            }
+        }
+    }
+
+    std::string_view Bytes() const { return {bytes_, size_}; }
+
+private:
+    std::size_t Room() const { return sizeof bytes_ - size_; }
+    void Append(std::string_view text)
+    {
+        std::memcpy(bytes_ + size_, text.data(), text.size());
+        size_ += text.size();
+    }
+
+    std::size_t size_ = 0;
+    char bytes_[20000];
+};
+
+/// How many characters of `text` are in its first `bytes` bytes in a file. Takes their bytes off.
+std::size_t CharactersIn(std::string_view text, std::size_t& bytes)
+{
+    std::size_t count = 0;
+    for (; count < text.size(); ++count) {
+        const std::size_t size = text[count] == '\n' ? 2 : 1;
+        if (size > bytes)
+            break;
+        bytes -= size;
+    }
+    return count;
+}
+
+/// Returns how many bytes were written.
+std::size_t WriteBytes(File file, std::string_view bytes)
+{
+    DWORD written = 0;
+    WriteFile(HandleOf(file), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    return written;
+}
+
+} // namespace
+
 File OpenLogFile(const std::string& path)
 {
-    File file = NoFile;
-    constexpr int flags = _O_WRONLY | _O_CREAT | _O_APPEND | _O_TEXT | _O_NOINHERIT;
-    if (_sopen_s(&file, path.c_str(), flags, _SH_DENYNO, _S_IREAD | _S_IWRITE) != 0)
-        return NoFile;
-    return file;
+    // The right to append, and none to write elsewhere, has the kernel find the end of the file for each
+    // write. Not shared for deletion: a file that is deleted while it is open blocks its name.
+    constexpr DWORD rights = FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE;
+    return reinterpret_cast<File>(CreateFileA(path.c_str(), rights, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                              nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 std::size_t WriteToFile(File file, std::string_view first, std::string_view second)
 {
-    std::size_t all = 0;
-    for (const std::string_view text : {first, second}) {
-        if (text.empty())
-            continue;
-        const int written = _write(file, text.data(), static_cast<unsigned>(text.size()));
-        all += written > 0 ? static_cast<std::size_t>(written) : 0;
-        if (written != static_cast<int>(text.size()))
+    const std::size_t all = first.size() + second.size();
+    while (!first.empty() || !second.empty()) {
+        Block block;
+        std::string_view firstRest = first;
+        std::string_view secondRest = second;
+        block.TakeLines(firstRest);
+        if (firstRest.empty())
+            block.TakeLines(secondRest);
+        std::size_t written = WriteBytes(file, block.Bytes());
+        if (written != block.Bytes().size()) {
+            first.remove_prefix(CharactersIn(first, written));
+            if (first.empty())
+                second.remove_prefix(CharactersIn(second, written));
             break;
+        }
+        first = firstRest;
+        second = secondRest;
     }
-    return all;
+    return all - first.size() - second.size();
 }
 
 std::size_t SizeInFile(std::string_view text)
@@ -80,13 +157,13 @@ std::size_t SizeInFile(std::string_view text)
 
 std::uint64_t FileSize(File file)
 {
-    const __int64 size = _filelengthi64(file);
-    return size < 0 ? 0 : static_cast<std::uint64_t>(size);
+    LARGE_INTEGER size;
+    return GetFileSizeEx(HandleOf(file), &size) ? static_cast<std::uint64_t>(size.QuadPart) : 0;
 }
 
 void CloseFile(File file)
 {
-    _close(file);
+    CloseHandle(HandleOf(file));
 }
 
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode)

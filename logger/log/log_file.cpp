@@ -46,6 +46,21 @@ LogFile::~LogFile()
     platform::CloseFile(file_);
 }
 
+void LogFile::WritePages(std::string_view text)
+{
+    if (!shared_)
+        LookForOthers();
+    WriteOut(text, shared_ ? 0 : (text.size() - (pageRoom_ - length_)) % PageSize);
+}
+
+void LogFile::LookForOthers()
+{
+    const std::uint64_t size = platform::FileSize(file_);
+    shared_ |= size != size_;
+    size_ = size;
+    sizeAge_ = 0;
+}
+
 void LogFile::WriteOut(std::string_view text, std::size_t rest)
 {
     if (pageRoom_ == WriteUnderWay) {
@@ -102,10 +117,8 @@ void LogFile::BeginAfterCut()
 std::uint64_t LogFile::FlushedSize()
 {
     Flush();
-    if (sizeAge_ >= buffer_.size()) {
-        size_ = platform::FileSize(file_);
-        sizeAge_ = 0;
-    }
+    if (sizeAge_ >= buffer_.size())
+        LookForOthers();
     return size_;
 }
 

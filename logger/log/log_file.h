@@ -30,7 +30,7 @@ public:
         if (flush || !Buffering)
             return WriteOut(text, 0);
         if (text.size() >= pageRoom_ - length_)
-            return WriteOut(text, shared_ ? 0 : (text.size() - (pageRoom_ - length_)) % PageSize);
+            return WritePages(text);
         CopyText(buffer_.data() + length_, text.data(), text.size());
         length_ += text.size();
     }
@@ -58,9 +58,13 @@ private:
 
     LogFile(platform::File file, const std::string& path);
 
+    /// Writes out the buffer and a text, up to the end of a page while no other process writes to the file.
+    void WritePages(std::string_view text);
     /// Writes out the buffer and a text except its last `rest` characters, which stay in the buffer. On an
     /// error, such as a full disk, what was not written is lost, `rest` included.
     void WriteOut(std::string_view text, std::size_t rest);
+    /// Queries the size of the file. If it is not what was counted, another process writes to it too.
+    void LookForOthers();
     /// Counts characters that were written after all others, when the last page had this much room.
     void CountWritten(std::string_view first, std::string_view second, std::size_t room);
     /// Begins the buffer after a text that was cut: with a line end, unless the file ends with one.

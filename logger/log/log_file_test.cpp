@@ -97,6 +97,29 @@ TEST_F(LogFileTest, AFileThatIsSharedGetsWholeTexts)
     EXPECT_LT(written, text.size());
 }
 
+/// A line of one of two writers.
+std::string NumberedLine(char writer, int number)
+{
+    return std::string(1, writer) + std::to_string(number) + Letters(80) + "\n";
+}
+
+TEST_F(LogFileTest, AFileThatTurnsOutToBeSharedGetsWholeLinesFromThenOn)
+{
+    {
+        const auto a = LogFile::Open(path);
+        const auto b = LogFile::Open(path);
+        for (int i = 0; i < 500; ++i) {
+            a->Write(NumberedLine('a', i), false);
+            b->Write(NumberedLine('b', i), false);
+        }
+    }
+    const std::string text = "\n" + OnDisc();
+    // The first page, which was written while there was but one writer, may end within a line.
+    for (int i = 100; i < 500; ++i)
+        for (const char writer : {'a', 'b'})
+            ASSERT_NE(text.find("\n" + NumberedLine(writer, i)), std::string::npos) << writer << i;
+}
+
 TEST_F(LogFileTest, WhatIsInTheBufferIsWrittenWhenTheFileIsClosed)
 {
     const std::string text = Letters(Page + 17);

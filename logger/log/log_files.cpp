@@ -1,5 +1,8 @@
 #include "logger/log/log_files.h"
 
+#include <chrono>
+#include <thread>
+
 #include "config/paths.h"
 #include "line/file_names.h"
 #include "logger/diagnostics/CMutexWindows.h"
@@ -14,6 +17,7 @@ namespace marvane {
 
 LogStream ApiLogFile = nullptr;
 LogStream CommsLogFile = nullptr;
+std::atomic<bool> ReopeningFailed = false;
 
 namespace {
 
@@ -103,9 +107,22 @@ int OpenLogFile(const std::string& directory)
     return CommsLogFile ? 0 : result;
 }
 
+void ReopenLogFile()
+{
+    OpenLogFile(LogDirectory);
+    for (const int milliseconds : {1, 4, 10}) {
+        if (ApiLogFile)
+            break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+        OpenLogFile(LogDirectory);
+    }
+    ReopeningFailed = !ApiLogFile;
+}
+
 void CloseLogFiles()
 {
     LogMutexHold hold;
+    ReopeningFailed = false;
     LogFile* const api = ApiLogFile.exchange(nullptr);
     LogFile* const comms = CommsLogFile.exchange(nullptr);
     if (comms != api)

@@ -36,6 +36,13 @@ LogPaths ComposeLogPaths(const std::string& directory, bool withComms);
 /// if so configured, the comms file, both for appending. Returns 0 on success, else 1.
 int OpenLogFile(const std::string& directory);
 
+/// Opens the log file anew in a rotation. If that fails, a virus scanner may just have it open: it is tried
+/// a few times more within some milliseconds, and ReopeningFailed is set if none succeeds. The caller holds
+/// LogMutex.
+void ReopenLogFile();
+/// A rotation could not open its new file. Changed under LogMutex only.
+extern std::atomic<bool> ReopeningFailed;
+
 /// Closes the log file and the comms file.
 void CloseLogFiles();
 

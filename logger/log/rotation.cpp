@@ -18,6 +18,14 @@ void BeginFileLine(PhaseText& text, std::string_view name)
     text.Add("%s%s"_fmt, marks::FileChange, name);
 }
 
+void BeginContinuation(PhaseText& text, std::string_view name)
+{
+    BeginFileLine(text, name);
+    text.AddLine("%s"_fmt, marks::ContinuationFile);
+    LogHeader(text);
+    WritePhase(text, ApiLogFile);
+}
+
 } // namespace
 
 void ChangeLogFile(PhaseText& text, std::string_view name)
@@ -29,11 +37,21 @@ void ChangeLogFile(PhaseText& text, std::string_view name)
     WritePhase(text, ApiLogFile);
     CloseLogFiles();
 
+    ReopenLogFile();
+    BeginContinuation(text, name);
+}
+
+void FinishChange(PhaseText& text, std::string_view name)
+{
+    const platform::CancellationDeferred deferred;
+    LogMutexHold hold;
+    // Another thread may have been faster, or have closed the log.
+    if (!ReopeningFailed || !LoggingActive())
+        return;
     OpenLogFile(LogDirectory);
-    BeginFileLine(text, name);
-    text.AddLine("%s"_fmt, marks::ContinuationFile);
-    LogHeader(text);
-    WritePhase(text, ApiLogFile);
+    ReopeningFailed = !ApiLogFile;
+    if (ApiLogFile)
+        BeginContinuation(text, name);
 }
 
 } // namespace marvane

@@ -13,10 +13,17 @@ namespace marvane {
 /// Holds LogMutex, so that no other thread writes in between. Overwrites `text`.
 void ChangeLogFile(PhaseText& text, std::string_view name);
 
+/// Opens the new file of a change in which that failed. If it fails again, the next check tries it again.
+/// Overwrites `text`.
+void FinishChange(PhaseText& text, std::string_view name);
+
 /// Changes the log file if both limits are set and it is larger than LogFileMaxSize. `name` is the function
-/// after whose call this happens. Overwrites `text` then.
+/// after whose call this happens. Overwrites `text` then. Where the last change found no file to open, tries
+/// that again.
 inline void CheckRotation(PhaseText& text, std::string_view name)
 {
+    if (ReopeningFailed.load(std::memory_order_relaxed))
+        return FinishChange(text, name);
     const UNUM32 limit = Setting(NumericKey::LogFileMaxSize);
     if (limit != 0 && Setting(NumericKey::LogFileMaxNum) != 0 && GetLogFileSize() > limit)
         ChangeLogFile(text, name);

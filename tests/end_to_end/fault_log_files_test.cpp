@@ -150,6 +150,36 @@ TEST(FaultLogFiles, LoggingResumesWhenAReadOnlyFolderIsWritableAgain)
     ExpectLogAgainAfterChange(session);
 }
 
+TEST(FaultLogFiles, AFileThatCouldNotBeOpenedInARotationIsTriedAgainAtTheNextCheck)
+{
+    Session session({{"LogNewFileCfg", "1"}});
+    using std::filesystem::perms;
+    std::filesystem::permissions(session.Folder().Path(), perms::all);
+    session.Construct();
+    const std::string log = (session.LogFolder() / session.LogNames().at(0)).string();
+    SetReadOnly(log, true);
+    {
+        const WithoutPrivileges guest;
+        if (const platform::File file = platform::OpenLogFile(log); file != platform::NoFile) {
+            platform::CloseFile(file);
+            GTEST_SKIP() << "whoever runs this may write read-only files";
+        }
+        session.Api().PDUModuleDisconnect(1);
+        ExpectUnchangedCalls(session, 10);
+    }
+    SetReadOnly(log, false);
+    const std::string text = session.Logged([&] {
+        session.Api().PDUConnect(1, 2);
+        session.Api().PDUDisconnect(1, 2);
+    });
+    EXPECT_TRUE(text.starts_with("{stamp} # PDUConnect - Continuation file\n"
+                                 "{stamp} ########## D-PDU API LOGGER VERSION: "))
+        << text;
+    EXPECT_TRUE(text.ends_with("{stamp} + PDUDisconnect(hMod=0x00000001, hCLL=0x00000002)\n"
+                               "{stamp} - PDUDisconnect<PDU_STATUS_NOERROR (0x0000)>\n"))
+        << text;
+}
+
 TEST(FaultLogFiles, WithoutFreeDescriptorsARotationFailsAndLoggingResumesLater)
 {
     Session session(NewFileAtDisconnect);

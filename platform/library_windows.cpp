@@ -32,13 +32,54 @@ std::string ErrorText(DWORD error)
     return text;
 }
 
+/// While it exists, failures on this thread show no message box: nobody may be there to close it.
+class NoMessageBoxes
+{
+public:
+    NoMessageBoxes() { SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &former_); }
+    ~NoMessageBoxes() { SetThreadErrorMode(former_, nullptr); }
+    NoMessageBoxes(const NoMessageBoxes&) = delete;
+    NoMessageBoxes& operator=(const NoMessageBoxes&) = delete;
+
+private:
+    DWORD former_ = 0;
+};
+
+/// The path from the root on: the search beside the library is undefined for a relative one. The path itself
+/// if there is none.
+std::string FullPath(const std::string& path)
+{
+    std::string full(GetFullPathNameA(path.c_str(), 0, nullptr, nullptr), '\0');
+    full.resize(GetFullPathNameA(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return full.empty() ? path : full;
+}
+
+/// Loads a library, or returns null with the error as the thread's last one.
+HMODULE LoadByPath(const std::string& path)
+{
+    // The system would search for a bare name, in the current folder too.
+    if (!path.empty() && path.find_first_of("\\/:") == std::string::npos) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return nullptr;
+    }
+    return LoadLibraryExA(FullPath(path).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+}
+
+DWORD ErrorOfLoad(const std::string& path, HMODULE& module)
+{
+    const NoMessageBoxes quiet;
+    module = LoadByPath(path);
+    return GetLastError();
+}
+
 } // namespace
 
 LoadedLibrary LoadTargetLibrary(const std::string& path)
 {
-    const HMODULE module = LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    HMODULE module = nullptr;
+    const DWORD error = ErrorOfLoad(path, module);
     if (!module)
-        return {nullptr, ErrorText(GetLastError())};
+        return {nullptr, ErrorText(error)};
     if (module != OwnModule())
         return {module, {}};
     FreeLibrary(module);

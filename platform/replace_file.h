@@ -13,8 +13,8 @@ namespace marvane::platform {
 std::string CreateNewFile(const std::string& path, std::string_view bytes);
 
 /// Gives an existing regular file new contents in one step: at every moment the old or the new file is there.
-/// Owner, rights, access lists and extended attributes stay. `unchanged` is asked last before the step; if it says false, nothing is changed and
-/// the text is "the file was changed by another program".
+/// Owner, rights, access lists and extended attributes stay. `unchanged` is asked last before the step; if it
+/// says false, nothing is changed and the text is "the file was changed by another program".
 std::string ReplaceFileContents(const std::string& path, std::string_view bytes,
                                 const std::function<bool()>& unchanged);
 

@@ -30,6 +30,9 @@ TimeOfDay LocalTimeOfDay(std::int64_t second);
 /// Broken-down local time of now, with a resolution of seconds.
 std::tm LocalCalendarTime();
 
+/// Broken-down local time at a second since 1970, by the time-zone rules that apply then.
+std::tm LocalCalendarTime(std::int64_t second);
+
 /// Broken-down UTC time of a count of seconds since 1970.
 std::tm UtcCalendarTime(std::time_t seconds);
 

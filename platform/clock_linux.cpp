@@ -59,6 +59,11 @@ std::tm LocalCalendarTime()
     return LocalCalendar(Now().Second);
 }
 
+std::tm LocalCalendarTime(std::int64_t second)
+{
+    return LocalCalendar(second);
+}
+
 std::tm UtcCalendarTime(std::time_t seconds)
 {
     using namespace std::chrono;

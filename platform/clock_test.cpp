@@ -47,6 +47,16 @@ std::string TimeAt(std::int64_t second)
     return text;
 }
 
+TEST(LocalTime, OfASecondIsTheSameInBothForms)
+{
+    for (const std::int64_t second : {0, 951782399, 1774746000, 2000000000}) {
+        const std::tm calendar = platform::LocalCalendarTime(second);
+        char text[40];
+        std::strftime(text, sizeof text, "%H:%M:%S", &calendar);
+        EXPECT_EQ(text, TimeAt(second));
+    }
+}
+
 TEST(LocalTime, AgreesWithTheCalendar)
 {
     // The second may change between the readings; then they are repeated.

@@ -52,7 +52,12 @@ TimeOfDay LocalTimeOfDay(std::int64_t second)
 
 std::tm LocalCalendarTime()
 {
-    const SYSTEMTIME local = LocalTime(Now().Second);
+    return LocalCalendarTime(Now().Second);
+}
+
+std::tm LocalCalendarTime(std::int64_t second)
+{
+    const SYSTEMTIME local = LocalTime(second);
     FILETIME asUtc = {};
     SystemTimeToFileTime(&local, &asUtc);
     return UtcCalendarTime(SecondsSince1970(Ticks(asUtc)));

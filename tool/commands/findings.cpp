@@ -116,7 +116,7 @@ void Findings::PutUnfinished(const read::Call& call)
                    "its exit line was lost: the text outgrew the buffer of 15,000 bytes",
                    {"its status is not in the log; lower LogMaxPduBuff, LogFnDecodeArgs or LogFnDecodeRsps"});
     if (call.State == CallState::InFlight)
-        return Put(FindingKind::InFlight, call, "entered, never returned: the process ended here");
+        return Put(FindingKind::InFlight, call, "entered, never returned: the log ends here");
     if (call.State != CallState::NotLoaded)
         return;
     NotLoaded& calls = notLoaded_[call.Session];
@@ -162,7 +162,7 @@ void Findings::PutLeak(const read::Call& destruct)
 void Findings::OnEvent(const read::Event& event)
 {
     if (event.State == CallState::InFlight)
-        Put(FindingKind::InFlight, event, "entered, never returned: the process ended here");
+        Put(FindingKind::InFlight, event, "entered, never returned: the log ends here");
     if (event.Type == DataLostEvent)
         Put(FindingKind::DataLost, event, "PDU_EVT_DATA_LOST (0x0802): the event queue overflowed");
     if (event.Duration() >= LongCallbackMs) {

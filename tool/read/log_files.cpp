@@ -6,6 +6,8 @@
 #include <set>
 #include <tuple>
 
+#include "platform/clock.h"
+
 namespace marvane::read {
 
 namespace {
@@ -35,13 +37,10 @@ LogTime TimeOf(const FileTime& time)
 
 LogTime LocalTime(std::time_t moment)
 {
-    const std::tm* const local = std::localtime(&moment);
-    if (!local)
-        return {};
-    const std::int64_t days = DaysOf({local->tm_year + 1900, static_cast<unsigned>(local->tm_mon + 1),
-                                      static_cast<unsigned>(local->tm_mday)});
-    return {days * MillisecondsPerDay +
-            ((local->tm_hour * 60 + local->tm_min) * 60 + local->tm_sec) * 1000LL};
+    const std::tm local = platform::LocalCalendarTime(moment);
+    const std::int64_t days = DaysOf({local.tm_year + 1900, static_cast<unsigned>(local.tm_mon + 1),
+                                      static_cast<unsigned>(local.tm_mday)});
+    return {days * MillisecondsPerDay + ((local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec) * 1000LL};
 }
 
 LogTime ChangeOf(const fs::path& path)

@@ -55,8 +55,9 @@ std::string MakeLogFileName(LogFamily family, const std::tm& begun)
     };
     put(Day, begun.tm_mday);
     put(Month, begun.tm_mon + 1);
-    put(Year, (begun.tm_year + 1900) / 100);
-    put(Year + 2, begun.tm_year % 100);
+    const int year = begun.tm_year + 1900;
+    put(Year, year / 100);
+    put(Year + 2, year % 100);
     put(Hour, begun.tm_hour);
     put(Minute, begun.tm_min);
     put(Second, begun.tm_sec);

@@ -32,7 +32,7 @@ TEST(LogFileName, IsReadBack)
 {
     for (const LogFamily family : {LogFamily::Api, LogFamily::Comms})
         for (const FileTime& time : {FileTime{2026, 11, 25, 14, 3, 7}, FileTime{1999, 12, 31, 23, 59, 60},
-                                     FileTime{2000, 1, 1, 0, 0, 0}}) {
+                                     FileTime{2000, 1, 1, 0, 0, 0}, FileTime{26, 11, 25, 14, 3, 7}}) {
             const std::string name = Name(family, time);
             EXPECT_EQ(ParseLogFileName(name), (LogFileName{"", family, time})) << name;
         }

@@ -153,7 +153,7 @@ void GetEvent(const CPduDll& api, std::size_t times)
 
 std::atomic<unsigned> EventsSeen = 0;
 
-void OnEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
+void PDU_CALL OnEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
 {
     EventsSeen.store(EventsSeen.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
@@ -167,7 +167,7 @@ void Event(const CPduDll& api, std::size_t times)
         callback(PDU_EVT_DATA_AVAILABLE, 1, 2, nullptr, nullptr);
 }
 
-UNUM32 NoReport(const CHAR8*, UNUM8, UNUM32, UNUM32, const LogParameter*)
+UNUM32 PDU_CALL NoReport(const CHAR8*, UNUM8, UNUM32, UNUM32, const LogParameter*)
 {
     return 0;
 }

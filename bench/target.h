@@ -7,5 +7,5 @@ extern "C" {
 /// The callbacks that the logger library has registered.
 PDU_API CALLBACKFNC PDUBenchEventCallback();
 PDU_API PDU_MS_LOG_CALLBACK PDUBenchLogCallback();
-PDU_API T_PDU_ERROR PDU_MS_SetLogCallback(PDU_MS_LOG_CALLBACK callback);
+PDU_API T_PDU_ERROR PDU_CALL PDU_MS_SetLogCallback(PDU_MS_LOG_CALLBACK callback);
 }

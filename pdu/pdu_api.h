@@ -514,75 +514,20 @@ struct LogParameterBytes
     const UNUM8* Bytes;
 };
 
-// The layout is the binary interface to applications and target libraries.
-static_assert(sizeof(void*) != 8 ||
-              (sizeof(PDU_FLAG_DATA) == 16 && sizeof(PDU_DATA_ITEM) == 16 && sizeof(PDU_PARAM_ITEM) == 24 &&
-               sizeof(PDU_PARAM_BYTEFIELD_DATA) == 16 && sizeof(PDU_PARAM_LONGFIELD_DATA) == 16 &&
-               sizeof(PDU_PARAM_STRUCTFIELD_DATA) == 24 && sizeof(PDU_EVENT_ITEM) == 32 &&
-               sizeof(PDU_RESULT_DATA) == 72 && sizeof(PDU_EXTRA_INFO) == 24));
-static_assert(sizeof(void*) != 8 ||
-              (sizeof(PDU_COP_CTRL_DATA) == 48 && sizeof(PDU_EXP_RESP_DATA) == 48 &&
-               sizeof(PDU_UNIQUE_RESP_ID_TABLE_ITEM) == 16 && sizeof(PDU_ECU_UNIQUE_RESP_DATA) == 16 &&
-               sizeof(PDU_RSC_DATA) == 24 && sizeof(PDU_RSC_STATUS_ITEM) == 16 &&
-               sizeof(PDU_RSC_ID_ITEM) == 16 && sizeof(PDU_RSC_ID_ITEM_DATA) == 16 &&
-               sizeof(PDU_RSC_CONFLICT_ITEM) == 16 && sizeof(PDU_MODULE_ITEM) == 16 &&
-               sizeof(PDU_MODULE_DATA) == 32));
-static_assert(sizeof(void*) != 8 ||
-              (sizeof(PDU_IO_BYTEARRAY_DATA) == 16 && sizeof(PDU_IO_FILTER_LIST) == 16 &&
-               sizeof(PDU_IO_VEHICLE_ID_REQUEST_DATA) == 40 && sizeof(PDU_IO_VEHICLE_ID_REQUEST_EX) == 48 &&
-               sizeof(PDU_IP_ADDR_INFO) == 16 && sizeof(LogParameter) == 24 &&
-               sizeof(LogParameterBytes) == 16));
-static_assert(sizeof(PDU_PARAM_STRUCT_SESSION_TIMING) == 6 && sizeof(PDU_PARAM_STRUCT_ACCESS_TIMING) == 6 &&
-              sizeof(PDU_ERROR_DATA) == 8 && sizeof(PDU_INFO_DATA) == 8 && sizeof(PDU_PIN_DATA) == 8 &&
-              sizeof(PDU_RSC_STATUS_DATA) == 12 && sizeof(PDU_RSC_CONFLICT_DATA) == 8 &&
-              sizeof(PDU_VERSION_DATA) == 296 && sizeof(PDU_IO_PROG_VOLTAGE_DATA) == 8 &&
-              sizeof(PDU_IO_EVENT_QUEUE_PROPERTY_DATA) == 8 && sizeof(PDU_IO_FILTER_DATA) == 36 &&
-              sizeof(PDU_IO_ETH_SWITCH_STATE_DATA) == 8 && sizeof(PDU_IO_ENTITY_ADDRESS_DATA) == 8 &&
-              sizeof(PDU_IO_ENTITY_STATUS_DATA) == 16);
-static_assert(
-    sizeof(void*) != 8 ||
-    (offsetof(PDU_FLAG_DATA, pFlagData) == 8 && offsetof(PDU_DATA_ITEM, pData) == 8 &&
-     offsetof(PDU_PARAM_ITEM, ComParamClass) == 12 && offsetof(PDU_PARAM_ITEM, pComParamData) == 16 &&
-     offsetof(PDU_PARAM_STRUCTFIELD_DATA, pStructArray) == 16 && offsetof(PDU_EVENT_ITEM, pCoPTag) == 8 &&
-     offsetof(PDU_EVENT_ITEM, Timestamp) == 16 && offsetof(PDU_EVENT_ITEM, pData) == 24 &&
-     offsetof(PDU_RESULT_DATA, UniqueRespIdentifier) == 16 &&
-     offsetof(PDU_RESULT_DATA, TimestampFlags) == 24 && offsetof(PDU_RESULT_DATA, TxMsgDoneTimestamp) == 40 &&
-     offsetof(PDU_RESULT_DATA, pExtraInfo) == 48 && offsetof(PDU_RESULT_DATA, NumDataBytes) == 56 &&
-     offsetof(PDU_RESULT_DATA, pDataBytes) == 64 && offsetof(PDU_EXTRA_INFO, pHeaderBytes) == 8 &&
-     offsetof(PDU_EXTRA_INFO, pFooterBytes) == 16));
-static_assert(sizeof(void*) != 8 ||
-              (offsetof(PDU_COP_CTRL_DATA, TxFlag) == 16 &&
-               offsetof(PDU_COP_CTRL_DATA, NumPossibleExpectedResponses) == 32 &&
-               offsetof(PDU_COP_CTRL_DATA, pExpectedResponseArray) == 40 &&
-               offsetof(PDU_EXP_RESP_DATA, pMaskData) == 16 &&
-               offsetof(PDU_EXP_RESP_DATA, pPatternData) == 24 &&
-               offsetof(PDU_EXP_RESP_DATA, NumUniqueRespIds) == 32 &&
-               offsetof(PDU_EXP_RESP_DATA, pUniqueRespIds) == 40 &&
-               offsetof(PDU_RSC_DATA, pDLCPinData) == 16 &&
-               offsetof(PDU_MODULE_DATA, pVendorModuleName) == 8 &&
-               offsetof(PDU_MODULE_DATA, pVendorAdditionalInfo) == 16 &&
-               offsetof(PDU_MODULE_DATA, ModuleStatus) == 24 &&
-               offsetof(PDU_IO_VEHICLE_ID_REQUEST_DATA, PreselectionValue) == 8 &&
-               offsetof(PDU_IO_VEHICLE_ID_REQUEST_DATA, CombinationMode) == 16 &&
-               offsetof(PDU_IO_VEHICLE_ID_REQUEST_DATA, NumDestinationAddresses) == 24 &&
-               offsetof(PDU_IO_VEHICLE_ID_REQUEST_DATA, pDestinationAddresses) == 32 &&
-               offsetof(PDU_IO_VEHICLE_ID_REQUEST_EX, Ver) == 40 && offsetof(LogParameter, Name) == 8 &&
-               offsetof(LogParameter, Data) == 16 && offsetof(LogParameterBytes, Bytes) == 8));
-static_assert(offsetof(PDU_VERSION_DATA, HwName) == 12 && offsetof(PDU_VERSION_DATA, HwVersion) == 76 &&
-              offsetof(PDU_VERSION_DATA, FwName) == 88 && offsetof(PDU_VERSION_DATA, FwVersion) == 152 &&
-              offsetof(PDU_VERSION_DATA, VendorName) == 160 &&
-              offsetof(PDU_VERSION_DATA, PDUApiSwName) == 224 &&
-              offsetof(PDU_VERSION_DATA, PDUApiSwDate) == 292 &&
-              offsetof(PDU_IO_FILTER_DATA, FilterMaskMessage) == 12 &&
-              offsetof(PDU_IO_FILTER_DATA, FilterPatternMessage) == 24);
+// Calling convention of the functions and of both callbacks. Definitions take it from the prototypes.
+#if defined(_WIN32) && !defined(_WIN64)
+#define PDU_CALL __stdcall
+#else
+#define PDU_CALL
+#endif
 
 /// The application's event callback, and the form in which the target library calls it.
-using CALLBACKFNC = void (*)(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag,
-                             void* pAPITag);
+using CALLBACKFNC = void(PDU_CALL*)(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag,
+                                    void* pAPITag);
 
 /// What a target library with PDU_MS_SetLogCallback reports its comms traffic to. Always returns 0.
-using PDU_MS_LOG_CALLBACK = UNUM32 (*)(const CHAR8* text, UNUM8 direction, UNUM32 protocol, UNUM32 count,
-                                       const LogParameter* parameters);
+using PDU_MS_LOG_CALLBACK = UNUM32(PDU_CALL*)(const CHAR8* text, UNUM8 direction, UNUM32 protocol,
+                                              UNUM32 count, const LogParameter* parameters);
 
 // A library that implements the API defines PDU_API_EXPORTS before it includes this header.
 #if !defined(PDU_API_EXPORTS)
@@ -595,77 +540,82 @@ using PDU_MS_LOG_CALLBACK = UNUM32 (*)(const CHAR8* text, UNUM8 direction, UNUM3
 
 extern "C" {
 /// Starts the API. OptionStr: options of the library, may be null; pAPITag comes back with events of the API.
-PDU_API T_PDU_ERROR PDUConstruct(CHAR8* OptionStr, void* pAPITag);
+PDU_API T_PDU_ERROR PDU_CALL PDUConstruct(CHAR8* OptionStr, void* pAPITag);
 /// Ends the API and frees all that belongs to it.
-PDU_API T_PDU_ERROR PDUDestruct();
+PDU_API T_PDU_ERROR PDU_CALL PDUDestruct();
 /// Runs a command of a module or a link, with an item in and, if it has a result, a new item out.
-PDU_API T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_ITEM* pInputData,
-                             PDU_DATA_ITEM** ppOutputData);
+PDU_API T_PDU_ERROR PDU_CALL PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId,
+                                      PDU_DATA_ITEM* pInputData, PDU_DATA_ITEM** ppOutputData);
 /// Versions of the module and of the library.
-PDU_API T_PDU_ERROR PDUGetVersion(UNUM32 hMod, PDU_VERSION_DATA* pVersionData);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetVersion(UNUM32 hMod, PDU_VERSION_DATA* pVersionData);
 /// Status of a module, a link (hCLL) or a ComPrimitive (hCoP); handles that do not apply are
 /// PDU_HANDLE_UNDEF.
-PDU_API T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pStatusCode,
-                                 UNUM32* pTimestamp, UNUM32* pExtraInfo);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pStatusCode,
+                                          UNUM32* pTimestamp, UNUM32* pExtraInfo);
 /// Last error of a module or a link, and the ComPrimitive that it belongs to.
-PDU_API T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode, UNUM32* phCoP,
-                                    UNUM32* pTimestamp, UNUM32* pExtraErrorInfo);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode,
+                                             UNUM32* phCoP, UNUM32* pTimestamp, UNUM32* pExtraErrorInfo);
 /// Fills in the status of the resources that the item names.
-PDU_API T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus);
 /// Creates a link on a resource, given by its data or its id; pCLLTag comes back with its events.
-PDU_API T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 resourceId,
-                                            void* pCLLTag, UNUM32* phCLL, PDU_FLAG_DATA* pCLLCreateFlag);
+PDU_API T_PDU_ERROR PDU_CALL PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 resourceId,
+                                                     void* pCLLTag, UNUM32* phCLL,
+                                                     PDU_FLAG_DATA* pCLLCreateFlag);
 /// Destroys a link.
-PDU_API T_PDU_ERROR PDUDestroyComLogicalLink(UNUM32 hMod, UNUM32 hCLL);
+PDU_API T_PDU_ERROR PDU_CALL PDUDestroyComLogicalLink(UNUM32 hMod, UNUM32 hCLL);
 /// Connects a link to the vehicle.
-PDU_API T_PDU_ERROR PDUConnect(UNUM32 hMod, UNUM32 hCLL);
+PDU_API T_PDU_ERROR PDU_CALL PDUConnect(UNUM32 hMod, UNUM32 hCLL);
 /// Disconnects a link.
-PDU_API T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL);
+PDU_API T_PDU_ERROR PDU_CALL PDUDisconnect(UNUM32 hMod, UNUM32 hCLL);
 /// Locks the resource of a link, by the bits of LockMask, against other links.
-PDU_API T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask);
+PDU_API T_PDU_ERROR PDU_CALL PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask);
 /// Undoes PDULockResource.
-PDU_API T_PDU_ERROR PDUUnlockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask);
+PDU_API T_PDU_ERROR PDU_CALL PDUUnlockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask);
 /// Returns a ComParam of a link as a new item.
-PDU_API T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_ITEM** pParamItem);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID,
+                                            PDU_PARAM_ITEM** pParamItem);
 /// Sets a ComParam of a link.
-PDU_API T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem);
+PDU_API T_PDU_ERROR PDU_CALL PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem);
 /// Starts a ComPrimitive, such as sending a request and waiting for its answers; pCoPTag comes back with its
 /// events.
-PDU_API T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, UNUM32 CoPDataSize,
-                                         UNUM8* pCoPData, PDU_COP_CTRL_DATA* pCoPCtrlData, void* pCoPTag,
-                                         UNUM32* phCoP);
+PDU_API T_PDU_ERROR PDU_CALL PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType,
+                                                  UNUM32 CoPDataSize, UNUM8* pCoPData,
+                                                  PDU_COP_CTRL_DATA* pCoPCtrlData, void* pCoPTag,
+                                                  UNUM32* phCoP);
 /// Cancels a ComPrimitive.
-PDU_API T_PDU_ERROR PDUCancelComPrimitive(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP);
+PDU_API T_PDU_ERROR PDU_CALL PDUCancelComPrimitive(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP);
 /// Takes the oldest event of a link, a module or the API as a new item.
-PDU_API T_PDU_ERROR PDUGetEventItem(UNUM32 hMod, UNUM32 hCLL, PDU_EVENT_ITEM** ppEventItem);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetEventItem(UNUM32 hMod, UNUM32 hCLL, PDU_EVENT_ITEM** ppEventItem);
 /// Frees an item that a function returned.
-PDU_API T_PDU_ERROR PDUDestroyItem(void* pItem);
+PDU_API T_PDU_ERROR PDU_CALL PDUDestroyItem(void* pItem);
 /// Sets the callback for the events of a link, a module or the API; null removes it.
-PDU_API T_PDU_ERROR PDURegisterEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC EventCallbackFunction);
+PDU_API T_PDU_ERROR PDU_CALL PDURegisterEventCallback(UNUM32 hMod, UNUM32 hCLL,
+                                                      CALLBACKFNC EventCallbackFunction);
 /// Id of an object, such as a ComParam or a resource, by type and short name.
-PDU_API T_PDU_ERROR PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname, UNUM32* pPduObjectId);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname,
+                                            UNUM32* pPduObjectId);
 /// Returns the modules that exist as a new item.
-PDU_API T_PDU_ERROR PDUGetModuleIds(PDU_MODULE_ITEM** pModuleItem);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetModuleIds(PDU_MODULE_ITEM** pModuleItem);
 /// Returns the resources that fit the given data as a new item.
-PDU_API T_PDU_ERROR PDUGetResourceIds(UNUM32 hMod, PDU_RSC_DATA* pResourceIdData,
-                                      PDU_RSC_ID_ITEM** pResourceIdList);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetResourceIds(UNUM32 hMod, PDU_RSC_DATA* pResourceIdData,
+                                               PDU_RSC_ID_ITEM** pResourceIdList);
 /// Returns the resources of some modules that can't be used beside one resource, as a new item.
-PDU_API T_PDU_ERROR PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInputModuleList,
-                                               PDU_RSC_CONFLICT_ITEM** pOutputConflictList);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInputModuleList,
+                                                        PDU_RSC_CONFLICT_ITEM** pOutputConflictList);
 /// Returns the table of unique response identifiers of a link as a new item.
-PDU_API T_PDU_ERROR PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
-                                            PDU_UNIQUE_RESP_ID_TABLE_ITEM** pUniqueRespIdTable);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
+                                                     PDU_UNIQUE_RESP_ID_TABLE_ITEM** pUniqueRespIdTable);
 /// Sets the table of unique response identifiers of a link.
-PDU_API T_PDU_ERROR PDUSetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
-                                            PDU_UNIQUE_RESP_ID_TABLE_ITEM* pUniqueRespIdTable);
+PDU_API T_PDU_ERROR PDU_CALL PDUSetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
+                                                     PDU_UNIQUE_RESP_ID_TABLE_ITEM* pUniqueRespIdTable);
 /// Connects a module.
-PDU_API T_PDU_ERROR PDUModuleConnect(UNUM32 hMod);
+PDU_API T_PDU_ERROR PDU_CALL PDUModuleConnect(UNUM32 hMod);
 /// Disconnects a module.
-PDU_API T_PDU_ERROR PDUModuleDisconnect(UNUM32 hMod);
+PDU_API T_PDU_ERROR PDU_CALL PDUModuleDisconnect(UNUM32 hMod);
 /// Time of a module, by the clock of its events.
-PDU_API T_PDU_ERROR PDUGetTimestamp(UNUM32 hMod, UNUM32* pTimestamp);
+PDU_API T_PDU_ERROR PDU_CALL PDUGetTimestamp(UNUM32 hMod, UNUM32* pTimestamp);
 }
 
 /// Optional extension of a target library: registers the comms callback, null removes it. Looked up by
 /// name only; its result is ignored.
-using PDU_MS_SetLogCallback_t = T_PDU_ERROR (*)(PDU_MS_LOG_CALLBACK callback);
+using PDU_MS_SetLogCallback_t = T_PDU_ERROR(PDU_CALL*)(PDU_MS_LOG_CALLBACK callback);

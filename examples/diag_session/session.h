@@ -65,7 +65,8 @@ public:
     void DrainModuleEvents() const;
 
     /// The event callback: wakes the waiting thread. Runs on any thread of the library.
-    static void OnEvent(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag);
+    static void PDU_CALL OnEvent(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag,
+                                 void* pAPITag);
 
     const Api& Pdu;
     UNUM32 Module = PDU_HANDLE_UNDEF;

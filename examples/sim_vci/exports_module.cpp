@@ -8,7 +8,7 @@
 
 using namespace sim;
 
-extern "C" PDU_API T_PDU_ERROR PDU_MS_SetLogCallback(PDU_MS_LOG_CALLBACK callback);
+extern "C" PDU_API T_PDU_ERROR PDU_CALL PDU_MS_SetLogCallback(PDU_MS_LOG_CALLBACK callback);
 
 namespace {
 

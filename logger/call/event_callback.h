@@ -12,6 +12,7 @@ void RememberEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC callback);
 
 /// The callback that the target library gets instead of the application's. Finds the callback of the link,
 /// else of the module, else of the API, logs the event and calls it. Called on threads of the target library.
-void PDUCallbackTrap(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag);
+void PDU_CALL PDUCallbackTrap(T_PDU_EVT_DATA eventType, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag,
+                              void* pAPITag);
 
 } // namespace marvane

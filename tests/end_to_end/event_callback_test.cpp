@@ -9,15 +9,15 @@ namespace {
 std::string Told;
 
 // Callbacks of the application, distinguished by the number that they add.
-void LinkCallback(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
+void PDU_CALL LinkCallback(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
 {
     Told += "link ";
 }
-void ModuleCallback(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
+void PDU_CALL ModuleCallback(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
 {
     Told += "module ";
 }
-void DefaultCallback(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
+void PDU_CALL DefaultCallback(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
 {
     Told += "default ";
 }

@@ -97,7 +97,7 @@ TEST(ThreadErrors, AreUntouchedWithoutATargetLibrary)
     EXPECT_EQ(left, ErrorStateOf(OfApplication));
 }
 
-void ReadErrorState(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
+void PDU_CALL ReadErrorState(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*)
 {
     SeenByHandler = CurrentErrorState();
     SetErrorState(OfHandler);

@@ -36,7 +36,7 @@ void AwaitRounds()
             std::this_thread::yield();
 }
 
-void Ignore(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
+void PDU_CALL Ignore(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
 
 CALLBACKFNC RegisteredTrap(Session& session)
 {

@@ -42,7 +42,7 @@ TEST(FaultTarget, ThrowingFromConstructAndDestructReachesTheApplicationAndMayBeC
 }
 
 const CPduDll* EventApi = nullptr;
-void CallBack(T_PDU_EVT_DATA, UNUM32 hMod, UNUM32 hCLL, void*, void*)
+void PDU_CALL CallBack(T_PDU_EVT_DATA, UNUM32 hMod, UNUM32 hCLL, void*, void*)
 {
     EventApi->PDUCancelComPrimitive(hMod, hCLL, 3);
 }

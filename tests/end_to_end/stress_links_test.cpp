@@ -96,7 +96,7 @@ std::string Differences(const Counts& actual, const Counts& expected)
 
 // Events that the callbacks of the links received, by link.
 std::unique_ptr<std::atomic<UNUM32>[]> EventsSeen;
-template <int Kind> void OnEvent(T_PDU_EVT_DATA, UNUM32, UNUM32 hCLL, void*, void*)
+template <int Kind> void PDU_CALL OnEvent(T_PDU_EVT_DATA, UNUM32, UNUM32 hCLL, void*, void*)
 {
     const UNUM32 link = hCLL / 64 - 1;
     // The links have two callbacks in turn: an event that reached another one counts as very many.

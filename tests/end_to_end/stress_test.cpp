@@ -107,7 +107,7 @@ private:
 // The application's callback calls the API, as real ones do.
 const CPduDll* EventApi = nullptr;
 std::atomic<UNUM32> EventsSeen = 0;
-void OnEvent(T_PDU_EVT_DATA, UNUM32 hMod, UNUM32 hCLL, void*, void*)
+void PDU_CALL OnEvent(T_PDU_EVT_DATA, UNUM32 hMod, UNUM32 hCLL, void*, void*)
 {
     PDU_EVENT_ITEM* item = nullptr;
     EventApi->PDUGetEventItem(hMod, hCLL, &item);

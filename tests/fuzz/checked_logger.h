@@ -28,8 +28,8 @@ public:
     /// Makes a call with these arguments. The target runs `answer` and returns a status from the source.
     template <class Answer, class... Parameters>
     requires std::is_invocable_v<Answer>
-    void Call(const char* name, T_PDU_ERROR (*FunctionTable::*function)(Parameters...), RecordSource& source,
-              Answer answer, std::type_identity_t<Parameters>... arguments)
+    void Call(const char* name, T_PDU_ERROR (PDU_CALL* FunctionTable::*function)(Parameters...),
+              RecordSource& source, Answer answer, std::type_identity_t<Parameters>... arguments)
     {
         const std::string records = source.Contents();
         source.ForbidWriting();
@@ -40,8 +40,8 @@ public:
         ExpectSame(records, source.Contents(), name);
     }
     template <class... Parameters>
-    void Call(const char* name, T_PDU_ERROR (*FunctionTable::*function)(Parameters...), RecordSource& source,
-              std::type_identity_t<Parameters>... arguments)
+    void Call(const char* name, T_PDU_ERROR (PDU_CALL* FunctionTable::*function)(Parameters...),
+              RecordSource& source, std::type_identity_t<Parameters>... arguments)
     {
         Call(
             name, function, source, [] {}, arguments...);
@@ -98,8 +98,10 @@ private:
     static T_PDU_ERROR Status(RecordSource& source);
     static void ExpectSame(const std::string& before, const std::string& after, const char* name);
 
-    static void FirstHandler(T_PDU_EVT_DATA type, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag);
-    static void SecondHandler(T_PDU_EVT_DATA type, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag, void* pAPITag);
+    static void PDU_CALL FirstHandler(T_PDU_EVT_DATA type, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag,
+                                      void* pAPITag);
+    static void PDU_CALL SecondHandler(T_PDU_EVT_DATA type, UNUM32 hMod, UNUM32 hCLL, void* pCLLTag,
+                                       void* pAPITag);
     void OnEvent(CALLBACKFNC handler, const std::vector<std::uint64_t>& arguments);
     void RunNested();
 

@@ -9,7 +9,7 @@
 namespace marvane::testing {
 namespace {
 
-void OnAnyEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
+void PDU_CALL OnAnyEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
 
 void Begin(Stage& stage)
 {

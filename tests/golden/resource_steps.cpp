@@ -60,7 +60,7 @@ void AskForConflicts(Stage& stage)
     stage.api.PDUDestroyItem(found);
 }
 
-void OnLinkEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
+void PDU_CALL OnLinkEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
 
 } // namespace
 

@@ -12,8 +12,8 @@
 namespace marvane::testing {
 namespace {
 
-void OnModuleEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
-void OnLinkEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
+void PDU_CALL OnModuleEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
+void PDU_CALL OnLinkEvent(T_PDU_EVT_DATA, UNUM32, UNUM32, void*, void*) {}
 
 constexpr CHAR8 AddressName[21] = "Address";
 constexpr UNUM32 Number = 0x1000, Bytes = 0x1002, Unhandled = 0x1001;

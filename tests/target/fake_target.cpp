@@ -6,7 +6,7 @@
 
 extern "C" {
 PDU_API FakeTargetControl* PDUFakeTargetControl();
-PDU_API T_PDU_ERROR PDU_MS_SetLogCallback(PDU_MS_LOG_CALLBACK callback);
+PDU_API T_PDU_ERROR PDU_CALL PDU_MS_SetLogCallback(PDU_MS_LOG_CALLBACK callback);
 PDU_API UNUM32 PDUFakeDependency();
 }
 

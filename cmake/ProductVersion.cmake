@@ -33,9 +33,18 @@ function(exact_exports target)
   if(WIN32)
     set_target_properties(${target} PROPERTIES PREFIX "" IMPORT_PREFIX "")
     target_link_options(${target} PRIVATE -Wl,--exclude-all-symbols)
+    undecorated_exports(${target})
   else()
     target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_SOURCE_DIR}/cmake/exports.map
                         -Wl,-Bsymbolic)
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/exports.map)
+  endif()
+endfunction()
+
+# undecorated_exports(target): the names of exported stdcall functions are without the "@8" that 32-bit compilers
+# append, as applications look them up.
+function(undecorated_exports target)
+  if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+    target_link_options(${target} PRIVATE -Wl,--kill-at)
   endif()
 endfunction()

@@ -28,7 +28,7 @@ std::size_t Width(char letter)
     case 'm':
         return 12;
     default:
-        return 3 * 8 + 2 * sizeof(void*);
+        return sizeof(void*) == 8 ? 40 : 24;
     }
 }
 

@@ -1,5 +1,6 @@
 // In a forked child the time zone's lock may be held by a thread that it does not have.
 #include <ctime>
+#include <initializer_list>
 
 #include <gtest/gtest.h>
 
@@ -30,7 +31,8 @@ TEST(LocalTime, OfAForkedChildIsComputedWithTheOffsetOfItsParent)
 
 TEST(UtcTime, AgreesWithTheCLibrary)
 {
-    for (const std::time_t second : {0L, 951782399L, 951782400L, 1709164800L, 4102444799L, -1L, -86401L}) {
+    for (const std::time_t second :
+         std::initializer_list<std::time_t>{0, 951782399, 951782400, 1709164800, 4102444799, -1, -86401}) {
         std::tm expected;
         gmtime_r(&second, &expected);
         const std::tm time = platform::UtcCalendarTime(second);

@@ -4,10 +4,14 @@
 #include <cstring>
 #include <elf.h>
 #include <fstream>
+#include <link.h>
 
 namespace marvane::platform {
 
 namespace {
+
+// Of the width of this program, as the libraries that it can load.
+constexpr unsigned char OwnClass = sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32;
 
 // Tables of real libraries are far smaller.
 constexpr std::size_t MostBytes = 1 << 20;
@@ -17,12 +21,12 @@ class ElfFile
 public:
     explicit ElfFile(const std::string& path) : file_(path, std::ios::binary)
     {
-        Elf64_Ehdr header = {};
+        ElfW(Ehdr) header = {};
         if (!ReadInto(0, &header, sizeof header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
-            header.e_ident[EI_CLASS] != ELFCLASS64 || header.e_phentsize != sizeof(Elf64_Phdr))
+            header.e_ident[EI_CLASS] != OwnClass || header.e_phentsize != sizeof(ElfW(Phdr)))
             return;
         segments_.resize(header.e_phnum);
-        if (!ReadInto(header.e_phoff, segments_.data(), segments_.size() * sizeof(Elf64_Phdr)))
+        if (!ReadInto(header.e_phoff, segments_.data(), segments_.size() * sizeof(ElfW(Phdr))))
             segments_.clear();
     }
 
@@ -30,7 +34,7 @@ public:
     std::vector<std::vector<char>> Segments(std::uint32_t type)
     {
         std::vector<std::vector<char>> contents;
-        for (const Elf64_Phdr& segment : segments_) {
+        for (const ElfW(Phdr) & segment : segments_) {
             if (segment.p_type != type || segment.p_filesz > MostBytes)
                 continue;
             std::vector<char> bytes(segment.p_filesz);
@@ -43,7 +47,7 @@ public:
     /// NUL-terminated string at an address of the loaded library.
     std::string TextAt(std::uint64_t address)
     {
-        for (const Elf64_Phdr& segment : segments_) {
+        for (const ElfW(Phdr) & segment : segments_) {
             if (segment.p_type != PT_LOAD || address < segment.p_vaddr ||
                 address - segment.p_vaddr >= segment.p_filesz)
                 continue;
@@ -69,7 +73,7 @@ private:
     }
 
     std::ifstream file_;
-    std::vector<Elf64_Phdr> segments_;
+    std::vector<ElfW(Phdr)> segments_;
 };
 
 std::size_t Aligned(std::size_t size)
@@ -82,8 +86,8 @@ std::optional<std::array<std::uint16_t, 4>> VersionIn(const std::vector<char>& n
 {
     constexpr char owner[] = "Marvane";
     std::array<std::uint16_t, 4> version;
-    for (std::size_t at = 0; notes.size() - at >= sizeof(Elf64_Nhdr);) {
-        Elf64_Nhdr note;
+    for (std::size_t at = 0; notes.size() - at >= sizeof(ElfW(Nhdr));) {
+        ElfW(Nhdr) note;
         std::memcpy(&note, notes.data() + at, sizeof note);
         const std::size_t name = at + sizeof note;
         const std::size_t description = name + Aligned(note.n_namesz);
@@ -117,8 +121,8 @@ std::vector<std::string> ElfNeededLibraries(const std::string& path)
     std::uint64_t strings = 0;
     std::vector<std::uint64_t> offsets;
     for (const std::vector<char>& bytes : file.Segments(PT_DYNAMIC))
-        for (std::size_t at = 0; at + sizeof(Elf64_Dyn) <= bytes.size(); at += sizeof(Elf64_Dyn)) {
-            Elf64_Dyn entry;
+        for (std::size_t at = 0; at + sizeof(ElfW(Dyn)) <= bytes.size(); at += sizeof(ElfW(Dyn))) {
+            ElfW(Dyn) entry;
             std::memcpy(&entry, bytes.data() + at, sizeof entry);
             if (entry.d_tag == DT_STRTAB)
                 strings = entry.d_un.d_ptr;

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/process_state.h"
+
 namespace marvane {
 namespace {
 
@@ -77,6 +79,7 @@ TEST(InFlight, TheWaitEndsWhenTheOthersHaveLeft)
 TEST(InFlight, MoreThreadsThanSlotsAreAllWaitedFor)
 {
     constexpr std::size_t count = (std::size_t{1} << platform::in_flight_detail::SlotBits) + 8;
+    const testing::SmallThreadStacks small;
     std::vector<std::unique_ptr<ThreadInside>> threads;
     for (std::size_t i = 0; i < count; ++i)
         threads.push_back(std::make_unique<ThreadInside>());

@@ -55,6 +55,13 @@ constinit std::atomic<bool> FirstMutexTaken = false;
 constexpr int FirstPauses = 16;
 constexpr int LastPauses = 1024;
 
+// The call whose times have the width of time_t here.
+#ifdef SYS_futex_time64
+constexpr long FutexCall = sizeof(std::time_t) > sizeof(long) ? SYS_futex_time64 : SYS_futex;
+#else
+constexpr long FutexCall = SYS_futex;
+#endif
+
 bool Take(RecursiveMutex& mutex)
 {
     std::uint32_t expected = RecursiveMutex::Free;
@@ -87,7 +94,7 @@ timespec FromNow(int milliseconds)
             return true;
     }
     while (mutex.State.exchange(RecursiveMutex::Awaited, std::memory_order_acquire) != RecursiveMutex::Free)
-        if (syscall(SYS_futex, &mutex.State, FUTEX_WAIT_BITSET_PRIVATE | FUTEX_CLOCK_REALTIME,
+        if (syscall(FutexCall, &mutex.State, FUTEX_WAIT_BITSET_PRIVATE | FUTEX_CLOCK_REALTIME,
                     RecursiveMutex::Awaited, until, nullptr, FUTEX_BITSET_MATCH_ANY) == -1 &&
             errno == ETIMEDOUT)
             return false;
@@ -127,7 +134,7 @@ bool UnlockMutex(Mutex mutex)
         return true;
     recursive.Owner.store(0, std::memory_order_relaxed);
     if (recursive.State.exchange(RecursiveMutex::Free, std::memory_order_release) == RecursiveMutex::Awaited)
-        syscall(SYS_futex, &recursive.State, FUTEX_WAKE_PRIVATE, 1);
+        syscall(FutexCall, &recursive.State, FUTEX_WAKE_PRIVATE, 1);
     return true;
 }
 

@@ -137,26 +137,37 @@ TEST(LogFormat, TextsAndCharactersComeOutAsTheCLibraryPrintsThem)
     }
 }
 
+/// As Microsoft's runtime prints a pointer: all its digits.
+std::string AllDigits(std::uintptr_t address)
+{
+    char digits[20];
+    std::snprintf(digits, sizeof digits, "%0*llX", static_cast<int>(2 * sizeof address),
+                  static_cast<unsigned long long>(address));
+    return digits;
+}
+
 TEST(LogFormat, PointersComeOutAsTheSystemsOwnLibraryPrintsThem)
 {
     const auto at = [](std::uintptr_t address) { return reinterpret_cast<const void*>(address); };
-    EXPECT_EQ(Formatted("<%8p>"_fmt, at(0x7F12AB34CD)), OnLinux ? "<0x7f12ab34cd>" : "<0000007F12AB34CD>");
-    EXPECT_EQ(Formatted("<%8p>"_fmt, at(0x1F)), OnLinux ? "<    0x1f>" : "<000000000000001F>");
-    EXPECT_EQ(Formatted("<%-8p>"_fmt, at(0x1F)), OnLinux ? "<0x1f    >" : "<000000000000001F>");
-    EXPECT_EQ(Formatted("<%8p>"_fmt, at(0)), OnLinux ? "<   (nil)>" : "<0000000000000000>");
-    EXPECT_EQ(Formatted("<%p>"_fmt, at(~std::uintptr_t{0})),
-              OnLinux ? "<0xffffffffffffffff>" : "<FFFFFFFFFFFFFFFF>");
+    const auto expect = [](const std::string& text, const char* onLinux, std::uintptr_t address) {
+        EXPECT_EQ(text, "<" + (OnLinux ? onLinux : AllDigits(address)) + ">");
+    };
+    constexpr std::uintptr_t highest = ~std::uintptr_t{0};
+    expect(Formatted("<%8p>"_fmt, at(0x12AB34CD)), "0x12ab34cd", 0x12AB34CD);
+    expect(Formatted("<%8p>"_fmt, at(0x1F)), "    0x1f", 0x1F);
+    expect(Formatted("<%-8p>"_fmt, at(0x1F)), "0x1f    ", 0x1F);
+    expect(Formatted("<%8p>"_fmt, at(0)), "   (nil)", 0);
+    expect(Formatted("<%p>"_fmt, at(highest)), sizeof highest == 8 ? "0xffffffffffffffff" : "0xffffffff",
+           highest);
     Numbers numbers;
     for (int i = 0; i < 5000; ++i) {
-        const std::uintptr_t address = std::uintptr_t{numbers.Next()} << 32 | numbers.Next();
+        const auto address =
+            static_cast<std::uintptr_t>(std::uint64_t{numbers.Next()} << 32 | numbers.Next());
         const std::string format = std::string("<") + numbers.Conversion("p", false) + ">";
-        char digits[20];
-        std::snprintf(digits, sizeof digits, "%08X%08X", static_cast<unsigned>(address >> 32),
-                      static_cast<unsigned>(address));
         std::string asText = format;
         asText[asText.size() - 2] = 's';
         ASSERT_EQ(FormattedList(format, {at(address)}),
-                  OnLinux ? Printed(format, at(address)) : Printed(asText, digits));
+                  OnLinux ? Printed(format, at(address)) : Printed(asText, AllDigits(address).c_str()));
     }
 }
 

@@ -120,8 +120,9 @@ TEST_F(StatementTest, HandlesAndIdentifiersComeOutAsTheFormatterPrintsThem)
 
 TEST_F(StatementTest, PointersAndCharactersComeOutAsTheFormatterPrintsThem)
 {
-    for (unsigned bits = 0; bits <= 64; ++bits) {
-        const auto value = bits == 0 ? 0 : ~std::uintptr_t{0} >> (64 - bits);
+    constexpr unsigned width = 8 * sizeof(void*);
+    for (unsigned bits = 0; bits <= width; ++bits) {
+        const auto value = bits == 0 ? 0 : ~std::uintptr_t{0} >> (width - bits);
         const auto* const pointer = reinterpret_cast<const void*>(value);
         Check("<%p>"_fmt, pointer);
         Check("<%8p>"_fmt, pointer);

@@ -12,8 +12,21 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <type_traits>
 
 namespace marvane {
+
+/// The number by which a key is spread. Integers are taken whole: with 32 bits, std::hash would cut them.
+template <class Key> struct KeyNumber
+{
+    std::uint64_t operator()(const Key& key) const
+    {
+        if constexpr (std::is_integral_v<Key>)
+            return key;
+        else
+            return std::hash<Key>()(key);
+    }
+};
 
 /// Entries are added and, until Clear, never removed, so a value's address stays valid. The value type must
 /// be safe for many threads by itself. No destructor on purpose: a thread of the target library may still
@@ -92,11 +105,11 @@ private:
         return node == end ? nullptr : node;
     }
 
-    /// The highest bits of a product with the golden ratio depend on all bits of the hash.
+    /// The highest bits of a product with the golden ratio depend on all bits of the number.
     template <class Like> static std::size_t Index(const Like& key)
     {
         constexpr std::uint64_t goldenRatio = 0x9E3779B97F4A7C15;
-        return static_cast<std::size_t>(std::hash<Like>()(key) * goldenRatio >> 1 >> (63 - BucketBits));
+        return static_cast<std::size_t>(KeyNumber<Like>()(key) * goldenRatio >> 1 >> (63 - BucketBits));
     }
     template <class Like> const std::atomic<Node*>& Bucket(const Like& key) const
     {

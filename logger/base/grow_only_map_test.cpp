@@ -112,17 +112,12 @@ struct CountingKey
 };
 
 } // namespace
-} // namespace marvane
 
-template <> struct std::hash<marvane::CountingKey>
+template <> struct KeyNumber<CountingKey>
 {
-    std::size_t operator()(const marvane::CountingKey& key) const
-    {
-        return std::hash<std::uint64_t>()(key.Number);
-    }
+    std::uint64_t operator()(const CountingKey& key) const { return KeyNumber<std::uint64_t>()(key.Number); }
 };
 
-namespace marvane {
 namespace {
 
 TEST(GrowOnlyMap, TenThousandHandlesThatAreMultiplesOfAPowerOfTwoAreSpreadOut)

@@ -38,9 +38,10 @@ TEST(Exports, TheLibraryAsksForEveryGuardOfTheLinker)
 #ifdef MARVANE_SANITIZED
     GTEST_SKIP() << "sanitizers bring guards of their own";
 #endif
-    EXPECT_EQ(LinkerGuards(BuildFolder() + LibraryName("Marvane")),
-              platform::PathSeparator == '/' ? "bound at load, read-only relocations, no executable stack"
-                                             : "dynamic base, no execution, high entropy");
+    std::string expected = "bound at load, read-only relocations, no executable stack";
+    if (platform::PathSeparator != '/')
+        expected = std::string("dynamic base, no execution") + (sizeof(void*) == 8 ? ", high entropy" : "");
+    EXPECT_EQ(LinkerGuards(BuildFolder() + LibraryName("Marvane")), expected);
 }
 
 } // namespace

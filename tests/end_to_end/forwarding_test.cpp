@@ -7,6 +7,10 @@
 namespace marvane::testing {
 namespace {
 
+// Addresses of more than 32 bits where pointers have them.
+constexpr auto SomeAddress = static_cast<std::uintptr_t>(0x123456789A);
+constexpr auto OtherAddress = static_cast<std::uintptr_t>(0x1122334455);
+
 /// A pointer that must not be followed when the call fails.
 template <class Pointed> Pointed* Opaque(std::uintptr_t address)
 {
@@ -85,10 +89,10 @@ const std::vector<Forwarded>& Table27()
          {At(&ResourceStatus)}},
         {"PDUCreateComLogicalLink",
          [](const CPduDll& api) {
-             return api.PDUCreateComLogicalLink(6, &Resource, 7, Opaque<void>(0x123456789A), &Place[3],
+             return api.PDUCreateComLogicalLink(6, &Resource, 7, Opaque<void>(SomeAddress), &Place[3],
                                                 &Flags);
          },
-         {6, At(&Resource), 7, 0x123456789A, At(&Place[3]), At(&Flags)}},
+         {6, At(&Resource), 7, SomeAddress, At(&Place[3]), At(&Flags)}},
         {"PDUDestroyComLogicalLink",
          [](const CPduDll& api) { return api.PDUDestroyComLogicalLink(8, 9); },
          {8, 9}},
@@ -119,8 +123,8 @@ const std::vector<Forwarded>& Table27()
          [](const CPduDll& api) { return api.PDUGetEventItem(28, 29, &EventPlace); },
          {28, 29, At(&EventPlace)}},
         {"PDUDestroyItem",
-         [](const CPduDll& api) { return api.PDUDestroyItem(Opaque<void>(0x1122334455)); },
-         {0x1122334455}},
+         [](const CPduDll& api) { return api.PDUDestroyItem(Opaque<void>(OtherAddress)); },
+         {OtherAddress}},
         {"PDURegisterEventCallback",
          [](const CPduDll& api) { return api.PDURegisterEventCallback(30, 31, nullptr); },
          {30, 31, 0}},

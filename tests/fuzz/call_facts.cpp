@@ -97,8 +97,9 @@ std::string FactOfCall(std::string_view function, const std::vector<std::uint64_
     if (function == "PDUStartComPrimitive") {
         const auto* const primitive = Pointer<const UNUM32>(arguments[7]);
         const bool isGood = status == PDU_STATUS_NOERROR && primitive;
-        return StartText(isGood ? *primitive : PDU_HANDLE_UNDEF,
-                         Hex(BytesAt(Pointer<const UNUM8>(arguments[4]), arguments[3])));
+        return StartText(
+            isGood ? *primitive : PDU_HANDLE_UNDEF,
+            Hex(BytesAt(Pointer<const UNUM8>(arguments[4]), static_cast<std::size_t>(arguments[3]))));
     }
     return "";
 }

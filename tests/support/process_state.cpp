@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <malloc.h>
+#include <pthread.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -69,17 +70,33 @@ bool MakeNamedPipe(const std::string&)
 WithoutPrivileges::WithoutPrivileges() = default;
 WithoutPrivileges::~WithoutPrivileges() = default;
 
+SmallThreadStacks::SmallThreadStacks() = default;
+SmallThreadStacks::~SmallThreadStacks() = default;
+
 #else
 
 namespace {
 
-std::size_t SetLimit(__rlimit_resource_t resource, std::size_t value)
+std::uint64_t SetLimit(__rlimit_resource_t resource, std::uint64_t value)
 {
     rlimit limit = {};
     getrlimit(resource, &limit);
-    const std::size_t former = limit.rlim_cur;
+    const std::uint64_t former = limit.rlim_cur;
     limit.rlim_cur = value;
     setrlimit(resource, &limit);
+    return former;
+}
+
+/// Sets the stack size of new threads and returns the former one.
+std::size_t SetThreadStackSize(std::size_t size)
+{
+    pthread_attr_t attributes;
+    pthread_getattr_default_np(&attributes);
+    std::size_t former = 0;
+    pthread_attr_getstacksize(&attributes, &former);
+    pthread_attr_setstacksize(&attributes, size);
+    pthread_setattr_default_np(&attributes);
+    pthread_attr_destroy(&attributes);
     return former;
 }
 
@@ -144,6 +161,13 @@ WithoutPrivileges::~WithoutPrivileges()
 {
     if (former_ == 0 && seteuid(0) != 0)
         std::perror("seteuid");
+}
+
+SmallThreadStacks::SmallThreadStacks() : former_(SetThreadStackSize(256 * 1024)) {}
+
+SmallThreadStacks::~SmallThreadStacks()
+{
+    SetThreadStackSize(former_);
 }
 
 #endif

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -25,7 +26,7 @@ public:
 
 private:
     std::vector<std::FILE*> files_;
-    std::size_t formerLimit_ = 0;
+    std::uint64_t formerLimit_ = 0;
 };
 
 /// While it exists, no file of the process can grow past a size: writes fail as on a full disk. Has no
@@ -41,7 +42,7 @@ public:
     static bool IsInForce();
 
 private:
-    std::size_t former_ = 0;
+    std::uint64_t former_ = 0;
 };
 
 /// While it exists, the process has no special rights: even started as root it can't write read-only files.
@@ -55,6 +56,20 @@ public:
 
 private:
     unsigned former_ = 0;
+};
+
+/// While it exists, new threads get small stacks, so that a 32-bit process has room for hundreds. Has no
+/// effect on Windows, where the linker sets their size.
+class SmallThreadStacks
+{
+public:
+    SmallThreadStacks();
+    ~SmallThreadStacks();
+    SmallThreadStacks(const SmallThreadStacks&) = delete;
+    SmallThreadStacks& operator=(const SmallThreadStacks&) = delete;
+
+private:
+    std::size_t former_ = 0;
 };
 
 /// Makes a file read-only or writable.

@@ -53,9 +53,8 @@ std::string PointerText(const void* pointer)
     if (platform::PathSeparator == '/')
         std::snprintf(text, sizeof text, "%8p", pointer);
     else
-        std::snprintf(text, sizeof text, "%08X%08X",
-                      static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer) >> 32),
-                      static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer)));
+        std::snprintf(text, sizeof text, "%0*llX", static_cast<int>(2 * sizeof pointer),
+                      static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(pointer)));
     return text;
 }
 

@@ -26,7 +26,7 @@ public:
     {
         std::uint64_t value = 0;
         for (unsigned i = size; i-- > 0;)
-            value = value << 8 | (Holds(offset + i, 1) ? static_cast<unsigned char>(bytes_[offset + i]) : 0u);
+            value = value << 8 | (Holds(offset + i, 1) ? Byte(offset + i) : 0u);
         return value;
     }
     std::uint16_t Word(std::uint64_t offset) const { return static_cast<std::uint16_t>(Number(offset, 2)); }
@@ -37,7 +37,7 @@ public:
     {
         if (!Holds(offset, 1))
             return {};
-        const std::string_view text = bytes_.substr(offset, 1025);
+        const std::string_view text = bytes_.substr(static_cast<std::size_t>(offset), 1025);
         const std::size_t end = text.find('\0');
         return end == std::string_view::npos ? std::string() : std::string(text.substr(0, end));
     }
@@ -49,6 +49,11 @@ public:
     std::string_view Bytes() const { return bytes_; }
 
 private:
+    unsigned char Byte(std::uint64_t offset) const
+    {
+        return static_cast<unsigned char>(bytes_[static_cast<std::size_t>(offset)]);
+    }
+
     std::string_view bytes_;
 };
 

@@ -12,6 +12,7 @@ fail() {
 native_packages="g++ cmake ninja-build googletest libcli11-dev zlib1g-dev libexpat1-dev"
 # The tests of completion in these shells are skipped without them.
 shell_packages="zsh fish"
+native_x86_packages="g++-multilib lib32z1-dev cmake ninja-build googletest libcli11-dev"
 windows_packages="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev libcli11-dev wine wine64"
 fuzz_packages="clang libclang-rt-14-dev"
 

@@ -57,12 +57,10 @@ std::string FullPath(const std::string& path)
 /// Loads a library, or returns null with the error as the thread's last one.
 HMODULE LoadByPath(const std::string& path)
 {
-    // The system would search for a bare name, in the current folder too.
-    if (!path.empty() && path.find_first_of("\\/:") == std::string::npos) {
-        SetLastError(ERROR_MOD_NOT_FOUND);
-        return nullptr;
-    }
-    return LoadLibraryExA(FullPath(path).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    // A bare name is left to the search of the system: no folder is configured then.
+    const bool isBare = path.find_first_of("\\/:") == std::string::npos;
+    return LoadLibraryExA(isBare ? path.c_str() : FullPath(path).c_str(), nullptr,
+                          LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
 DWORD ErrorOfLoad(const std::string& path, HMODULE& module)

@@ -48,19 +48,19 @@ protected:
         platform::UnlockMutex(mutex);
     }
 
+    static DWORD WINAPI WriteAndSleep(void* test)
+    {
+        for (int i = 0; i < 200; ++i)
+            static_cast<TerminatedWriter*>(test)->WriteLine(i % 2 == 1);
+        Sleep(INFINITE);
+        return 0;
+    }
+
     /// Lets a thread write some lines, and terminates it.
     void WriteUntilTerminated(unsigned lines)
     {
         const unsigned until = written + lines;
-        const HANDLE writer = CreateThread(
-            nullptr, 0,
-            [](void* test) -> DWORD {
-                for (int i = 0; i < 200; ++i)
-                    static_cast<TerminatedWriter*>(test)->WriteLine(i % 2 == 1);
-                Sleep(INFINITE);
-                return 0;
-            },
-            this, 0, nullptr);
+        const HANDLE writer = CreateThread(nullptr, 0, WriteAndSleep, this, 0, nullptr);
         while (written < until)
             SwitchToThread();
         TerminateThread(writer, 0);

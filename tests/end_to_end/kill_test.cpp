@@ -1,4 +1,5 @@
 // The process is killed while several threads call: with LogFlush 1 no line of a call is lost.
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
@@ -43,16 +44,23 @@ std::filesystem::path JournalOf(const NumberedCall& call, const std::filesystem:
     return folder / (std::string(call.Name) + ".journal");
 }
 
-/// Makes numbered calls forever, and appends a byte to their journal for each one that has returned.
-[[noreturn]] void CallForever(const Session& session, const NumberedCall& call,
+/// Far more than the parent waits for, so that the child is killed while it calls. Without an end a thread
+/// could fill a large log while others wait for the lock.
+constexpr UNUM32 CallsOfAThread = 1500;
+
+/// Makes numbered calls, appends a byte to their journal for each one that has returned, and waits to be
+/// killed.
+[[noreturn]] void CallAndWait(const Session& session, const NumberedCall& call,
                               const std::filesystem::path& journals)
 {
     std::FILE* const journal = std::fopen(JournalOf(call, journals).string().c_str(), "wb");
-    for (UNUM32 number = 0;; ++number) {
+    for (UNUM32 number = 0; number < CallsOfAThread; ++number) {
         call.Call(session.Api(), number);
         std::fputc('.', journal);
         std::fflush(journal);
     }
+    for (;;)
+        std::this_thread::sleep_for(std::chrono::seconds(1));
 }
 
 /// The child: calls on all threads until it is killed.
@@ -65,7 +73,7 @@ std::filesystem::path JournalOf(const NumberedCall& call, const std::filesystem:
     session.Fake().Discard();
     std::vector<std::thread> threads;
     for (const NumberedCall& call : NumberedCalls)
-        threads.emplace_back([&] { CallForever(session, call, journals); });
+        threads.emplace_back([&] { CallAndWait(session, call, journals); });
     threads.front().join();
     std::abort();
 }

@@ -44,9 +44,9 @@ std::filesystem::path JournalOf(const NumberedCall& call, const std::filesystem:
     return folder / (std::string(call.Name) + ".journal");
 }
 
-/// Far more than the parent waits for, so that the child is killed while it calls. Without an end a thread
+/// More than the parent waits for, so that the child is killed while it calls. Without an end a thread
 /// could fill a large log while others wait for the lock.
-constexpr UNUM32 CallsOfAThread = 1500;
+constexpr UNUM32 CallsOfAThread = 600;
 
 /// Makes numbered calls, appends a byte to their journal for each one that has returned, and waits to be
 /// killed.

@@ -32,17 +32,21 @@ std::string ErrorText(DWORD error)
     return text;
 }
 
-/// While it exists, failures on this thread show no message box: nobody may be there to close it.
+/// While it exists, failures on this thread show no message box: nobody may be there to close it. What the
+/// application has set besides stays.
 class NoMessageBoxes
 {
 public:
-    NoMessageBoxes() { SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &former_); }
+    NoMessageBoxes()
+    {
+        SetThreadErrorMode(former_ | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, nullptr);
+    }
     ~NoMessageBoxes() { SetThreadErrorMode(former_, nullptr); }
     NoMessageBoxes(const NoMessageBoxes&) = delete;
     NoMessageBoxes& operator=(const NoMessageBoxes&) = delete;
 
 private:
-    DWORD former_ = 0;
+    const DWORD former_ = GetThreadErrorMode();
 };
 
 /// The path from the root on: the search beside the library is undefined for a relative one. The path itself

@@ -9,12 +9,6 @@
 
 namespace marvane::testing {
 
-namespace {
-
-using read::Function;
-
-constexpr std::string_view Cut = "cut ";
-
 std::string Hex(read::Bytes bytes)
 {
     std::string text;
@@ -25,6 +19,12 @@ std::string Hex(read::Bytes bytes)
     }
     return text;
 }
+
+namespace {
+
+using read::Function;
+
+constexpr std::string_view Cut = "cut ";
 
 std::string Number(std::uint32_t number)
 {

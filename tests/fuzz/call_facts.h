@@ -12,6 +12,9 @@
 
 namespace marvane::testing {
 
+/// "22F190"
+std::string Hex(read::Bytes bytes);
+
 /// What a call with these raw arguments did: handed out or destroyed an item, or started a ComPrimitive.
 /// Empty for all others. To be called after the call, while its records are there.
 std::string FactOfCall(std::string_view function, const std::vector<std::uint64_t>& arguments,

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fuzz/call_facts.h"
 #include "tests/support/session.h"
 #include "tool/read/exchanges.h"
 #include "tool/read/log_files.h"
@@ -15,17 +16,6 @@ namespace {
 
 using namespace marvane::read;
 using ByteList = std::vector<std::uint8_t>;
-
-std::string Hex(const ByteList& bytes)
-{
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        char digits[4];
-        std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned>(byte));
-        text += digits;
-    }
-    return text;
-}
 
 /// A request as the test made it, and what it was told of it.
 struct Request

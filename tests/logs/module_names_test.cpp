@@ -131,6 +131,18 @@ TEST_F(ModuleNames, AreMissingWithoutAFile)
         "3 ComParams, 1 changed (!)    defaults: --mdf FILE\n");
 }
 
+/// The same file by another path, of which "//" begins one on the network.
+TEST_F(ModuleNames, AreNotLookedForOnTheNetworkBecauseOfALog)
+{
+    if (platform::PathSeparator != '/')
+        GTEST_SKIP() << "only here a path on the network can be one of this machine too";
+    const std::string log = FileText(Log());
+    WriteFileBytes(Log(), Replaced(log, Library(), "/." + Library()));
+    EXPECT_TRUE(ParamsWith("--root " + Quoted(Root())).ends_with(Mdf() + "\n"));
+    WriteFileBytes(Log(), Replaced(log, Library(), "/" + Library()));
+    EXPECT_TRUE(ParamsWith("--root " + Quoted(Root())).ends_with("defaults: --mdf FILE\n"));
+}
+
 TEST_F(ModuleNames, ThatCanNotBeReadAreNoFault)
 {
     std::filesystem::remove(Mdf());

@@ -62,9 +62,13 @@ std::string FileBytes(const std::filesystem::path& path, std::uintmax_t from)
 
 std::string FileText(const std::filesystem::path& path, std::uintmax_t from)
 {
-    std::string text = FileBytes(path, from);
-    for (std::size_t at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n", at))
-        text.erase(at, 1);
+    const std::string bytes = FileBytes(path, from);
+    std::string text;
+    text.reserve(bytes.size());
+    // One pass: a log may have megabytes.
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        if (bytes[i] != '\r' || i + 1 == bytes.size() || bytes[i + 1] != '\n')
+            text += bytes[i];
     return text;
 }
 

@@ -28,9 +28,12 @@ words::MdfKind KindOf(read::LinkPart part)
     return kinds[static_cast<std::size_t>(part)];
 }
 
-bool IsSamePath(const std::string& one, const std::string& other)
+/// Whether a path of this machine is that of a log. A path on the network is compared by its text alone: a
+/// log of a stranger must not lead anybody to a stranger's server.
+bool IsSamePath(const std::string& own, const std::string& logged)
 {
-    return !one.empty() && (one == other || IsSameFile(one, other));
+    const bool isOnNetwork = logged.find_first_of("/\\") == 0 && logged.find_first_of("/\\", 1) == 1;
+    return !own.empty() && (own == logged || (!isOnNetwork && IsSameFile(own, logged)));
 }
 
 /// Whether an entry leads to a target library, be it through a copy of Marvane.

@@ -1,11 +1,12 @@
 // Standard input for commands that read their log more than once.
 #pragma once
 
-#include <filesystem>
+#include <optional>
 #include <vector>
 
 #include "tool/commands/console.h"
 #include "tool/read/log_files.h"
+#include "tool/setup/private_folder.h"
 
 namespace marvane::tool {
 
@@ -16,14 +17,9 @@ class SpooledInput
 public:
     /// Throws Trouble if the temporary file can't be written.
     SpooledInput(std::vector<read::LogFile>& files, Console& console);
-    ~SpooledInput();
-    SpooledInput(const SpooledInput&) = delete;
-    SpooledInput& operator=(const SpooledInput&) = delete;
 
 private:
-    void MakeFolder();
-
-    std::filesystem::path folder_; ///< empty if there is none
+    std::optional<PrivateFolder> folder_;
 };
 
 } // namespace marvane::tool

@@ -179,8 +179,10 @@ std::optional<NeededParts> PartsSince(const LogFile& file, LogTime since, bool w
     const auto newest = skipped.NewestHeader();
     if (newest && newest->Offset < parts.Rest.Offset) {
         parts.Headers.push_back({*newest, HeaderEnd(probe, *newest)});
-        if (parts.Headers.back().End.Offset > parts.Rest.Offset) // another thread's lines are among it
-            parts.Rest = *newest, parts.Headers.pop_back();
+        if (parts.Headers.back().End.Offset > parts.Rest.Offset) { // another thread's lines are among it
+            parts.Rest = *newest;
+            parts.Headers.pop_back();
+        }
     }
     return parts;
 }

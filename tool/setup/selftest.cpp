@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <random>
 
 #include "config/file_rules.h"
 #include "platform/child_process.h"
@@ -13,6 +12,7 @@
 #include "tool/setup/configuration_text.h"
 #include "tool/setup/install.h"
 #include "tool/setup/library_look.h"
+#include "tool/setup/private_folder.h"
 #include "tool/setup/session_log.h"
 #include "tool/setup/setup_files.h"
 
@@ -32,36 +32,6 @@ std::string InterfaceName()
     return platform::PathSeparator == '\\' ? "SimVci.dll" : "libSimVci.so";
 }
 
-/// A folder of this user alone for the length of a selftest.
-class ScratchFolder
-{
-public:
-    ScratchFolder()
-    {
-        std::random_device random;
-        do
-            path_ = fs::temp_directory_path() / ("marvane-selftest-" + std::to_string(random()));
-        while (!fs::create_directory(path_));
-        fs::permissions(path_, fs::perms::owner_all);
-        fs::create_directory(path_ / "logs");
-    }
-    ~ScratchFolder() { Remove(); }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-    /// False if something of it is left.
-    bool Remove() const
-    {
-        std::error_code failed;
-        fs::remove_all(path_, failed);
-        return !fs::exists(path_);
-    }
-    std::string File(const std::string& name) const { return PathText(path_ / name); }
-
-private:
-    fs::path path_;
-};
-
 std::string WithoutReturns(std::string text)
 {
     std::erase(text, '\r');
@@ -77,6 +47,7 @@ public:
     {
         result_.For = machine;
         result_.IsDelivered = true;
+        fs::create_directory(scratch_.Path() / "logs");
     }
 
     SelftestResult Run()
@@ -92,12 +63,13 @@ public:
         if (scratch_.Remove())
             Add(FindingLevel::Ok, "left behind", "nothing");
         else
-            Add(FindingLevel::Error, "left behind", scratch_.File("") + " can't be removed");
+            Add(FindingLevel::Error, "left behind", Scratch("") + " can't be removed");
         return std::move(result_);
     }
 
 private:
     std::string In(const std::string& name) const { return folder_ + platform::PathSeparator + name; }
+    std::string Scratch(const std::string& name) const { return PathText(scratch_.Path() / name); }
 
     void Add(FindingLevel level, const char* place, const std::string& text)
     {
@@ -120,10 +92,10 @@ private:
         NewConfiguration values;
         values.InstalledPath = folder_ + platform::PathSeparator;
         values.TargetName = InterfaceName();
-        values.LogFolder = scratch_.File("logs") + platform::PathSeparator;
+        values.LogFolder = Scratch("logs") + platform::PathSeparator;
         values.Level = level;
         values.MaxSize = 0;
-        const std::string path = scratch_.File(ConfigurationFileName);
+        const std::string path = Scratch(ConfigurationFileName);
         platform::RemoveFile(path);
         platform::CreateNewFile(path, ConfigurationText(values, platform::PathSeparator));
     }
@@ -131,10 +103,10 @@ private:
     /// What keeps every file of the logger library in the temporary folder.
     platform::EnvironmentChanges Environment() const
     {
-        return {{"PDU_CFG_FILE", scratch_.File(ConfigurationFileName)},
-                {"TEMP", scratch_.File("")},
-                {"TMP", scratch_.File("")},
-                {"APPDATA", scratch_.File("")}};
+        return {{"PDU_CFG_FILE", Scratch(ConfigurationFileName)},
+                {"TEMP", Scratch("")},
+                {"TMP", Scratch("")},
+                {"APPDATA", Scratch("")}};
     }
 
     bool Session(const char* how, const std::string& library)
@@ -166,9 +138,9 @@ private:
 
     void Log()
     {
-        std::vector<std::string> names = NamesIn(scratch_.File("logs"));
+        std::vector<std::string> names = NamesIn(Scratch("logs"));
         const std::string log =
-            names.size() == 1 ? scratch_.File("logs") + platform::PathSeparator + names[0] : std::string();
+            names.size() == 1 ? Scratch("logs") + platform::PathSeparator + names[0] : std::string();
         result_.Log = NormalisedLog(ReadFileBytes(log).value_or(""));
         const CallCount count = CountCalls(result_.Log);
         result_.Calls = count.Calls;
@@ -216,7 +188,7 @@ private:
     std::string interface_;
     std::string application_;
     std::string command_;
-    ScratchFolder scratch_;
+    PrivateFolder scratch_;
     SelftestResult result_;
 };
 

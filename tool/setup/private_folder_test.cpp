@@ -1,0 +1,38 @@
+#include "tool/setup/private_folder.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/files.h"
+#include "tests/support/temporary_folder.h"
+
+namespace marvane::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(PrivateFolder, GoesWithItsContents)
+{
+    fs::path path;
+    {
+        const PrivateFolder folder;
+        path = folder.Path();
+        testing::WriteFileBytes(path / "file", "text");
+        EXPECT_TRUE(fs::exists(path / "file"));
+    }
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST(PrivateFolder, IsOpenToItsOwnerAlone)
+{
+    if (platform::PathSeparator != '/')
+        GTEST_SKIP() << "access lists of the parent folder apply";
+    EXPECT_EQ(fs::status(PrivateFolder().Path()).permissions(), fs::perms::owner_all);
+}
+
+TEST(PrivateFolder, IsEachTimeAnother)
+{
+    EXPECT_NE(PrivateFolder().Path(), PrivateFolder().Path());
+}
+
+} // namespace
+} // namespace marvane::tool

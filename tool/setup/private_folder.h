@@ -10,7 +10,7 @@ namespace marvane::tool {
 class PrivateFolder
 {
 public:
-    /// Throws std::filesystem::filesystem_error if there is no place for it.
+    /// Throws std::runtime_error, with words for the user, if there is no place for it.
     PrivateFolder();
     ~PrivateFolder() { Remove(); }
     PrivateFolder(const PrivateFolder&) = delete;

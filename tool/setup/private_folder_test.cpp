@@ -29,6 +29,19 @@ TEST(PrivateFolder, IsOpenToItsOwnerAlone)
     EXPECT_EQ(fs::status(PrivateFolder().Path()).permissions(), fs::perms::owner_all);
 }
 
+TEST(PrivateFolder, SaysThatThereIsNoPlaceForIt)
+{
+    if (platform::PathSeparator != '/')
+        GTEST_SKIP() << "the system falls back on another folder";
+    const testing::EnvironmentValue nowhere("TMPDIR", "/nonexistent");
+    try {
+        const PrivateFolder folder;
+        ADD_FAILURE() << folder.Path();
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "no temporary folder can be made: No such file or directory");
+    }
+}
+
 TEST(PrivateFolder, IsEachTimeAnother)
 {
     EXPECT_NE(PrivateFolder().Path(), PrivateFolder().Path());

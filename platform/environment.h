@@ -13,4 +13,7 @@ std::optional<std::string> EnvironmentVariable(const char* name);
 /// refuses.
 std::string ExpandEnvironment(const std::string& text);
 
+/// The machine's own name, UTF-8; "localhost" if the system has none.
+std::string HostName();
+
 } // namespace marvane::platform

@@ -83,4 +83,13 @@ std::string ExpandEnvironment(const std::string& text)
     return expanded;
 }
 
+std::string HostName()
+{
+    char name[256];
+    if (gethostname(name, sizeof name) != 0)
+        return "localhost";
+    name[sizeof name - 1] = 0;
+    return *name ? name : "localhost";
+}
+
 } // namespace marvane::platform

@@ -57,5 +57,11 @@ TEST(Environment, TheFolderForSettingsHasStandIns)
     }
 }
 
+TEST(Environment, TheMachineHasAName)
+{
+    EXPECT_NE(platform::HostName(), "");
+    EXPECT_EQ(platform::HostName().find_first_of(" \n"), std::string::npos);
+}
+
 } // namespace
 } // namespace marvane

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include <windows.h>
+#include "platform/utf8_windows.h"
 
 namespace marvane::platform {
 
@@ -29,6 +29,14 @@ std::string ExpandEnvironment(const std::string& text)
     std::vector<char> expanded(size + 2);
     ExpandEnvironmentStringsA(text.c_str(), expanded.data(), size + 1);
     return expanded.data();
+}
+
+std::string HostName()
+{
+    wchar_t name[256];
+    DWORD size = 256;
+    return GetComputerNameExW(ComputerNameDnsHostname, name, &size) && size > 0 ? Utf8FromWide({name, size})
+                                                                                : "localhost";
 }
 
 } // namespace marvane::platform

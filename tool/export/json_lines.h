@@ -1,0 +1,52 @@
+// The records of a log as JSON Lines.
+#pragma once
+
+#include <string>
+
+#include "tool/commands/findings.h"
+#include "tool/export/inputs.h"
+#include "tool/export/json_line.h"
+#include "tool/export/sink.h"
+#include "tool/export/zone_time.h"
+
+namespace marvane::tool {
+
+class JsonLines : public Findings
+{
+public:
+    JsonLines(const Inputs& inputs, Sink& sink);
+
+    void OnSession(const read::Session& session) override;
+    void OnEntry(const read::Call& call, bool isEvent) override;
+    void OnCall(const read::Call& call) override;
+    void OnEvent(const read::Event& event) override;
+    void OnItem(const read::Item& item) override;
+    void OnComms(const read::Comms& report) override;
+    void OnParam(const read::Param& param) override;
+    void OnMark(const read::Mark& mark) override;
+    void OnProblem(const read::Problem& problem) override;
+    void OnFinding(const Finding& finding) override;
+    void OnEnded(const read::Exchange& exchange) override;
+    /// To be called after LogReader::Finish.
+    void Finish();
+
+private:
+    void WriteHead();
+    void WriteTags();
+    void WriteSession();
+    void WriteMore(const read::Comms& report);
+    std::string_view FileName(std::uint32_t file) const;
+    void Put(std::string_view key, read::LogTime time);
+    bool Begin(std::string_view kind, read::LogTime time, const read::Position& at, std::uint32_t session);
+    void AddEnd(const read::Call& call);
+    void PutProblem(std::string_view what, read::LogTime time, const read::Position& at,
+                    std::uint32_t session, std::uint64_t seq, std::string_view text);
+
+    const Inputs& inputs_;
+    Sink& sink_;
+    ZoneTime times_;
+    JsonLine line_;
+    const read::Session* session_ = nullptr; ///< whose record is still to be written
+};
+
+} // namespace marvane::tool

@@ -52,6 +52,7 @@ public:
 
 private:
     static constexpr std::size_t PageSize = 4096;
+    static constexpr unsigned PagesPerLook = 8;
 
     /// In `pageRoom_`: a thread writes the file, or was terminated while it did.
     static constexpr std::size_t WriteUnderWay = 0;
@@ -85,6 +86,7 @@ private:
     /// Characters left in the file's last page (meaningless once the file is shared). A line end counts as
     /// one.
     std::size_t pageRoom_;
+    unsigned pages_ = 0; ///< that were written out because they were full
     bool shared_ = false;
     std::array<char, PageSize> buffer_;
 };

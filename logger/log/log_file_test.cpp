@@ -121,6 +121,29 @@ TEST_F(LogFileTest, AFileThatTurnsOutToBeSharedGetsWholeLinesFromThenOn)
             ASSERT_NE(text.find("\n" + NumberedLine(writer, i)), std::string::npos) << writer << i;
 }
 
+TEST_F(LogFileTest, AWriterWhoJoinsLaterIsNoticedWithinEightPages)
+{
+    {
+        const auto first = LogFile::Open(path);
+        for (int i = 0; i < 1000; ++i)
+            first->Write(NumberedLine('f', i), false);
+        first->Flush();
+        const auto second = LogFile::Open(path);
+        for (int i = 1000; i < 2000; ++i) {
+            first->Write(NumberedLine('f', i), false);
+            second->Write(NumberedLine('s', i), false);
+        }
+    }
+    const std::string text = OnDisc();
+    const std::size_t joined = text.find("\n" + NumberedLine('f', 999));
+    int torn = 0;
+    for (int i = 1000; i < 2000; ++i)
+        for (const char writer : {'f', 's'})
+            torn += text.find("\n" + NumberedLine(writer, i), joined) == std::string::npos;
+    // An end of a page can tear a line and the beginning of another writer's.
+    EXPECT_LE(torn, 2 * 8);
+}
+
 TEST_F(LogFileTest, WhatIsInTheBufferIsWrittenWhenTheFileIsClosed)
 {
     const std::string text = Letters(Page + 17);

@@ -163,7 +163,16 @@ WithoutPrivileges::~WithoutPrivileges()
         std::perror("seteuid");
 }
 
-SmallThreadStacks::SmallThreadStacks() : former_(SetThreadStackSize(256 * 1024)) {}
+namespace {
+// A sanitizer keeps its own state of a thread on the thread's stack.
+#ifdef MARVANE_SANITIZED
+constexpr std::size_t SmallStack = 4 * 1024 * 1024;
+#else
+constexpr std::size_t SmallStack = 256 * 1024;
+#endif
+} // namespace
+
+SmallThreadStacks::SmallThreadStacks() : former_(SetThreadStackSize(SmallStack)) {}
 
 SmallThreadStacks::~SmallThreadStacks()
 {

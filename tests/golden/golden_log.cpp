@@ -1,6 +1,7 @@
 #include "tests/golden/golden_log.h"
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <regex>
 #include <sstream>
@@ -20,6 +21,21 @@ void Replace(std::string& text, const std::string& what, const std::string& with
 {
     for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size()))
         text.replace(at, what.size(), with);
+}
+
+/// As Replace, but not in a longer word nor at the beginning of a row of a dump: eight digits of a null
+/// pointer are also in "0x00000000" and in "|00000000 ".
+void ReplaceWord(std::string& text, const std::string& word, const std::string& with)
+{
+    const auto isPartOfWord = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '|'; };
+    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at)) {
+        const std::size_t end = at + word.size();
+        const bool isWhole =
+            !(at > 0 && isPartOfWord(text[at - 1])) && !(end < text.size() && isPartOfWord(text[end]));
+        if (isWhole)
+            text.replace(at, word.size(), with);
+        at += isWhole ? with.size() : word.size();
+    }
 }
 
 std::string InBrackets(const std::string& name)
@@ -88,7 +104,7 @@ std::string GoldenLog::WithoutNames(std::string text) const
 {
     for (const auto& [what, name] : words_)
         Replace(text, what, name);
-    Replace(text, PointerText(nullptr), "<null>");
+    ReplaceWord(text, PointerText(nullptr), "<null>");
     Replace(text, "(nil)", "<null>");
     return text;
 }

@@ -48,3 +48,14 @@ function(undecorated_exports target)
     target_link_options(${target} PRIVATE -Wl,--kill-at)
   endif()
 endfunction()
+
+# stdcall_import_library(target definitions): replaces the import library of the linker, which has no "@8" in its names
+# either, by one that 32-bit programs can link with.
+function(stdcall_import_library target definitions)
+  if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+    add_custom_command(TARGET ${target} POST_BUILD
+                       COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${definitions}
+                               --output-lib $<TARGET_LINKER_FILE:${target}> VERBATIM)
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${definitions})
+  endif()
+endfunction()

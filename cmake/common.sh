@@ -14,6 +14,7 @@ native_packages="g++ cmake ninja-build googletest libcli11-dev zlib1g-dev libexp
 shell_packages="zsh fish"
 native_x86_packages="g++-multilib lib32z1-dev cmake ninja-build googletest libcli11-dev"
 windows_packages="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev libcli11-dev wine wine64"
+windows_x86_packages="g++-mingw-w64-i686-posix binutils-mingw-w64-i686 libz-mingw-w64-dev libcli11-dev wine wine64"
 fuzz_packages="clang libclang-rt-14-dev"
 
 # The clang-format that decides; CONTRIBUTING.md names it too.
@@ -66,10 +67,43 @@ build() {
     }
 }
 
-# Creates the Wine prefix. Wine does that at the first start of a program; programs that start in parallel would
-# all try.
+# prepare_wine [SUFFIX]: creates the prefix of cmake/run-under-wine[SUFFIX]. Wine does that at the first start of a
+# program; programs that start in parallel would all try.
 prepare_wine() {
     say "Preparing Wine (the first time takes a minute)"
-    "$top/cmake/run-under-wine" wineboot -i >/dev/null 2>&1 || return 1
-    "$top/cmake/run-under-wine" cmd /c exit >/dev/null 2>&1
+    "$top/cmake/run-under-wine${1-}" wineboot -i >/dev/null 2>&1 || return 1
+    "$top/cmake/run-under-wine${1-}" cmd /c exit >/dev/null 2>&1
+}
+
+# fetch_wine_x86: unpacks the 32-bit libraries of Wine into build/wine-x86, where cmake/run-under-wine-x86 finds them. They
+# come from Debian's package for i386, by an apt with a configuration, state and cache of its own, so that the system
+# need not be told of that architecture.
+fetch_wine_x86() {
+    folder="$top/build/wine-x86"
+    [ -f "$folder/complete" ] && return 0
+    command -v apt-get >/dev/null 2>&1 || return 1
+    say "Fetching the 32-bit libraries of Wine (95 MB)"
+    rm -rf "$folder"
+    mkdir -p "$folder/state/lists/partial" "$folder/cache/archives/partial" || return 1
+    : >"$folder/state/status"
+    cat >"$folder/apt.conf" <<CONF
+APT::Architecture "i386";
+#clear APT::Architectures;
+APT::Architectures { "i386"; };
+APT::Sandbox::User "root";
+Acquire::Languages "none";
+Dir::State "$folder/state";
+Dir::State::status "$folder/state/status";
+Dir::Cache "$folder/cache";
+CONF
+    # An update fails as a whole if one of the system's sources has nothing for i386, so only the download counts.
+    # The system's own Wine and these libraries should be of one version.
+    version=$(dpkg-query -W -f='${Version}' "libwine:$(dpkg --print-architecture)" 2>/dev/null)
+    (cd "$folder" && export APT_CONFIG="$folder/apt.conf" && apt-get update
+        apt-get download "libwine=$version" || apt-get download libwine) >"$folder/log" 2>&1
+    package=$(find "$folder" -maxdepth 1 -name 'libwine_*.deb')
+    [ -n "$package" ] || return 1
+    dpkg-deb -x "$package" "$folder" >>"$folder/log" 2>&1 || return 1
+    rm -rf "$package" "$folder/state" "$folder/cache"
+    : >"$folder/complete"
 }

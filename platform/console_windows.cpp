@@ -92,6 +92,8 @@ bool WriteStream(Stream stream, std::string_view bytes, bool& closed)
             closed = error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA;
             return false;
         }
+        if (written == 0)
+            return false; // No error, and no end of it either.
         bytes.remove_prefix(written);
     }
     return true;

@@ -65,7 +65,20 @@ constexpr BadInput Inputs[] = {
     {"damaged.LGR.gz", "the compressed file is damaged", MakeDamaged},
 };
 
-constexpr const char* Commands[] = {"talk", "errors", "errors --json", "summary", "params"};
+/// A command that understands logs, and its exit status for the sample log, in which one call failed.
+struct LogCommand
+{
+    const char* Words;
+    int Status;
+};
+
+constexpr LogCommand Commands[] = {
+    {"talk", 0}, {"errors", 1}, {"errors --json", 1}, {"summary", 0}, {"params", 0}};
+
+ProgramResult RunOn(const LogCommand& command, const std::string& files)
+{
+    return RunProgram("marvane", command.Words + (" " + files));
+}
 
 /// Its date is before that of every file without a date in its name.
 const std::string GoodName = "D-PDU_API_Logger_25-11-2001_14-03-00.LGR";
@@ -104,25 +117,27 @@ protected:
 
 TEST_P(BadLogs, AloneGiveOneLineAndNoResult)
 {
-    for (const std::string command : Commands) {
-        const ProgramResult result = RunProgram("marvane", command + " " + Quoted(Bad()));
-        EXPECT_EQ(result.Status, 2) << command;
-        EXPECT_EQ(result.Output, "") << command;
-        EXPECT_EQ(result.Errors, Complaint()) << command;
+    for (const LogCommand& command : Commands) {
+        const ProgramResult result = RunOn(command, Quoted(Bad()));
+        EXPECT_EQ(result.Status, 2) << command.Words;
+        EXPECT_EQ(result.Output, "") << command.Words;
+        EXPECT_EQ(result.Errors, Complaint()) << command.Words;
     }
 }
 
 TEST_P(BadLogs, DoNotKeepTheOthersFromBeingRead)
 {
-    for (const std::string command : Commands) {
-        const ProgramResult alone = RunProgram("marvane", command + " " + Quoted(Good()));
-        const ProgramResult result =
-            RunProgram("marvane", command + " " + Quoted(Good()) + " " + Quoted(Bad()));
-        EXPECT_EQ(result.Status, 2) << command;
-        EXPECT_EQ(result.Errors, Complaint()) << command;
+    for (const LogCommand& command : Commands) {
+        const ProgramResult alone = RunOn(command, Quoted(Good()));
+        EXPECT_EQ(alone.Status, command.Status) << command.Words;
+        EXPECT_EQ(alone.Errors, "") << command.Words;
+        EXPECT_NE(alone.Output, "") << command.Words;
+        const ProgramResult result = RunOn(command, Quoted(Good()) + " " + Quoted(Bad()));
+        EXPECT_EQ(result.Status, 2) << command.Words;
+        EXPECT_EQ(result.Errors, Complaint()) << command.Words;
         EXPECT_EQ(WithoutFileList(result.Output),
                   alone.Output.starts_with('{') ? WithoutFileList(alone.Output) : alone.Output + FileNames())
-            << command;
+            << command.Words;
     }
 }
 
@@ -153,11 +168,11 @@ TEST(BadLogsWithoutRights, AreNamed)
     std::filesystem::permissions(secret, std::filesystem::perms::none);
     if (std::ifstream(secret).is_open())
         GTEST_SKIP() << "this user may read every file";
-    for (const std::string command : Commands) {
-        const ProgramResult result = RunProgram("marvane", command + " " + Quoted(secret));
-        EXPECT_EQ(result.Status, 2) << command;
-        EXPECT_EQ(result.Output, "") << command;
-        EXPECT_EQ(result.Errors, "marvane: " + secret + ": can't be opened\n") << command;
+    for (const LogCommand& command : Commands) {
+        const ProgramResult result = RunOn(command, Quoted(secret));
+        EXPECT_EQ(result.Status, 2) << command.Words;
+        EXPECT_EQ(result.Output, "") << command.Words;
+        EXPECT_EQ(result.Errors, "marvane: " + secret + ": can't be opened\n") << command.Words;
     }
 }
 
@@ -173,11 +188,12 @@ TEST(BadLogsCutShort, ShowWhatCanBeHad)
     gzclose(file);
     const std::string whole = FileBytes(path);
     WriteFileBytes(path, whole.substr(0, whole.size() / 2));
-    for (const std::string command : Commands) {
-        const ProgramResult result = RunProgram("marvane", command + " " + Quoted(path));
-        EXPECT_EQ(result.Status, 2) << command;
-        EXPECT_NE(result.Output, "") << command;
-        EXPECT_EQ(result.Errors, "marvane: " + path + ": the compressed file ends too early\n") << command;
+    for (const LogCommand& command : Commands) {
+        const ProgramResult result = RunOn(command, Quoted(path));
+        EXPECT_EQ(result.Status, 2) << command.Words;
+        EXPECT_NE(result.Output, "") << command.Words;
+        EXPECT_EQ(result.Errors, "marvane: " + path + ": the compressed file ends too early\n")
+            << command.Words;
     }
 }
 

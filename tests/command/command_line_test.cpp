@@ -169,5 +169,38 @@ TEST(CommandLine, AClosedPipeEndsQuietly)
     EXPECT_EQ(FileText(status), "0\n");
 }
 
+/// Runs the command with its output going to a device that is always full.
+ProgramResult RunOnAFullDisk(const std::string& arguments)
+{
+    const bool onWindows = platform::PathSeparator == '\\';
+    const TemporaryFolder folder;
+    const std::string errors = folder / "errors";
+    const std::string command = Quoted(BuildFolder() + "marvane" + (onWindows ? ".exe" : "")) + " " +
+                                arguments + (onWindows ? " > Z:\\dev\\full 2> " : " > /dev/full 2> ") +
+                                Quoted(errors);
+    const int status = std::system((onWindows ? Quoted(command) : command).c_str());
+    return {onWindows ? status : status / 256, "", FileText(errors)};
+}
+
+TEST(CommandLine, OutputThatCanNotBeWrittenIsTrouble)
+{
+    if (!std::filesystem::exists(platform::PathSeparator == '\\' ? "Z:\\dev\\full" : "/dev/full"))
+        GTEST_SKIP() << "needs a device that is always full";
+    const TemporaryFolder folder;
+    std::string longLog = SampleLog(); // its output is longer than what the command holds back
+    for (unsigned i = 0; i < 5000; ++i)
+        longLog += LogCall(5, "PDUGetTimestamp", "hMod=0x00000001");
+    WriteFileBytes(folder / "short.LGR", SampleLog());
+    WriteFileBytes(folder / "long.LGR", longLog);
+    const std::string shortOne = Quoted(folder / "short.LGR"), longOne = Quoted(folder / "long.LGR");
+    for (const std::string& arguments :
+         {"errors " + shortOne, "errors --json " + shortOne, "show " + shortOne, "show " + longOne,
+          std::string("--version"), std::string("talk --help"), std::string("man")}) {
+        const ProgramResult result = RunOnAFullDisk(arguments);
+        EXPECT_EQ(result.Status, 2) << arguments;
+        EXPECT_EQ(result.Errors, "marvane: standard output can't be written\n") << arguments;
+    }
+}
+
 } // namespace
 } // namespace marvane::testing

@@ -52,6 +52,7 @@ Console::Console(ColourChoice choice, bool mayPage)
 
 Console::~Console()
 {
+    // Something is left only where an exception ends the command: its message tells of the failure.
     bool closed = false;
     if (!closed_)
         platform::WriteStream(Stream::Output, buffer_, closed);

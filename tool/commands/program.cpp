@@ -52,6 +52,21 @@ bool AboutTheProgram(const std::vector<std::string>& words)
     return true;
 }
 
+/// Ends a command that met trouble: what it found before stands before the message, which appears whether
+/// or not that can be written.
+int EndWith(const Trouble& trouble, Console& console)
+{
+    try {
+        console.Flush();
+    } catch (const OutputClosed&) {
+        // The reader of the output has left; the message goes elsewhere.
+    } catch (const Trouble& unwritten) {
+        console.Complain(unwritten.what());
+    }
+    console.Complain(trouble.what());
+    return ExitTrouble;
+}
+
 int RunCommand(const Command& command, const Arguments& arguments)
 {
     Console console(ColourChoiceOf(arguments.Value("--color").value_or("auto")),
@@ -66,9 +81,7 @@ int RunCommand(const Command& command, const Arguments& arguments)
         console.Flush();
         return console.HasComplained() ? ExitTrouble : status;
     } catch (const Trouble& trouble) {
-        console.Flush(); // What was found before stands before the message.
-        console.Complain(trouble.what());
-        return ExitTrouble;
+        return EndWith(trouble, console);
     }
 }
 

@@ -137,7 +137,13 @@ void Start(const CPduDll& api, UNUM32 size, std::size_t times)
         {0, 1, 3, mask.data(), pattern.data(), 2, identifiers.data()},
         {1, 2, 1, mask.data(), pattern.data(), 0, nullptr},
     }};
-    PDU_COP_CTRL_DATA control = {0, 1, 1, 0, {4, flags.data()}, 2, responses.data()};
+    PDU_COP_CTRL_DATA control = {.Time = 0,
+                                 .NumSendCycles = 1,
+                                 .NumReceiveCycles = 1,
+                                 .TempParamUpdate = 0,
+                                 .TxFlag = {.NumFlagBytes = 4, .pFlagData = flags.data()},
+                                 .NumPossibleExpectedResponses = 2,
+                                 .pExpectedResponseArray = responses.data()};
     UNUM32 hCoP = 0;
     for (std::size_t i = 0; i < times; ++i)
         api.PDUStartComPrimitive(1, 2, PDU_COPT_SENDRECV, size, payload.data(), &control, nullptr, &hCoP);
@@ -175,7 +181,7 @@ UNUM32 PDU_CALL NoReport(const CHAR8*, UNUM8, UNUM32, UNUM32, const LogParameter
 void Report(const CPduDll& api, std::size_t times)
 {
     static const std::array<UNUM8, 12> bytes = {0x02, 0xFD, 0x80, 0x01, 0, 0, 0, 4, 0x0E, 0, 0x10, 1};
-    static const LogParameterBytes data = {12, bytes.data()};
+    static const LogParameterBytes data = {.Length = 12, .Bytes = bytes.data()};
     static const UNUM32 port = 13400;
     static const std::array<LogParameter, 2> parameters = {
         {{0x1000, 0, "Port\0................", &port}, {0x1002, 0, "Message", &data}}};

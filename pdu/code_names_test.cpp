@@ -372,10 +372,10 @@ TEST_F(MissingNames, DifferFromTableToTable)
     };
     const T_PDU_STATUS status = 1;
     EXPECT_EQ(event(PDU_IT_STATUS, &status), "    <<< Status        \t= <NULL> (0x0001)\n");
-    const PDU_ERROR_DATA error = {1, 2};
+    const PDU_ERROR_DATA error = {.ErrorCodeId = 1, .ExtraErrorInfoId = 2};
     EXPECT_EQ(event(PDU_IT_ERROR, &error),
               "    <<< ErrorCode = <UNKNOWN ERROR> (0x0001), ExtraErrorData = 2\n");
-    const PDU_INFO_DATA info = {1, 2};
+    const PDU_INFO_DATA info = {.InfoCode = 1, .ExtraInfoData = 2};
     EXPECT_EQ(event(PDU_IT_INFO, &info), "    <<< Code = <UNKNOWN CODE> (1), ExtraInfoData = 2\n");
 }
 

@@ -10,7 +10,7 @@ void ShowVoltages(Session& session)
     session.Say("Battery voltage: %u mV", static_cast<unsigned>(ReadNumber(session, "PDU_IOCTL_READ_VBATT")));
     session.Say("Ignition: %s",
                 ReadNumber(session, "PDU_IOCTL_READ_IGNITION_SENSE_STATE") == 1 ? "on" : "off");
-    PDU_IO_PROG_VOLTAGE_DATA voltage = {18000, 15};
+    PDU_IO_PROG_VOLTAGE_DATA voltage = {.ProgVoltage_mv = 18000, .PinOnDLC = 15};
     Command(session, "PDU_IOCTL_SET_PROG_VOLTAGE", PDU_HANDLE_UNDEF, PDU_IT_IO_PROG_VOLTAGE, &voltage);
     session.Say("Programming voltage on pin 15: %u mV",
                 static_cast<unsigned>(ReadNumber(session, "PDU_IOCTL_READ_PROG_VOLTAGE")));
@@ -26,11 +26,17 @@ void ShowCable(Session& session)
 
 void UseFilters(Session& session, UNUM32 hCLL)
 {
-    PDU_IO_FILTER_DATA filters[] = {
-        {PDU_FLT_PASS, 1, 4, {0xFF, 0xFF, 0xFF, 0xFF}, {0x00, 0x00, 0x07, 0xE8}},
-        {PDU_FLT_BLOCK_UUDT, 2, 4, {0xFF, 0xFF, 0xFF, 0xF0}, {0x00, 0x00, 0x06, 0x00}},
-    };
-    PDU_IO_FILTER_LIST list = {2, filters};
+    PDU_IO_FILTER_DATA filters[] = {{.FilterType = PDU_FLT_PASS,
+                                     .FilterNumber = 1,
+                                     .FilterCompareSize = 4,
+                                     .FilterMaskMessage = {0xFF, 0xFF, 0xFF, 0xFF},
+                                     .FilterPatternMessage = {0x00, 0x00, 0x07, 0xE8}},
+                                    {.FilterType = PDU_FLT_BLOCK_UUDT,
+                                     .FilterNumber = 2,
+                                     .FilterCompareSize = 4,
+                                     .FilterMaskMessage = {0xFF, 0xFF, 0xFF, 0xF0},
+                                     .FilterPatternMessage = {0x00, 0x00, 0x06, 0x00}}};
+    PDU_IO_FILTER_LIST list = {.NumFilterEntries = 2, .pFilterData = filters};
     Command(session, "PDU_IOCTL_START_MSG_FILTER", hCLL, PDU_IT_IO_FILTER, &list);
     UNUM32 filter = 1;
     Command(session, "PDU_IOCTL_STOP_MSG_FILTER", hCLL, PDU_IT_IO_UNUM32, &filter);
@@ -45,7 +51,7 @@ void UseModuleCommands(Session& session, UNUM32 hCLL)
     ShowVoltages(session);
     ShowCable(session);
     UseFilters(session, hCLL);
-    PDU_IO_EVENT_QUEUE_PROPERTY_DATA queue = {200, 0};
+    PDU_IO_EVENT_QUEUE_PROPERTY_DATA queue = {.QueueSize = 200, .QueueMode = 0};
     Command(session, "PDU_IOCTL_SET_EVENT_QUEUE_PROPERTIES", hCLL, PDU_IT_IO_EVENT_QUEUE_PROPERTY, &queue);
     session.Say("Event queue of the link: for %u events", static_cast<unsigned>(queue.QueueSize));
     session.Say("A self-test is %s", session.Knows(PDU_OBJT_IO_CTRL, "PDU_IOCTL_SELF_TEST")

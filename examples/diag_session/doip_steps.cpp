@@ -9,9 +9,15 @@ void FindVehicle(Session& session)
 {
     UNUM8 ipv4[] = {192, 168, 0, 1};
     UNUM8 ipv6[] = {0xFE, 0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x01};
-    PDU_IP_ADDR_INFO addresses[] = {{4, ipv4}, {6, ipv6}};
+    PDU_IP_ADDR_INFO addresses[] = {{.IpVersion = 4, .pAddress = ipv4}, {.IpVersion = 6, .pAddress = ipv6}};
     CHAR8 vin[] = "WSIMVC1E2F3000042";
-    PDU_IO_VEHICLE_ID_REQUEST_EX request = {{1, vin, 1, 500, 2, addresses}, 3};
+    PDU_IO_VEHICLE_ID_REQUEST_EX request = {.Request = {.PreselectionMode = 1,
+                                                        .PreselectionValue = vin,
+                                                        .CombinationMode = 1,
+                                                        .VehicleDiscoveryTime = 500,
+                                                        .NumDestinationAddresses = 2,
+                                                        .pDestinationAddresses = addresses},
+                                            .Ver = 3};
     Command(session, "PDU_IOCTL_VEHICLE_ID_REQUEST", PDU_HANDLE_UNDEF, PDU_IT_IO_VEHICLE_ID_REQUEST,
             &request.Request);
     Command(session, "PDU_IOCTL_VEHICLE_ID_REQUEST", PDU_HANDLE_UNDEF, PDU_IT_IO_VEHICLE_ID_REQUEST_EX,
@@ -38,7 +44,7 @@ void ShowGateway(Session& session, UNUM32 hCLL)
 void UseDoIP(Session& session)
 {
     FindVehicle(session);
-    PDU_IO_ETH_SWITCH_STATE_DATA activation = {1, 8};
+    PDU_IO_ETH_SWITCH_STATE_DATA activation = {.State = 1, .PinNumber = 8};
     Command(session, "PDU_IOCTL_SET_ETH_SWITCH_STATE", PDU_HANDLE_UNDEF, PDU_IT_IO_ETH_SWITCH_STATE,
             &activation);
     session.Say("Ethernet on pin %u: switched on", static_cast<unsigned>(activation.PinNumber));

@@ -4,7 +4,7 @@ namespace diag {
 
 void Command(Session& session, const char* command, UNUM32 hCLL, T_PDU_IT type, void* data)
 {
-    PDU_DATA_ITEM input = {type, data};
+    PDU_DATA_ITEM input = {.ItemType = type, .pData = data};
     session.Expect(command,
                    session.Pdu.PDUIoCtl(session.Module, hCLL, session.IdOf(PDU_OBJT_IO_CTRL, command),
                                         data ? &input : nullptr, nullptr));

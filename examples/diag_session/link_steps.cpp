@@ -5,11 +5,12 @@ namespace diag {
 
 UNUM32 OpenLink(Session& session, const char* busType, const char* protocol, std::vector<PDU_PIN_DATA> pins)
 {
-    PDU_RSC_DATA resource = {session.IdOf(PDU_OBJT_BUSTYPE, busType),
-                             session.IdOf(PDU_OBJT_PROTOCOL, protocol), static_cast<UNUM32>(pins.size()),
-                             pins.data()};
+    PDU_RSC_DATA resource = {.BusTypeId = session.IdOf(PDU_OBJT_BUSTYPE, busType),
+                             .ProtocolId = session.IdOf(PDU_OBJT_PROTOCOL, protocol),
+                             .NumPinData = static_cast<UNUM32>(pins.size()),
+                             .pDLCPinData = pins.data()};
     UNUM8 checksumMode = 0x40;
-    PDU_FLAG_DATA flags = {1, &checksumMode};
+    PDU_FLAG_DATA flags = {.NumFlagBytes = 1, .pFlagData = &checksumMode};
     UNUM32 hCLL = PDU_HANDLE_UNDEF;
     session.Expect("PDUCreateComLogicalLink",
                    session.Pdu.PDUCreateComLogicalLink(session.Module, &resource, PDU_ID_UNDEF, &session,
@@ -34,7 +35,7 @@ void ShareResource(Session& session, UNUM32 owner)
 {
     const UNUM32 resource = session.IdOf(PDU_OBJT_RESOURCE, "ISO15765_CAN_6_14");
     UNUM8 rawMode = 0x80;
-    PDU_FLAG_DATA flags = {1, &rawMode};
+    PDU_FLAG_DATA flags = {.NumFlagBytes = 1, .pFlagData = &rawMode};
     UNUM32 other = PDU_HANDLE_UNDEF;
     session.Expect(
         "PDUCreateComLogicalLink",

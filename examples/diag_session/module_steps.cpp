@@ -54,8 +54,12 @@ UNUM32 FindResource(Session& session, PDU_RSC_DATA* wanted)
 
 void ShowConflicts(Session& session, UNUM32 resource)
 {
-    PDU_MODULE_DATA module = {1, session.Module, nullptr, nullptr, PDU_MODST_READY};
-    PDU_MODULE_ITEM modules = {PDU_IT_MODULE_ID, 1, &module};
+    PDU_MODULE_DATA module = {.ModuleTypeId = 1,
+                              .hMod = session.Module,
+                              .pVendorModuleName = nullptr,
+                              .pVendorAdditionalInfo = nullptr,
+                              .ModuleStatus = PDU_MODST_READY};
+    PDU_MODULE_ITEM modules = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 1, .pModuleData = &module};
     PDU_RSC_CONFLICT_ITEM* conflicts = nullptr;
     session.Expect("PDUGetConflictingResources",
                    session.Pdu.PDUGetConflictingResources(resource, &modules, &conflicts));
@@ -70,10 +74,12 @@ void ShowResources(Session& session)
     session.IdOf(PDU_OBJT_RESOURCE, "ISO15765_CAN_6_14");
     session.IdOf(PDU_OBJT_RESOURCE, "DOIP_3_8_11_12_13");
     FindResource(session, nullptr);
-    PDU_PIN_DATA pins[] = {{6, session.IdOf(PDU_OBJT_PINTYPE, "HI")},
-                           {14, session.IdOf(PDU_OBJT_PINTYPE, "LOW")}};
-    PDU_RSC_DATA wanted = {session.IdOf(PDU_OBJT_BUSTYPE, "ISO_11898_2_DWCAN"),
-                           session.IdOf(PDU_OBJT_PROTOCOL, "ISO_15765_3_on_ISO_15765_2"), 2, pins};
+    PDU_PIN_DATA pins[] = {{.DLCPinNumber = 6, .DLCPinTypeId = session.IdOf(PDU_OBJT_PINTYPE, "HI")},
+                           {.DLCPinNumber = 14, .DLCPinTypeId = session.IdOf(PDU_OBJT_PINTYPE, "LOW")}};
+    PDU_RSC_DATA wanted = {.BusTypeId = session.IdOf(PDU_OBJT_BUSTYPE, "ISO_11898_2_DWCAN"),
+                           .ProtocolId = session.IdOf(PDU_OBJT_PROTOCOL, "ISO_15765_3_on_ISO_15765_2"),
+                           .NumPinData = 2,
+                           .pDLCPinData = pins};
     const UNUM32 resource = FindResource(session, &wanted);
     session.Say("Resource for UDS on CAN, pins 6 and 14: %u", static_cast<unsigned>(resource));
     ShowResourceStatus(session, resource);
@@ -83,8 +89,9 @@ void ShowResources(Session& session)
 void ShowResourceStatus(Session& session, UNUM32 resource)
 {
     constexpr UNUM32 inUse = 1, parametersLocked = 8;
-    PDU_RSC_STATUS_DATA entry = {session.Module, resource, 0};
-    PDU_RSC_STATUS_ITEM state = {PDU_IT_RSC_STATUS, 1, &entry};
+    PDU_RSC_STATUS_DATA entry = {.hMod = session.Module, .ResourceId = resource, .ResourceStatus = 0};
+    PDU_RSC_STATUS_ITEM state = {
+        .ItemType = PDU_IT_RSC_STATUS, .NumEntries = 1, .pResourceStatusData = &entry};
     session.Expect("PDUGetResourceStatus", session.Pdu.PDUGetResourceStatus(&state));
     session.Say("  it is %s%s", (entry.ResourceStatus & inUse) != 0 ? "in use" : "free",
                 (entry.ResourceStatus & parametersLocked) != 0 ? ", its parameters are locked" : "");

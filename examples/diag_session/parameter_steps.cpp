@@ -81,10 +81,21 @@ void SetResponseTable(Session& session, UNUM32 hCLL)
 {
     const UNUM32 id = session.IdOf(PDU_OBJT_COMPARAM, "CP_CanRespUSDTId");
     UNUM32 engine = 0x7E8, gearbox = 0x7E9;
-    PDU_PARAM_ITEM parameters[] = {{PDU_IT_PARAM, id, PDU_PT_UNUM32, PDU_PC_UNIQUE_ID, &engine},
-                                   {PDU_IT_PARAM, id, PDU_PT_UNUM32, PDU_PC_UNIQUE_ID, &gearbox}};
-    PDU_ECU_UNIQUE_RESP_DATA entries[] = {{7, 1, &parameters[0]}, {8, 1, &parameters[1]}};
-    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {PDU_IT_UNIQUE_RESP_ID_TABLE, 2, entries};
+    PDU_PARAM_ITEM parameters[] = {{.ItemType = PDU_IT_PARAM,
+                                    .ComParamId = id,
+                                    .ComParamDataType = PDU_PT_UNUM32,
+                                    .ComParamClass = PDU_PC_UNIQUE_ID,
+                                    .pComParamData = &engine},
+                                   {.ItemType = PDU_IT_PARAM,
+                                    .ComParamId = id,
+                                    .ComParamDataType = PDU_PT_UNUM32,
+                                    .ComParamClass = PDU_PC_UNIQUE_ID,
+                                    .pComParamData = &gearbox}};
+    PDU_ECU_UNIQUE_RESP_DATA entries[] = {
+        {.UniqueRespIdentifier = 7, .NumParamItems = 1, .pParams = &parameters[0]},
+        {.UniqueRespIdentifier = 8, .NumParamItems = 1, .pParams = &parameters[1]}};
+    PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
+        .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 2, .pUniqueData = entries};
     session.Expect("PDUSetUniqueRespIdTable",
                    session.Pdu.PDUSetUniqueRespIdTable(session.Module, hCLL, &table));
     PDU_UNIQUE_RESP_ID_TABLE_ITEM* back = nullptr;
@@ -111,8 +122,11 @@ void UseParameters(Session& session, UNUM32 hCLL)
 
 void SetP2Max(Session& session, UNUM32 hCLL, UNUM16 value)
 {
-    PDU_PARAM_ITEM item = {PDU_IT_PARAM, session.IdOf(PDU_OBJT_COMPARAM, "CP_P2Max"), PDU_PT_UNUM16,
-                           PDU_PC_TIMING, &value};
+    PDU_PARAM_ITEM item = {.ItemType = PDU_IT_PARAM,
+                           .ComParamId = session.IdOf(PDU_OBJT_COMPARAM, "CP_P2Max"),
+                           .ComParamDataType = PDU_PT_UNUM16,
+                           .ComParamClass = PDU_PC_TIMING,
+                           .pComParamData = &value};
     session.Expect("PDUSetComParam", session.Pdu.PDUSetComParam(session.Module, hCLL, &item));
 }
 

@@ -112,13 +112,13 @@ UNUM32 Session::Start(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const 
 {
     Bytes data = request;
     UNUM8 flags[4] = {FirstFlags(sending), 0x00, 0x00, 0x80};
-    PDU_COP_CTRL_DATA control = {sending.Time,
-                                 sending.Cycles,
-                                 sending.ReceiveCycles,
-                                 sending.TemporaryParameters ? 1u : 0u,
-                                 {4, flags},
-                                 0,
-                                 nullptr};
+    PDU_COP_CTRL_DATA control = {.Time = sending.Time,
+                                 .NumSendCycles = sending.Cycles,
+                                 .NumReceiveCycles = sending.ReceiveCycles,
+                                 .TempParamUpdate = sending.TemporaryParameters ? 1u : 0u,
+                                 .TxFlag = {.NumFlagBytes = 4, .pFlagData = flags},
+                                 .NumPossibleExpectedResponses = 0,
+                                 .pExpectedResponseArray = nullptr};
     Bytes pattern = request.empty() ? Bytes{0} : request;
     ExpectedResponses expected(pattern);
     if (type == PDU_COPT_SENDRECV && sending.Matched) {

@@ -22,16 +22,19 @@ void ReportComms(PDU_MS_LOG_CALLBACK callback, const Report& report)
 {
     const bool onDoIP = report.Resource == id::ResourceDoIP;
     const UNUM32 address = onDoIP ? (report.Sent ? 0x1010 : 0x0E80) : (report.Sent ? 0x7E0 : 0x7E8);
-    const LogParameterBytes bytes = {static_cast<UNUM32>(report.Message.size()), report.Message.data()};
-    const LogParameter parameters[] = {{NumberParameter, 0, AddressName, &address},
-                                       {BytesParameter, 0, "Message", &bytes}};
+    const LogParameterBytes bytes = {.Length = static_cast<UNUM32>(report.Message.size()),
+                                     .Bytes = report.Message.data()};
+    const LogParameter parameters[] = {
+        {.Type = NumberParameter, .Reserved = 0, .Name = AddressName, .Data = &address},
+        {.Type = BytesParameter, .Reserved = 0, .Name = "Message", .Data = &bytes}};
     callback(onDoIP ? "Diagnostic message" : "CAN message", report.Sent ? 1 : 0,
              onDoIP ? DoIPProtocol : CanProtocol, 2, parameters);
 }
 
 void ReportStart(PDU_MS_LOG_CALLBACK callback)
 {
-    const LogParameter parameters[] = {{VersionParameter, 0, nullptr, nullptr}};
+    const LogParameter parameters[] = {
+        {.Type = VersionParameter, .Reserved = 0, .Name = nullptr, .Data = nullptr}};
     callback("Simulated interface started", 0, CanProtocol, 1, parameters);
 }
 

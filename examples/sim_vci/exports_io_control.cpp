@@ -35,7 +35,8 @@ T_PDU_ERROR OutputCableId(PDU_DATA_ITEM** place)
 {
     Item item;
     UNUM8* const bytes = item.Bytes({'O', 'B', 'D', '-', 'C', 'A', 'B', 'L', 'E', 0x00, 0x7F, 0x80});
-    return Output(place, PDU_IT_IO_BYTEARRAY, PDU_IO_BYTEARRAY_DATA{12, bytes}, std::move(item));
+    return Output(place, PDU_IT_IO_BYTEARRAY, PDU_IO_BYTEARRAY_DATA{.DataSize = 12, .pData = bytes},
+                  std::move(item));
 }
 
 T_PDU_ERROR Accepted(bool good)
@@ -99,9 +100,12 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
     case id::EthernetSwitch:
         return SetSwitch(pInputData);
     case id::EntityAddress:
-        return Output(ppOutputData, PDU_IT_IO_ENTITY_ADDRESS, PDU_IO_ENTITY_ADDRESS_DATA{0x1010, 2000});
+        return Output(ppOutputData, PDU_IT_IO_ENTITY_ADDRESS,
+                      PDU_IO_ENTITY_ADDRESS_DATA{.LogicalAddress = 0x1010, .CtrlTimeout = 2000});
     case id::EntityStatus:
-        return Output(ppOutputData, PDU_IT_IO_ENTITY_STATUS, PDU_IO_ENTITY_STATUS_DATA{0, 8, 1, 4095});
+        return Output(ppOutputData, PDU_IT_IO_ENTITY_STATUS,
+                      PDU_IO_ENTITY_STATUS_DATA{
+                          .EntityType = 0, .TcpClientsMax = 8, .TcpClients = 1, .MaxDataSize = 4095});
     case id::OpenItems:
         return OutputNumber(ppOutputData, static_cast<UNUM32>(OpenItems.Open()));
     default:

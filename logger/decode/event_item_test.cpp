@@ -23,9 +23,9 @@ protected:
 TEST_F(EventItem, FlagsInAllTheirNullForms)
 {
     UNUM8 byte = 0;
-    const PDU_FLAG_DATA none = {0, nullptr};
-    const PDU_FLAG_DATA unused = {0, &byte};
-    const PDU_FLAG_DATA missing = {2, nullptr};
+    const PDU_FLAG_DATA none = {.NumFlagBytes = 0, .pFlagData = nullptr};
+    const PDU_FLAG_DATA unused = {.NumFlagBytes = 0, .pFlagData = &byte};
+    const PDU_FLAG_DATA missing = {.NumFlagBytes = 2, .pFlagData = nullptr};
     EXPECT_EQ(Flags(nullptr), "   -->  flags\t= <NULL>\n");
     EXPECT_EQ(Flags(nullptr, nullptr, FromTarget.Deeper()), "    <<< <NULL STRING>\t= <NULL>\n");
     EXPECT_EQ(Flags(&none), "   -->  flags->NumFlagBytes\t= 0\n");
@@ -37,7 +37,7 @@ TEST_F(EventItem, FlagsInAllTheirNullForms)
 TEST_F(EventItem, ANamedBitHasALineTwoLevelsBelowTheLabels)
 {
     UNUM8 byte = 0x20;
-    const PDU_FLAG_DATA flags = {1, &byte};
+    const PDU_FLAG_DATA flags = {.NumFlagBytes = 1, .pFlagData = &byte};
     EXPECT_EQ(
         Flags(&flags),
         "    >>> flags          |00000000 <20>                                                               |\n"
@@ -47,7 +47,7 @@ TEST_F(EventItem, ANamedBitHasALineTwoLevelsBelowTheLabels)
 TEST_F(EventItem, ABitWithoutANameHasNoLine)
 {
     UNUM8 byte = 0x01;
-    const PDU_FLAG_DATA flags = {1, &byte};
+    const PDU_FLAG_DATA flags = {.NumFlagBytes = 1, .pFlagData = &byte};
     EXPECT_EQ(
         Flags(&flags),
         "    >>> flags          |00000000 <01>                                               .               |\n");
@@ -56,7 +56,7 @@ TEST_F(EventItem, ABitWithoutANameHasNoLine)
 TEST_F(EventItem, BytesAfterTheFourthHaveNoBitLines)
 {
     UNUM8 bytes[] = {0, 0, 0, 0x80, 0xFF, 0xFF};
-    const PDU_FLAG_DATA flags = {6, bytes};
+    const PDU_FLAG_DATA flags = {.NumFlagBytes = 6, .pFlagData = bytes};
     EXPECT_EQ(
         Flags(&flags),
         "    >>> flags          |00000000 <00 00 00 80 FF FF>                                ......          |\n"
@@ -66,7 +66,7 @@ TEST_F(EventItem, BytesAfterTheFourthHaveNoBitLines)
 TEST_F(EventItem, EachTableNamesItsBits)
 {
     UNUM8 bytes[] = {0xFF, 0xFF, 0xFF, 0xFF};
-    const PDU_FLAG_DATA flags = {4, bytes};
+    const PDU_FLAG_DATA flags = {.NumFlagBytes = 4, .pFlagData = bytes};
     const auto named = [&](const BitNames& names) {
         const std::string text = Flags(&flags, "f", ToTarget, names);
         return text.substr(text.find('\n') + 1);
@@ -211,7 +211,7 @@ TEST_F(EventItem, StatusesKnownAndUnknown)
 
 TEST_F(EventItem, ErrorsKnownAndUnknown)
 {
-    PDU_ERROR_DATA error = {PDU_ERR_EVT_RSC_LOCKED, 5};
+    PDU_ERROR_DATA error = {.ErrorCodeId = PDU_ERR_EVT_RSC_LOCKED, .ExtraErrorInfoId = 5};
     EXPECT_EQ(Event(PDU_IT_ERROR, &error),
               "    <<< ErrorCode = PDU_ERR_EVT_RSC_LOCKED (0x0109), ExtraErrorData = 5\n");
     error = {0, 0};
@@ -224,7 +224,7 @@ TEST_F(EventItem, ErrorsKnownAndUnknown)
 
 TEST_F(EventItem, InformationKnownAndUnknown)
 {
-    PDU_INFO_DATA info = {PDU_INFO_RSC_LOCK_CHG, 1};
+    PDU_INFO_DATA info = {.InfoCode = PDU_INFO_RSC_LOCK_CHG, .ExtraInfoData = 1};
     EXPECT_EQ(Event(PDU_IT_INFO, &info), "    <<< Code = PDU_INFO_RSC_LOCK_CHG (32881), ExtraInfoData = 1\n");
     info = {1, 2};
     EXPECT_EQ(Event(PDU_IT_INFO, &info), "    <<< Code = <UNKNOWN CODE> (1), ExtraInfoData = 2\n");

@@ -24,14 +24,14 @@ TEST_F(Filter, ANullListIsReported)
 TEST_F(Filter, AnEmptyListShowsItsAddress)
 {
     PDU_IO_FILTER_DATA filter = {};
-    const PDU_IO_FILTER_LIST list = {0, &filter};
+    const PDU_IO_FILTER_LIST list = {.NumFilterEntries = 0, .pFilterData = &filter};
     EXPECT_EQ(List(&list), "    >>> ->NumFilterEntries \t= 0\n    >>> ->pFilterData \t@ " +
                                testing::PointerText(&filter) + "\n");
 }
 
 TEST_F(Filter, EntriesWithoutAnArrayAreReported)
 {
-    const PDU_IO_FILTER_LIST list = {2, nullptr};
+    const PDU_IO_FILTER_LIST list = {.NumFilterEntries = 2, .pFilterData = nullptr};
     EXPECT_EQ(List(&list),
               "    >>> ->NumFilterEntries \t= 2\n    >>> Entries but pFltLst->pFilterData\t= <NULL>\n");
 }
@@ -48,7 +48,7 @@ TEST_F(Filter, MaskAndPatternAreListedUnderTheEntry)
                                      .FilterCompareSize = 1,
                                      .FilterMaskMessage = {0x0F},
                                      .FilterPatternMessage = {0x41}}};
-    const PDU_IO_FILTER_LIST list = {2, filters};
+    const PDU_IO_FILTER_LIST list = {.NumFilterEntries = 2, .pFilterData = filters};
     EXPECT_EQ(
         List(&list),
         "    >>> ->NumFilterEntries \t= 2\n"
@@ -70,7 +70,7 @@ TEST_F(Filter, ASizeOfZeroIsReportedForBoth)
                                  .FilterCompareSize = 0,
                                  .FilterMaskMessage = {},
                                  .FilterPatternMessage = {}};
-    const PDU_IO_FILTER_LIST list = {1, &filter};
+    const PDU_IO_FILTER_LIST list = {.NumFilterEntries = 1, .pFilterData = &filter};
     EXPECT_EQ(List(&list), "    >>> ->NumFilterEntries \t= 1\n"
                            "\t\t -->  FilterEntry[00] Type=PDU_FLT_BLOCK (2), Number=1, FilterSize=0\n"
                            "\t\t  >>>    pMaskMsg   : Size\t= <ZERO>\n"
@@ -84,7 +84,7 @@ TEST_F(Filter, ASizeBeyondTheRecordListsTwelveBytesAndTheMarkOfACut)
                                  .FilterCompareSize = 13,
                                  .FilterMaskMessage = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12},
                                  .FilterPatternMessage = {}};
-    const PDU_IO_FILTER_LIST list = {1, &filter};
+    const PDU_IO_FILTER_LIST list = {.NumFilterEntries = 1, .pFilterData = &filter};
     EXPECT_EQ(
         List(&list),
         "    >>> ->NumFilterEntries \t= 1\n"
@@ -100,7 +100,7 @@ TEST_F(Filter, LevelOneShowsEntriesWithoutBytes)
                                  .FilterCompareSize = 4,
                                  .FilterMaskMessage = {},
                                  .FilterPatternMessage = {}};
-    const PDU_IO_FILTER_LIST list = {1, &filter};
+    const PDU_IO_FILTER_LIST list = {.NumFilterEntries = 1, .pFilterData = &filter};
     EXPECT_EQ(List(&list, ToTarget.Deeper(), 1),
               "    >>> ->NumFilterEntries \t= 1\n"
               "\t\t -->  FilterEntry[00] Type=PDU_FLT_BLOCK_UUDT (18), Number=1, FilterSize=4\n");
@@ -109,7 +109,7 @@ TEST_F(Filter, LevelOneShowsEntriesWithoutBytes)
 TEST_F(Filter, AListLargerThanTheBufferEndsWithTheMarker)
 {
     std::vector<PDU_IO_FILTER_DATA> filters(1000);
-    const PDU_IO_FILTER_LIST list = {1000, filters.data()};
+    const PDU_IO_FILTER_LIST list = {.NumFilterEntries = 1000, .pFilterData = filters.data()};
     ExpectCutOff(List(&list));
 }
 

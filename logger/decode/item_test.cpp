@@ -11,7 +11,7 @@ class Item : public testing::Decoding
 protected:
     static std::string Decode(T_PDU_IT type, const void* data, Arrow arrow, UNUM32 level = 2)
     {
-        const PDU_DATA_ITEM item = {type, const_cast<void*>(data)};
+        const PDU_DATA_ITEM item = {.ItemType = type, .pData = const_cast<void*>(data)};
         return Decoded([&](const DecoderContext& context) { DecodeItem(context, arrow, "item", &item); }, 2,
                        level);
     }
@@ -52,7 +52,7 @@ TEST_F(Item, ANullItemIsReportedUnderItsLabel)
 
 TEST_F(Item, ANullLabelIsNamedInBothLinesOfTheHead)
 {
-    const PDU_DATA_ITEM item = {PDU_IT_IO_UNUM32, nullptr};
+    const PDU_DATA_ITEM item = {.ItemType = PDU_IT_IO_UNUM32, .pData = nullptr};
     EXPECT_EQ(
         Decoded([&](const DecoderContext& context) { DecodeItem(context, FromTarget, nullptr, &item); }),
         "   <--  <NULL STRING>->ItemType\t= PDU_IT_IO_UNUM32 (4096)\n"
@@ -114,10 +114,10 @@ TEST_F(Item, ANumberIsShownTwice)
 
 TEST_F(Item, AProgrammingVoltageShowsItsPinFirst)
 {
-    const PDU_IO_PROG_VOLTAGE_DATA data = {18000, 15};
+    const PDU_IO_PROG_VOLTAGE_DATA data = {.ProgVoltage_mv = 18000, .PinOnDLC = 15};
     ExpectLines(PDU_IT_IO_PROG_VOLTAGE, "PDU_IT_IO_PROG_VOLTAGE (4097)", &data,
                 "    >>> Pin = 15, Volts = 18000mV\n", "    <<< Pin = 15, Volts = 18000mV\n");
-    const PDU_IO_PROG_VOLTAGE_DATA highest = {0xFFFFFFFF, 0xFFFFFFFE};
+    const PDU_IO_PROG_VOLTAGE_DATA highest = {.ProgVoltage_mv = 0xFFFFFFFF, .PinOnDLC = 0xFFFFFFFE};
     ExpectLines(PDU_IT_IO_PROG_VOLTAGE, "PDU_IT_IO_PROG_VOLTAGE (4097)", &highest,
                 "    >>> Pin = 4294967294, Volts = 4294967295mV\n",
                 "    <<< Pin = 4294967294, Volts = 4294967295mV\n");
@@ -128,7 +128,7 @@ TEST_F(Item, AllBytesOfAnArrayAreListedWhateverThePayloadLimit)
     SetSetting(NumericKey::LogMaxPduBuff, 1);
     UNUM8 bytes[17] = {0x30, 0x31, 0x32, 0x33, 0x34, 0x35, 0x36, 0x37, 0x38,
                        0x39, 0x3A, 0x3B, 0x3C, 0x3D, 0x3E, 0x3F, 0xFF};
-    const PDU_IO_BYTEARRAY_DATA data = {17, bytes};
+    const PDU_IO_BYTEARRAY_DATA data = {.DataSize = 17, .pData = bytes};
     ExpectLines(PDU_IT_IO_BYTEARRAY, "PDU_IT_IO_BYTEARRAY (4098)", &data,
                 "   -->  pByteArrayArra |00000000 <30 31 32 33 34 35 36 37 38 39 3A 3B 3C 3D 3E 3F>  "
                 "0123456789:;<=>?|\n"
@@ -143,7 +143,7 @@ TEST_F(Item, AllBytesOfAnArrayAreListedWhateverThePayloadLimit)
 TEST_F(Item, BytesOfAnArrayAreNotListedAtLevelOne)
 {
     UNUM8 byte = 0x30;
-    const PDU_IO_BYTEARRAY_DATA data = {1, &byte};
+    const PDU_IO_BYTEARRAY_DATA data = {.DataSize = 1, .pData = &byte};
     EXPECT_EQ(Decode(PDU_IT_IO_BYTEARRAY, &data, ToTarget, 1),
               Head("PDU_IT_IO_BYTEARRAY (4098)", &data, ToTarget));
 }
@@ -151,14 +151,14 @@ TEST_F(Item, BytesOfAnArrayAreNotListedAtLevelOne)
 TEST_F(Item, AnEmptyOrNullArrayIsReported)
 {
     UNUM8 byte = 0x30;
-    const PDU_IO_BYTEARRAY_DATA empty = {0, &byte};
+    const PDU_IO_BYTEARRAY_DATA empty = {.DataSize = 0, .pData = &byte};
     ExpectLines(PDU_IT_IO_BYTEARRAY, "PDU_IT_IO_BYTEARRAY (4098)", &empty,
                 "   -->  pByteArrayArray: Size\t= <ZERO>\n", "   <--  pByteArrayArray: Size\t= <ZERO>\n");
-    const PDU_IO_BYTEARRAY_DATA null = {5, nullptr};
+    const PDU_IO_BYTEARRAY_DATA null = {.DataSize = 5, .pData = nullptr};
     ExpectLines(PDU_IT_IO_BYTEARRAY, "PDU_IT_IO_BYTEARRAY (4098)", &null,
                 "   -->  pByteArrayArray: Address \t= <NULL>\n",
                 "   <--  pByteArrayArray: Address \t= <NULL>\n");
-    const PDU_IO_BYTEARRAY_DATA both = {0, nullptr};
+    const PDU_IO_BYTEARRAY_DATA both = {.DataSize = 0, .pData = nullptr};
     ExpectLines(PDU_IT_IO_BYTEARRAY, "PDU_IT_IO_BYTEARRAY (4098)", &both,
                 "   -->  pByteArrayArray: Size\t= <ZERO>\n"
                 "   -->  pByteArrayArray: Address \t= <NULL>\n",
@@ -173,7 +173,7 @@ TEST_F(Item, FiltersStandBelowTheHead)
                                  .FilterCompareSize = 2,
                                  .FilterMaskMessage = {0xFF, 0xF0},
                                  .FilterPatternMessage = {0x10, 0x20}};
-    const PDU_IO_FILTER_LIST data = {1, &filter};
+    const PDU_IO_FILTER_LIST data = {.NumFilterEntries = 1, .pFilterData = &filter};
     ExpectLines(PDU_IT_IO_FILTER, "PDU_IT_IO_FILTER (4099)", &data,
                 "    >>> ->NumFilterEntries \t= 1\n"
                 "\t\t -->  FilterEntry[00] Type=PDU_FLT_PASS_UUDT (17), Number=3, FilterSize=2\n"
@@ -191,10 +191,10 @@ TEST_F(Item, FiltersStandBelowTheHead)
 
 TEST_F(Item, AnEventQueuesModeIsSigned)
 {
-    const PDU_IO_EVENT_QUEUE_PROPERTY_DATA data = {64, 2};
+    const PDU_IO_EVENT_QUEUE_PROPERTY_DATA data = {.QueueSize = 64, .QueueMode = 2};
     ExpectLines(PDU_IT_IO_EVENT_QUEUE_PROPERTY, "PDU_IT_IO_EVENT_QUEUE_PROPERTY (4100)", &data,
                 "    >>> QueueSize = 64, QueueMode = 2\n", "    <<< QueueSize = 64, QueueMode = 2\n");
-    const PDU_IO_EVENT_QUEUE_PROPERTY_DATA highest = {0xFFFFFFFF, 0xFFFFFFFF};
+    const PDU_IO_EVENT_QUEUE_PROPERTY_DATA highest = {.QueueSize = 0xFFFFFFFF, .QueueMode = 0xFFFFFFFF};
     ExpectLines(PDU_IT_IO_EVENT_QUEUE_PROPERTY, "PDU_IT_IO_EVENT_QUEUE_PROPERTY (4100)", &highest,
                 "    >>> QueueSize = 4294967295, QueueMode = -1\n",
                 "    <<< QueueSize = 4294967295, QueueMode = -1\n");
@@ -331,8 +331,8 @@ TEST_F(Item, AResultIsShownAsTheEventThatItIs)
 TEST_F(Item, AStatusAnErrorAndInformationAreShownAsEvents)
 {
     T_PDU_STATUS status = PDU_COPST_FINISHED;
-    PDU_ERROR_DATA error = {PDU_ERR_EVT_RX_TIMEOUT, 5};
-    PDU_INFO_DATA info = {PDU_INFO_MODULE_LIST_CHG, 6};
+    PDU_ERROR_DATA error = {.ErrorCodeId = PDU_ERR_EVT_RX_TIMEOUT, .ExtraErrorInfoId = 5};
+    PDU_INFO_DATA info = {.InfoCode = PDU_INFO_MODULE_LIST_CHG, .ExtraInfoData = 6};
     const std::string null = testing::PointerText(nullptr);
     PDU_EVENT_ITEM event = {
         .ItemType = PDU_IT_STATUS, .hCop = 0xFFFFFFFF, .pCoPTag = nullptr, .Timestamp = 1, .pData = &status};
@@ -354,7 +354,7 @@ TEST_F(Item, AStatusAnErrorAndInformationAreShownAsEvents)
 
 TEST_F(Item, TheInnerTypeOfAnEventDecidesHowItIsShown)
 {
-    PDU_ERROR_DATA error = {PDU_ERR_EVT_RX_TIMEOUT, 5};
+    PDU_ERROR_DATA error = {.ErrorCodeId = PDU_ERR_EVT_RX_TIMEOUT, .ExtraErrorInfoId = 5};
     const PDU_EVENT_ITEM event = {
         .ItemType = PDU_IT_ERROR, .hCop = 2, .pCoPTag = nullptr, .Timestamp = 3, .pData = &error};
     const std::string line = "PDU_IT_ERROR (0x1302): hCoP = 2, Tag = " + testing::PointerText(nullptr) +
@@ -438,7 +438,7 @@ TEST_F(Item, ResourceIdsOfNoModuleAreTheSummaryAlone)
 
 TEST_F(Item, AConflictIsOneEntryWithASignedId)
 {
-    PDU_RSC_CONFLICT_DATA data = {0xFFFFFFFF, 400};
+    PDU_RSC_CONFLICT_DATA data = {.hMod = 0xFFFFFFFF, .ResourceId = 400};
     RecordObjectName(PDU_OBJT_RESOURCE, 400, "RSC_CAN");
     ExpectLines(PDU_IT_RSC_CONFLICT, "PDU_IT_RSC_CONFLICT (5376)", &data,
                 "    >>> hMod = 4294967295, ResourceId = RSC_CAN (400)\n",
@@ -500,7 +500,7 @@ TEST_F(Item, AVehicleIdRequestHasTheLevelOfTheHead)
 {
     CHAR8 value[] = "WVW";
     UNUM8 address[] = {192, 168, 0, 1};
-    PDU_IP_ADDR_INFO addresses[] = {{4, address}};
+    PDU_IP_ADDR_INFO addresses[] = {{.IpVersion = 4, .pAddress = address}};
     const PDU_IO_VEHICLE_ID_REQUEST_DATA data = {.PreselectionMode = 1,
                                                  .PreselectionValue = value,
                                                  .CombinationMode = 2,
@@ -516,7 +516,13 @@ TEST_F(Item, AVehicleIdRequestHasTheLevelOfTheHead)
 
 TEST_F(Item, AnExtendedVehicleIdRequestHasNoNameAndItsVersionAtTheEnd)
 {
-    const PDU_IO_VEHICLE_ID_REQUEST_EX data = {{1, nullptr, 9, 0, 0, nullptr}, 0x02};
+    const PDU_IO_VEHICLE_ID_REQUEST_EX data = {.Request = {.PreselectionMode = 1,
+                                                           .PreselectionValue = nullptr,
+                                                           .CombinationMode = 9,
+                                                           .VehicleDiscoveryTime = 0,
+                                                           .NumDestinationAddresses = 0,
+                                                           .pDestinationAddresses = nullptr},
+                                               .Ver = 0x02};
     const std::string line = "CombinationMode=<UNKNOWN> (9), PreselectionMode=1, "
                              "PreselectionValue='<NULL STRING>', VehicleDiscoveryTime=0, NumDestAddrs=0\n";
     ExpectLines(PDU_IT_IO_VEHICLE_ID_REQUEST_EX, "<UNKNOWN> (65536)", &data,
@@ -525,10 +531,10 @@ TEST_F(Item, AnExtendedVehicleIdRequestHasNoNameAndItsVersionAtTheEnd)
 
 TEST_F(Item, SwitchAndEntityAlwaysHaveTheArrowOfAnArgument)
 {
-    const PDU_IO_ETH_SWITCH_STATE_DATA state = {1, 8};
+    const PDU_IO_ETH_SWITCH_STATE_DATA state = {.State = 1, .PinNumber = 8};
     ExpectLines(PDU_IT_IO_ETH_SWITCH_STATE, "PDU_IT_IO_ETH_SWITCH_STATE (6145)", &state,
                 "   -->  Pin Number\t\t= 8 -> ON (1)\n", "   -->  Pin Number\t\t= 8 -> ON (1)\n");
-    const PDU_IO_ENTITY_ADDRESS_DATA address = {0xE80, 2000};
+    const PDU_IO_ENTITY_ADDRESS_DATA address = {.LogicalAddress = 0xE80, .CtrlTimeout = 2000};
     const std::string addressLine = "   -->  PDU_IO_ENTITY_ADDRESS_DATA: Addr = 0x0E80, Ctrl T/O = 2000\n";
     ExpectLines(PDU_IT_IO_ENTITY_ADDRESS, "PDU_IT_IO_ENTITY_ADDRESS (6146)", &address, addressLine,
                 addressLine);
@@ -542,7 +548,7 @@ TEST_F(Item, SwitchAndEntityAlwaysHaveTheArrowOfAnArgument)
 TEST_F(Item, WithAClosedGateNothingIsRead)
 {
     UNUM32 value = 1;
-    const PDU_DATA_ITEM item = {PDU_IT_IO_UNUM32, &value};
+    const PDU_DATA_ITEM item = {.ItemType = PDU_IT_IO_UNUM32, .pData = &value};
     ExpectThreeGates([&](const DecoderContext& context) { DecodeItem(context, ToTarget, "item", &item); });
     ExpectThreeGates([](const DecoderContext& context) { DecodeItem(context, FromTarget, "item", nullptr); });
     const auto* const wild = reinterpret_cast<const PDU_DATA_ITEM*>(std::uintptr_t{8});
@@ -558,9 +564,9 @@ TEST_F(Item, EachTypeHasItsGates)
     const PDU_EVENT_ITEM event = {
         .ItemType = 0, .hCop = 0, .pCoPTag = nullptr, .Timestamp = 0, .pData = nullptr};
     const PDU_RSC_ID_ITEM ids = {.ItemType = 0, .NumModules = 0, .pResourceIdDataArray = nullptr};
-    const PDU_DATA_ITEM items[] = {{PDU_IT_RESULT, const_cast<PDU_EVENT_ITEM*>(&event)},
-                                   {PDU_IT_RSC_ID, const_cast<PDU_RSC_ID_ITEM*>(&ids)},
-                                   {0x1234, const_cast<PDU_RSC_ID_ITEM*>(&ids)}};
+    const PDU_DATA_ITEM items[] = {{.ItemType = PDU_IT_RESULT, .pData = const_cast<PDU_EVENT_ITEM*>(&event)},
+                                   {.ItemType = PDU_IT_RSC_ID, .pData = const_cast<PDU_RSC_ID_ITEM*>(&ids)},
+                                   {.ItemType = 0x1234, .pData = const_cast<PDU_RSC_ID_ITEM*>(&ids)}};
     for (const PDU_DATA_ITEM& item : items)
         ExpectThreeGates(
             [&](const DecoderContext& context) { DecodeItem(context, ToTarget, "item", &item); });

@@ -241,13 +241,13 @@ TEST_F(ObjectNames, EachKindOfObjectHasItsWordsForAMissingName)
         "   -->  ComParam (" + testing::PointerText(&param) +
             ") Id = [NOT YET READ] (id=7), DataType = PDU_PT_UNUM32 (0x0105), Class = PDU_PC_COM (0x0003)\n"
             "    >>> [NOT YET READ]                 (id=  7): =\t(u32)         1\t(0x00000001)\n");
-    PDU_PIN_DATA pin = {6, 7};
+    PDU_PIN_DATA pin = {.DLCPinNumber = 6, .DLCPinTypeId = 7};
     const PDU_RSC_DATA data = {.BusTypeId = 7, .ProtocolId = 7, .NumPinData = 1, .pDLCPinData = &pin};
     EXPECT_EQ(
         decoded([&](const DecoderContext& context) { DecodeRscData(context, "pRscData", &data); }),
         "   -->  pRscData       : BusTypeId = <UNKNOWN> (7), ProtocolId = <UNKNOWN> (7), NumPinData = 1\n"
         "    >>> pDLCPinData[0]:\tNum =  6, Type = <UNKNOWN> (7)\n");
-    const PDU_RSC_CONFLICT_DATA conflict = {1, 7};
+    const PDU_RSC_CONFLICT_DATA conflict = {.hMod = 1, .ResourceId = 7};
     EXPECT_EQ(decoded([&](const DecoderContext& context) { DecodeRscConflictList(context, &conflict); }),
               "\t\t  >>> pConflictData:\t\thMod=0x00000001, ResourceId=<UNKNOWN>(7)\n");
 }

@@ -36,7 +36,9 @@ TEST_F(Resource, NullDataIsReportedUnderItsLabel)
 
 TEST_F(Resource, NamesAreUnknownUntilTheApplicationAsked)
 {
-    PDU_PIN_DATA pins[] = {{6, 300}, {14, 301}, {1, 302}};
+    PDU_PIN_DATA pins[] = {{.DLCPinNumber = 6, .DLCPinTypeId = 300},
+                           {.DLCPinNumber = 14, .DLCPinTypeId = 301},
+                           {.DLCPinNumber = 1, .DLCPinTypeId = 302}};
     const PDU_RSC_DATA data = {.BusTypeId = 200, .ProtocolId = 100, .NumPinData = 3, .pDLCPinData = pins};
     EXPECT_EQ(Data(&data),
               "   -->  pRscData       : BusTypeId = <UNKNOWN> (200), ProtocolId = <UNKNOWN> (100), "
@@ -69,7 +71,7 @@ TEST_F(Resource, MissingPinsAreReportedAndWarnedOfIfCounted)
 
 TEST_F(Resource, PinsWithoutACountAreNotListed)
 {
-    PDU_PIN_DATA pin = {6, 300};
+    PDU_PIN_DATA pin = {.DLCPinNumber = 6, .DLCPinTypeId = 300};
     const PDU_RSC_DATA data = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 0, .pDLCPinData = &pin};
     EXPECT_EQ(
         Data(&data),
@@ -104,7 +106,7 @@ TEST_F(Resource, MissingIdsAreWarnedOfInTheWordsOfPins)
 
 TEST_F(Resource, AConflictHasTheDeepestArrowToTheTarget)
 {
-    const PDU_RSC_CONFLICT_DATA entry = {1, 400};
+    const PDU_RSC_CONFLICT_DATA entry = {.hMod = 1, .ResourceId = 400};
     const auto conflict = [](const PDU_RSC_CONFLICT_DATA* data) {
         return Decoded([&](const DecoderContext& context) { DecodeRscConflictList(context, data); });
     };

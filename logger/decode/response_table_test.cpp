@@ -111,7 +111,7 @@ TEST_F(ResponseTable, AfterAnItemTableParametersAndValuesHaveLevelsOneToThree)
     PDU_ECU_UNIQUE_RESP_DATA entry = {.UniqueRespIdentifier = 7, .NumParamItems = 1, .pParams = &param};
     PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
         .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 1, .pUniqueData = &entry};
-    const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
+    const PDU_DATA_ITEM item = {.ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .pData = &table};
     const auto afterItem = [&](Arrow arrow, const std::string& indent) {
         const std::string text =
             Decoded([&](const DecoderContext& context) { DecodeItem(context, arrow, "item", &item); });
@@ -147,7 +147,7 @@ TEST_F(ResponseTable, AfterAnItemAStructFieldRunsIntoTheNeighbouringIndents)
     PDU_ECU_UNIQUE_RESP_DATA entry = {.UniqueRespIdentifier = 7, .NumParamItems = 1, .pParams = &param};
     PDU_UNIQUE_RESP_ID_TABLE_ITEM table = {
         .ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .NumEntries = 1, .pUniqueData = &entry};
-    const PDU_DATA_ITEM item = {PDU_IT_UNIQUE_RESP_ID_TABLE, &table};
+    const PDU_DATA_ITEM item = {.ItemType = PDU_IT_UNIQUE_RESP_ID_TABLE, .pData = &table};
     const auto afterItem = [&](Arrow arrow) {
         const std::string text =
             Decoded([&](const DecoderContext& context) { DecodeItem(context, arrow, "item", &item); });

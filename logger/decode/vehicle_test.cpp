@@ -14,7 +14,7 @@ protected:
     }
     static std::string Switch(UNUM32 state)
     {
-        const PDU_IO_ETH_SWITCH_STATE_DATA item = {state, 8};
+        const PDU_IO_ETH_SWITCH_STATE_DATA item = {.State = state, .PinNumber = 8};
         return Decoded([&](const DecoderContext& context) { DecodeEthSwitchState(context, &item); });
     }
     static std::string Entity(UNUM32 type)
@@ -82,8 +82,10 @@ TEST_F(Vehicle, AddressesOfBothKindsAndTheirFaults)
 {
     UNUM8 ipv4[] = {0xC0, 0xA8, 0x00, 0x01};
     UNUM8 ipv6[] = {0xFE, 0x80, 0, 0, 0, 0, 0, 0, 0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC, 0xDE, 0xF0};
-    PDU_IP_ADDR_INFO addresses[] = {{4, ipv4},    {6, ipv6},    {5, ipv4},
-                                    {4, nullptr}, {6, nullptr}, {5, nullptr}};
+    PDU_IP_ADDR_INFO addresses[] = {
+        {.IpVersion = 4, .pAddress = ipv4},    {.IpVersion = 6, .pAddress = ipv6},
+        {.IpVersion = 5, .pAddress = ipv4},    {.IpVersion = 4, .pAddress = nullptr},
+        {.IpVersion = 6, .pAddress = nullptr}, {.IpVersion = 5, .pAddress = nullptr}};
     const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {.PreselectionMode = 0,
                                                  .PreselectionValue = nullptr,
                                                  .CombinationMode = 1,
@@ -103,7 +105,13 @@ TEST_F(Vehicle, AddressesOfBothKindsAndTheirFaults)
 
 TEST_F(Vehicle, TheExtendedRequestAddsItsVersion)
 {
-    const PDU_IO_VEHICLE_ID_REQUEST_EX item = {{0, nullptr, 0, 2, 0, nullptr}, 3};
+    const PDU_IO_VEHICLE_ID_REQUEST_EX item = {.Request = {.PreselectionMode = 0,
+                                                           .PreselectionValue = nullptr,
+                                                           .CombinationMode = 0,
+                                                           .VehicleDiscoveryTime = 2,
+                                                           .NumDestinationAddresses = 0,
+                                                           .pDestinationAddresses = nullptr},
+                                               .Ver = 3};
     EXPECT_EQ(
         Decoded([&](const DecoderContext& context) { DecodeVehicleIdRequestEx(context, FromTarget, &item); }),
         "   <--  CombinationMode=Entity (0), PreselectionMode=0, PreselectionValue='<NULL STRING>', "
@@ -128,7 +136,7 @@ TEST_F(Vehicle, AnEntityIsAGatewayANodeOrUnknown)
 
 TEST_F(Vehicle, AnEntitysAddressHasFourDigits)
 {
-    const PDU_IO_ENTITY_ADDRESS_DATA item = {0xE80, 2000};
+    const PDU_IO_ENTITY_ADDRESS_DATA item = {.LogicalAddress = 0xE80, .CtrlTimeout = 2000};
     EXPECT_EQ(Decoded([&](const DecoderContext& context) { DecodeEntityAddress(context, &item); }),
               "   -->  PDU_IO_ENTITY_ADDRESS_DATA: Addr = 0x0E80, Ctrl T/O = 2000\n");
 }
@@ -146,7 +154,7 @@ TEST_F(Vehicle, NullItemsHaveTheirOwnWords)
 TEST_F(Vehicle, AListLargerThanTheBufferEndsWithTheMarker)
 {
     UNUM8 ipv4[] = {1, 2, 3, 4};
-    std::vector<PDU_IP_ADDR_INFO> addresses(10000, PDU_IP_ADDR_INFO{4, ipv4});
+    std::vector<PDU_IP_ADDR_INFO> addresses(10000, PDU_IP_ADDR_INFO{.IpVersion = 4, .pAddress = ipv4});
     const PDU_IO_VEHICLE_ID_REQUEST_DATA item = {.PreselectionMode = 0,
                                                  .PreselectionValue = nullptr,
                                                  .CombinationMode = 1,

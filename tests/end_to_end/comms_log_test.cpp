@@ -77,7 +77,7 @@ TEST_F(CommsLog, BytesWithoutANameAreDumpedToo)
 {
     Begin({});
     const UNUM8 bytes[] = {0x41};
-    const LogParameterBytes data = {1, bytes};
+    const LogParameterBytes data = {.Length = 1, .Bytes = bytes};
     EXPECT_EQ(Reported(1, 256, {{0x1002, 0, nullptr, &data}}),
               "{stamp} [DoIP] ->  message\n"
               "{stamp}    -->  <NULL STRING>  |00000000 <41>                                               "
@@ -88,7 +88,7 @@ TEST_F(CommsLog, BytesAreDumpedWholeAtAllLevels)
 {
     Begin({{"LogFnCalls", "0"}, {"LogFnDecodeArgs", "0"}, {"LogMaxPduBuff", "1"}});
     const UNUM8 bytes[] = {0x02, 0xFD, 0x41};
-    const LogParameterBytes data = {3, bytes};
+    const LogParameterBytes data = {.Length = 3, .Bytes = bytes};
     EXPECT_EQ(Reported(0, 256, {{0x1002, 0, "Payload", &data}}),
               "{stamp} [DoIP] <-  message\n"
               "{stamp}    <--  Payload        |00000000 <02 FD 41>                                         "
@@ -148,7 +148,7 @@ TEST_F(CommsLog, AReportLongerThanTheBufferEndsWithTheMarker)
 {
     Begin({});
     const std::vector<UNUM8> bytes(20000, 0x55);
-    const LogParameterBytes data = {20000, bytes.data()};
+    const LogParameterBytes data = {.Length = 20000, .Bytes = bytes.data()};
     const std::string text = Reported(0, 256, {{0x1002, 0, "Payload", &data}, {0x1001, 0, nullptr, nullptr}});
     EXPECT_EQ(text.find("\t\t\t\t...\n"), text.size() - 8);
 }

@@ -156,13 +156,13 @@ TEST_F(EventItemCalls, AKnownTypeThatIsNoEventIsNamedAndNotDecoded)
 TEST_F(EventItemCalls, ErrorsAndInformationAreDecoded)
 {
     Start({{"LogFnDecodeRsps", "1"}});
-    PDU_ERROR_DATA error = {PDU_ERR_EVT_RX_TIMEOUT, 5};
+    PDU_ERROR_DATA error = {.ErrorCodeId = PDU_ERR_EVT_RX_TIMEOUT, .ExtraErrorInfoId = 5};
     PDU_EVENT_ITEM errorItem = {
         .ItemType = PDU_IT_ERROR, .hCop = 9, .pCoPTag = nullptr, .Timestamp = 3000000000u, .pData = &error};
     EXPECT_EQ(Decoded(&errorItem),
               Summary(errorItem, "PDU_IT_ERROR (0x1302)", "0x00000009") +
                   "{stamp}     <<< ErrorCode = PDU_ERR_EVT_RX_TIMEOUT (0x0103), ExtraErrorData = 5\n");
-    PDU_INFO_DATA info = {PDU_INFO_MODULE_LIST_CHG, 6};
+    PDU_INFO_DATA info = {.InfoCode = PDU_INFO_MODULE_LIST_CHG, .ExtraInfoData = 6};
     PDU_EVENT_ITEM infoItem = {
         .ItemType = PDU_IT_INFO, .hCop = 9, .pCoPTag = nullptr, .Timestamp = 3000000000u, .pData = &info};
     EXPECT_EQ(Decoded(&infoItem),

@@ -32,7 +32,7 @@ std::uint64_t At(const void* pointer)
 }
 
 PDU_RSC_DATA Resource = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 0, .pDLCPinData = nullptr};
-PDU_FLAG_DATA Flags = {0, nullptr};
+PDU_FLAG_DATA Flags = {.NumFlagBytes = 0, .pFlagData = nullptr};
 PDU_COP_CTRL_DATA Control = {.Time = 1,
                              .NumSendCycles = 2,
                              .NumReceiveCycles = 3,
@@ -56,7 +56,7 @@ PDU_RSC_STATUS_ITEM ResourceStatus = {
     .ItemType = PDU_IT_RSC_STATUS, .NumEntries = 0, .pResourceStatusData = nullptr};
 PDU_RSC_CONFLICT_ITEM* ConflictsPlace = nullptr;
 PDU_EVENT_ITEM* EventPlace = nullptr;
-PDU_DATA_ITEM Input = {PDU_IT_IO_UNUM32, &Place[1]};
+PDU_DATA_ITEM Input = {.ItemType = PDU_IT_IO_UNUM32, .pData = &Place[1]};
 PDU_DATA_ITEM* OutputPlace = nullptr;
 PDU_VERSION_DATA Version = {};
 UNUM8 Data[] = {1, 2, 3};

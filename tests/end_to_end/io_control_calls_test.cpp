@@ -60,8 +60,8 @@ protected:
 
     UNUM32 given_ = 0x10;
     UNUM32 found_ = 0xFFFFFFFF;
-    PDU_DATA_ITEM input_ = {PDU_IT_IO_UNUM32, &given_};
-    PDU_DATA_ITEM item_ = {PDU_IT_IO_UNUM32, &found_};
+    PDU_DATA_ITEM input_ = {.ItemType = PDU_IT_IO_UNUM32, .pData = &given_};
+    PDU_DATA_ITEM item_ = {.ItemType = PDU_IT_IO_UNUM32, .pData = &found_};
     /// The item that the target returns.
     PDU_DATA_ITEM* returned_ = &item_;
     T_PDU_ERROR status_ = PDU_STATUS_NOERROR;
@@ -253,7 +253,7 @@ TEST_F(IoControlCall, UndefinedHandlesAreNamedAndForwarded)
 TEST_F(IoControlCall, BytesOfAnItemAreListedFromLevelTwoOn)
 {
     UNUM8 bytes[] = {0x41, 0x00};
-    PDU_IO_BYTEARRAY_DATA array = {2, bytes};
+    PDU_IO_BYTEARRAY_DATA array = {.DataSize = 2, .pData = bytes};
     input_ = {PDU_IT_IO_BYTEARRAY, &array};
     item_ = input_;
     const std::string input = "{stamp}    -->  pInputData->ItemType\t= PDU_IT_IO_BYTEARRAY (4098)\n"

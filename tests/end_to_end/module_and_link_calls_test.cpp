@@ -88,10 +88,11 @@ protected:
         "{stamp} + PDUModuleDisconnect(hMod=0x00000001)\n"
         "{stamp} - PDUModuleDisconnect<PDU_STATUS_NOERROR (0x0000)>\n";
 
-    PDU_PIN_DATA pins[2] = {{6, 13}, {14, 15}};
+    PDU_PIN_DATA pins[2] = {{.DLCPinNumber = 6, .DLCPinTypeId = 13},
+                            {.DLCPinNumber = 14, .DLCPinTypeId = 15}};
     PDU_RSC_DATA resource = {.BusTypeId = 11, .ProtocolId = 12, .NumPinData = 2, .pDLCPinData = pins};
     UNUM8 flagByte = 0x80;
-    PDU_FLAG_DATA flags = {1, &flagByte};
+    PDU_FLAG_DATA flags = {.NumFlagBytes = 1, .pFlagData = &flagByte};
     UNUM32 hCLL = 77;
     void* const tag = Unreadable<void>();
 };

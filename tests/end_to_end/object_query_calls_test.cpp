@@ -67,7 +67,7 @@ protected:
     /// How a bus type, a protocol and a pin type with this id are shown in the request of PDUGetResourceIds.
     std::string RequestText(UNUM32 id)
     {
-        PDU_PIN_DATA pin = {1, id};
+        PDU_PIN_DATA pin = {.DLCPinNumber = 1, .DLCPinTypeId = id};
         PDU_RSC_DATA data = {.BusTypeId = id, .ProtocolId = id, .NumPinData = 1, .pDLCPinData = &pin};
         const std::string text = Logged([&] { Api().PDUGetResourceIds(1, &data, nullptr); });
         const std::size_t begin = text.find("BusTypeId");

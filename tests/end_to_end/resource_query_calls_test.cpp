@@ -188,7 +188,7 @@ protected:
                  Join(ResultLines(IndexLine("01")), ArgumentLines(secondContents_))));
     }
 
-    PDU_PIN_DATA pin_ = {6, 300};
+    PDU_PIN_DATA pin_ = {.DLCPinNumber = 6, .DLCPinTypeId = 300};
     PDU_RSC_DATA request_ = {.BusTypeId = 200, .ProtocolId = 100, .NumPinData = 1, .pDLCPinData = &pin_};
     UNUM32 ids_[2] = {400, 7};
     PDU_RSC_ID_ITEM_DATA modules_[2] = {{.hMod = 1, .NumIds = 2, .pResourceIdArray = ids_},
@@ -431,7 +431,8 @@ protected:
                                     .pVendorAdditionalInfo = name_,
                                     .ModuleStatus = 0}};
     PDU_MODULE_ITEM input_ = {.ItemType = PDU_IT_MODULE_ID, .NumEntries = 2, .pModuleData = modules_};
-    PDU_RSC_CONFLICT_DATA conflicts_[2] = {{1, 401}, {PDU_HANDLE_UNDEF, 0xFFFFFFFF}};
+    PDU_RSC_CONFLICT_DATA conflicts_[2] = {{.hMod = 1, .ResourceId = 401},
+                                           {.hMod = PDU_HANDLE_UNDEF, .ResourceId = 0xFFFFFFFF}};
     PDU_RSC_CONFLICT_ITEM item_ = {
         .ItemType = PDU_IT_RSC_CONFLICT, .NumEntries = 2, .pRscConflictData = conflicts_};
     /// The list that the target returns.

@@ -122,7 +122,7 @@ void CallAll(const CPduDll& api, UNUM32 thread, UNUM32 round)
     PDU_VERSION_DATA version = {};
     PDU_RSC_DATA resource = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 0, .pDLCPinData = nullptr};
     UNUM8 flagByte = 0x80;
-    PDU_FLAG_DATA flags = {1, &flagByte};
+    PDU_FLAG_DATA flags = {.NumFlagBytes = 1, .pFlagData = &flagByte};
     PDU_COP_CTRL_DATA control = {.Time = 0,
                                  .NumSendCycles = 1,
                                  .NumReceiveCycles = 1,
@@ -138,7 +138,7 @@ void CallAll(const CPduDll& api, UNUM32 thread, UNUM32 round)
     PDU_PARAM_ITEM* param = nullptr;
     PDU_UNIQUE_RESP_ID_TABLE_ITEM* table = nullptr;
     PDU_EVENT_ITEM* event = nullptr;
-    PDU_DATA_ITEM input = {PDU_IT_IO_UNUM32, &places[0]};
+    PDU_DATA_ITEM input = {.ItemType = PDU_IT_IO_UNUM32, .pData = &places[0]};
     PDU_DATA_ITEM* output = nullptr;
     std::string name = "Name_" + std::to_string(thread) + "_" + std::to_string(round);
 
@@ -245,7 +245,7 @@ private:
             });
         for (UNUM32 thread = 0; thread < ReportThreads; ++thread)
             threads.emplace_back([this] {
-                const LogParameterBytes bytes = {sizeof Payload, Payload};
+                const LogParameterBytes bytes = {.Length = sizeof Payload, .Bytes = Payload};
                 const LogParameter parameter = {
                     .Type = 0x1002, .Reserved = 0, .Name = "Payload", .Data = &bytes};
                 for (UNUM32 i = 0; i < EventsEach; ++i)

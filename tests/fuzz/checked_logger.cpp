@@ -222,7 +222,8 @@ void CheckedLogger::Report(RecordSource& source)
         if (source.Coin())
             parameters.push_back({0x1000, 0, "A number", source.Bytes(4)});
         else
-            parameters.push_back({0x1002, 0, "Bytes", source.New(LogParameterBytes{40, source.Bytes(40)})});
+            parameters.push_back(
+                {0x1002, 0, "Bytes", source.New(LogParameterBytes{.Length = 40, .Bytes = source.Bytes(40)})});
     }
     using CommsPlace = LoggerModel::CommsPlace;
     if (model_.IsActive() && model_.FileIsOpen() && model_.Comms() != CommsPlace::OwnFile)

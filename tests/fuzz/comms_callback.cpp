@@ -20,11 +20,13 @@ LogParameter Parameter(RecordSource& source)
     case 1: {
         const UNUM32 size = source.Below(64);
         return {0x1002, 0, name,
-                source.New(LogParameterBytes{size, source.Coin() ? source.Bytes(size) : nullptr})};
+                source.New(LogParameterBytes{.Length = size,
+                                             .Bytes = source.Coin() ? source.Bytes(size) : nullptr})};
     }
     case 2: // Longer than the buffer, or of any length.
         return {0x1002, 0, name,
-                source.New(LogParameterBytes{2400 + source.Take<UNUM32>() / 2, source.Bytes(2400)})};
+                source.New(LogParameterBytes{.Length = 2400 + source.Take<UNUM32>() / 2,
+                                             .Bytes = source.Bytes(2400)})};
     default: // The value of an unknown type is not read.
         return {source.Take<UNUM32>() | 1, 0, nullptr, nullptr};
     }

@@ -229,7 +229,7 @@ private:
 
     void FetchCode(Request& request, T_PDU_IT type, UNUM32 code)
     {
-        PDU_ERROR_DATA data = {code, 0};
+        PDU_ERROR_DATA data = {.ErrorCodeId = code, .ExtraErrorInfoId = 0};
         FetchItem(request, type, &data);
         if (request.IsEnded)
             return;
@@ -243,7 +243,11 @@ private:
 
     void FetchItem(const Request& request, T_PDU_IT type, void* data)
     {
-        PDU_EVENT_ITEM item = {type, request.Handle, nullptr, ++time_, data};
+        PDU_EVENT_ITEM item = {.ItemType = type,
+                               .hCop = request.Handle,
+                               .pCoPTag = nullptr,
+                               .Timestamp = ++time_,
+                               .pData = data};
         GetEventItem(request.Link, &item);
     }
 

@@ -25,10 +25,10 @@ void DecodeOne(const DecoderContext& context, RecordSource& source)
     case 5: return DecodeAccessTiming(context, nested, source.NullOrNew(source.Take<PDU_PARAM_STRUCT_ACCESS_TIMING>()));
     case 6: return DecodeUniqueRespIdTable(context, arrow.Deeper(level % 2), source.NullOrNew(source.ResponseTable()));
     case 7: return DecodeVehicleIdRequest(context, arrow, source.NullOrNew(source.VehicleIdRequest()));
-    case 8: return DecodeVehicleIdRequestEx(context, arrow, source.NullOrNew(PDU_IO_VEHICLE_ID_REQUEST_EX{source.VehicleIdRequest(), source.Take<UNUM8>()}));
-    case 9: return DecodeEthSwitchState(context, source.NullOrNew(PDU_IO_ETH_SWITCH_STATE_DATA{source.Number(), source.Number()}));
+    case 8: return DecodeVehicleIdRequestEx(context, arrow, source.NullOrNew(PDU_IO_VEHICLE_ID_REQUEST_EX{.Request = source.VehicleIdRequest(), .Ver = source.Take<UNUM8>()}));
+    case 9: return DecodeEthSwitchState(context, source.NullOrNew(PDU_IO_ETH_SWITCH_STATE_DATA{.State = source.Number(), .PinNumber = source.Number()}));
     case 10: return DecodeEntityAddress(context, source.NullOrNew(source.Take<PDU_IO_ENTITY_ADDRESS_DATA>()));
-    case 11: return DecodeEntityStatus(context, source.NullOrNew(PDU_IO_ENTITY_STATUS_DATA{source.Number(), 1, 2, 3}));
+    case 11: return DecodeEntityStatus(context, source.NullOrNew(PDU_IO_ENTITY_STATUS_DATA{.EntityType = source.Number(), .TcpClientsMax = 1, .TcpClients = 2, .MaxDataSize = 3}));
     case 12: return DecodeRscData(context, label, source.NullOrNew(source.ResourceData()));
     case 13: return DecodeRscIdList(context, arrow.Deeper(2), label, source.NullOrNew(source.ResourceIdsOfModule()));
     case 14: return DecodeRscConflictList(context, source.NullOrNew(source.Take<PDU_RSC_CONFLICT_DATA>()));

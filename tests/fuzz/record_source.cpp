@@ -332,9 +332,9 @@ void* RecordSource::EventData(T_PDU_IT itemType)
     case PDU_IT_STATUS:
         return New(Code(StatusCodeNames));
     case PDU_IT_ERROR:
-        return New(PDU_ERROR_DATA{Code(EventErrorNames), Number()});
+        return New(PDU_ERROR_DATA{.ErrorCodeId = Code(EventErrorNames), .ExtraErrorInfoId = Number()});
     case PDU_IT_INFO:
-        return New(PDU_INFO_DATA{Code(InfoCodeNames), Number()});
+        return New(PDU_INFO_DATA{.InfoCode = Code(InfoCodeNames), .ExtraInfoData = Number()});
     default:
         return Bytes(1);
     }
@@ -384,7 +384,7 @@ void* RecordSource::ItemData(T_PDU_IT itemType)
     case PDU_IT_IO_VEHICLE_ID_REQUEST:
         return New(VehicleIdRequest());
     case PDU_IT_IO_VEHICLE_ID_REQUEST_EX:
-        return New(PDU_IO_VEHICLE_ID_REQUEST_EX{VehicleIdRequest(), Take<UNUM8>()});
+        return New(PDU_IO_VEHICLE_ID_REQUEST_EX{.Request = VehicleIdRequest(), .Ver = Take<UNUM8>()});
     case PDU_IT_IO_ENTITY_STATUS:
         return Bytes(sizeof(PDU_IO_ENTITY_STATUS_DATA));
     default:

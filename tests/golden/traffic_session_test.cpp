@@ -37,7 +37,7 @@ void CallAll(Stage& stage)
     UNUM32 number = 0;
     PDU_RSC_DATA resource = {.BusTypeId = 1, .ProtocolId = 2, .NumPinData = 0, .pDLCPinData = nullptr};
     UNUM8 flagByte = 0x80;
-    PDU_FLAG_DATA flags = {1, &flagByte};
+    PDU_FLAG_DATA flags = {.NumFlagBytes = 1, .pFlagData = &flagByte};
     stage.script.Give<UNUM32>("PDUGetTimestamp", 1, 99);
     stage.api.PDUGetTimestamp(1, &number);
     stage.script.Give<UNUM32>("PDUCreateComLogicalLink", 4, 2);
@@ -74,8 +74,8 @@ void ReportTraffic(Stage& stage)
     const UNUM32 address = 0x0E80;
     const std::array<UNUM8, 19> payload = {0x02, 0xFD, 0x80, 0x01, 0x00, 0x00, 0x00, 0x0B, 0x0E, 0x80,
                                            0x10, 0x10, 0x62, 0xF1, 0x90, 0x56, 0x49, 0x4E, 0x7E};
-    const LogParameterBytes bytes = {19, payload.data()};
-    const LogParameterBytes none = {0, nullptr};
+    const LogParameterBytes bytes = {.Length = 19, .Bytes = payload.data()};
+    const LogParameterBytes none = {.Length = 0, .Bytes = nullptr};
     std::thread([&] {
         stage.script.Report("Diagnostic message", 1, 256,
                             {{Number, 0, AddressName, &address}, {Bytes, 0, "Message", &bytes}});
@@ -101,7 +101,7 @@ void OutgrowTheFile(Stage& stage)
 {
     std::array<UNUM8, 1536> payload;
     std::iota(payload.begin(), payload.end(), UNUM8{0});
-    const LogParameterBytes bytes = {1536, payload.data()};
+    const LogParameterBytes bytes = {.Length = 1536, .Bytes = payload.data()};
     stage.script.Report("Download", 1, 256, {{Bytes, 0, "Block", &bytes}});
     WaitForANewName();
     stage.api.PDUDestroyComLogicalLink(1, 2);

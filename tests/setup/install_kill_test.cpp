@@ -185,7 +185,7 @@ std::string FolderTexts(const std::string& folder)
 {
     std::string texts;
     for (const CheckFinding& finding :
-         CheckLogFolder(folder, 5, [](const std::string&) { return std::nullopt; }).All)
+         CheckLogFolder(folder, 5, [](const std::string&) { return FolderFacts(); }).All)
         texts += std::to_string(static_cast<int>(finding.Level)) + " " + finding.Text + "\n";
     return texts;
 }

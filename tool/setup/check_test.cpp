@@ -168,13 +168,17 @@ TEST_F(CheckedTarget, WithoutAFolderIsLeftToTheSystem)
         << check.All[0].Text;
 }
 
-std::optional<std::uintmax_t> Gigabytes70(const std::string&)
+FolderFacts Gigabytes70(const std::string&)
 {
-    return std::uintmax_t{70} << 30;
+    return {.FreeBytes = std::uintmax_t{70} << 30};
 }
-std::optional<std::uintmax_t> Megabytes99(const std::string&)
+FolderFacts Megabytes99(const std::string&)
 {
-    return (std::uintmax_t{100} << 20) - 1;
+    return {.FreeBytes = (std::uintmax_t{100} << 20) - 1};
+}
+FolderFacts OnNetwork(const std::string&)
+{
+    return {.FreeBytes = std::uintmax_t{70} << 30, .IsOnNetwork = true};
 }
 
 TEST_F(CheckedLogFolder, ThatCanBeMadeIsNotMade)
@@ -193,7 +197,22 @@ TEST_F(CheckedLogFolder, WithScarceSpaceIsWarnedAbout)
     EXPECT_EQ(Flat(check.All),
               "ok LogFileDir: DIR | can be written, 99 MB free\n"
               "warning LogFileDir: DIR | Only 99 MB are free: a log of some hours may fill the disk.\n");
-    EXPECT_GT(FreeBytes(folder.Path().string()).value(), 0u);
+}
+
+TEST_F(CheckedLogFolder, OnTheNetworkIsWarnedAbout)
+{
+    const FolderCheck check = CheckLogFolder(folder.Path().string(), 5, OnNetwork);
+    EXPECT_TRUE(check.IsUsable);
+    EXPECT_EQ(Flat(check.All),
+              "ok LogFileDir: DIR | can be written, 70 GB free\n"
+              "warning line 5: DIR | A folder on the network: each line of the log waits for it.\n");
+}
+
+TEST_F(CheckedLogFolder, OfThisMachineHasItsFacts)
+{
+    const FolderFacts facts = FactsOfFolder(folder.Path().string());
+    EXPECT_GT(facts.FreeBytes.value(), 0u);
+    EXPECT_FALSE(facts.IsOnNetwork);
 }
 
 TEST_F(CheckedLogFolder, OnAnAbsentDriveCanNotBeMade)

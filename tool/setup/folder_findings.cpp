@@ -3,6 +3,7 @@
 #include "config/keys.h"
 #include "config/paths.h"
 #include "platform/files.h"
+#include "platform/network_folder.h"
 #include "platform/replace_file.h"
 #include "tool/setup/setup_files.h"
 
@@ -20,15 +21,16 @@ std::string SpaceText(std::uintmax_t bytes)
 
 } // namespace
 
-std::optional<std::uintmax_t> FreeBytes(const std::string& folder)
+FolderFacts FactsOfFolder(const std::string& folder)
 {
     std::error_code failed;
     const std::filesystem::space_info space = std::filesystem::space(FilePath(folder), failed);
-    return failed ? std::nullopt : std::optional(space.available);
+    return {.FreeBytes = failed ? std::nullopt : std::optional(space.available),
+            .IsOnNetwork = platform::IsOnNetwork(folder)};
 }
 
 FolderCheck CheckLogFolder(const std::string& folder, std::size_t line,
-                           const std::function<std::optional<std::uintmax_t>(const std::string&)>& freeBytes)
+                           const std::function<FolderFacts(const std::string&)>& factsOf)
 {
     FolderCheck check;
     const auto add = [&](FindingLevel level, const std::string& text, std::size_t at = 0) {
@@ -51,13 +53,17 @@ FolderCheck CheckLogFolder(const std::string& folder, std::size_t line,
                                   : "can't be made by this user: " + existing + " can't be written.",
                    line);
     check.IsUsable = true;
-    const std::optional<std::uintmax_t> space = freeBytes(existing);
+    const FolderFacts facts = factsOf(existing);
+    const std::optional<std::uintmax_t> space = facts.FreeBytes;
     add(FindingLevel::Ok,
         std::string(IsFolder(path) ? "can be written" : "does not exist yet and can be made") +
             (space ? ", " + SpaceText(*space) + " free" : ""));
     if (space && *space < LeastFree)
         add(FindingLevel::Warning,
             "Only " + SpaceText(*space) + " are free: a log of some hours may fill the disk.");
+    // The spelling of a share is a finding of its own.
+    if (facts.IsOnNetwork && !path.starts_with("\\\\"))
+        add(FindingLevel::Warning, "A folder on the network: each line of the log waits for it.", line);
     if (IsFolder(path) && platform::OthersMayWriteInFolder(path))
         add(FindingLevel::Warning, "Every user may write to this folder, and change or delete logs.");
     return check;

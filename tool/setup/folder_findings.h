@@ -16,12 +16,18 @@ struct FolderCheck
     bool IsUsable = false; ///< it exists or can be made, and files can be created in it
 };
 
-/// Bytes that this user can still write in a folder that exists; none if the system does not say.
-std::optional<std::uintmax_t> FreeBytes(const std::string& folder);
+/// What the system says about an existing folder.
+struct FolderFacts
+{
+    std::optional<std::uintmax_t> FreeBytes; ///< that this user can still write; none if it does not say
+    bool IsOnNetwork = false;
+};
 
-/// Checks a log folder without making it. `line` is that of LogFileDir.
-FolderCheck
-CheckLogFolder(const std::string& folder, std::size_t line,
-               const std::function<std::optional<std::uintmax_t>(const std::string&)>& freeBytes = FreeBytes);
+FolderFacts FactsOfFolder(const std::string& folder);
+
+/// Checks a log folder without making it. `line` is that of LogFileDir. `factsOf` is asked about the folder,
+/// or the nearest one above it that exists.
+FolderCheck CheckLogFolder(const std::string& folder, std::size_t line,
+                           const std::function<FolderFacts(const std::string&)>& factsOf = FactsOfFolder);
 
 } // namespace marvane::tool

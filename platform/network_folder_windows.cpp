@@ -1,0 +1,15 @@
+#include "platform/network_folder.h"
+
+#include "platform/utf8_windows.h"
+
+namespace marvane::platform {
+
+bool IsOnNetwork(const std::string& folder)
+{
+    // The root is asked: a drive, a share, or the folder in which a volume is mounted.
+    std::wstring root(folder.size() + MAX_PATH, L'\0');
+    return GetVolumePathNameW(WideFromUtf8(folder).c_str(), root.data(), static_cast<DWORD>(root.size())) &&
+           GetDriveTypeW(root.c_str()) == DRIVE_REMOTE;
+}
+
+} // namespace marvane::platform

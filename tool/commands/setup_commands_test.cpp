@@ -62,6 +62,37 @@ protected:
             shown.replace(at, wrap.size(), " ");
         return shown;
     }
+    /// What `check` prints about an entry that is installed: its findings in between, and the end.
+    std::string Checked(const std::string& entry, const std::string& rootFile,
+                        const std::string& configuration, const std::string& after, const std::string& counts,
+                        const std::string& outcome) const
+    {
+        return entry + "\n\n  ok  Marvane         DIR/copies/" + entry + "/LIBRARY 1.0.0.0, " + bits +
+               ", 29 of 29 functions\n" + rootFile + "  ok  configuration   DIR/copies/" + entry +
+               "/D_PDU_API_CFG.xml beside Marvane; PDU_CFG_FILE is not set\n" + configuration +
+               "  ok  LogFileDir      DIR/logs/ does not exist yet and can be made, SPACE free\n"
+               "  ok  target library  DIR/VENDOR 1.4.2.7, " +
+               bits + ", 29 of 29 functions\n" + after + "\n" + counts + "\nOutcome: " + outcome + ".\n";
+    }
+    static std::string WithoutSpace(const std::string& text)
+    {
+        return std::regex_replace(text, std::regex("[0-9]+ (GB|MB) free"), "SPACE free");
+    }
+    std::string Check(std::vector<std::string> words) const
+    {
+        words.insert(words.begin(), "check");
+        words.insert(words.end(), {"--root", root, "--to", folder / "copies"});
+        return WithoutSpace(Unwrapped(Run(words)));
+    }
+    static std::string LeadsToMarvane(const std::string& entry)
+    {
+        return "  ok  root file       DIR/root.xml (--root) entry \"" + entry + "\" leads to Marvane\n";
+    }
+    static std::string NotCalled(const std::string& why)
+    {
+        return "   !  root file       DIR/root.xml " + why +
+               " Marvane is not called. Run \"marvane install\" again.\n";
+    }
     static std::string Extension() { return platform::PathSeparator == '\\' ? ".exe" : ""; }
     std::string Install() const
     {
@@ -70,6 +101,7 @@ protected:
     }
 
     testing::TemporaryFolder folder;
+    testing::EnvironmentValue temp{"TEMP", folder.Path().string()}; ///< without a diagnostic log
     // A copy, since `check` reports every process that has the library loaded: other tests use the original.
     std::string library = folder / testing::LibraryName("SimVci");
     std::string root = folder / "root.xml";
@@ -144,22 +176,15 @@ TEST_F(SetupCommands, CheckNoticesThatMarvaneWasRemoved)
     const std::string before = testing::FileBytes(root);
     Install();
     testing::WriteFileBytes(root, before);
-    const std::string checked =
-        Unwrapped(Run({"check", "SimVci", "--root", root, "--to", folder / "copies"}));
-    const std::string removed =
-        "   !  root file       DIR/root.xml somebody put another path into the root description "
-        "file: " +
-        Named(UriOfPath(library, platform::PathSeparator)) +
-        " Marvane is not called. Run \"marvane install\" again.\n";
-    EXPECT_NE(checked.find(removed), std::string::npos) << checked;
-    EXPECT_TRUE(checked.ends_with("\n0 errors, 1 warning\nOutcome: works, no log.\nexit status 1\n"))
-        << checked;
+    const std::string another = "somebody put another path into the root description file: " +
+                                Named(UriOfPath(library, platform::PathSeparator));
+    EXPECT_EQ(Check({"SimVci"}),
+              Checked("SimVci", NotCalled(another), "", "", "0 errors, 1 warning", "works, no log") +
+                  "exit status 1\n");
     testing::WriteFileBytes(root, "<MVCI_PDU_API_ROOT/>");
-    EXPECT_NE(
-        Unwrapped(Run({"check", "--root", root, "--to", folder / "copies"}))
-            .find(
-                "   !  root file       DIR/root.xml the entry is gone from DIR/root.xml Marvane is not called."),
-        std::string::npos);
+    EXPECT_EQ(Check({}), Checked("SimVci", NotCalled("the entry is gone from DIR/root.xml"), "", "",
+                                 "0 errors, 1 warning", "works, no log") +
+                             "exit status 1\n");
 }
 
 TEST_F(SetupCommands, CheckWarnsOfTwoEntriesWithOneLogFolder)
@@ -173,13 +198,19 @@ TEST_F(SetupCommands, CheckWarnsOfTwoEntriesWithOneLogFolder)
     Install();
     Run({"install", "Second", "--root", root, "--to", folder / "copies", "--from", testing::BuildFolder(),
          "--log-dir", folder / "logs"});
-    const std::string checked = Unwrapped(Run({"check", "--root", root, "--to", folder / "copies"}));
-    for (const char* other : {"SimVci", "Second"})
-        EXPECT_NE(checked.find("   !  LogFileDir      DIR/logs/ is the log folder of entry \"" +
-                               std::string(other) +
-                               "\" too: their logs are mixed, and each deletes the other's.\n"),
-                  std::string::npos)
-            << checked;
+    const auto shared = [](const std::string& other) {
+        return "   !  LogFileDir      DIR/logs/ is the log folder of entry \"" + other +
+               "\" too: their logs are mixed, and each deletes the other's.\n";
+    };
+    const std::string works = "works, log in DIR/logs/";
+    EXPECT_EQ(Check({}), Checked("Second", LeadsToMarvane("Second"),
+                                 "  --  line 28         LogFlush is not 1: the last lines are lost if the "
+                                 "application crashes.\n",
+                                 shared("SimVci"), "0 errors, 1 warning", works) +
+                             "\n" +
+                             Checked("SimVci", LeadsToMarvane("SimVci"), "", shared("Second"),
+                                     "0 errors, 1 warning", works) +
+                             "exit status 1\n");
 }
 
 TEST_F(SetupCommands, ACopyOutOfUseIsFoundWhereTheCopiesAre)
@@ -200,10 +231,8 @@ TEST_F(SetupCommands, CheckOfAHealthyEntryEndsWithItsOutcome)
 {
     const testing::EnvironmentValue none("PDU_CFG_FILE", std::nullopt);
     Install();
-    const std::string checked = Run({"check", "SimVci", "--root", root});
-    EXPECT_TRUE(checked.starts_with("SimVci\n\n  ok  Marvane         DIR/copies/SimVci/LIBRARY\n"))
-        << checked;
-    EXPECT_TRUE(checked.ends_with("\n0 errors, 0 warnings\nOutcome: works, log in DIR/logs/.\n")) << checked;
+    EXPECT_EQ(Check({"SimVci"}), Checked("SimVci", LeadsToMarvane("SimVci"), "", "", "0 errors, 0 warnings",
+                                         "works, log in DIR/logs/"));
 }
 
 TEST_F(SetupCommands, CheckOfAnEntryWithoutMarvaneSaysSo)
@@ -238,12 +267,24 @@ TEST_F(SetupCommands, AsJsonAreOneDocumentEach)
         "root.xml\",\"marvane\":\"DIR/copies/SimVci/LIBRARY\",\"version\":\"1.0.0.0\",\"in_effect\":true,"
         "\"target\":\"DIR/VENDOR\",\"logging\":\"on, decoded\",\"log_folder\":\"DIR/logs/\","
         "\"log_files\":0,\"log_bytes\":0,\"newest\":[]}]}\n");
-    const std::string checked = shown("check");
-    EXPECT_TRUE(checked.starts_with(
-        "{\"schema\":\"marvane.check/1\",\"checked\":[{\"title\":\"SimVci\",\"findings\":[{"
-        "\"level\":\"ok\",\"place\":\"Marvane\",\"text\":\"DIR/copies/SimVci/LIBRARY"))
-        << checked;
-    EXPECT_TRUE(checked.ends_with("],\"outcome\":\"Outcome: works, log in DIR/logs/.\"}]}\n")) << checked;
+    // Named turns the escape of a line feed or a quote into "/n" and "/\"" on Windows.
+    std::string checked = WithoutSpace(shown("check"));
+    if (platform::PathSeparator == '\\')
+        checked = std::regex_replace(std::regex_replace(checked, std::regex("/n"), "\\n"), std::regex("/\""),
+                                     "\\\"");
+    EXPECT_EQ(checked,
+              "{\"schema\":\"marvane.check/1\",\"checked\":[{\"title\":\"SimVci\",\"findings\":["
+              "{\"level\":\"ok\",\"place\":\"Marvane\",\"text\":\"DIR/copies/SimVci/LIBRARY\\n1.0.0.0, " +
+                  bits +
+                  ", 29 of 29 functions\"},"
+                  "{\"level\":\"ok\",\"place\":\"root file\",\"text\":\"DIR/root.xml (--root)\\nentry "
+                  "\\\"SimVci\\\" leads to Marvane\"},"
+                  "{\"level\":\"ok\",\"place\":\"configuration\",\"text\":\"DIR/copies/SimVci/"
+                  "D_PDU_API_CFG.xml\\nbeside Marvane; PDU_CFG_FILE is not set\"},"
+                  "{\"level\":\"ok\",\"place\":\"LogFileDir\",\"text\":\"DIR/logs/\\ndoes not exist yet and "
+                  "can be made, SPACE free\"},"
+                  "{\"level\":\"ok\",\"place\":\"target library\",\"text\":\"DIR/VENDOR\\n1.4.2.7, " +
+                  bits + ", 29 of 29 functions\"}],\"outcome\":\"Outcome: works, log in DIR/logs/.\"}]}\n");
 }
 
 TEST_F(SetupCommands, SetAndLevelChangeWhatGetShows)

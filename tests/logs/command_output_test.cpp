@@ -115,6 +115,8 @@ const Row Others[] = {
 const Row Followed[] = {
     {"demo_follow_talk", "talk -f %LOGS%/demo --until-match requestOutOfRange", 0},
     {"demo_follow_errors", "errors -f %LOGS%/demo --timeout 0", 1},
+    {"not_loaded_follow_errors", "errors -f %LOGS%/not_loaded.LGR --until-match \"2 more calls\" --timeout 0",
+     0},
     {"continuation_follow_show", "show -f --call ModuleConnect %LOGS%/continuation --timeout 0", 1},
 };
 INSTANTIATE_TEST_SUITE_P(Followed, CommandOutput, ::testing::ValuesIn(Followed), NameOf);

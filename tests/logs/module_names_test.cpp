@@ -163,6 +163,30 @@ TEST_F(ModuleNames, GiveTheConversationItsWords)
               FileText(HandMadeLog("output/pending_errors.txt")));
 }
 
+TEST_F(ModuleNames, TellWhatAnErrorNumberOfTheLibraryMeans)
+{
+    const std::string log = Nameless("lost_data_and_errors.LGR");
+    WriteFileBytes(Log(), Replaced(log, "ExtraErrorData = 0", "ExtraErrorData = 4096"));
+    const auto found = [this](const std::string& options) {
+        const std::string output = Run("errors", options).Output;
+        return output.substr(output.find("   35 "), output.find("\n\n") - output.find("   35 "));
+    };
+    const std::string finding =
+        "   35   +0.004  22 F1 90, link 1                 EVT_TX_ERROR (0x0101), ~1 ms after the call\n"
+        "                extra error 4096";
+    EXPECT_EQ(found(""), finding);
+    EXPECT_EQ(found("--mdf " + Quoted(Mdf())), finding + ": ERR_BUS_OFF, The controller is off the bus");
+}
+
+TEST_F(ModuleNames, NameAnErrorThatTheLogDoesNotKnow)
+{
+    WriteFileBytes(Log(), Replaced(Nameless("lost_data_and_errors.LGR"), "PDU_ERR_EVT_TX_ERROR (0x0101)",
+                                   "<UNKNOWN ERROR> (0x010A)"));
+    EXPECT_NE(Run("errors", "").Output.find("<UNKNOWN ERROR> (0x010A), ~1 ms"), std::string::npos);
+    EXPECT_NE(Run("errors", "--mdf " + Quoted(Mdf())).Output.find("ERR_FUSE (0x010A), ~1 ms"),
+              std::string::npos);
+}
+
 TEST_F(ModuleNames, NameTheChangedParameters)
 {
     const ProgramResult result = Run("talk", "--link 2 --root " + Quoted(Root()));

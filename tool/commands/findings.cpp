@@ -63,6 +63,11 @@ Findings::Findings() : exchanges_(static_cast<read::ExchangeSink&>(*this), Suppr
 
 void Findings::OnSession(const read::Session& session)
 {
+    // The process has begun anew: nothing more comes of its former sessions.
+    for (auto& [number, calls] : notLoaded_)
+        if (calls.Process == session.Process)
+            PutMoreNotLoaded(number, calls);
+    processOf_[session.Number] = session.Process;
     hintsOf_[session.Number].OnSession(session);
     hints_.OnSession(session);
     names_.OnSession(session);
@@ -101,12 +106,20 @@ void Findings::PutFailed(const read::Call& call)
 {
     const std::uint32_t status = call.Status.value_or(0);
     const std::string text =
-        std::string(WithoutPrefix(WithoutPrefix(call.StatusName, "PDU_ERR_"), "PDU_")) + " " + Code(status);
+        ErrorText(call.Session, WithoutPrefix(WithoutPrefix(call.StatusName, "PDU_ERR_"), "PDU_"), status);
     if (status == PDU_ERR_EVENT_QUEUE_EMPTY)
         return Put(FindingKind::EmptyQueue, call, text);
     const auto why = history_.Why(call);
     Put(FindingKind::FailedCall, call, text,
         why ? std::vector<std::string>{*why} : std::vector<std::string>());
+}
+
+/// "EVT_RX_TIMEOUT (0x0103)". What the log calls unknown may be an error of the library's own.
+std::string Findings::ErrorText(std::uint32_t session, std::string_view name, std::uint32_t code) const
+{
+    const bool isUnknown = name.empty() || name.starts_with('<');
+    const std::optional<std::string> own = isUnknown ? names_.ErrorText(session, code) : std::nullopt;
+    return own.value_or(std::string(name)) + " " + Code(code);
 }
 
 void Findings::PutUnfinished(const read::Call& call)
@@ -119,12 +132,15 @@ void Findings::PutUnfinished(const read::Call& call)
         return Put(FindingKind::InFlight, call, "entered, never returned: the log ends here");
     if (call.State != CallState::NotLoaded)
         return;
-    NotLoaded& calls = notLoaded_[call.Session];
-    if (++calls.Count == 1) {
-        calls.First = call.Begin;
+    const auto [place, isFirst] =
+        notLoaded_.try_emplace(call.Session, NotLoaded{processOf_[call.Session], call.Begin});
+    if (isFirst)
         Put(FindingKind::NotLoaded, call, "called, but no target library is loaded (0x0020)",
             whyNotLoaded_[call.Session]);
-    }
+    else
+        ++place->second.More;
+    if (call.Which == read::Function::Destruct)
+        PutMoreNotLoaded(call.Session, place->second);
 }
 
 void Findings::OnCall(const read::Call& call)
@@ -255,13 +271,18 @@ void Findings::FindRefused(const read::Exchange& exchange, Finding finding)
 
 void Findings::FindSilent(const read::Exchange& exchange, Finding finding)
 {
-    finding.Text = exchange.ErrorCode == 0 ? "no answer" + After(exchange.Whole)
-                                           : std::string(WithoutPrefix(exchange.ErrorName, "PDU_ERR_")) +
-                                                 " " + Code(exchange.ErrorCode);
+    finding.Text =
+        exchange.ErrorCode == 0
+            ? "no answer" + After(exchange.Whole)
+            : ErrorText(exchange.Session, WithoutPrefix(exchange.ErrorName, "PDU_ERR_"), exchange.ErrorCode);
     if (exchange.ErrorAfter)
         finding.Text += ", " + MillisecondsText(*exchange.ErrorAfter) + " ms after " +
                         (exchange.ErrorAfter->IsByLog ? "the call" : "sending");
     finding.Why = WhySilent(exchange);
+    if (const std::uint32_t extra = exchange.ExtraError.value_or(0); extra != 0) {
+        const auto text = names_.ErrorText(exchange.Session, extra);
+        finding.Why.push_back("extra error " + std::to_string(extra) + (text ? ": " + *text : ""));
+    }
     const bool isAnswered = exchange.Result != Outcome::Silent;
     if (!isAnswered && exchange.Deciding()) {
         finding.Why.push_back("before it a " + RefusalText(exchange) + ", refused or pending");
@@ -312,20 +333,23 @@ void Findings::OnLateAnswer(const read::LateAnswer& late)
                1});
 }
 
+/// The calls of a session that found no target library since the first, or since this was called.
+void Findings::PutMoreNotLoaded(std::uint32_t session, NotLoaded& calls)
+{
+    if (calls.More > 0)
+        OnFinding({.Kind = FindingKind::NotLoaded,
+                   .At = calls.First,
+                   .Session = session,
+                   .Text = "and " + Counted(calls.More, "more call"),
+                   .Count = calls.More});
+    calls.More = 0;
+}
+
 void Findings::FinishFindings()
 {
     exchanges_.Finish();
-    for (const auto& [session, calls] : notLoaded_)
-        if (calls.Count > 1)
-            OnFinding({FindingKind::NotLoaded,
-                       calls.First,
-                       {},
-                       session,
-                       0,
-                       "",
-                       "and " + Counted(calls.Count - 1, "more call"),
-                       {},
-                       calls.Count - 1});
+    for (auto& [session, calls] : notLoaded_)
+        PutMoreNotLoaded(session, calls);
 }
 
 std::uint64_t Findings::ItemsGiven() const

@@ -45,13 +45,13 @@ struct Finding
 {
     FindingKind Kind = FindingKind::Damaged;
     read::Position At;
-    read::LogTime Time;
+    read::LogTime Time{};
     std::uint32_t Session = 0;
-    std::uint64_t Seq = 0;        ///< of the call; 0 if it is about none
-    std::string Subject;          ///< "PDULockResource, link 2"
-    std::string Text;             ///< "RSC_LOCKED_BY_OTHER_CLL (0x00A1)"
-    std::vector<std::string> Why; ///< "link 1 holds the lock since line 510"
-    std::uint64_t Count = 1;      ///< how many of its kind it stands for
+    std::uint64_t Seq = 0;          ///< of the call; 0 if it is about none
+    std::string Subject{};          ///< "PDULockResource, link 2"
+    std::string Text{};             ///< "RSC_LOCKED_BY_OTHER_CLL (0x00A1)"
+    std::vector<std::string> Why{}; ///< "link 1 holds the lock since line 510"
+    std::uint64_t Count = 1;        ///< how many of its kind it stands for
 };
 
 /// A sink that finds what went wrong. It gives out each finding when it is known, which is not always in the
@@ -99,19 +99,22 @@ private:
 
     struct NotLoaded
     {
-        std::uint64_t Count = 0;
+        std::uint32_t Process = 0;
         read::Position First;
+        std::uint64_t More = 0; ///< calls since it, and since they were put
     };
 
     void OnExchange(const read::Exchange& exchange) override;
     void OnLateAnswer(const read::LateAnswer& answer) override;
     void Put(FindingKind kind, const read::Call& call, std::string text, std::vector<std::string> why = {});
     void PutFailed(const read::Call& call);
+    void PutMoreNotLoaded(std::uint32_t session, NotLoaded& calls);
     void PutUnfinished(const read::Call& call);
     std::vector<std::string> WhySilent(const read::Exchange& exchange) const;
     std::vector<std::string> WhyRefused(const read::Exchange& exchange) const;
     std::string RefusalText(const read::Exchange& exchange) const;
     void FindRefused(const read::Exchange& exchange, Finding finding);
+    std::string ErrorText(std::uint32_t session, std::string_view name, std::uint32_t code) const;
     void FindSilent(const read::Exchange& exchange, Finding finding);
     void PutLeak(const read::Call& destruct);
 
@@ -119,6 +122,7 @@ private:
     LinkHistory history_;
     EcuStates states_;
     std::map<std::uint32_t, ItemBalance> items_;                     ///< by session
+    std::map<std::uint32_t, std::uint32_t> processOf_;               ///< by session
     std::map<std::uint32_t, NotLoaded> notLoaded_;                   ///< by session
     std::map<std::uint32_t, std::vector<std::string>> whyNotLoaded_; ///< by session
     std::map<std::uint32_t, SettingsHints> hintsOf_;                 ///< by session

@@ -3,6 +3,7 @@
 #include <map>
 #include <vector>
 
+#include "tool/commands/row_text.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/root_sources.h"
 #include "tool/setup/setup_files.h"
@@ -156,6 +157,17 @@ std::string MdfNames::ParamName(std::uint32_t session, std::uint32_t id, std::st
 {
     std::string known = name.empty() ? Names()(session, read::LinkPart::ComParam, id) : std::string(name);
     return known.empty() ? "ComParam " + std::to_string(id) : known;
+}
+
+std::optional<std::string> MdfNames::ErrorText(std::uint32_t session, std::uint32_t number) const
+{
+    const words::ModuleDescription* description = knowledge_ ? knowledge_->Of(session) : nullptr;
+    const words::MdfObject* error =
+        description ? description->Find(words::MdfKind::ErrorCode, number) : nullptr;
+    if (!error || (error->Name.empty() && error->Description.empty()))
+        return std::nullopt;
+    const bool hasBoth = !error->Name.empty() && !error->Description.empty();
+    return Printable(error->Name + (hasBoth ? ", " : "") + error->Description);
 }
 
 std::optional<std::string> MdfNames::DefaultOf(const read::Link& link, std::uint32_t id) const

@@ -35,6 +35,8 @@ public:
     read::LinkNames Names() const;
     /// `name` as the log has it, if it has one; else the file's, else "ComParam 603".
     std::string ParamName(std::uint32_t session, std::uint32_t id, std::string_view name) const;
+    /// "ERR_BUS_OFF, The controller is off the bus": what the file says about an error number of the library.
+    std::optional<std::string> ErrorText(std::uint32_t session, std::uint32_t number) const;
     std::optional<std::string> DefaultOf(const read::Link& link, std::uint32_t id) const;
 
 private:

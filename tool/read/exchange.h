@@ -84,6 +84,7 @@ struct Exchange
 
     std::uint32_t ErrorCode = 0; ///< of the first error item; 0 if there was none
     std::string ErrorName;
+    std::optional<std::uint32_t> ExtraError; ///< its ExtraErrorData
     std::optional<Latency> ErrorAfter;
     Position ErrorAt;
 

@@ -126,6 +126,7 @@ Exchanges::Arrival Exchanges::ArrivalOf(const Item& item)
                        item.Timestamp,
                        item.Code,
                        std::string(item.CodeName),
+                       item.Extra,
                        item.AcceptanceId,
                        {},
                        {}};
@@ -206,6 +207,7 @@ void Exchanges::Apply(Slot slot, Arrival&& arrival)
     } else if (arrival.Kind == ItemKind::Error && exchange.ErrorCode == 0) {
         exchange.ErrorCode = arrival.Code;
         exchange.ErrorName = std::move(arrival.CodeName);
+        exchange.ExtraError = arrival.Extra;
         exchange.ErrorAfter = Passed(sinceExecuting, exchange.Time, arrival.Time);
         exchange.ErrorAt = arrival.At;
     } else if (arrival.Kind == ItemKind::Status && arrival.Code == PDU_COPST_EXECUTING && !open.ExecutingAt) {

@@ -75,6 +75,7 @@ private:
         std::uint32_t Timestamp;
         std::uint32_t Code;
         std::string CodeName;
+        std::optional<std::uint32_t> Extra;
         std::optional<std::uint32_t> AcceptanceId;
         std::optional<std::uint32_t> TransferTime; ///< us, by both stamps of a result
         Answer Result;

@@ -1,9 +1,12 @@
 #include "platform/console.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 #include <windows.h>
 
+#include <fcntl.h>
+#include <io.h>
 #include <shellapi.h>
 
 namespace marvane::platform {
@@ -56,6 +59,8 @@ unsigned TerminalColumns(Stream stream)
 
 void PrepareStreams()
 {
+    // Else CR LF becomes LF, and a byte 1A ends the input.
+    _setmode(_fileno(stdin), _O_BINARY);
     const UINT codePage = GetConsoleOutputCP();
     if (codePage != 0 && codePage != CP_UTF8 && SetConsoleOutputCP(CP_UTF8))
         RestoreCodePage(codePage);

@@ -137,7 +137,7 @@ int RunAround(const Arguments& arguments, Console& console)
     std::vector<read::LogFile> files = FindLogs(arguments, console);
     if (files.empty())
         return ExitTrouble; // complained about
-    const SpooledInput spooled(files, console);
+    SpoolInput(files, console);
     const std::int64_t before = SpanOf(arguments, "--before", usual);
     const std::int64_t after = SpanOf(arguments, "--after", usual);
     if (arguments.Has("--line") + arguments.Has("--hcop") + arguments.Has("--at") != 1)

@@ -162,7 +162,7 @@ int RunCut(const Arguments& arguments, Console& console)
     std::vector<read::LogFile> files = FindLogs(arguments, console);
     if (files.empty())
         return ExitTrouble; // complained about
-    const SpooledInput spooled(files, console);
+    SpoolInput(files, console);
     const TimeRange range = TimeRangeOf(arguments, files);
     if (!range.Since && !range.Until)
         throw UsageError("cut needs --since or --until");

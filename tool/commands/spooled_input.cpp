@@ -1,6 +1,6 @@
 #include "tool/commands/spooled_input.h"
 
-#include <fstream>
+#include <algorithm>
 
 #include "tool/commands/arguments.h"
 #include "tool/read/byte_source.h"
@@ -9,40 +9,35 @@ namespace marvane::tool {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::size_t PieceSize = 256 * 1024;
 
-/// Copies all that a source gives. False if it could not be written.
-bool Copy(read::ByteSource& source, const fs::path& path)
+/// Copies all that a source gives; null if it could not be written.
+std::shared_ptr<platform::TemporaryFile> Copy(read::ByteSource& source)
 {
-    std::ofstream stream(path, std::ios::binary);
+    std::shared_ptr<platform::TemporaryFile> copy = platform::TemporaryFile::Make();
     std::vector<char> piece(PieceSize);
-    while (const std::size_t count = source.Read(piece))
-        stream.write(piece.data(), static_cast<std::streamsize>(count));
-    stream.close();
-    return stream.good();
+    while (const std::size_t count = copy ? source.Read(piece) : 0)
+        if (!copy->Append({piece.data(), count}))
+            return nullptr;
+    return copy;
 }
 
 } // namespace
 
-SpooledInput::SpooledInput(std::vector<read::LogFile>& files, Console& console)
+void SpoolInput(std::vector<read::LogFile>& files, Console& console)
 {
-    for (read::LogFile& file : files) {
-        if (!file.IsStandardInput)
-            continue;
-        folder_.emplace();
-        const std::unique_ptr<read::ByteSource> source = read::MaybeUnpacked(read::StandardInputSource());
-        const fs::path path = folder_->Path() / "input";
-        if (!Copy(*source, path))
-            throw Trouble("standard input can't be kept in " + folder_->Path().string());
-        if (const std::string trouble = source->Trouble(); !trouble.empty())
-            console.Complain("-: " + trouble);
-        file.Path = path;
-        file.Size = fs::file_size(path);
-        file.IsStandardInput = file.IsCompressed = false;
+    const auto input = std::ranges::find(files, true, &read::LogFile::IsStandardInput);
+    if (input == files.end())
         return;
-    }
+    const std::unique_ptr<read::ByteSource> source = read::MaybeUnpacked(read::StandardInputSource());
+    const std::shared_ptr<platform::TemporaryFile> copy = Copy(*source);
+    if (!copy)
+        throw Trouble("standard input can't be kept in the temporary folder");
+    if (const std::string trouble = source->Trouble(); !trouble.empty())
+        console.Complain("-: " + trouble);
+    input->Spool = copy;
+    input->Size = copy->Size();
+    input->IsStandardInput = input->IsCompressed = false;
 }
 
 } // namespace marvane::tool

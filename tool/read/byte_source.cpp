@@ -42,6 +42,27 @@ public:
     }
 };
 
+class CopySource : public ByteSource
+{
+public:
+    explicit CopySource(std::shared_ptr<const platform::TemporaryFile> spool) : spool_(std::move(spool)) {}
+
+    std::size_t Read(std::span<char> buffer) override
+    {
+        const std::size_t count = spool_->ReadAt(at_, buffer);
+        isShort_ = count == 0 && at_ < spool_->Size();
+        at_ += count;
+        return count;
+    }
+
+    std::string Trouble() const override { return isShort_ ? "can't be read" : ""; }
+
+private:
+    std::shared_ptr<const platform::TemporaryFile> spool_;
+    std::uint64_t at_ = 0;
+    bool isShort_ = false;
+};
+
 /// Passes bytes on, those first that were read to look at them.
 class PlainSource : public ByteSource
 {
@@ -143,6 +164,11 @@ std::unique_ptr<ByteSource> OpenFileSource(const std::filesystem::path& path, st
 std::unique_ptr<ByteSource> StandardInputSource()
 {
     return std::make_unique<InputSource>();
+}
+
+std::unique_ptr<ByteSource> SpoolSource(std::shared_ptr<const platform::TemporaryFile> spool)
+{
+    return std::make_unique<CopySource>(std::move(spool));
 }
 
 std::unique_ptr<ByteSource> MaybeUnpacked(std::unique_ptr<ByteSource> source)

@@ -8,6 +8,8 @@
 #include <span>
 #include <string>
 
+#include "platform/temporary_file.h"
+
 namespace marvane::read {
 
 class ByteSource
@@ -25,6 +27,8 @@ public:
 std::unique_ptr<ByteSource> OpenFileSource(const std::filesystem::path& path, std::uint64_t begin = 0);
 /// Standard input, which the caller has set to pass bytes as they are.
 std::unique_ptr<ByteSource> StandardInputSource();
+/// A copy that was made of another source.
+std::unique_ptr<ByteSource> SpoolSource(std::shared_ptr<const platform::TemporaryFile> spool);
 /// Unpacks what `source` gives if that begins as a gzip file does; else passes it on.
 std::unique_ptr<ByteSource> MaybeUnpacked(std::unique_ptr<ByteSource> source);
 

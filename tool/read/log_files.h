@@ -3,11 +3,13 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "line/file_names.h"
+#include "platform/temporary_file.h"
 #include "tool/read/log_reader.h"
 
 namespace marvane::read {
@@ -21,6 +23,8 @@ struct LogFile
     std::uint64_t Size = 0; ///< in bytes on disk; 0 for standard input
     bool IsCompressed = false;
     bool IsStandardInput = false;
+    /// What was standard input and is read more than once; null for all others.
+    std::shared_ptr<const platform::TemporaryFile> Spool;
 };
 
 /// What a path, folder or pattern led to.

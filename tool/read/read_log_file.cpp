@@ -26,6 +26,8 @@ bool HasStampedLine(std::string_view bytes)
 
 std::unique_ptr<ByteSource> Open(const LogFile& file)
 {
+    if (file.Spool)
+        return SpoolSource(file.Spool);
     std::unique_ptr<ByteSource> source =
         file.IsStandardInput ? StandardInputSource() : OpenFileSource(file.Path);
     return source ? MaybeUnpacked(std::move(source)) : nullptr;

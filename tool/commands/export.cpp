@@ -8,6 +8,7 @@
 #include "tool/commands/program.h"
 #include "tool/commands/shared_options.h"
 #include "tool/export/format.h"
+#include "tool/export/zone_time.h"
 
 namespace marvane::tool {
 
@@ -20,6 +21,29 @@ std::pair<std::string, std::string> TagOf(const std::string& text)
     if (sign == std::string::npos || sign == 0)
         throw UsageError("--tag takes KEY=VALUE, not '" + text + "'");
     return {text.substr(0, sign), text.substr(sign + 1)};
+}
+
+std::optional<int> ZoneOf(const Arguments& arguments)
+{
+    const std::optional<std::string> text = arguments.Value("--zone");
+    const std::optional<int> zone = text ? ParseZone(*text) : std::nullopt;
+    if (text && !zone)
+        throw UsageError("--zone takes an offset such as +01:00 or Z, not '" + *text + "'");
+    return zone;
+}
+
+/// Gives files without a date in their name that of --date.
+void SetDates(const Arguments& arguments, std::vector<read::LogFile>& files)
+{
+    const std::optional<std::string> text = arguments.Value("--date");
+    if (!text)
+        return;
+    const std::optional<TimeText> time = ParseTime(*text + " 00:00");
+    if (!time || !time->Day)
+        throw UsageError("--date takes a day such as 2026-11-25, not '" + *text + "'");
+    for (read::LogFile& file : files)
+        if (!file.Begin.HasNameTime)
+            file.Begin.NameTime.Ms = read::DaysOf(*time->Day) * read::MillisecondsPerDay;
 }
 
 std::string TableOf(const Arguments& arguments, const Format& format)
@@ -41,17 +65,35 @@ void RefuseWhatDoesNotFit(const Arguments& arguments, const Format& format, cons
     const std::string name = "--format " + std::string(format.Name);
     if (IsFollowing(arguments) && !format.CanFollow)
         throw UsageError("a log can't be followed with " + name);
-    const bool isToOutput = arguments.Value("--output").value_or("-") == "-";
+    if (arguments.Has("--out") && !format.HasDays)
+        throw UsageError(name + " is one file: -o FILE");
+    if (arguments.Has("--out") && arguments.Has("--output"))
+        throw UsageError("--out and -o exclude each other");
+    const bool isToOutput = !arguments.Has("--out") &&
+                            arguments.Value("--output").value_or("-") == "-";
     if (isToOutput && format.IsBinary && console.IsTerminal())
         throw UsageError(name + " is nothing for a terminal: -o FILE writes it to a file");
 }
 
-std::unique_ptr<Sink> SinkOf(const Arguments& arguments, Console& console)
+/// A machine's name as the name of a folder.
+std::string FolderNameOf(std::string host)
 {
+    for (char& letter : host)
+        if (static_cast<unsigned char>(letter) < 0x20 || std::string_view("/\\:*?\"<>|").find(letter) != std::string_view::npos)
+            letter = '_';
+    return host.empty() || host.find_first_not_of('.') == std::string::npos ? "_" : host;
+}
+
+std::unique_ptr<Sink> SinkOf(const Arguments& arguments, const Format& format, const Inputs& inputs,
+                             Console& console)
+{
+    if (const std::optional<std::string> folder = arguments.Value("--out"))
+        return MakeDayFolder(*folder + "/" + FolderNameOf(inputs.Host), "." + std::string(format.Name),
+                             inputs.IsFollowing ? Existing::Extended : Existing::Replaced);
     const std::string path = arguments.Value("--output").value_or("-");
     if (path == "-")
         return MakeOutputSink(console);
-    if (IsFollowing(arguments))
+    if (inputs.IsFollowing)
         return MakeFileSink(path, Existing::Extended);
     return MakeFileSink(path, arguments.Has("--force") ? Existing::Replaced : Existing::Refused);
 }
@@ -68,9 +110,11 @@ int RunExport(const Arguments& arguments, Console& console)
     std::vector<read::LogFile> files = FindLogs(arguments, console);
     if (files.empty())
         return IsFollowing(arguments) ? 1 : ExitTrouble; // the time-out came first, or complained about
+    SetDates(arguments, files);
     int status = 0;
     Inputs inputs = {
         .Files = files, .Messages = console, .Range = TimeRangeOf(arguments, files), .Names = names};
+    inputs.Zone = ZoneOf(arguments);
     inputs.Host = arguments.Value("--host").value_or(platform::HostName());
     for (const std::string& tag : arguments.Values("--tag"))
         inputs.Tags.push_back(TagOf(tag));
@@ -84,7 +128,7 @@ int RunExport(const Arguments& arguments, Console& console)
         else
             ReadLogs(files, reader);
     };
-    const std::unique_ptr<Sink> sink = SinkOf(arguments, console);
+    const std::unique_ptr<Sink> sink = SinkOf(arguments, format, inputs, console);
     format.Write(inputs, *sink);
     sink->Finish();
     return status;
@@ -94,12 +138,15 @@ constexpr Option OutputOptionList[] = {
     {"--format", "FORMAT", "What to write", FormatNames},
     {"-o,--output", "FILE", "The file to write, - for standard output, which is the default"},
     {"--force", "", "Replace FILE if it exists"},
+    {"--out", "DIR", "jsonl: a compressed file a day, DIR/HOST/DATE.jsonl.gz; a day's file is replaced whole"},
 };
 constexpr OptionGroup OutputOptions = {"Output", OutputOptionList};
 
 constexpr Option ContentOptionList[] = {
     {"--lines", "", "jsonl: the decoded lines of each call too"},
     {"--host", "NAME", "jsonl: the name of the machine that the log is from. Without it, this one's"},
+    {"--zone", "OFFSET", "The log's offset from UTC, such as +01:00 or Z. Without it, that of this machine"},
+    {"--date", "DATE", "The day of logs without a date in their name, such as 2026-11-25"},
     {"--tag", "KEY=VALUE", "jsonl: goes into the first record", {}, true},
 };
 constexpr OptionGroup ContentOptions = {"What is in it", ContentOptionList};
@@ -109,6 +156,7 @@ constexpr OptionGroup ExportGroups[] = {OutputOptions, ContentOptions, TimeOptio
 constexpr Example ExportExamples[] = {
     {"export --format jsonl -o run.jsonl run.LGR", "every call, item, exchange and problem as a JSON object"},
     {"export --format jsonl -f", "live, on standard output"},
+    {"export --format jsonl --out fleet logs", "a compressed file a day, for a database"},
 };
 
 } // namespace
@@ -121,7 +169,7 @@ constinit const Command ExportCommand = {
     .Description =
         "LOG is a file (.gz too), a folder, a pattern or - for standard input. Without it, the newest "
         "session in the log folder of the configuration that applies here.\n\n"
-        "FILE appears when it is complete. With -f, whole lines are added to it.",
+        "FILE appears when it is complete. With -f, whole lines are added to it, or to the file of their day.",
     .Examples = ExportExamples,
     .Groups = ExportGroups,
     .ExitStatus = "0; 1 at the time-out of -f; 2 for trouble or wrong usage, or if FILE exists",

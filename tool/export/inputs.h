@@ -20,7 +20,7 @@ struct Inputs
     TimeRange Range{};                 ///< records outside are left out, but they may explain those inside
     MdfNames Names{};                  ///< for numbers that the log shows without a name
     std::string Host{};
-    std::optional<int> Zone{}; ///< minutes between UTC and the log's time; none: the machine's
+    std::optional<int> Zone{}; ///< minutes from UTC to the time of the log; none: as on this machine
     std::vector<std::pair<std::string, std::string>> Tags{};
     std::string Table{};   ///< --table; empty: the format's usual one
     bool HasLines = false; ///< --lines: the decoded lines of the calls too

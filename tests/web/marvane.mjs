@@ -1,0 +1,46 @@
+// The command under test, and the logs of the tests.
+import { execFileSync } from "node:child_process";
+import { mkdtempSync, readdirSync, rmSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+
+export const source = process.env.MARVANE_SOURCE;
+
+/** Runs marvane and returns its standard output. Throws if its status is not 0. */
+export function marvane(...words) {
+  return execFileSync(process.env.MARVANE, words, {
+    encoding: "utf8",
+    maxBuffer: 1 << 30,
+    stdio: ["ignore", "pipe", "inherit"],
+  });
+}
+
+/** The objects of JSON Lines. */
+export function objects(text) {
+  return text
+    .split("\n")
+    .filter((line) => line !== "")
+    .map((line) => JSON.parse(line));
+}
+
+const folder = join(source, "tests", "logs");
+
+/** The conversation of the sample application with the simulated library. */
+export const demo = join(folder, "demo");
+
+/** Every log of the tests: files, and folders whose files belong together. */
+export function logs() {
+  return readdirSync(folder, { withFileTypes: true })
+    .filter((entry) => entry.name.endsWith(".LGR") || (entry.isDirectory() && entry.name !== "output"))
+    .map((entry) => join(folder, entry.name));
+}
+
+/** Calls `use` with a folder that is removed afterwards. */
+export async function withFolder(use) {
+  const path = mkdtempSync(join(tmpdir(), "marvane-web-"));
+  try {
+    return await use(path);
+  } finally {
+    rmSync(path, { recursive: true });
+  }
+}

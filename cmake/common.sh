@@ -12,6 +12,9 @@ fail() {
 native_packages="g++ cmake ninja-build googletest libcli11-dev zlib1g-dev libexpat1-dev"
 # The tests of completion in these shells are skipped without them.
 shell_packages="zsh fish"
+# Programs that read what is exported: tests open the exports with them.
+reader_packages="sqlite3"
+web_packages="nodejs npm"
 native_x86_packages="g++-multilib lib32z1-dev cmake ninja-build googletest libcli11-dev"
 windows_packages="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev libcli11-dev wine wine64"
 windows_x86_packages="g++-mingw-w64-i686-posix binutils-mingw-w64-i686 libz-mingw-w64-dev libcli11-dev wine wine64"

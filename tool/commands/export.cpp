@@ -69,8 +69,7 @@ void RefuseWhatDoesNotFit(const Arguments& arguments, const Format& format, cons
         throw UsageError(name + " is one file: -o FILE");
     if (arguments.Has("--out") && arguments.Has("--output"))
         throw UsageError("--out and -o exclude each other");
-    const bool isToOutput = !arguments.Has("--out") &&
-                            arguments.Value("--output").value_or("-") == "-";
+    const bool isToOutput = !arguments.Has("--out") && arguments.Value("--output").value_or("-") == "-";
     if (isToOutput && format.IsBinary && console.IsTerminal())
         throw UsageError(name + " is nothing for a terminal: -o FILE writes it to a file");
 }
@@ -79,7 +78,8 @@ void RefuseWhatDoesNotFit(const Arguments& arguments, const Format& format, cons
 std::string FolderNameOf(std::string host)
 {
     for (char& letter : host)
-        if (static_cast<unsigned char>(letter) < 0x20 || std::string_view("/\\:*?\"<>|").find(letter) != std::string_view::npos)
+        if (static_cast<unsigned char>(letter) < 0x20 ||
+            std::string_view("/\\:*?\"<>|").find(letter) != std::string_view::npos)
             letter = '_';
     return host.empty() || host.find_first_not_of('.') == std::string::npos ? "_" : host;
 }
@@ -112,6 +112,7 @@ int RunExport(const Arguments& arguments, Console& console)
         return IsFollowing(arguments) ? 1 : ExitTrouble; // the time-out came first, or complained about
     SetDates(arguments, files);
     int status = 0;
+    std::optional<read::LogReader> reader; // Owns the sessions that the format was given.
     Inputs inputs = {
         .Files = files, .Messages = console, .Range = TimeRangeOf(arguments, files), .Names = names};
     inputs.Zone = ZoneOf(arguments);
@@ -122,11 +123,11 @@ int RunExport(const Arguments& arguments, Console& console)
     inputs.HasLines = arguments.Has("--lines");
     inputs.IsFollowing = IsFollowing(arguments);
     inputs.Reading = [&](read::LogSink& sink, read::Wants wants, const std::function<void()>& afterBatch) {
-        read::LogReader reader(sink, wants);
+        reader.emplace(sink, wants);
         if (inputs.IsFollowing)
-            status = FollowLogs(arguments, console, files, reader, afterBatch);
+            status = FollowLogs(arguments, console, files, *reader, afterBatch);
         else
-            ReadLogs(files, reader);
+            ReadLogs(files, *reader);
     };
     const std::unique_ptr<Sink> sink = SinkOf(arguments, format, inputs, console);
     format.Write(inputs, *sink);
@@ -138,12 +139,15 @@ constexpr Option OutputOptionList[] = {
     {"--format", "FORMAT", "What to write", FormatNames},
     {"-o,--output", "FILE", "The file to write, - for standard output, which is the default"},
     {"--force", "", "Replace FILE if it exists"},
-    {"--out", "DIR", "jsonl: a compressed file a day, DIR/HOST/DATE.jsonl.gz; a day's file is replaced whole"},
+    {"--out", "DIR",
+     "jsonl: a compressed file a day, DIR/HOST/DATE.jsonl.gz; a day's file is replaced whole"},
 };
 constexpr OptionGroup OutputOptions = {"Output", OutputOptionList};
 
 constexpr Option ContentOptionList[] = {
-    {"--lines", "", "jsonl: the decoded lines of each call too"},
+    {"--table", "TABLE",
+     "csv: calls, exchanges, params, items, events, comms or problems. Without it, calls"},
+    {"--lines", "", "The decoded lines of each call too"},
     {"--host", "NAME", "jsonl: the name of the machine that the log is from. Without it, this one's"},
     {"--zone", "OFFSET", "The log's offset from UTC, such as +01:00 or Z. Without it, that of this machine"},
     {"--date", "DATE", "The day of logs without a date in their name, such as 2026-11-25"},
@@ -155,6 +159,9 @@ constexpr OptionGroup ExportGroups[] = {OutputOptions, ContentOptions, TimeOptio
 
 constexpr Example ExportExamples[] = {
     {"export --format jsonl -o run.jsonl run.LGR", "every call, item, exchange and problem as a JSON object"},
+    {"export --format csv --table exchanges -o run.csv run.LGR",
+     "each request with its answer, for a spreadsheet"},
+    {"export --format sql run.LGR | sqlite3 run.db", "a database with the views slowest and refused"},
     {"export --format jsonl -f", "live, on standard output"},
     {"export --format jsonl --out fleet logs", "a compressed file a day, for a database"},
 };

@@ -4,7 +4,9 @@
 
 namespace marvane::tool {
 
+void WriteCsv(const Inputs& inputs, Sink& sink);
 void WriteJsonLines(const Inputs& inputs, Sink& sink);
+void WriteSql(const Inputs& inputs, Sink& sink);
 
 namespace {
 
@@ -14,6 +16,11 @@ constexpr Format All[] = {
      .Write = WriteJsonLines,
      .CanFollow = true,
      .HasDays = true},
+    {.Name = "csv",
+     .Text = "a table for spreadsheets",
+     .Write = WriteCsv,
+     .Tables = "calls,exchanges,params,items,events,comms,problems,marks,sessions,logs"},
+    {.Name = "sql", .Text = "statements that make a database, for sqlite3", .Write = WriteSql},
 };
 
 } // namespace

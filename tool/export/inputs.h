@@ -28,7 +28,7 @@ struct Inputs
 
     /// Reads the files into `sink` once, with progress, and finishes the reader; follows them with --follow.
     /// `afterBatch` is called while following whenever a part was read: what is complete is then to be
-    /// written and flushed.
+    /// written and flushed. Sessions stay where they are until the next Read.
     void Read(
         read::LogSink& sink, read::Wants wants, const std::function<void()>& afterBatch = [] {}) const
     {

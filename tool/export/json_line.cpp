@@ -1,6 +1,7 @@
 #include "tool/export/json_line.h"
 
 #include <array>
+#include <charconv>
 
 #include "tool/commands/row_text.h"
 
@@ -81,6 +82,50 @@ void AppendHex(std::string& out, std::span<const std::uint8_t> bytes)
         *place++ = Digits[byte >> 4];
         *place++ = Digits[byte & 15];
     }
+}
+
+bool AppendJsonArray(std::string& out, std::span<const std::string_view> texts)
+{
+    bool isUtf8 = true;
+    out += '[';
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        out += i == 0 ? "" : ",";
+        isUtf8 &= AppendJsonString(out, texts[i]);
+    }
+    out += ']';
+    return isUtf8;
+}
+
+bool AppendJsonObject(std::string& out, std::span<const NamedValue> values)
+{
+    bool isUtf8 = true;
+    out += '{';
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        out += i == 0 ? "" : ",";
+        isUtf8 &= AppendJsonString(out, values[i].Key);
+        out += ':';
+        if (values[i].IsNumber)
+            out += values[i].Text;
+        else
+            isUtf8 &= AppendJsonString(out, values[i].Text);
+    }
+    out += '}';
+    return isUtf8;
+}
+
+void JsonLine::Number(std::string_view key, std::int64_t value)
+{
+    Key(key);
+    char digits[24];
+    text_.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+void JsonLine::Hex(std::string_view key, std::span<const std::uint8_t> bytes)
+{
+    Key(key);
+    text_ += '"';
+    AppendHex(text_, bytes);
+    text_ += '"';
 }
 
 } // namespace marvane::tool

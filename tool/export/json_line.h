@@ -1,90 +1,69 @@
 // A JSON object on one line, composed fast: it appends to a buffer that is used again and again.
 #pragma once
 
-#include <charconv>
-#include <concepts>
-#include <cstdint>
-#include <span>
-#include <string>
-#include <string_view>
+#include "tool/export/record_writer.h"
 
 namespace marvane::tool {
 
 /// Appends a string with its quotes. What is no UTF-8 becomes U+FFFD; false if there was any.
 bool AppendJsonString(std::string& out, std::string_view text);
 
+/// Appends an array of strings; an object of strings and numbers. False as above.
+bool AppendJsonArray(std::string& out, std::span<const std::string_view> texts);
+bool AppendJsonObject(std::string& out, std::span<const NamedValue> values);
+
 /// Appends bytes in lower-case hexadecimal, without blanks.
 void AppendHex(std::string& out, std::span<const std::uint8_t> bytes);
 
-class JsonLine
+/// A record with the key "kind"; "bytes_replaced" if a text was no UTF-8.
+class JsonLine : public RecordWriter
 {
 public:
-    /// Begins a new object; the last one is forgotten.
-    void Begin()
+    bool Takes(std::string_view) const override { return true; }
+    void Begin(std::string_view kind) override
     {
         text_ = "{";
         isReplaced_ = false;
+        Text("kind", kind);
     }
-
-    // Keys are plain: they are not escaped.
-    void Text(std::string_view key, std::string_view value)
+    void Text(std::string_view key, std::string_view value) override
     {
         Key(key);
         isReplaced_ |= !AppendJsonString(text_, value);
     }
-    /// Leaves the key out if there is no text.
-    void TextIfAny(std::string_view key, std::string_view value)
-    {
-        if (!value.empty())
-            Text(key, value);
-    }
-    void Number(std::string_view key, std::integral auto value)
+    void Number(std::string_view key, std::int64_t value) override;
+    void Flag(std::string_view key, bool value) override
     {
         Key(key);
-        char digits[24];
-        text_.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+        text_ += value ? "true" : "false";
     }
-    void True(std::string_view key)
+    void Hex(std::string_view key, std::span<const std::uint8_t> bytes) override;
+    void Texts(std::string_view key, std::span<const std::string_view> texts) override
     {
         Key(key);
-        text_ += "true";
+        isReplaced_ |= !AppendJsonArray(text_, texts);
     }
-    void False(std::string_view key)
+    void Values(std::string_view key, std::span<const NamedValue> values) override
     {
         Key(key);
-        text_ += "false";
+        isReplaced_ |= !AppendJsonObject(text_, values);
     }
-    void Hex(std::string_view key, std::span<const std::uint8_t> bytes)
-    {
-        Key(key);
-        text_ += '"';
-        AppendHex(text_, bytes);
-        text_ += '"';
-    }
-
-    /// Appends a key, and gives out the line for the caller to append the value.
-    std::string& Key(std::string_view key)
-    {
-        if (text_.size() > 1)
-            text_ += ',';
-        text_ += '"';
-        text_ += key;
-        text_ += "\":";
-        return text_;
-    }
-    /// To be told if a value that was appended by the caller was no UTF-8.
-    void MarkReplaced() { isReplaced_ = true; }
-
-    /// Ends the object, with "bytes_replaced" if it applies, and the line.
-    std::string_view End()
+    std::string_view End() override
     {
         if (isReplaced_)
-            True("bytes_replaced");
+            Flag("bytes_replaced", true);
         text_ += "}\n";
         return text_;
     }
 
 private:
+    void Key(std::string_view key)
+    {
+        text_ += text_.size() > 1 ? ",\"" : "\"";
+        text_ += key;
+        text_ += "\":";
+    }
+
     std::string text_;
     bool isReplaced_ = false;
 };

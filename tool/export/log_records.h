@@ -1,20 +1,21 @@
-// The records of a log as JSON Lines.
+// What a log says, record by record: docs/marvane-log.schema.json.
 #pragma once
 
 #include <string>
 
 #include "tool/commands/findings.h"
 #include "tool/export/inputs.h"
-#include "tool/export/json_line.h"
+#include "tool/export/record_writer.h"
 #include "tool/export/sink.h"
 #include "tool/export/zone_time.h"
 
 namespace marvane::tool {
 
-class JsonLines : public Findings
+class LogRecords : public Findings
 {
 public:
-    JsonLines(const Inputs& inputs, Sink& sink);
+    /// Reads the inputs and writes every record that the writer takes.
+    static void Write(const Inputs& inputs, RecordWriter& writer, Sink& sink);
 
     void OnSession(const read::Session& session) override;
     void OnEntry(const read::Call& call, bool isEvent) override;
@@ -27,12 +28,11 @@ public:
     void OnProblem(const read::Problem& problem) override;
     void OnFinding(const Finding& finding) override;
     void OnEnded(const read::Exchange& exchange) override;
-    /// To be called after LogReader::Finish.
-    void Finish();
 
 private:
+    LogRecords(const Inputs& inputs, RecordWriter& writer, Sink& sink);
+    void Finish();
     void WriteHead();
-    void WriteTags();
     void WriteSession();
     void WriteMore(const read::Comms& report);
     std::string_view FileName(std::uint32_t file) const;
@@ -43,9 +43,10 @@ private:
                     std::uint32_t session, std::uint64_t seq, std::string_view text);
 
     const Inputs& inputs_;
+    RecordWriter& line_;
     Sink& sink_;
     ZoneTime times_;
-    JsonLine line_;
+    std::string time_;
     const read::Session* session_ = nullptr; ///< whose record is still to be written
 };
 

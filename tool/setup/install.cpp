@@ -5,9 +5,9 @@
 
 #include "config/paths.h"
 #include "platform/child_process.h"
-#include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/library.h"
+#include "platform/narrow_text.h"
 #include "platform/replace_file.h"
 #include "tool/setup/check.h"
 #include "tool/setup/file_changes.h"
@@ -406,9 +406,9 @@ private:
             const std::string logs = ParseConfiguration(plan.Configuration).Text("LogFileDir").Value;
             add("logs", logs);
             // Where the copies are elsewhere, the readers of logs do not find them by the entry.
-            add("next", "restart the application, then: marvane talk " +
-                            (options_.To.empty() ? "--entry " + plan.Name
-                                                 : LogFolder(logs, platform::ExpandEnvironment)));
+            add("next",
+                "restart the application, then: marvane talk " +
+                    (options_.To.empty() ? "--entry " + plan.Name : LogFolder(logs, platform::ExpandUtf8)));
         }
         return report;
     }

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <map>
 
+#include "tool/commands/around_rows.h"
+
 namespace marvane::tool {
 
 namespace {
@@ -12,16 +14,6 @@ constexpr std::size_t TimeWidth = 9;
 constexpr std::size_t LeastWidth = 30;
 constexpr std::size_t MostBars = 3;
 
-/// One line of the drawing: the beginning of an act, its end, or both.
-struct Row
-{
-    read::Position At;
-    read::LogTime Time;
-    const Act* Of;
-    bool IsEnd = false;
-    bool IsBoth = false;
-};
-
 struct Column
 {
     std::uint32_t Thread = 0;
@@ -29,27 +21,7 @@ struct Column
     bool IsOfTheApplication = false; ///< it makes calls
 };
 
-std::vector<Row> RowsOf(const Scene& scene)
-{
-    std::vector<Row> all;
-    for (const Act& act : scene.Acts) {
-        all.push_back({act.Begin, act.BeginTime, &act});
-        if (act.End)
-            all.push_back({*act.End, act.EndTime, &act, true});
-    }
-    std::ranges::stable_sort(all, {}, &Row::At);
-    std::vector<Row> rows;
-    for (const Row& row : all) {
-        const bool isInside = row.Time >= scene.Begin && row.Time <= scene.End;
-        if (row.IsEnd && !rows.empty() && rows.back().Of == row.Of && row.Of->BeginTime == row.Of->EndTime)
-            rows.back().IsBoth = true;
-        else if (isInside)
-            rows.push_back(row);
-    }
-    return rows;
-}
-
-std::vector<Column> ColumnsOf(const Scene& scene, const std::vector<Row>& rows)
+std::vector<Column> ColumnsOf(const Scene& scene, const std::vector<SceneRow>& rows)
 {
     std::map<std::uint32_t, Column> byThread;
     for (const Act& act : scene.Acts) {
@@ -57,7 +29,7 @@ std::vector<Column> ColumnsOf(const Scene& scene, const std::vector<Row>& rows)
         column.Thread = act.Thread;
         column.IsOfTheApplication |= !act.IsByTheLibrary;
     }
-    for (const Row& row : rows)
+    for (const SceneRow& row : rows)
         ++byThread[row.Of->Thread].Rows;
     std::vector<Column> columns;
     columns.reserve(byThread.size());
@@ -68,7 +40,7 @@ std::vector<Column> ColumnsOf(const Scene& scene, const std::vector<Row>& rows)
 }
 
 /// How many calls of a thread are open between the row before and this one, or go on after it.
-std::size_t BarsAt(const Scene& scene, std::uint32_t thread, const Row& row)
+std::size_t BarsAt(const Scene& scene, std::uint32_t thread, const SceneRow& row)
 {
     std::size_t bars = 0;
     for (const Act& act : scene.Acts) {
@@ -78,21 +50,6 @@ std::size_t BarsAt(const Scene& scene, std::uint32_t thread, const Row& row)
         bars += act.Thread == thread && begun && open && !isOneRow ? 1 : 0;
     }
     return std::min(bars, MostBars);
-}
-
-std::string Duration(const Act& act)
-{
-    const std::int64_t span = act.EndTime - act.BeginTime;
-    return act.End && span > 0 ? "  " + std::to_string(span) + " ms" : std::string();
-}
-
-std::string TextOf(const Row& row)
-{
-    if (row.IsBoth)
-        return row.Of->Name + (row.Of->Result.empty() ? "" : "  " + row.Of->Result);
-    if (!row.IsEnd)
-        return row.Of->Name + (row.Of->IsReport ? "" : Duration(*row.Of));
-    return row.Of->Result.empty() ? "returns" : row.Of->Result;
 }
 
 /// A cell: its text, to the right for the end of an act, and its bars at the right edge.
@@ -145,7 +102,7 @@ void DrawHeading(const std::vector<Column>& columns, std::size_t width, Console&
 
 void DrawScene(const Scene& scene, Console& console)
 {
-    const std::vector<Row> rows = RowsOf(scene);
+    const std::vector<SceneRow> rows = RowsOf(scene);
     std::vector<Column> columns = ColumnsOf(scene, rows);
     const std::size_t room = console.Columns() - TimeWidth;
     const std::vector<Column> left(
@@ -155,7 +112,7 @@ void DrawScene(const Scene& scene, Console& console)
     std::ranges::stable_sort(columns, std::ranges::greater(), &Column::IsOfTheApplication);
     const std::size_t width = room / std::max<std::size_t>(columns.size(), 1);
     DrawHeading(columns, width, console);
-    for (const Row& row : rows) {
+    for (const SceneRow& row : rows) {
         std::string line = Clock(row.Time - scene.Zero);
         bool isShown = false;
         for (const Column& column : columns) {

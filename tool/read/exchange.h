@@ -48,8 +48,22 @@ struct Answer
     std::optional<std::uint32_t> From; ///< unique response identifier
     std::optional<std::uint8_t> Nrc;   ///< of a refusal, if its bytes are shown
     Latency After;
+    /// When it began (else when it was received), in us after the request's EXECUTING; modulo 2^32.
+    std::optional<std::uint32_t> SinceExecuting;
     Position At;
     LogTime Time; ///< when it was fetched
+};
+
+/// An error item that was fetched.
+struct RequestError
+{
+    std::uint32_t Code = 0;
+    std::string Name;
+    std::optional<std::uint32_t> Extra; ///< ExtraErrorData
+    Latency After;
+    std::optional<std::uint32_t> SinceExecuting; ///< as in Answer
+    Position At;
+    LogTime Time;
 };
 
 struct Exchange
@@ -95,6 +109,8 @@ struct Exchange
     /// By a comms report with the same bytes: how long after the call the request went out.
     std::optional<std::int64_t> SentAfterMs;
     Position SentAt;
+    /// By the first result that says so: how long after EXECUTING the request had been sent, in us.
+    std::optional<std::uint32_t> SentSinceExecuting;
 
     /// The answer that decided the outcome: the first good one, else the first refusal; null if there is
     /// none.

@@ -15,9 +15,21 @@ constexpr std::size_t MostEnded = 256;
 constexpr std::size_t MostSent = 64;
 constexpr std::size_t MostHeld = 256;
 
+/// From the library's EXECUTING status to a time of its clock, else from one time of the log to another.
+Latency PassedSince(std::optional<std::uint32_t> executingAt, std::uint32_t timestamp, LogTime from,
+                    LogTime to)
+{
+    return Passed(executingAt ? Elapsed(*executingAt, timestamp) : std::nullopt, from, to);
+}
+
 } // namespace
 
+void ExchangeSink::OnRequest(const Exchange&) {}
+void ExchangeSink::OnAnswer(const Exchange&, const Answer&) {}
+void ExchangeSink::OnError(const Exchange&, const RequestError&) {}
 void ExchangeSink::OnLateAnswer(const LateAnswer&) {}
+void ExchangeSink::OnStrayAnswer(const Link&, const Answer&) {}
+void ExchangeSink::OnStrayError(const Link&, const RequestError&) {}
 
 Exchanges::LinkKey Exchanges::LinkOf(const Call& call)
 {
@@ -103,6 +115,7 @@ void Exchanges::Start(const Call& start)
 {
     OpenExchange open = Begin(start);
     FindSending(open.What);
+    sink_.OnRequest(open.What);
     if (!open.What.Primitive) {
         // Without its handle nothing can be found that belongs to it.
         sink_.OnExchange(open.What);
@@ -119,7 +132,7 @@ void Exchanges::Start(const Call& start)
 
 Exchanges::Arrival Exchanges::ArrivalOf(const Item& item)
 {
-    Arrival arrival = {{LinkOf(*item.Fetch), *item.Primitive},
+    Arrival arrival = {{LinkOf(*item.Fetch), item.Primitive.value_or(UndefinedHandle)},
                        item.Kind,
                        item.At,
                        item.Fetch->EndTime,
@@ -129,9 +142,11 @@ Exchanges::Arrival Exchanges::ArrivalOf(const Item& item)
                        item.Extra,
                        item.AcceptanceId,
                        {},
+                       item.IsTxDoneValid ? item.TxDone : std::nullopt,
+                       item.IsStartValid ? item.Start : std::nullopt,
                        {}};
-    if (item.IsTxDoneValid && item.IsStartValid && item.TxDone && item.Start)
-        arrival.TransferTime = Elapsed(*item.TxDone, *item.Start);
+    if (arrival.TxDone && arrival.Start)
+        arrival.TransferTime = Elapsed(*arrival.TxDone, *arrival.Start);
     arrival.Result.Data.assign(item.Data.Shown.begin(), item.Data.Shown.end());
     arrival.Result.Size = item.Data.Size;
     arrival.Result.IsCut = item.Data.IsCut;
@@ -143,8 +158,10 @@ Exchanges::Arrival Exchanges::ArrivalOf(const Item& item)
 
 void Exchanges::OnItem(const Item& item)
 {
-    if (!item.Fetch || !item.Primitive)
+    if (!item.Fetch)
         return;
+    if (!item.Primitive)
+        return TakeStray(ArrivalOf(item));
     const Key key = {LinkOf(*item.Fetch), *item.Primitive};
     if (!openByHandle_.contains(key) && starting_.contains(key.On)) {
         // It may belong to the ComPrimitive whose handle is not known before its start returns.
@@ -185,6 +202,8 @@ void Exchanges::Take(Arrival&& arrival)
         Apply(open_.find(found->second), std::move(arrival));
     else if (arrival.Kind == ItemKind::Result)
         TakeLate(std::move(arrival));
+    else
+        TakeStray(std::move(arrival));
 }
 
 void Exchanges::Apply(Slot slot, Arrival&& arrival)
@@ -192,33 +211,80 @@ void Exchanges::Apply(Slot slot, Arrival&& arrival)
     OpenExchange& open = slot->second;
     Exchange& exchange = open.What;
     exchange.EndTime = arrival.Time;
-    std::optional<std::uint32_t> sinceExecuting;
-    if (open.ExecutingAt)
-        sinceExecuting = Elapsed(*open.ExecutingAt, arrival.Timestamp);
     if (arrival.Kind == ItemKind::Result) {
-        const auto us = arrival.TransferTime ? arrival.TransferTime : sinceExecuting;
-        arrival.Result.After = Passed(us, exchange.Time, arrival.Time);
-        arrival.Result.Kind =
-            KindOf(arrival.Result, exchange.Request, arrival.AcceptanceId, open.NegativeAcceptances);
-        ++exchange.AnswerCount;
-        exchange.PendingCount += arrival.Result.Kind == AnswerKind::Pending;
-        exchange.LastAnswerTime = arrival.Time;
-        KeepAnswer(exchange, std::move(arrival.Result));
-    } else if (arrival.Kind == ItemKind::Error && exchange.ErrorCode == 0) {
-        exchange.ErrorCode = arrival.Code;
-        exchange.ErrorName = std::move(arrival.CodeName);
-        exchange.ExtraError = arrival.Extra;
-        exchange.ErrorAfter = Passed(sinceExecuting, exchange.Time, arrival.Time);
-        exchange.ErrorAt = arrival.At;
+        AddAnswer(open, std::move(arrival));
+    } else if (arrival.Kind == ItemKind::Error) {
+        AddError(open, std::move(arrival));
     } else if (arrival.Kind == ItemKind::Status && arrival.Code == PDU_COPST_EXECUTING && !open.ExecutingAt) {
         open.ExecutingAt = arrival.Timestamp;
     } else if (arrival.Kind == ItemKind::Status &&
                (arrival.Code == PDU_COPST_FINISHED || arrival.Code == PDU_COPST_CANCELLED)) {
         exchange.IsEnded = true;
-        exchange.Whole = Passed(sinceExecuting, exchange.Time, arrival.Time);
+        exchange.Whole = PassedSince(open.ExecutingAt, arrival.Timestamp, exchange.Time, arrival.Time);
         open.IsCancelRequested = arrival.Code == PDU_COPST_CANCELLED;
         End(slot);
     }
+}
+
+void Exchanges::AddAnswer(OpenExchange& open, Arrival&& arrival)
+{
+    Exchange& exchange = open.What;
+    auto us = arrival.TransferTime;
+    if (open.ExecutingAt) {
+        arrival.Result.SinceExecuting = arrival.Start.value_or(arrival.Timestamp) - *open.ExecutingAt;
+        us = us ? us : Elapsed(*open.ExecutingAt, arrival.Timestamp);
+        if (arrival.TxDone && !exchange.SentSinceExecuting)
+            exchange.SentSinceExecuting = Elapsed(*open.ExecutingAt, *arrival.TxDone);
+    }
+    arrival.Result.After = Passed(us, exchange.Time, arrival.Time);
+    arrival.Result.Kind =
+        KindOf(arrival.Result, exchange.Request, arrival.AcceptanceId, open.NegativeAcceptances);
+    ++exchange.AnswerCount;
+    exchange.PendingCount += arrival.Result.Kind == AnswerKind::Pending;
+    exchange.LastAnswerTime = arrival.Time;
+    sink_.OnAnswer(exchange, arrival.Result);
+    KeepAnswer(exchange, std::move(arrival.Result));
+}
+
+RequestError Exchanges::ErrorOf(Arrival&& arrival, LogTime begin, std::optional<std::uint32_t> executingAt)
+{
+    RequestError error;
+    error.Code = arrival.Code;
+    error.Name = std::move(arrival.CodeName);
+    error.Extra = arrival.Extra;
+    error.After = PassedSince(executingAt, arrival.Timestamp, begin, arrival.Time);
+    if (executingAt)
+        error.SinceExecuting = arrival.Timestamp - *executingAt;
+    error.At = arrival.At;
+    error.Time = arrival.Time;
+    return error;
+}
+
+void Exchanges::AddError(OpenExchange& open, Arrival&& arrival)
+{
+    Exchange& exchange = open.What;
+    const RequestError error = ErrorOf(std::move(arrival), exchange.Time, open.ExecutingAt);
+    if (exchange.ErrorCode == 0) {
+        exchange.ErrorCode = error.Code;
+        exchange.ErrorName = error.Name;
+        exchange.ExtraError = error.Extra;
+        exchange.ErrorAfter = error.After;
+        exchange.ErrorAt = error.At;
+    }
+    sink_.OnError(exchange, error);
+}
+
+void Exchanges::TakeStray(Arrival&& arrival)
+{
+    if (arrival.Kind != ItemKind::Result && arrival.Kind != ItemKind::Error)
+        return;
+    const LinkKey& on = arrival.Of.On;
+    const std::shared_ptr<const Link> link = links_.Find(on.Session, on.Module, on.Link);
+    if (arrival.Kind == ItemKind::Error)
+        return sink_.OnStrayError(*link, ErrorOf(std::move(arrival), arrival.Time, {}));
+    arrival.Result.After = {0, true};
+    arrival.Result.Kind = KindOf(arrival.Result, {}, arrival.AcceptanceId, {});
+    sink_.OnStrayAnswer(*link, arrival.Result);
 }
 
 void Exchanges::TakeLate(Arrival&& arrival)
@@ -226,7 +292,7 @@ void Exchanges::TakeLate(Arrival&& arrival)
     const auto ended = std::find_if(ended_.rbegin(), ended_.rend(),
                                     [&](const Ended& each) { return each.Of == arrival.Of; });
     if (ended == ended_.rend())
-        return;
+        return TakeStray(std::move(arrival));
     LateAnswer& late = ended->Late;
     late.What = std::move(arrival.Result);
     late.What.After = Passed(std::nullopt, late.RequestTime, arrival.Time);

@@ -23,9 +23,17 @@ class ExchangeSink
 {
 public:
     virtual ~ExchangeSink() = default;
+    /// A request whose start has returned: nothing is known of its answers yet.
+    virtual void OnRequest(const Exchange& request);
+    /// Each answer before the end, also those that the exchange does not keep; it does not hold this one yet.
+    virtual void OnAnswer(const Exchange& request, const Answer& answer);
+    virtual void OnError(const Exchange& request, const RequestError& error);
     /// When it has ended, or when the log shows no more of it: in the order of ends, not of requests.
     virtual void OnExchange(const Exchange& exchange) = 0;
     virtual void OnLateAnswer(const LateAnswer& answer);
+    /// Results and errors of no request that is known: its start is not in the log, or was forgotten.
+    virtual void OnStrayAnswer(const Link& link, const Answer& answer);
+    virtual void OnStrayError(const Link& link, const RequestError& error);
 };
 
 /// Whether a request asks its receiver not to answer if all is well. By the link's protocol.
@@ -68,7 +76,7 @@ private:
     /// An item that outlives the reader's buffers.
     struct Arrival
     {
-        Key Of;
+        Key Of; ///< primitive UndefinedHandle: of none
         ItemKind Kind;
         Position At;
         LogTime Time;
@@ -78,6 +86,8 @@ private:
         std::optional<std::uint32_t> Extra;
         std::optional<std::uint32_t> AcceptanceId;
         std::optional<std::uint32_t> TransferTime; ///< us, by both stamps of a result
+        std::optional<std::uint32_t> TxDone;       ///< those stamps where they are valid
+        std::optional<std::uint32_t> Start;
         Answer Result;
     };
     struct OpenExchange
@@ -105,10 +115,14 @@ private:
 
     static LinkKey LinkOf(const Call& call);
     static Arrival ArrivalOf(const Item& item);
+    static RequestError ErrorOf(Arrival&& arrival, LogTime begin, std::optional<std::uint32_t> executingAt);
     OpenExchange Begin(const Call& start);
     void Start(const Call& start);
     void Take(Arrival&& arrival);
     void Apply(Slot slot, Arrival&& arrival);
+    void AddAnswer(OpenExchange& open, Arrival&& arrival);
+    void AddError(OpenExchange& open, Arrival&& arrival);
+    void TakeStray(Arrival&& arrival);
     void TakeLate(Arrival&& arrival);
     void TakeHeld(const LinkKey& link);
     void FindSending(Exchange& exchange);

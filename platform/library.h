@@ -9,11 +9,8 @@
 
 namespace marvane::platform {
 
-/// File name of this library as it is delivered.
+/// Name under which this library looks up its own version.
 extern const char* const OwnLibraryName;
-
-/// What ProductVersion takes to find the version of this library.
-std::string OwnVersionFile();
 
 /// A loaded library. Never null in a good result.
 using Library = void*;

@@ -1,6 +1,4 @@
-// Narrow strings of paths and of the environment, which have two encodings on Windows: a string that is valid
-// UTF-8 is UTF-8, any other is in the system's ANSI code page. All functions of this layer take both. On
-// Linux the bytes stay as they are.
+// The bytes that the system and old files use for text, as UTF-8.
 #pragma once
 
 #include <optional>
@@ -8,11 +6,9 @@
 
 namespace marvane::platform {
 
-/// A narrow string in UTF-8.
+/// Text of the environment or of a configuration: what is valid UTF-8 stays, all else is in the system's ANSI
+/// code page on Windows. On Linux the bytes stay as they are.
 std::string Utf8FromNarrow(const std::string& bytes);
-
-/// Makes two narrow strings ready to be joined: if they are in different encodings, both become UTF-8.
-void MatchEncodings(std::string& first, std::string& second);
 
 /// As EnvironmentVariable and ExpandEnvironment, in UTF-8.
 std::optional<std::string> Utf8Variable(const std::string& name);

@@ -7,7 +7,7 @@
 #include <share.h>
 #include <sys/stat.h>
 
-#include "platform/wide_text_windows.h"
+#include <windows.h>
 
 namespace marvane::platform {
 
@@ -16,9 +16,8 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
     error.clear();
     if (descriptor_ == -1) {
         constexpr int flags = _O_RDWR | _O_BINARY | _O_NOINHERIT;
-        const std::wstring file = WideFromNarrow(path);
-        if (_wsopen_s(&descriptor_, file.c_str(), flags, _SH_DENYNO, 0) != 0 &&
-            _wsopen_s(&descriptor_, file.c_str(), flags | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE) != 0) {
+        if (_sopen_s(&descriptor_, path.c_str(), flags, _SH_DENYNO, 0) != 0 &&
+            _sopen_s(&descriptor_, path.c_str(), flags | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE) != 0) {
             descriptor_ = -1;
             error = std::strerror(errno);
             return false;
@@ -28,7 +27,7 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
         _lseek(descriptor_, 0, SEEK_END);
         for (std::size_t words = size / sizeof fill; words < count; ++words)
             _write(descriptor_, &fill, sizeof fill);
-        mapping_ = CreateFileMappingW(handle, nullptr, PAGE_READWRITE, 0, 0, nullptr);
+        mapping_ = CreateFileMappingA(handle, nullptr, PAGE_READWRITE, 0, 0, nullptr);
     }
     mappedBytes_ = count * sizeof fill;
     if (mapping_ && !words_)

@@ -130,7 +130,7 @@ int LOGGER_Initialise()
     config.ProcessConfigurationElements(CConfigData::GetConfigQualifiedName());
     config.ProcessLogLevels();
     FillSettings(config);
-    ReadVersionText(platform::OwnVersionFile(), LoggerVersionText);
+    ReadVersionText(platform::OwnLibraryName, LoggerVersionText);
 
     PhaseText text;
     text.Begin();

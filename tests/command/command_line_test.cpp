@@ -1,6 +1,5 @@
 // Help, wrong usage and the manners of the program as a whole.
 #include <cstdlib>
-#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -185,8 +184,7 @@ ProgramResult RunOnAFullDisk(const std::string& arguments)
 
 TEST(CommandLine, OutputThatCanNotBeWrittenIsTrouble)
 {
-    // Wine has it too, but does not say that it exists.
-    if (!std::ofstream(platform::PathSeparator == '\\' ? "Z:\\dev\\full" : "/dev/full").is_open())
+    if (!std::filesystem::exists(platform::PathSeparator == '\\' ? "Z:\\dev\\full" : "/dev/full"))
         GTEST_SKIP() << "needs a device that is always full";
     const TemporaryFolder folder;
     std::string longLog = SampleLog(); // its output is longer than what the command holds back

@@ -1,6 +1,6 @@
 // The command under test, and the logs of the tests.
 import { execFileSync } from "node:child_process";
-import { mkdtempSync, readdirSync, rmSync } from "node:fs";
+import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 
@@ -43,4 +43,22 @@ export async function withFolder(use) {
   } finally {
     rmSync(path, { recursive: true });
   }
+}
+
+/** The golden logs of the logger library, written into a folder: their stamps get a time, a millisecond more at each
+ * entry line. */
+export function goldenLogs(path) {
+  const names = readdirSync(join(source, "tests", "golden")).filter((name) => name.endsWith(".log"));
+  return names.map((name) => {
+    let entries = 0;
+    const stamp = (_, thread, plus) => {
+      entries += plus ? 1 : 0;
+      return `{10:00:00.${String(entries).padStart(3, "0")} - 0000000${thread}} ${plus ?? ""}`;
+    };
+    const text = readFileSync(join(source, "tests", "golden", name), "utf8");
+    mkdirSync(join(path, name));
+    const file = join(path, name, "D-PDU_API_Logger_21-11-2026_10-00-00.LGR");
+    writeFileSync(file, text.replace(/^\{time - T(\d)\} (\+)?/gm, stamp));
+    return file;
+  });
 }

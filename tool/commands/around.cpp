@@ -6,7 +6,6 @@
 #include "tool/commands/around_grid.h"
 #include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
-#include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/spooled_input.h"
 #include "tool/commands/time_range.h"
@@ -107,13 +106,10 @@ std::optional<Window> FindCentre(const Arguments& arguments, const std::vector<r
     return std::nullopt;
 }
 
-Scene ReadScene(SceneSink& sink, LogTime begin, const std::vector<read::LogFile>& files, Console& console)
+Scene ReadScene(SceneSink& sink, LogTime begin, const std::vector<read::LogFile>& files)
 {
     read::LogReader reader(sink, read::Wants::Calls | read::Wants::Items | read::Wants::Comms);
     ReadLogs(files, reader, {.Since = begin, .WholeCalls = true});
-    if (sink.IsFull())
-        console.Note("more than " + Grouped(SceneSink::MostActs) +
-                     " calls and reports: the rest of that time is not shown");
     return sink.Finish();
 }
 
@@ -153,12 +149,11 @@ int RunAround(const Arguments& arguments, Console& console)
     // What can't be read has been complained about by the first reading, if there was one.
     SceneSink silent(begin, end);
     Complaining<SceneSink> complaining(files, console, begin, end);
-    Scene scene = ReadScene(found ? silent : complaining, begin, files, console);
+    const Scene scene = ReadScene(found ? silent : complaining, begin, files);
     if (scene.Acts.empty())
         return 1;
-    scene.Line = arguments.Number("--line", 1).value_or(0);
     console.UsePager();
-    DrawScene(scene, arguments.Has("--all"), console);
+    DrawScene(scene, console);
     return 0;
 }
 
@@ -176,11 +171,7 @@ constexpr Option Where[] = {
     {"--after", "SECONDS", "End that long after it; without the option the same"},
 };
 
-constexpr Option What[] = {
-    {"--all", "", "Also calls of PDUDestroyItem, and each repetition on a line of its own"},
-};
-
-constexpr OptionGroup Groups[] = {{"Where", Where}, {"What to show", What}, LogOptions};
+constexpr OptionGroup Groups[] = {{"Where", Where}, LogOptions};
 
 } // namespace
 

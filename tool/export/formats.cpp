@@ -6,6 +6,7 @@ namespace marvane::tool {
 
 void WriteCsv(const Inputs& inputs, Sink& sink);
 void WriteJsonLines(const Inputs& inputs, Sink& sink);
+void WritePcapng(const Inputs& inputs, Sink& sink);
 void WriteSql(const Inputs& inputs, Sink& sink);
 
 namespace {
@@ -21,6 +22,10 @@ constexpr Format All[] = {
      .Write = WriteCsv,
      .Tables = "calls,exchanges,params,items,events,comms,problems,marks,sessions,logs"},
     {.Name = "sql", .Text = "statements that make a database, for sqlite3", .Write = WriteSql},
+    {.Name = "pcapng",
+     .Text = "packets of UDS and DoIP, for Wireshark",
+     .Write = WritePcapng,
+     .IsBinary = true},
 };
 
 } // namespace

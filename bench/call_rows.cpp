@@ -198,6 +198,7 @@ void AddCallRows(std::vector<Row>& rows)
     const std::pair<const char*, unsigned> on = {"LogEnabled", 1};
     const auto calls = [](unsigned level) { return std::pair<const char*, unsigned>{"LogFnCalls", level}; };
     AddOperation(rows, {"lock/off", {}, Lock, false, true});
+    AddOperation(rows, {"lock/calls0", {on}, Lock, false, true});
     AddOperation(rows, {"lock/calls1", {on, calls(1)}, Lock});
     AddOperation(rows, {"lock/calls2", {on, calls(2)}, Lock, true});
     AddOperation(rows, {"lock/flush", {on, calls(2), {"LogFlush", 1}}, Lock, true});

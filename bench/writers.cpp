@@ -9,6 +9,7 @@
 #endif
 
 #include "logger/diagnostics/CMutexWindows.h"
+#include "platform/files.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::bench {
@@ -23,11 +24,27 @@ struct FloorWriter::Parts
     volatile std::chrono::system_clock::rep Clock = 0;
 };
 
-FloorWriter::FloorWriter(Phases phases, bool flush) : parts_(std::make_unique<Parts>())
+namespace {
+
+/// A text with the line ends of a log file, so that writing it converts nothing.
+std::string AsInTheFile(const std::string& text)
 {
-    parts_->Texts = std::move(phases);
+    if (platform::PathSeparator == '/')
+        return text;
+    std::string converted;
+    for (const char c : text)
+        converted += c == '\n' ? "\r\n" : std::string(1, c);
+    return converted;
+}
+
+} // namespace
+
+FloorWriter::FloorWriter(const Phases& phases, bool flush) : parts_(std::make_unique<Parts>())
+{
+    for (const std::string& phase : phases)
+        parts_->Texts.push_back(AsInTheFile(phase));
     parts_->Flush = flush;
-    parts_->File = std::fopen((parts_->Folder / "floor.log").c_str(), "a");
+    parts_->File = std::fopen((parts_->Folder / "floor.log").c_str(), "ab");
 }
 
 FloorWriter::~FloorWriter()

@@ -14,7 +14,7 @@ using Phases = std::vector<std::string>;
 class FloorWriter
 {
 public:
-    FloorWriter(Phases phases, bool flush);
+    FloorWriter(const Phases& phases, bool flush);
     ~FloorWriter();
     void Write(std::size_t phase);
     std::size_t PhaseCount() const;

@@ -19,7 +19,7 @@ function misfit(lines) {
 }
 
 for (const log of logs())
-  for (const options of [[], ["--lines", "--tag", "bench=7", "--tag", "site=north west", "--zone", "-03:30"]])
+  for (const options of [[], ["--redact"], ["--lines", "--tag", "bench=7", "--tag", "site=north west", "--zone", "-03:30"]])
     test(`${log} ${options.join(" ")}`, () => {
       const lines = objects(marvane("export", "--format", "jsonl", ...options, log));
       assert.equal(lines[0].kind, "log");

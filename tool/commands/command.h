@@ -18,6 +18,8 @@ struct Option
     std::string_view Text;         ///< what it does, one sentence without a full stop
     std::string_view Choices = {}; ///< the only values allowed, separated by commas; empty: any
     bool Repeats = false;          ///< may be given several times, each with a value of its own
+    bool IsList = false;           ///< several of the choices, separated by commas
+    bool IsValueOptional = false;  ///< the next word is its value only if it is made of its choices
 };
 
 /// Options under one heading of the help. Commands share the groups of shared_options.h.

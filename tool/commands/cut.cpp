@@ -3,6 +3,7 @@
 
 #include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
+#include "tool/commands/redaction.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/spooled_input.h"
 #include "tool/commands/time_range.h"
@@ -102,7 +103,11 @@ bool IsHeader(const read::Line& line)
 class CutWriter : public read::LogSink
 {
 public:
-    CutWriter(const CutPlan& plan, Console& console) : plan_(plan), console_(console) {}
+    /// Without a redactor nothing was redacted.
+    CutWriter(const CutPlan& plan, const Redactor* redactor, Console& console)
+        : plan_(plan), redactor_(redactor), console_(console)
+    {
+    }
 
     void OnLine(const read::Line& line) override
     {
@@ -111,6 +116,7 @@ public:
         if (!isHeader && !plan_.Holds(line))
             return;
         lines_ += isHeader ? 0 : 1;
+        redactedLines_ += redactor_ && redactor_->IsChanged(line.At.File, line.At.Line) ? 1 : 0;
         console_.Write(line.Whole);
         written_ = line.At;
         written_->Offset += line.Whole.size();
@@ -121,6 +127,7 @@ public:
     void Finish() { EndLine({}); }
 
     std::uint64_t Lines() const { return lines_; }
+    std::uint64_t RedactedLines() const { return redactedLines_; }
 
 private:
     /// True for the lines of the header of the session that is running when the part begins.
@@ -149,12 +156,14 @@ private:
     }
 
     const CutPlan& plan_;
+    const Redactor* redactor_;
     Console& console_;
     std::optional<Position> written_; ///< the line whose end is still to be written, and where that is
     std::optional<std::uint32_t> headerThread_;
     bool hasEnd_ = false;
     bool hasReturn_ = false;
     std::uint64_t lines_ = 0;
+    std::uint64_t redactedLines_ = 0;
 };
 
 int RunCut(const Arguments& arguments, Console& console)
@@ -166,15 +175,20 @@ int RunCut(const Arguments& arguments, Console& console)
     const TimeRange range = TimeRangeOf(arguments, files);
     if (!range.Since && !range.Until)
         throw UsageError("cut needs --since or --until");
+    std::optional<Redactor> redactor = RedactorOf(arguments);
+    Redactor* const used = redactor ? &*redactor : nullptr;
     CutPlan plan(range, files, console);
     read::LogReader planReader(plan, read::Wants::Calls);
     const read::ReadOptions options = {.Since = range.Since, .WholeCalls = true};
+    planReader.FilterBy(used);
     ReadLogs(files, planReader, options);
 
-    CutWriter writer(plan, console);
+    CutWriter writer(plan, used, console);
     read::LogReader reader(writer, read::Wants::Lines);
+    reader.FilterBy(used);
     ReadLogs(files, reader, options);
     writer.Finish();
+    NoteRedaction(arguments, writer.RedactedLines(), console);
     return writer.Lines() > 0 ? 0 : 1;
 }
 
@@ -183,7 +197,7 @@ constexpr Example Examples[] = {
     {"cut --since -10s LOG > end.LGR", "the last ten seconds"},
 };
 
-constexpr OptionGroup Groups[] = {TimeOptions, LogOptions};
+constexpr OptionGroup Groups[] = {TimeOptions, RedactOptions, LogOptions};
 
 } // namespace
 

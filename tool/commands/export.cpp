@@ -6,6 +6,7 @@
 #include "tool/commands/log_source.h"
 #include "tool/commands/nearest.h"
 #include "tool/commands/program.h"
+#include "tool/commands/redaction.h"
 #include "tool/commands/shared_options.h"
 #include "tool/export/format.h"
 #include "tool/export/zone_time.h"
@@ -119,11 +120,14 @@ int RunExport(const Arguments& arguments, Console& console)
     inputs.Host = arguments.Value("--host").value_or(platform::HostName());
     for (const std::string& tag : arguments.Values("--tag"))
         inputs.Tags.push_back(TagOf(tag));
+    std::optional<Redactor> redactor = RedactorOf(arguments);
+    inputs.Redaction = redactor ? &*redactor : nullptr;
     inputs.Table = TableOf(arguments, format);
     inputs.HasLines = arguments.Has("--lines");
     inputs.IsFollowing = IsFollowing(arguments);
     inputs.Reading = [&](read::LogSink& sink, read::Wants wants, const std::function<void()>& afterBatch) {
         reader.emplace(sink, wants);
+        reader->FilterBy(inputs.Redaction);
         if (inputs.IsFollowing)
             status = FollowLogs(arguments, console, files, *reader, afterBatch);
         else
@@ -132,6 +136,7 @@ int RunExport(const Arguments& arguments, Console& console)
     const std::unique_ptr<Sink> sink = SinkOf(arguments, format, inputs, console);
     format.Write(inputs, *sink);
     sink->Finish();
+    NoteRedaction(arguments, redactor ? redactor->ChangedLines() : 0, console);
     return status;
 }
 
@@ -154,7 +159,7 @@ constexpr Option ContentOptionList[] = {
     {"--tag", "KEY=VALUE", "jsonl: goes into the first record", {}, true},
 };
 constexpr OptionGroup ContentOptions = {"What is in it", ContentOptionList};
-constexpr OptionGroup ExportGroups[] = {OutputOptions, ContentOptions, TimeOptions,
+constexpr OptionGroup ExportGroups[] = {OutputOptions, ContentOptions, RedactOptions, TimeOptions,
                                         FollowOptions, NameOptions,    LogOptions};
 
 constexpr Example ExportExamples[] = {

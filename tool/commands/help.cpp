@@ -85,7 +85,9 @@ std::string OptionLabel(const Option& option)
     for (const char letter : option.Names)
         label += letter == ',' ? std::string(", ") : std::string(1, letter);
     if (!option.Value.empty())
-        label.append(" ").append(option.Value);
+        label.append(option.IsValueOptional ? " [" : " ")
+            .append(option.Value)
+            .append(option.IsValueOptional ? "]" : "");
     return label;
 }
 

@@ -22,6 +22,8 @@ CLI::Option* Bind(CLI::App& parser, const Option& option)
     const std::string names(option.Names);
     if (option.Value.empty())
         return parser.add_flag(names)->disable_flag_override();
+    if (option.IsValueOptional)
+        return parser.add_flag(names); // "--name" or "--name=VALUE"
     using Policy = CLI::MultiOptionPolicy;
     return parser.add_option(names)->expected(1)->multi_option_policy(option.Repeats ? Policy::TakeAll
                                                                                      : Policy::TakeLast);
@@ -51,6 +53,37 @@ void CheckChoice(const std::string& what, const std::string& value, std::string_
         if (choice == value)
             return;
     RefuseChoice(what, value, choices);
+}
+
+bool IsMadeOf(std::string_view list, std::string_view choices)
+{
+    const std::vector<std::string_view> known = Words(choices);
+    return !list.empty() && std::ranges::all_of(Words(list), [&](std::string_view word) {
+        return std::ranges::find(known, word) != known.end();
+    });
+}
+
+/// Joins options whose value is optional with the word after them, if that is a value.
+void JoinOptionalValues(const Command& command, std::vector<std::string>& words)
+{
+    ForEachOption(command, [&](const Option& option) {
+        for (std::size_t i = 0; option.IsValueOptional && i + 1 < words.size() && words[i] != "--"; ++i)
+            if (words[i] == LongName(option) && IsMadeOf(words[i + 1], option.Choices)) {
+                words[i] += "=" + words[i + 1];
+                words.erase(words.begin() + static_cast<std::ptrdiff_t>(i) + 1);
+            }
+    });
+}
+
+/// The values that a user gave; a flag has none.
+std::vector<std::string> ValuesOf(const BoundOption& option)
+{
+    const Option& described = *option.Described;
+    std::vector<std::string> values =
+        described.Value.empty() ? std::vector<std::string>() : option.Parsed->results();
+    if (described.IsValueOptional)
+        std::erase(values, "true"); // what stands for a flag without value
+    return values;
 }
 
 void CheckOperands(const Command& command, const std::vector<std::string>& operands)
@@ -98,6 +131,7 @@ Arguments ParseArguments(const Command& command, std::vector<std::string> words)
     ForEachOption(command, [&](const Option& option) { bound.push_back({&option, Bind(parser, option)}); });
     CLI::Option* const operands =
         parser.add_option("operands")->expected(0, std::numeric_limits<short>::max())->allow_extra_args();
+    JoinOptionalValues(command, words);
     Run(parser, std::move(words));
     for (const std::string& extra : parser.remaining())
         if (extra != "--") // The mark before operands counts as one.
@@ -108,10 +142,12 @@ Arguments ParseArguments(const Command& command, std::vector<std::string> words)
         const std::string_view name = LongName(*option.Described);
         if (option.Parsed->count() == 0)
             continue;
-        arguments.Set(name, option.Described->Value.empty() ? std::vector<std::string>()
-                                                            : option.Parsed->results());
-        for (const std::string& value : arguments.Values(name))
-            CheckChoice(std::string(name), value, option.Described->Choices);
+        arguments.Set(name, ValuesOf(option));
+        for (const std::string& value : arguments.Values(name)) {
+            const bool isList = option.Described->IsList;
+            for (const std::string_view part : isList ? Words(value) : std::vector<std::string_view>{value})
+                CheckChoice(std::string(name), std::string(part), option.Described->Choices);
+        }
     }
     arguments.SetOperands(operands->results());
     if (!arguments.Has("--help"))

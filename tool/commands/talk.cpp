@@ -6,6 +6,7 @@
 #include "tool/commands/log_source.h"
 #include "tool/commands/mdf_names.h"
 #include "tool/commands/program.h"
+#include "tool/commands/redaction.h"
 #include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/talk_filter.h"
@@ -91,16 +92,20 @@ private:
     const std::vector<read::LogFile>& files_;
 };
 
-void ReadConversation(Conversation& conversation, const std::vector<read::LogFile>& files)
+void ReadConversation(Conversation& conversation, const std::vector<read::LogFile>& files,
+                      read::ByteFilter* redactor)
 {
     read::LogReader reader(conversation, Conversation::Wants);
+    reader.FilterBy(redactor);
     ReadLogs(files, reader);
     conversation.FinishConversation();
 }
 
-int Follow(const Arguments& arguments, Console& console, std::vector<read::LogFile>& files, TalkScreen& talk)
+int Follow(const Arguments& arguments, Console& console, std::vector<read::LogFile>& files, TalkScreen& talk,
+           read::ByteFilter* filter)
 {
     read::LogReader reader(talk, Conversation::Wants);
+    reader.FilterBy(filter);
     const int status = FollowLogs(arguments, console, files, reader, [&] {
         talk.GiveOutComplete();
         talk.FinishFold();
@@ -122,21 +127,25 @@ int RunTalk(const Arguments& arguments, Console& console)
         return ExitTrouble; // complained about
     TalkScreen talk(console, files, filter);
     talk.UseNames(names);
+    std::optional<Redactor> redactor = RedactorOf(arguments);
+    Redactor* const used = redactor ? &*redactor : nullptr;
+    if (redactor)
+        talk.MarkRedacted(*redactor);
     if (isFollowing)
-        return Follow(arguments, console, files, talk);
+        return Follow(arguments, console, files, talk, used);
     console.UsePager();
     if (!arguments.Has("--by-link")) {
-        ReadConversation(talk, files);
+        ReadConversation(talk, files, used);
         talk.FinishFold();
     } else {
         if (std::ranges::any_of(files, &read::LogFile::IsStandardInput))
             throw UsageError("--by-link reads a log several times, which standard input can't give");
         LinkList links(console, files);
         links.UseNames(names);
-        ReadConversation(links, files);
+        ReadConversation(links, files, used);
         for (const auto& link : links.Found) {
             talk.Restart(*link);
-            ReadConversation(talk, files);
+            ReadConversation(talk, files, used);
             talk.FinishFold();
         }
     }
@@ -158,7 +167,7 @@ constexpr Option TalkOptionList[] = {
     {"--by-link", "", "One link after the other; reads the log once a link"},
 };
 constexpr OptionGroup TalkOptions = {"Which requests", TalkOptionList};
-constexpr OptionGroup TalkGroups[] = {TalkOptions, FollowOptions, NameOptions, LogOptions};
+constexpr OptionGroup TalkGroups[] = {TalkOptions, RedactOptions, FollowOptions, NameOptions, LogOptions};
 
 constexpr Example TalkExamples[] = {
     {"talk", "the conversation of the newest session"},

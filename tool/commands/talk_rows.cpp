@@ -194,6 +194,8 @@ std::vector<ResponseRow> ResponseRows(const Exchange& exchange)
     AddPending(exchange, dialect, rows);
     AddAnswers(exchange, dialect, rows);
     AddEnd(exchange, rows);
+    if (exchange.IsRedacted)
+        rows.push_back({'.', "redacted", {}});
     if (rows.empty())
         rows.emplace_back();
     if (exchange.SentAfterMs.value_or(0) >= LateSendingMs)

@@ -76,10 +76,12 @@ void TalkScreen::Show(const read::Exchange& exchange)
     if (!filter_.Accepts(exchange))
         return;
     Count(exchange);
-    if (!fold_.Takes(exchange)) {
+    read::Exchange shown = exchange;
+    shown.IsRedacted = redactor_ && redactor_->IsChanged(exchange);
+    if (!fold_.Takes(shown)) {
         WriteFold();
         WriteHeadings(*exchange.On, exchange.Session, exchange.Time);
-        fold_.Begin(exchange);
+        fold_.Begin(shown);
     }
     if (!change || filter_.IsForRequests())
         return;
@@ -109,7 +111,9 @@ void TalkScreen::Show(const read::LateAnswer& late)
     WriteHeadings(*late.On, late.Session, late.What.Time);
     ++counts_.Late;
     const RequestText request = {"late answer, " + std::to_string(late.AfterEndMs) + " ms after the end", {}};
-    const ResponseRow row = {'!', AnswerText(late.What, DialectOf(*late.On)), {}};
+    ResponseRow row = {'!', AnswerText(late.What, DialectOf(*late.On)), {}};
+    if (redactor_ && redactor_->IsChanged(late.What.Data))
+        row.Text += " redacted";
     Write(layout_.Row(SecondsText(BeginOf(late.Session, late.What.Time), late.What.Time),
                       std::to_string(late.Primitive), request, row, PositionText(late.What.At)));
 }

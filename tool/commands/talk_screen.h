@@ -13,6 +13,7 @@
 #include "tool/commands/talk_filter.h"
 #include "tool/commands/talk_folds.h"
 #include "tool/commands/talk_rows.h"
+#include "tool/export/redactor.h"
 
 namespace marvane::tool {
 
@@ -32,6 +33,9 @@ class TalkScreen : public Conversation
 {
 public:
     TalkScreen(Console& console, const std::vector<read::LogFile>& files, TalkFilter filter);
+
+    /// What was replaced is marked. The redactor outlives this.
+    void MarkRedacted(const Redactor& redactor) { redactor_ = &redactor; }
 
     /// Begins to read anew, and shows the link of this handle alone.
     void Restart(const read::Link& link);
@@ -62,6 +66,7 @@ private:
     void Write(const std::string& lines);
 
     Console& console_;
+    const Redactor* redactor_ = nullptr;
     const std::vector<read::LogFile>& files_;
     TalkFilter filter_;
     TalkLayout layout_;

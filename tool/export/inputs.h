@@ -8,6 +8,7 @@
 
 #include "tool/commands/mdf_names.h"
 #include "tool/commands/time_range.h"
+#include "tool/export/redactor.h"
 #include "tool/read/log_files.h"
 #include "tool/read/log_reader.h"
 
@@ -22,8 +23,9 @@ struct Inputs
     std::string Host{};
     std::optional<int> Zone{}; ///< minutes from UTC to the time of the log; none: as on this machine
     std::vector<std::pair<std::string, std::string>> Tags{};
-    std::string Table{};   ///< --table; empty: the format's usual one
-    bool HasLines = false; ///< --lines: the decoded lines of the calls too
+    Redactor* Redaction = nullptr; ///< what is read was redacted; records of changed lines are to say so
+    std::string Table{};           ///< --table; empty: the format's usual one
+    bool HasLines = false;         ///< --lines: the decoded lines of the calls too
     bool IsFollowing = false;
 
     /// Reads the files into `sink` once, with progress, and finishes the reader; follows them with --follow.

@@ -16,6 +16,9 @@ namespace marvane::tool {
 
 namespace {
 
+// Calls that were redacted are remembered for what is found later about them.
+constexpr std::size_t MostChanged = 20'000;
+
 constexpr std::string_view Schema = "marvane.log/1";
 
 constexpr std::int64_t Signed(std::uint64_t number)
@@ -157,7 +160,7 @@ void LogRecords::WriteHead()
         tags.push_back({key, value});
     if (!tags.empty())
         line_.Values("tags", tags);
-    sink_.Write(line_.End());
+    End(false);
 }
 
 std::string_view LogRecords::FileName(std::uint32_t file) const
@@ -170,6 +173,20 @@ void LogRecords::Put(std::string_view key, read::LogTime time)
     time_.clear();
     times_.Append(time_, time);
     line_.Text(key, time_);
+}
+
+/// Ends a record, which says whether it was redacted.
+void LogRecords::End(bool isChanged)
+{
+    if (isChanged)
+        line_.Flag("redacted", true);
+    sink_.Write(line_.End());
+}
+
+/// Whether a line of a part of a file was redacted.
+bool LogRecords::IsChanged(const read::Position& first, const read::Position& last) const
+{
+    return inputs_.Redaction && inputs_.Redaction->IsChanged(first.File, first.Line, last.Line);
 }
 
 /// Begins a record. False if it is outside the part that is wanted.
@@ -217,7 +234,7 @@ void LogRecords::WriteSession()
             {setting.Key, setting.Number ? numbers.back() : setting.Text, setting.Number.has_value()});
     }
     line_.Values("settings", settings);
-    sink_.Write(line_.End());
+    End(IsChanged(session.Begin, session.LastAt));
 }
 
 void LogRecords::AddEnd(const read::Call& call)
@@ -239,6 +256,10 @@ void LogRecords::OnEntry(const read::Call& call, bool isEvent)
 void LogRecords::OnCall(const read::Call& call)
 {
     WriteSession();
+    if (IsChanged(call))
+        changed_.insert(call.Seq);
+    if (changed_.size() > MostChanged)
+        changed_.erase(changed_.begin());
     if (Begin("call", call.BeginTime, call.Begin, call.Session)) {
         line_.Number("seq", Signed(call.Seq));
         line_.Text("call", call.Name);
@@ -254,7 +275,7 @@ void LogRecords::OnCall(const read::Call& call)
             line_.Texts("lines_in", TextsOf(call.LinesIn));
             line_.Texts("lines_out", TextsOf(call.LinesOut));
         }
-        sink_.Write(line_.End());
+        End(IsChanged(call));
     }
     if (call.State == read::CallState::NotLoaded)
         PutProblem("not_loaded", call.BeginTime, call.Begin, call.Session, call.Seq,
@@ -273,7 +294,7 @@ void LogRecords::OnEvent(const read::Event& event)
         if (event.State != read::CallState::InFlight)
             line_.Number("dur_ms", event.Duration());
         line_.Text("state", StateName(event.State));
-        sink_.Write(line_.End());
+        End(IsChanged(event));
     }
     Findings::OnEvent(event);
 }
@@ -296,7 +317,7 @@ void LogRecords::OnItem(const read::Item& item)
             line_.Number("code", item.Code);
             line_.TextIfAny("name", item.CodeName);
         }
-        sink_.Write(line_.End());
+        End(IsChanged(fetch));
     }
     Findings::OnItem(item);
 }
@@ -311,7 +332,7 @@ void LogRecords::OnComms(const read::Comms& report)
         AddNumber(line_, "address", report.Address);
         AddPayload(line_, report.Data);
         WriteMore(report);
-        sink_.Write(line_.End());
+        End(IsChanged(report));
     }
     Findings::OnComms(report);
 }
@@ -355,7 +376,7 @@ void LogRecords::OnParam(const read::Param& param)
     if (const auto link = Links().Find(call))
         if (const std::optional<std::string> usual = inputs_.Names.DefaultOf(*link, param.Id))
             line_.Text("default", *usual);
-    sink_.Write(line_.End());
+    End(IsChanged(call));
 }
 
 void LogRecords::OnMark(const read::Mark& mark)
@@ -363,7 +384,7 @@ void LogRecords::OnMark(const read::Mark& mark)
     if (!Begin("mark", mark.Time, mark.At, mark.Session))
         return;
     line_.Text("text", mark.Text);
-    sink_.Write(line_.End());
+    End(IsChanged(mark.At, mark.At));
 }
 
 void LogRecords::OnProblem(const read::Problem& problem)
@@ -392,7 +413,7 @@ void LogRecords::PutProblem(std::string_view what, read::LogTime time, const rea
     if (seq != 0)
         line_.Number("seq", Signed(seq));
     line_.Text("text", text);
-    sink_.Write(line_.End());
+    End(IsChanged(at, at) || changed_.contains(seq));
 }
 
 void LogRecords::OnEnded(const read::Exchange& exchange)
@@ -412,7 +433,7 @@ void LogRecords::OnEnded(const read::Exchange& exchange)
     AddAnswer(line_, exchange);
     if (exchange.IsEnded)
         Put("ended_ts", exchange.EndTime);
-    sink_.Write(line_.End());
+    End(IsChanged(exchange));
 }
 
 void LogRecords::Finish()

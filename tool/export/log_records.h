@@ -1,6 +1,7 @@
 // What a log says, record by record: docs/marvane-log.schema.json.
 #pragma once
 
+#include <set>
 #include <string>
 
 #include "tool/commands/findings.h"
@@ -32,6 +33,12 @@ public:
 private:
     LogRecords(const Inputs& inputs, RecordWriter& writer, Sink& sink);
     void Finish();
+    void End(bool isChanged);
+    bool IsChanged(const auto& record) const
+    {
+        return inputs_.Redaction && inputs_.Redaction->IsChanged(record);
+    }
+    bool IsChanged(const read::Position& first, const read::Position& last) const;
     void WriteHead();
     void WriteSession();
     void WriteMore(const read::Comms& report);
@@ -47,6 +54,7 @@ private:
     Sink& sink_;
     ZoneTime times_;
     std::string time_;
+    std::set<std::uint64_t> changed_;        ///< numbers of calls that were redacted
     const read::Session* session_ = nullptr; ///< whose record is still to be written
 };
 

@@ -112,6 +112,8 @@ struct Exchange
     /// By the first result that says so: how long after EXECUTING the request had been sent, in us.
     std::optional<std::uint32_t> SentSinceExecuting;
 
+    bool IsRedacted = false; ///< never by the reader: set by those who know that its bytes were replaced
+
     /// The answer that decided the outcome: the first good one, else the first refusal; null if there is
     /// none.
     const Answer* Deciding() const;

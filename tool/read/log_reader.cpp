@@ -27,30 +27,56 @@ LogReader::~LogReader() = default;
 
 void LogReader::BeginFile(const FileBegin& file)
 {
+    file_ = files_++;
+    hasFile_ = true;
+    if (filter_)
+        filter_->Begin(file_);
     engine_->BeginFile(file);
 }
 void LogReader::Feed(std::string_view bytes)
 {
-    engine_->Feed(bytes);
+    if (!filter_)
+        return engine_->Feed(bytes);
+    filtered_.clear();
+    filter_->Take(file_, bytes, filtered_);
+    engine_->Feed(filtered_);
 }
 void LogReader::Skip(std::uint64_t bytes, std::uint64_t lines)
 {
+    EndFilter();
+    if (filter_)
+        filter_->Skip(file_, lines);
     engine_->Skip(bytes, lines);
+}
+/// Reads what the filter has kept back.
+void LogReader::EndFilter()
+{
+    if (!filter_ || !hasFile_)
+        return;
+    filtered_.clear();
+    filter_->End(file_, filtered_);
+    engine_->Feed(filtered_);
 }
 void LogReader::EndFile()
 {
+    EndFilter();
+    hasFile_ = false;
     engine_->EndFile();
 }
 void LogReader::Suspend()
 {
+    hasFile_ = false;
     engine_->Suspend();
 }
 void LogReader::Resume(std::uint32_t file)
 {
+    file_ = file;
+    hasFile_ = true;
     engine_->Resume(file);
 }
 void LogReader::Finish()
 {
+    EndFilter();
     engine_->Finish();
 }
 void LogReader::Report(ProblemKind what, std::string_view text)

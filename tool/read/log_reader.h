@@ -19,6 +19,7 @@
 #include <string>
 #include <string_view>
 
+#include "tool/read/byte_filter.h"
 #include "tool/read/records.h"
 
 namespace marvane::read {
@@ -103,6 +104,9 @@ public:
     LogReader(const LogReader&) = delete;
     LogReader& operator=(const LogReader&) = delete;
 
+    /// From here on everything passes through a filter, which outlives the reader. Null: none.
+    void FilterBy(ByteFilter* filter) { filter_ = filter; }
+
     /// The next file in the order of time. Calls that are open stay open: their second half may follow in it.
     void BeginFile(const FileBegin& file);
     /// The next bytes of the file, cut anywhere. A line is read when its line end has come.
@@ -131,7 +135,14 @@ public:
 
 private:
     class Engine;
+    void EndFilter();
+
     std::unique_ptr<Engine> engine_;
+    ByteFilter* filter_ = nullptr;
+    std::string filtered_;
+    std::uint32_t files_ = 0;
+    std::uint32_t file_ = 0; ///< the number of the file that is read
+    bool hasFile_ = false;
 };
 
 } // namespace marvane::read

@@ -13,7 +13,7 @@ native_packages="g++ cmake ninja-build googletest libcli11-dev zlib1g-dev libexp
 # The tests of completion in these shells are skipped without them.
 shell_packages="zsh fish"
 # Programs that read what is exported: tests open the exports with them.
-reader_packages="sqlite3 tshark"
+reader_packages="sqlite3 tshark lnav chromium"
 web_packages="nodejs npm"
 native_x86_packages="g++-multilib lib32z1-dev cmake ninja-build googletest libcli11-dev"
 windows_packages="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev libcli11-dev wine wine64"

@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 
 #include "tests/fuzz/call_facts.h"
+#include "tests/support/child_program.h"
 #include "tests/support/session.h"
+#include "tests/support/trace_checker.h"
 #include "tool/read/exchanges.h"
 #include "tool/read/log_files.h"
 
@@ -358,6 +360,20 @@ TEST_P(Conversations, AreReadAsTheyWere)
     EXPECT_FALSE(conversation.Late().empty());
     EXPECT_EQ(sink.Texts(), conversation.Texts());
     EXPECT_EQ(sink.Late, conversation.Late());
+}
+
+TEST_P(Conversations, NestRightInATrace)
+{
+    Conversation conversation(GetParam() + 100);
+    conversation.Run(400);
+    const std::string log = Quoted(conversation.LogFolder().string());
+    const ProgramResult trace = RunProgram("marvane", "export --format trace " + log);
+    ASSERT_EQ(trace.Status, 0) << trace.Errors;
+    const TraceCheck check = CheckTrace(trace.Output);
+    EXPECT_EQ(check.Faults, "");
+    EXPECT_EQ(check.Requests, conversation.Texts().size());
+    EXPECT_GT(check.Flows, 10u);
+    EXPECT_EQ(check.Open, 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, Conversations, ::testing::Range(1u, 9u));

@@ -29,7 +29,7 @@ struct Format
 std::span<const Format> Formats();
 
 /// Their names, for the choices of --format.
-inline constexpr std::string_view FormatNames = "jsonl,csv,sql,pcapng";
+inline constexpr std::string_view FormatNames = "jsonl,csv,sql,pcapng,trace";
 
 /// The format of that name; null if there is none.
 const Format* FindFormat(std::string_view name);

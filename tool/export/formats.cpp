@@ -8,6 +8,7 @@ void WriteCsv(const Inputs& inputs, Sink& sink);
 void WriteJsonLines(const Inputs& inputs, Sink& sink);
 void WritePcapng(const Inputs& inputs, Sink& sink);
 void WriteSql(const Inputs& inputs, Sink& sink);
+void WriteTrace(const Inputs& inputs, Sink& sink);
 
 namespace {
 
@@ -26,6 +27,9 @@ constexpr Format All[] = {
      .Text = "packets of UDS and DoIP, for Wireshark",
      .Write = WritePcapng,
      .IsBinary = true},
+    {.Name = "trace",
+     .Text = "a time line of threads and links, for Perfetto and speedscope",
+     .Write = WriteTrace},
 };
 
 } // namespace

@@ -162,7 +162,8 @@ void CaptureWriter::Put(QueuedPacket packet, read::LogTime time)
     queue_.Advance(latest_);
 }
 
-/// The bytes of a request or answer, for the dissector that can take them apart.
+/// The bytes of a request or answer, for the dissector that can take them apart. The comment says if they
+/// were replaced.
 void CaptureWriter::SetMessage(QueuedPacket& packet, const read::Link& link,
                                const std::vector<std::uint8_t>& bytes, std::uint64_t size)
 {
@@ -173,6 +174,8 @@ void CaptureWriter::SetMessage(QueuedPacket& packet, const read::Link& link,
     packet.Dissector = isUds ? "uds" : "data";
     if (!isUds)
         packet.Protocol = ProtocolText(link);
+    if (inputs_.Redaction && inputs_.Redaction->IsChanged(read::Bytes(bytes)))
+        packet.Comment += ", redacted";
 }
 
 void CaptureWriter::AddText(std::uint32_t session, std::optional<std::uint32_t> module,
@@ -187,6 +190,8 @@ void CaptureWriter::AddText(std::uint32_t session, std::optional<std::uint32_t> 
     packet.Payload = BytesOf(std::string(severity) + text);
     packet.Size = packet.Payload.size();
     packet.Comment = LineText(at);
+    if (inputs_.Redaction && inputs_.Redaction->IsChanged(at.File, at.Line, at.Line))
+        packet.Comment += ", redacted";
     Put(std::move(packet), time);
 }
 
@@ -381,6 +386,8 @@ void CaptureWriter::OnComms(const read::Comms& report)
         packet.Comment += address;
     }
     packet.Comment += LineText(report.At);
+    if (inputs_.Redaction && inputs_.Redaction->IsChanged(report))
+        packet.Comment += ", redacted";
     packet.Payload.assign(report.Data.Shown.begin(), report.Data.Shown.end());
     packet.Size = std::max<std::uint64_t>(report.Data.Size, packet.Payload.size());
     const bool isWhole = packet.Size == packet.Payload.size();

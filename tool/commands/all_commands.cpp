@@ -12,6 +12,7 @@ extern const Command ShowCommand;
 extern const Command AroundCommand;
 extern const Command CutCommand;
 extern const Command ExportCommand;
+extern const Command LnavCommand;
 extern const Command CompletionCommand;
 extern const Command ManCommand;
 extern const Command DiffCommand;
@@ -35,9 +36,9 @@ extern const Command MeasureCallsCommand;
 
 namespace {
 
-constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand,
-                                           &ShowCommand,    &AroundCommand, &ParamsCommand,
-                                           &DiffCommand,    &CutCommand,    &ExportCommand};
+constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand, &ShowCommand,
+                                           &AroundCommand,  &ParamsCommand, &DiffCommand,   &CutCommand,
+                                           &ExportCommand,  &LnavCommand};
 constexpr const Command* SetupCommands[] = {
     &ListCommand, &InstallCommand, &UninstallCommand, &StatusCommand,     &CheckCommand,   &GetCommand,
     &SetCommand,  &LevelCommand,   &InitCommand,      &DiagLevelsCommand, &SelftestCommand};

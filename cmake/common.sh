@@ -56,17 +56,43 @@ install_packages() {
     return 1
 }
 
+# show_progress LOG: copies standard input to LOG and shows how far the builder is: its own counter on a terminal,
+# a line each tenth elsewhere.
+show_progress() {
+    tenth=0
+    while IFS= read -r line; do
+        printf '%s\n' "$line"
+        case $line in "["[0-9]*/[0-9]*"]"*) ;; *) continue ;; esac
+        counter=${line%%]*}
+        counter=${counter#[}
+        if [ -t 2 ]; then
+            printf '\r   %s steps' "$counter" >&2
+        elif [ $((10 * ${counter%/*} / ${counter#*/})) -gt $tenth ]; then
+            tenth=$((10 * ${counter%/*} / ${counter#*/}))
+            printf '   %s steps\n' "$counter" >&2
+        fi
+    done >"$1"
+    [ ! -t 2 ] || printf '\r                        \r' >&2
+}
+
+# configure_and_build PRESET [cmake build argument...]: fails if one of the two does.
+configure_and_build() {
+    preset=$1
+    shift
+    cd "$top" && cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs" "$@"
+}
+
 # build PRESET [cmake build argument...]: configures and builds a preset. Prints the compiler's output only if it
 # fails.
 build() {
-    preset=$1
-    shift
-    say "Building $preset into build/$preset"
-    mkdir -p "$top/build"
-    log="$top/build/$preset.log"
-    (cd "$top" && cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs" "$@") >"$log" 2>&1 || {
+    say "Building $1 into build/$1"
+    mkdir -p "$top/build" || fail "cannot write to $top/build"
+    log="$top/build/$1.log"
+    result=$({ { configure_and_build "$@" 2>&1; echo $? >&3; } | show_progress "$log"; } 3>&1)
+    [ "$result" = 0 ] || {
+        echo "The last lines of the build:" >&2
         tail -n 40 "$log" >&2
-        fail "the build of $preset failed; its complete output is in build/$preset.log"
+        fail "the build of $1 failed; its complete output is in build/$1.log"
     }
 }
 

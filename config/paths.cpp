@@ -33,11 +33,26 @@ std::string LogFolder(const std::string& value, const Expander& expand)
     return expand(expand(value)).substr(0, LogFolderLimit);
 }
 
+namespace {
+
+/// Length of the "\\\\server\\share\\" that a path on a network begins with; 0 without one.
+std::size_t ShareLength(const std::string& path)
+{
+    std::size_t length = path.starts_with("\\\\") ? 2 : 0;
+    for (int name = 0; name < 2 && length != 0; ++name) {
+        const std::size_t end = path.find('\\', length);
+        length = end == std::string::npos ? path.size() : end + 1;
+    }
+    return length;
+}
+
+} // namespace
+
 std::vector<std::string> FoldersToMake(const std::string& logFolder, char separator)
 {
     const std::string path = logFolder.substr(0, MadeFolderLimit);
     std::vector<std::string> folders;
-    for (std::size_t start = 0; start < path.size();) {
+    for (std::size_t start = separator == '\\' ? ShareLength(path) : 0; start < path.size();) {
         std::size_t end = path.find(separator, start);
         if (end == std::string::npos)
             end = path.size();

@@ -38,7 +38,7 @@ std::string JoinTargetPath(const std::string& folder, const std::string& fileNam
 std::string LogFolder(const std::string& value, const Expander& expand);
 
 /// The folders to be made, one after the other, for a log folder to exist. A path that begins with a
-/// separator begins with an empty one.
+/// separator begins with an empty one, unless it is "\\server\share" on Windows, which exists.
 std::vector<std::string> FoldersToMake(const std::string& logFolder, char separator);
 
 } // namespace marvane

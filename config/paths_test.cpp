@@ -57,5 +57,16 @@ TEST(FoldersOfALogFolder, AreItsPrefixes)
     EXPECT_THAT(FoldersToMake(std::string(300, 'f'), '/'), ElementsAre(std::string(255, 'f')));
 }
 
+TEST(FoldersOfALogFolder, BeginAfterAShareOfTheNetwork)
+{
+    EXPECT_THAT(FoldersToMake("\\\\server\\share\\a\\b", '\\'),
+                ElementsAre("\\\\server\\share\\a", "\\\\server\\share\\a\\b"));
+    EXPECT_THAT(FoldersToMake("\\\\server\\share\\", '\\'), IsEmpty());
+    EXPECT_THAT(FoldersToMake("\\\\server\\share", '\\'), IsEmpty());
+    EXPECT_THAT(FoldersToMake("\\\\server", '\\'), IsEmpty());
+    EXPECT_THAT(FoldersToMake("\\a", '\\'), ElementsAre("", "\\a"));
+    EXPECT_THAT(FoldersToMake("//a", '/'), ElementsAre("", "/", "//a"));
+}
+
 } // namespace
 } // namespace marvane

@@ -1,34 +1,21 @@
 #include "platform/environment.h"
 
-#include <vector>
-
-#include "platform/utf8_windows.h"
+#include "platform/wide_text_windows.h"
 
 namespace marvane::platform {
 
 std::optional<std::string> EnvironmentVariable(const char* name)
 {
-    std::string value(256, '\0');
-    for (;;) {
-        SetLastError(ERROR_SUCCESS);
-        const DWORD length = GetEnvironmentVariableA(name, value.data(), static_cast<DWORD>(value.size()));
-        if (length == 0 && GetLastError() == ERROR_ENVVAR_NOT_FOUND)
-            return std::nullopt;
-        const bool fits = length < value.size();
-        value.resize(length);
-        if (fits)
-            return value;
-    }
+    const std::optional<std::wstring> value = WideVariable(WideFromUtf8(name));
+    return value ? std::optional(NarrowFromWide(*value)) : std::nullopt;
 }
 
 std::string ExpandEnvironment(const std::string& text)
 {
-    const DWORD size = ExpandEnvironmentStringsA(text.c_str(), nullptr, 0);
-    if (size == 0)
-        return {};
-    std::vector<char> expanded(size + 2);
-    ExpandEnvironmentStringsA(text.c_str(), expanded.data(), size + 1);
-    return expanded.data();
+    // Bytes that make no characters stay as they are where there is nothing to replace.
+    if (text.find('%') == std::string::npos)
+        return text.c_str();
+    return NarrowLike(text, ExpandWide(WideFromNarrow(text.c_str())));
 }
 
 std::string HostName()

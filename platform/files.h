@@ -1,4 +1,4 @@
-// Folders and files. Paths and file contents are in the system's own narrow encoding.
+// Folders and files. Paths are narrow strings as narrow_text.h has them; what is read or written are bytes.
 #pragma once
 
 #include <cstddef>

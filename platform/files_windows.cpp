@@ -4,10 +4,8 @@
 #include <cstring>
 #include <share.h>
 
-#include <windows.h>
-
-#include <shlobj.h>
-#include <shlwapi.h>
+#include "platform/quiet_windows.h"
+#include "platform/wide_text_windows.h"
 
 namespace marvane::platform {
 
@@ -15,37 +13,42 @@ const char PathSeparator = '\\';
 
 bool PathExists(const std::string& path)
 {
-    return PathFileExistsA(path.c_str());
+    const NoMessageBoxes quiet; // A drive may have no medium.
+    return GetFileAttributesW(WideFromNarrow(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 bool MakeDirectory(const std::string& path)
 {
-    return CreateDirectoryA(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
+    return CreateDirectoryW(WideFromNarrow(path).c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
 }
 
 void MakeDirectoryChain(const std::string& path)
 {
-    SHCreateDirectoryExA(nullptr, path.c_str(), nullptr);
+    const std::wstring whole = WideFromNarrow(path);
+    for (std::size_t end = 0; end < whole.size();) {
+        end = std::min(whole.find_first_of(L"\\/", end + 1), whole.size());
+        CreateDirectoryW(whole.substr(0, end).c_str(), nullptr);
+    }
 }
 
 std::optional<std::vector<std::string>> FindFiles(const std::string& pattern)
 {
-    WIN32_FIND_DATAA entry;
-    const HANDLE search = FindFirstFileA(pattern.c_str(), &entry);
+    WIN32_FIND_DATAW entry;
+    const HANDLE search = FindFirstFileW(WideFromNarrow(pattern).c_str(), &entry);
     if (search == INVALID_HANDLE_VALUE)
         return std::nullopt;
     std::vector<std::string> files;
     do
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
-            files.emplace_back(entry.cFileName);
-    while (FindNextFileA(search, &entry));
+            files.push_back(NarrowLike(pattern, entry.cFileName));
+    while (FindNextFileW(search, &entry));
     FindClose(search);
     return files;
 }
 
 void RemoveFile(const std::string& path)
 {
-    std::remove(path.c_str());
+    _wremove(WideFromNarrow(path).c_str());
 }
 
 namespace {
@@ -123,8 +126,9 @@ File OpenLogFile(const std::string& path)
     // The right to append, and none to write elsewhere, has the kernel find the end of the file for each
     // write. Not shared for deletion: a file that is deleted while it is open blocks its name.
     constexpr DWORD rights = FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE;
-    return reinterpret_cast<File>(CreateFileA(path.c_str(), rights, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                              nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return reinterpret_cast<File>(CreateFileW(WideFromNarrow(path).c_str(), rights,
+                                              FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
+                                              FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 std::size_t WriteToFile(File file, std::string_view first, std::string_view second)
@@ -169,12 +173,13 @@ void CloseFile(File file)
 std::FILE* OpenTemporaryStream(const std::string& path, const char* mode)
 {
     // N: child processes do not inherit it.
-    return _fsopen(path.c_str(), (std::string(mode) + "tN").c_str(), _SH_DENYNO);
+    return _wfsopen(WideFromNarrow(path).c_str(), WideFromNarrow(std::string(mode) + "tN").c_str(),
+                    _SH_DENYNO);
 }
 
 std::FILE* OpenForReading(const std::string& path)
 {
-    return _fsopen(path.c_str(), "rt", _SH_DENYNO);
+    return _wfsopen(WideFromNarrow(path).c_str(), L"rt", _SH_DENYNO);
 }
 
 } // namespace marvane::platform

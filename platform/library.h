@@ -9,8 +9,11 @@
 
 namespace marvane::platform {
 
-/// Name under which this library looks up its own version.
+/// File name of this library as it is delivered.
 extern const char* const OwnLibraryName;
+
+/// What ProductVersion takes to find the version of this library.
+std::string OwnVersionFile();
 
 /// A loaded library. Never null in a good result.
 using Library = void*;

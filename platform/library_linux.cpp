@@ -116,6 +116,11 @@ ModulePath OwnModulePath(std::size_t limit)
     return {name, 0, 0};
 }
 
+std::string OwnVersionFile()
+{
+    return OwnLibraryName;
+}
+
 std::optional<std::array<std::uint16_t, 4>> ProductVersion(const std::string& file)
 {
     if (file.find('/') != std::string::npos)

@@ -2,7 +2,8 @@
 
 #include <vector>
 
-#include <windows.h>
+#include "platform/quiet_windows.h"
+#include "platform/wide_text_windows.h"
 
 namespace marvane::platform {
 
@@ -15,8 +16,8 @@ HMODULE OwnModule()
 {
     static const int ownAddress = 0;
     HMODULE module = nullptr;
-    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<const char*>(&ownAddress), &module);
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<const wchar_t*>(&ownAddress), &module);
     return module;
 }
 
@@ -32,45 +33,28 @@ std::string ErrorText(DWORD error)
     return text;
 }
 
-/// While it exists, failures on this thread show no message box: nobody may be there to close it. What the
-/// application has set besides stays.
-class NoMessageBoxes
-{
-public:
-    NoMessageBoxes()
-    {
-        SetThreadErrorMode(former_ | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, nullptr);
-    }
-    ~NoMessageBoxes() { SetThreadErrorMode(former_, nullptr); }
-    NoMessageBoxes(const NoMessageBoxes&) = delete;
-    NoMessageBoxes& operator=(const NoMessageBoxes&) = delete;
-
-private:
-    const DWORD former_ = GetThreadErrorMode();
-};
-
 /// The path from the root on: the search beside the library is undefined for a relative one. The path itself
 /// if there is none.
-std::string FullPath(const std::string& path)
+std::wstring FullPath(const std::wstring& path)
 {
-    std::string full(GetFullPathNameA(path.c_str(), 0, nullptr, nullptr), '\0');
-    full.resize(GetFullPathNameA(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
     return full.empty() ? path : full;
 }
 
 /// Loads a library, or returns null with the error as the thread's last one.
-HMODULE LoadByPath(const std::string& path)
+HMODULE LoadByPath(const std::wstring& path)
 {
     // A bare name is left to the search of the system: no folder is configured then.
-    const bool isBare = path.find_first_of("\\/:") == std::string::npos;
-    return LoadLibraryExA(isBare ? path.c_str() : FullPath(path).c_str(), nullptr,
+    const bool isBare = path.find_first_of(L"\\/:") == std::wstring::npos;
+    return LoadLibraryExW(isBare ? path.c_str() : FullPath(path).c_str(), nullptr,
                           LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
 DWORD ErrorOfLoad(const std::string& path, HMODULE& module)
 {
     const NoMessageBoxes quiet;
-    module = LoadByPath(path);
+    module = LoadByPath(WideFromNarrow(path));
     return GetLastError();
 }
 
@@ -102,27 +86,41 @@ ModulePath OwnModulePath(std::size_t limit)
 {
     const HMODULE module = OwnModule();
     ModulePath result = {{}, module ? 0 : static_cast<std::uint32_t>(GetLastError()), 0};
-    std::vector<char> buffer(limit);
-    SetLastError(ERROR_SUCCESS);
-    const DWORD length = GetModuleFileNameA(module, buffer.data(), static_cast<DWORD>(limit));
-    if (length == 0 || length >= limit)
-        result.FileNameError = GetLastError() != ERROR_SUCCESS ? GetLastError() : ERROR_INSUFFICIENT_BUFFER;
-    else
-        result.Path.assign(buffer.data(), length);
+    std::wstring path(MAX_PATH, L'\0');
+    DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    while (length == path.size() && length < limit) {
+        path.resize(2 * path.size());
+        length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    }
+    const DWORD error = length == 0 ? GetLastError() : ERROR_SUCCESS;
+    path.resize(length);
+    result.Path = NarrowFromWide(path);
+    const bool fits = !result.Path.empty() && result.Path.size() < limit;
+    if (!fits) {
+        result.Path.clear();
+        result.FileNameError = error != ERROR_SUCCESS ? error : ERROR_INSUFFICIENT_BUFFER;
+    }
     return result;
+}
+
+std::string OwnVersionFile()
+{
+    constexpr std::size_t noLimit = 100000;
+    return OwnModulePath(noLimit).Path;
 }
 
 std::optional<std::array<std::uint16_t, 4>> ProductVersion(const std::string& file)
 {
     DWORD ignored = 0;
-    const DWORD size = GetFileVersionInfoSizeA(file.c_str(), &ignored);
+    const std::wstring path = WideFromNarrow(file);
+    const DWORD size = GetFileVersionInfoSizeW(path.c_str(), &ignored);
     if (size == 0)
         return std::nullopt;
     std::vector<char> record(size);
     void* block = nullptr;
     UINT length = 0;
-    if (!GetFileVersionInfoA(file.c_str(), 0, size, record.data()) ||
-        !VerQueryValueA(record.data(), "\\", &block, &length) || length < sizeof(VS_FIXEDFILEINFO))
+    if (!GetFileVersionInfoW(path.c_str(), 0, size, record.data()) ||
+        !VerQueryValueW(record.data(), L"\\", &block, &length) || length < sizeof(VS_FIXEDFILEINFO))
         return std::nullopt;
     const auto& info = *static_cast<const VS_FIXEDFILEINFO*>(block);
     if (info.dwSignature != 0xFEEF04BD)

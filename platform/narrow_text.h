@@ -1,4 +1,6 @@
-// The bytes that the system and old files use for text, as UTF-8.
+// Narrow strings of paths and of the environment, which have two encodings on Windows: a string that is valid
+// UTF-8 is UTF-8, any other is in the system's ANSI code page. All functions of this layer take both. On
+// Linux the bytes stay as they are.
 #pragma once
 
 #include <optional>
@@ -6,9 +8,11 @@
 
 namespace marvane::platform {
 
-/// Text of the environment or of a configuration: what is valid UTF-8 stays, all else is in the system's ANSI
-/// code page on Windows. On Linux the bytes stay as they are.
+/// A narrow string in UTF-8.
 std::string Utf8FromNarrow(const std::string& bytes);
+
+/// Makes two narrow strings ready to be joined: if they are in different encodings, both become UTF-8.
+void MatchEncodings(std::string& first, std::string& second);
 
 /// As EnvironmentVariable and ExpandEnvironment, in UTF-8.
 std::optional<std::string> Utf8Variable(const std::string& name);

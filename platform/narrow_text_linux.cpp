@@ -9,6 +9,8 @@ std::string Utf8FromNarrow(const std::string& bytes)
     return bytes;
 }
 
+void MatchEncodings(std::string&, std::string&) {}
+
 std::optional<std::string> Utf8Variable(const std::string& name)
 {
     return EnvironmentVariable(name.c_str());

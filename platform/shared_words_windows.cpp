@@ -7,7 +7,7 @@
 #include <share.h>
 #include <sys/stat.h>
 
-#include <windows.h>
+#include "platform/wide_text_windows.h"
 
 namespace marvane::platform {
 
@@ -16,8 +16,9 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
     error.clear();
     if (descriptor_ == -1) {
         constexpr int flags = _O_RDWR | _O_BINARY | _O_NOINHERIT;
-        if (_sopen_s(&descriptor_, path.c_str(), flags, _SH_DENYNO, 0) != 0 &&
-            _sopen_s(&descriptor_, path.c_str(), flags | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE) != 0) {
+        const std::wstring file = WideFromNarrow(path);
+        if (_wsopen_s(&descriptor_, file.c_str(), flags, _SH_DENYNO, 0) != 0 &&
+            _wsopen_s(&descriptor_, file.c_str(), flags | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE) != 0) {
             descriptor_ = -1;
             error = std::strerror(errno);
             return false;
@@ -27,7 +28,7 @@ bool SharedWords::Open(const std::string& path, std::size_t count, std::int32_t 
         _lseek(descriptor_, 0, SEEK_END);
         for (std::size_t words = size / sizeof fill; words < count; ++words)
             _write(descriptor_, &fill, sizeof fill);
-        mapping_ = CreateFileMappingA(handle, nullptr, PAGE_READWRITE, 0, 0, nullptr);
+        mapping_ = CreateFileMappingW(handle, nullptr, PAGE_READWRITE, 0, 0, nullptr);
     }
     mappedBytes_ = count * sizeof fill;
     if (mapping_ && !words_)

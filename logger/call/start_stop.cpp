@@ -130,7 +130,7 @@ int LOGGER_Initialise()
     config.ProcessConfigurationElements(CConfigData::GetConfigQualifiedName());
     config.ProcessLogLevels();
     FillSettings(config);
-    ReadVersionText(platform::OwnLibraryName, LoggerVersionText);
+    ReadVersionText(platform::OwnVersionFile(), LoggerVersionText);
 
     PhaseText text;
     text.Begin();

@@ -11,6 +11,7 @@
 #include "logger/state/settings.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/narrow_text.h"
 #include "platform/process.h"
 
 namespace marvane {
@@ -61,7 +62,9 @@ const bool ForksSeen = (platform::CallAtFork(PrepareForFork, LeaveFork), true);
 bool MakeLogDirectory(const std::string& directory)
 {
     bool made = true;
-    for (const std::string& folder : FoldersToMake(directory, platform::PathSeparator))
+    // In UTF-8 a part of a path has the encoding of the whole.
+    const std::string path = platform::Utf8FromNarrow(directory);
+    for (const std::string& folder : FoldersToMake(path, platform::PathSeparator))
         if (!platform::PathExists(folder) && !platform::MakeDirectory(folder))
             made = false;
     return made;

@@ -7,6 +7,7 @@
 #include "logger/state/settings.h"
 #include "platform/files.h"
 #include "platform/library.h"
+#include "platform/narrow_text.h"
 
 namespace marvane {
 
@@ -33,8 +34,9 @@ std::string OwnFolder()
     return FolderOf(own.Path, platform::PathSeparator);
 }
 
-void SetTargetLibraryPath(const std::string& folder, const std::string& fileName)
+void SetTargetLibraryPath(std::string folder, std::string fileName)
 {
+    platform::MatchEncodings(folder, fileName);
     const std::string path = JoinTargetPath(folder, fileName);
     LogMutexHold hold;
     TargetLibraryPath = path;

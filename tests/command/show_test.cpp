@@ -308,5 +308,22 @@ TEST(LongLogs, ArePartlyReadWithTheSameResult)
             std::string(74, ' ') + "|\n");
 }
 
+TEST(Around, ShowsNoMoreThanAnybodyReads)
+{
+    const TemporaryFolder folder;
+    std::string log = SampleLog();
+    for (unsigned i = 0; i < 50'001; ++i)
+        log += LogCall(5, "PDUGetTimestamp", "hMod=0x00000001");
+    WriteFileBytes(folder / LogName, log);
+    const ProgramResult result = RunProgram("marvane", "around --at 14:03:05 " + Quoted(folder / LogName));
+    EXPECT_EQ(result.Status, 0);
+    EXPECT_EQ(result.Errors,
+              "marvane: more than 50,000 calls and reports: the rest of that time is not shown\n");
+    EXPECT_EQ(result.Output, "         thread 1A2C (application)\n"
+                             "+5.000   GetTimestamp  50000 times\n"
+                             "\n"
+                             "Repetitions are folded (--all)\n");
+}
+
 } // namespace
 } // namespace marvane::testing

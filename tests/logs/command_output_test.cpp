@@ -76,6 +76,7 @@ const Row Errors[] = {
     {"mark_in_entry_half_errors", "errors %LOGS%/mark_in_entry_half.LGR", 1},
     {"mark_after_exit_errors", "errors %LOGS%/mark_after_exit.LGR", 0},
     {"unstamped_errors", "errors %LOGS%/unstamped.LGR", 1},
+    {"error_items_errors", "errors %LOGS%/error_items.LGR --mdf %LOGS%/module_description.xml", 1},
     {"not_loaded_errors", "errors %LOGS%/not_loaded", 1},
     {"load_failure_errors", "errors %LOGS%/load_failure.LGR", 1},
     {"in_flight_errors", "errors %LOGS%/in_flight.LGR", 1},

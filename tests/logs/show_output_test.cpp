@@ -47,6 +47,8 @@ const Row Demo[] = {
     {"demo_show_nothing", "show %LOGS%/demo --status 0x20", 1},
     {"demo_around_hcop", "around %LOGS%/demo --hcop 7", 0},
     {"demo_around_line", "around %LOGS%/demo --line 989 --before 0.005 --after 0.003", 0},
+    {"demo_around_all", "around %LOGS%/demo --line 989 --before 0.005 --after 0.003 --all", 0},
+    {"demo_around_destroyed_item", "around %LOGS%/demo --line 765 --before 0 --after 0", 0},
 };
 INSTANTIATE_TEST_SUITE_P(Demo, ShowOutput, ::testing::ValuesIn(Demo), NameOf);
 

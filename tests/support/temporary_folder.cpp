@@ -6,16 +6,27 @@
 #include <iterator>
 #include <random>
 
-#include "platform/environment.h"
+#include "platform/narrow_text.h"
 
 namespace marvane::testing {
+
+std::filesystem::path FilePath(const std::string& utf8)
+{
+    return std::u8string(utf8.begin(), utf8.end());
+}
+
+std::string PathText(const std::filesystem::path& path)
+{
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
 
 namespace {
 
 void SetVariable(const std::string& name, const std::optional<std::string>& value)
 {
 #ifdef _WIN32
-    _putenv_s(name.c_str(), value.value_or("").c_str());
+    _wputenv_s(FilePath(name).c_str(), FilePath(value.value_or("")).c_str());
 #else
     if (value)
         setenv(name.c_str(), value->c_str(), 1);
@@ -43,7 +54,7 @@ TemporaryFolder::~TemporaryFolder()
 }
 
 EnvironmentValue::EnvironmentValue(std::string name, const std::optional<std::string>& value)
-    : name_(std::move(name)), former_(platform::EnvironmentVariable(name_.c_str()))
+    : name_(std::move(name)), former_(platform::Utf8Variable(name_))
 {
     SetVariable(name_, value);
 }

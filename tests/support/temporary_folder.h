@@ -8,6 +8,10 @@
 
 namespace marvane::testing {
 
+/// A path from UTF-8 and back, on Linux from any bytes: paths of ASCII alone need neither.
+std::filesystem::path FilePath(const std::string& utf8);
+std::string PathText(const std::filesystem::path& path);
+
 /// A new empty folder, removed with its contents at the end. Errors of the removal are ignored.
 class TemporaryFolder
 {
@@ -24,7 +28,8 @@ private:
     std::filesystem::path path_;
 };
 
-/// Sets an environment variable of this process, or removes it if there is no value; restores it at the end.
+/// Sets an environment variable of this process (UTF-8), or removes it if there is no value; restores it at
+/// the end.
 class EnvironmentValue
 {
 public:

@@ -6,6 +6,7 @@
 #include "tool/commands/around_grid.h"
 #include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
+#include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/spooled_input.h"
 #include "tool/commands/time_range.h"
@@ -106,10 +107,13 @@ std::optional<Window> FindCentre(const Arguments& arguments, const std::vector<r
     return std::nullopt;
 }
 
-Scene ReadScene(SceneSink& sink, LogTime begin, const std::vector<read::LogFile>& files)
+Scene ReadScene(SceneSink& sink, LogTime begin, const std::vector<read::LogFile>& files, Console& console)
 {
     read::LogReader reader(sink, read::Wants::Calls | read::Wants::Items | read::Wants::Comms);
     ReadLogs(files, reader, {.Since = begin, .WholeCalls = true});
+    if (sink.IsFull())
+        console.Note("more than " + Grouped(SceneSink::MostActs) +
+                     " calls and reports: the rest of that time is not shown");
     return sink.Finish();
 }
 
@@ -149,11 +153,12 @@ int RunAround(const Arguments& arguments, Console& console)
     // What can't be read has been complained about by the first reading, if there was one.
     SceneSink silent(begin, end);
     Complaining<SceneSink> complaining(files, console, begin, end);
-    const Scene scene = ReadScene(found ? silent : complaining, begin, files);
+    Scene scene = ReadScene(found ? silent : complaining, begin, files, console);
     if (scene.Acts.empty())
         return 1;
+    scene.Line = arguments.Number("--line", 1).value_or(0);
     console.UsePager();
-    DrawScene(scene, console);
+    DrawScene(scene, arguments.Has("--all"), console);
     return 0;
 }
 
@@ -171,7 +176,11 @@ constexpr Option Where[] = {
     {"--after", "SECONDS", "End that long after it; without the option the same"},
 };
 
-constexpr OptionGroup Groups[] = {{"Where", Where}, LogOptions};
+constexpr Option What[] = {
+    {"--all", "", "Also calls of PDUDestroyItem, and each repetition on a line of its own"},
+};
+
+constexpr OptionGroup Groups[] = {{"Where", Where}, {"What to show", What}, LogOptions};
 
 } // namespace
 

@@ -4,6 +4,9 @@
 #include <cstdio>
 #include <map>
 
+#include "tool/commands/around_rows.h"
+#include "tool/commands/row_text.h"
+
 namespace marvane::tool {
 
 namespace {
@@ -12,16 +15,6 @@ constexpr std::size_t TimeWidth = 9;
 constexpr std::size_t LeastWidth = 30;
 constexpr std::size_t MostBars = 3;
 
-/// One line of the drawing: the beginning of an act, its end, or both.
-struct Row
-{
-    read::Position At;
-    read::LogTime Time;
-    const Act* Of;
-    bool IsEnd = false;
-    bool IsBoth = false;
-};
-
 struct Column
 {
     std::uint32_t Thread = 0;
@@ -29,27 +22,7 @@ struct Column
     bool IsOfTheApplication = false; ///< it makes calls
 };
 
-std::vector<Row> RowsOf(const Scene& scene)
-{
-    std::vector<Row> all;
-    for (const Act& act : scene.Acts) {
-        all.push_back({act.Begin, act.BeginTime, &act});
-        if (act.End)
-            all.push_back({*act.End, act.EndTime, &act, true});
-    }
-    std::ranges::stable_sort(all, {}, &Row::At);
-    std::vector<Row> rows;
-    for (const Row& row : all) {
-        const bool isInside = row.Time >= scene.Begin && row.Time <= scene.End;
-        if (row.IsEnd && !rows.empty() && rows.back().Of == row.Of && row.Of->BeginTime == row.Of->EndTime)
-            rows.back().IsBoth = true;
-        else if (isInside)
-            rows.push_back(row);
-    }
-    return rows;
-}
-
-std::vector<Column> ColumnsOf(const Scene& scene, const std::vector<Row>& rows)
+std::vector<Column> ColumnsOf(const Scene& scene, const std::vector<SceneRow>& rows)
 {
     std::map<std::uint32_t, Column> byThread;
     for (const Act& act : scene.Acts) {
@@ -57,7 +30,7 @@ std::vector<Column> ColumnsOf(const Scene& scene, const std::vector<Row>& rows)
         column.Thread = act.Thread;
         column.IsOfTheApplication |= !act.IsByTheLibrary;
     }
-    for (const Row& row : rows)
+    for (const SceneRow& row : rows)
         ++byThread[row.Of->Thread].Rows;
     std::vector<Column> columns;
     columns.reserve(byThread.size());
@@ -67,40 +40,44 @@ std::vector<Column> ColumnsOf(const Scene& scene, const std::vector<Row>& rows)
     return columns;
 }
 
-/// How many calls of a thread are open between the row before and this one, or go on after it.
-std::size_t BarsAt(const Scene& scene, std::uint32_t thread, const Row& row)
+/// The calls that are open at a line, for lines in their order.
+class OpenActs
 {
-    std::size_t bars = 0;
-    for (const Act& act : scene.Acts) {
-        const bool begun = act.Begin <= row.At;
-        const bool open = !act.IsReport && (!act.End || *act.End >= row.At);
-        const bool isOneRow = row.Of == &act && row.IsBoth;
-        bars += act.Thread == thread && begun && open && !isOneRow ? 1 : 0;
+public:
+    explicit OpenActs(const Scene& scene) : acts_(scene.Acts) {}
+
+    void GoTo(const SceneRow& row)
+    {
+        for (; next_ < acts_.size() && acts_[next_].Begin <= row.At; ++next_)
+            if (!acts_[next_].IsReport)
+                open_.push_back(&acts_[next_]);
+        std::erase_if(open_, [&](const Act* act) { return act->End && *act->End < row.At; });
     }
-    return std::min(bars, MostBars);
-}
 
-std::string Duration(const Act& act)
-{
-    const std::int64_t span = act.EndTime - act.BeginTime;
-    return act.End && span > 0 ? "  " + std::to_string(span) + " ms" : std::string();
-}
+    /// How many calls of a thread are open between the row before and this one, or go on after it.
+    std::size_t BarsOf(std::uint32_t thread, const SceneRow& row) const
+    {
+        const auto bars = std::ranges::count_if(
+            open_, [&](const Act* act) { return act->Thread == thread && !(row.Of == act && row.IsBoth); });
+        return std::min(static_cast<std::size_t>(bars), MostBars);
+    }
 
-std::string TextOf(const Row& row)
+private:
+    const std::vector<Act>& acts_;
+    std::size_t next_ = 0;
+    std::vector<const Act*> open_;
+};
+
+/// Characters that a text may have in a column.
+std::size_t RoomIn(std::size_t width)
 {
-    if (row.IsBoth)
-        return row.Of->Name + (row.Of->Result.empty() ? "" : "  " + row.Of->Result);
-    if (!row.IsEnd)
-        return row.Of->Name + (row.Of->IsReport ? "" : Duration(*row.Of));
-    return row.Of->Result.empty() ? "returns" : row.Of->Result;
+    return width - MostBars - 2;
 }
 
 /// A cell: its text, to the right for the end of an act, and its bars at the right edge.
 std::string Cell(std::string text, bool toTheRight, std::size_t bars, std::size_t width)
 {
-    const std::size_t room = width - MostBars - 2;
-    if (text.size() > room)
-        text.replace(room - 1, std::string::npos, "~");
+    const std::size_t room = RoomIn(width);
     text.insert(toTheRight ? 0 : text.size(), room - text.size(), ' ');
     text.append(1, ' ').append(bars, '|');
     text.append(width - text.size(), ' ');
@@ -141,11 +118,26 @@ void DrawHeading(const std::vector<Column>& columns, std::size_t width, Console&
     console.Write(console.Coloured(Colour::Bold, Trimmed(std::move(line))));
 }
 
+/// "9 calls of PDUDestroyItem are left out, repetitions are folded"
+std::string LeftOutText(const FoldedRows& folded)
+{
+    std::string text;
+    if (folded.LeftOut > 0)
+        text = Counted(folded.LeftOut, "call") + " of PDUDestroyItem " +
+               (folded.LeftOut == 1 ? "is" : "are") + " left out";
+    if (folded.HasFolds)
+        text += std::string(text.empty() ? "R" : ", r") + "epetitions are folded";
+    return text;
+}
+
 } // namespace
 
-void DrawScene(const Scene& scene, Console& console)
+void DrawScene(const Scene& scene, bool isAll, Console& console)
 {
-    const std::vector<Row> rows = RowsOf(scene);
+    FoldedRows folded = {.Rows = RowsOf(scene)};
+    if (!isAll)
+        folded = Folded(scene, folded.Rows);
+    const std::vector<SceneRow>& rows = folded.Rows;
     std::vector<Column> columns = ColumnsOf(scene, rows);
     const std::size_t room = console.Columns() - TimeWidth;
     const std::vector<Column> left(
@@ -155,14 +147,16 @@ void DrawScene(const Scene& scene, Console& console)
     std::ranges::stable_sort(columns, std::ranges::greater(), &Column::IsOfTheApplication);
     const std::size_t width = room / std::max<std::size_t>(columns.size(), 1);
     DrawHeading(columns, width, console);
-    for (const Row& row : rows) {
+    OpenActs open(scene);
+    for (const SceneRow& row : rows) {
+        open.GoTo(row);
         std::string line = Clock(row.Time - scene.Zero);
         bool isShown = false;
         for (const Column& column : columns) {
             const bool isOwn = column.Thread == row.Of->Thread;
             isShown |= isOwn;
-            line += Cell(isOwn ? TextOf(row) : "", row.IsEnd && !row.IsBoth,
-                         BarsAt(scene, column.Thread, row), width);
+            line += Cell(isOwn ? TextOf(row, RoomIn(width)) : "", row.IsEnd && !row.IsBoth,
+                         open.BarsOf(column.Thread, row), width);
         }
         const bool isRed = row.Of->HasFailed && (row.IsEnd || row.IsBoth);
         if (isShown)
@@ -171,6 +165,8 @@ void DrawScene(const Scene& scene, Console& console)
     for (const Column& column : left)
         console.Write("not shown: " + ThreadName(column.Thread) + ", " + std::to_string(column.Rows) +
                       " rows\n");
+    if (folded.LeftOut > 0 || folded.HasFolds)
+        console.Write("\n" + LeftOutText(folded) + " (--all)\n");
 }
 
 } // namespace marvane::tool

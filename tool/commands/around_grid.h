@@ -6,7 +6,8 @@
 
 namespace marvane::tool {
 
-/// Writes the scene. Threads that do not fit are named at the end; those with the most rows go first.
-void DrawScene(const Scene& scene, Console& console);
+/// Writes the scene, folded if not all is wanted. Threads that do not fit are named at the end; those with
+/// the most rows go first.
+void DrawScene(const Scene& scene, bool isAll, Console& console);
 
 } // namespace marvane::tool

@@ -117,6 +117,13 @@ void SceneSink::OnEntry(const read::Call& call, bool isEvent)
     open_.push_back(std::move(act));
 }
 
+void SceneSink::Add(Act act)
+{
+    isFull_ |= scene_.Acts.size() >= MostActs;
+    if (!isFull_)
+        scene_.Acts.push_back(std::move(act));
+}
+
 void SceneSink::Close(const read::Call& call, bool isEvent)
 {
     std::erase_if(open_, [&](const Act& act) { return act.Begin == call.Begin; });
@@ -133,13 +140,15 @@ void SceneSink::Close(const read::Call& call, bool isEvent)
     act.HasFailed = !isEvent && call.HasFailed();
     act.Name = NameOf(call, isEvent);
     act.Result = ResultOf(call);
-    scene_.Acts.push_back(std::move(act));
+    Add(std::move(act));
 }
 
 void SceneSink::OnItem(const read::Item& item)
 {
-    if (!scene_.Acts.empty() && item.Fetch && scene_.Acts.back().Begin == item.Fetch->Begin)
-        scene_.Acts.back().Result = ItemText(item);
+    if (scene_.Acts.empty() || !item.Fetch || scene_.Acts.back().Begin != item.Fetch->Begin)
+        return;
+    scene_.Acts.back().Result = ItemText(item);
+    scene_.Acts.back().HasItem = true;
 }
 
 void SceneSink::OnComms(const read::Comms& report)
@@ -152,7 +161,7 @@ void SceneSink::OnComms(const read::Comms& report)
     act.BeginTime = act.EndTime = report.Time;
     act.IsReport = act.IsByTheLibrary = true;
     act.Name = ReportText(report);
-    scene_.Acts.push_back(std::move(act));
+    Add(std::move(act));
 }
 
 Scene SceneSink::Finish()

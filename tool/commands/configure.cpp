@@ -1,6 +1,6 @@
 // `marvane get`, `set`, `level` and `init`: the keys of a configuration.
-#include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/narrow_text.h"
 #include "platform/replace_file.h"
 #include "tool/commands/arguments.h"
 #include "tool/commands/console.h"

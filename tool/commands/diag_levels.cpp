@@ -2,8 +2,8 @@
 #include <fstream>
 
 #include "config/debug_levels.h"
-#include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/narrow_text.h"
 #include "platform/replace_file.h"
 #include "tool/commands/arguments.h"
 #include "tool/commands/console.h"
@@ -21,7 +21,7 @@ constexpr std::int32_t MostLevel = static_cast<std::int32_t>(DebugLevel::Debug3)
 
 std::string LevelFile()
 {
-    return platform::ExpandEnvironment(LevelFileFolder(platform::PathSeparator)) + LevelFileName;
+    return platform::ExpandUtf8(LevelFileFolder(platform::PathSeparator)) + LevelFileName;
 }
 
 std::int32_t LevelAt(const std::string& bytes, std::size_t subsystem)
@@ -99,7 +99,7 @@ void WriteLevels(const std::string& path, const std::vector<Change>& changes)
 {
     const auto existing = ReadFileBytes(path, 1 << 20);
     if (!existing || existing->size() < TableBytes) {
-        platform::MakeDirectoryChain(platform::ExpandEnvironment(LevelFileFolder(platform::PathSeparator)));
+        platform::MakeDirectoryChain(platform::ExpandUtf8(LevelFileFolder(platform::PathSeparator)));
         const std::string table = TableOf(path);
         std::string failure = existing ? platform::ReplaceFileContents(path, table, [] { return true; })
                                        : platform::CreateNewFile(path, table);

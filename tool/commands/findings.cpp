@@ -44,6 +44,19 @@ std::string RequestSubject(read::Bytes request, std::uint64_t size, const read::
     return on.empty() ? bytes : bytes + ", " + on;
 }
 
+/// "PDULockResource, link 2"
+std::string SubjectText(std::string_view name, const read::Call& call)
+{
+    std::string subject(name);
+    if (call.Module || call.Link) {
+        read::Link link;
+        link.Module = call.Module.value_or(read::UndefinedHandle);
+        link.Handle = call.Link.value_or(read::UndefinedHandle);
+        subject += ", " + LinkText(link);
+    }
+    return subject;
+}
+
 std::string After(const std::optional<read::Latency>& latency)
 {
     return latency ? ", after " + MillisecondsText(*latency) + " ms" : std::string();
@@ -91,15 +104,18 @@ void Findings::OnEntry(const read::Call& call, bool isEvent)
 
 void Findings::Put(FindingKind kind, const read::Call& call, std::string text, std::vector<std::string> why)
 {
-    std::string subject(call.Name);
-    if (call.Module || call.Link) {
-        read::Link link;
-        link.Module = call.Module.value_or(read::UndefinedHandle);
-        link.Handle = call.Link.value_or(read::UndefinedHandle);
-        subject += ", " + LinkText(link);
-    }
-    OnFinding({kind, call.Begin, call.BeginTime, call.Session, call.Seq, std::move(subject), std::move(text),
-               std::move(why), 1});
+    OnFinding({kind, call.Begin, call.BeginTime, call.Session, call.Seq, SubjectText(call.Name, call),
+               std::move(text), std::move(why), 1});
+}
+
+/// An error of a link, a module or the API itself, which no request waits for.
+void Findings::PutErrorItem(const read::Item& item)
+{
+    const read::Call& fetch = *item.Fetch;
+    OnFinding({FindingKind::FailedCall, item.At, fetch.EndTime, fetch.Session, fetch.Seq,
+               SubjectText("error item", fetch),
+               ErrorText(fetch.Session, WithoutPrefix(item.CodeName, "PDU_ERR_"), item.Code),
+               ExtraErrorText(fetch.Session, item.Extra), 1});
 }
 
 void Findings::PutFailed(const read::Call& call)
@@ -120,6 +136,16 @@ std::string Findings::ErrorText(std::uint32_t session, std::string_view name, st
     const bool isUnknown = name.empty() || name.starts_with('<');
     const std::optional<std::string> own = isUnknown ? names_.ErrorText(session, code) : std::nullopt;
     return own.value_or(std::string(name)) + " " + Code(code);
+}
+
+/// "extra error 4096: ERR_BUS_OFF", or nothing.
+std::vector<std::string> Findings::ExtraErrorText(std::uint32_t session,
+                                                  std::optional<std::uint32_t> number) const
+{
+    if (number.value_or(0) == 0)
+        return {};
+    const std::optional<std::string> text = names_.ErrorText(session, *number);
+    return {"extra error " + std::to_string(*number) + (text ? ": " + *text : "")};
 }
 
 void Findings::PutUnfinished(const read::Call& call)
@@ -193,6 +219,8 @@ void Findings::OnItem(const read::Item& item)
     if (item.Fetch)
         items_[item.Fetch->Session].OnItem(item);
     cutPayloads_ += item.Data.IsCut && !item.Data.Shown.empty();
+    if (item.Kind == read::ItemKind::Error && item.Code != 0 && item.Fetch && !item.Primitive)
+        PutErrorItem(item);
     exchanges_.OnItem(item);
 }
 
@@ -279,10 +307,8 @@ void Findings::FindSilent(const read::Exchange& exchange, Finding finding)
         finding.Text += ", " + MillisecondsText(*exchange.ErrorAfter) + " ms after " +
                         (exchange.ErrorAfter->IsByLog ? "the call" : "sending");
     finding.Why = WhySilent(exchange);
-    if (const std::uint32_t extra = exchange.ExtraError.value_or(0); extra != 0) {
-        const auto text = names_.ErrorText(exchange.Session, extra);
-        finding.Why.push_back("extra error " + std::to_string(extra) + (text ? ": " + *text : ""));
-    }
+    for (std::string& extra : ExtraErrorText(exchange.Session, exchange.ExtraError))
+        finding.Why.push_back(std::move(extra));
     const bool isAnswered = exchange.Result != Outcome::Silent;
     if (!isAnswered && exchange.Deciding()) {
         finding.Why.push_back("before it a " + RefusalText(exchange) + ", refused or pending");

@@ -107,6 +107,8 @@ private:
     void OnExchange(const read::Exchange& exchange) override;
     void OnLateAnswer(const read::LateAnswer& answer) override;
     void Put(FindingKind kind, const read::Call& call, std::string text, std::vector<std::string> why = {});
+    void PutErrorItem(const read::Item& item);
+    std::vector<std::string> ExtraErrorText(std::uint32_t session, std::optional<std::uint32_t> number) const;
     void PutFailed(const read::Call& call);
     void PutMoreNotLoaded(std::uint32_t session, NotLoaded& calls);
     void PutUnfinished(const read::Call& call);

@@ -343,5 +343,59 @@ TEST_F(SetupCommands, WrongUsageIsStatusTwo)
     EXPECT_EQ(Run({"uninstall", "SimVci", "--to", folder / "none"}), "exit status 2\n");
 }
 
+/// The names of a folder: in UTF-8, and in the code page of Western Europe.
+constexpr const char* BenchInUtf8 = "Pr\xC3\xBC"
+                                    "fstand \xE8\xAF\x8A\xE6\x96\xAD";
+constexpr const char* UmlautsInUtf8 = "Pr\xC3\xBC"
+                                      "fstand";
+constexpr const char* UmlautsInCodePage = "Pr\xFC"
+                                          "fstand";
+
+TEST_F(SetupCommands, AChainIsInstalledInFoldersOfAnyScript)
+{
+    const std::filesystem::path place = folder.Path() / testing::FilePath(BenchInUtf8);
+    std::filesystem::create_directory(place);
+    const std::filesystem::path vendor = place / testing::LibraryName("SimVci");
+    std::filesystem::copy_file(library, vendor);
+    const std::string roots = testing::PathText(place / "root.xml");
+    testing::WriteFileBytes(
+        place / "root.xml",
+        "<MVCI_PDU_API_ROOT>\n<MVCI_PDU_API><SHORT_NAME>Bench</SHORT_NAME><LIBRARY_FILE URI=\"" +
+            UriOfPath(testing::PathText(vendor), platform::PathSeparator) +
+            "\"/></MVCI_PDU_API>\n</MVCI_PDU_API_ROOT>\n");
+    const std::string copies = testing::PathText(place / "copies");
+    const std::string installed =
+        Run({"install", "Bench", "--root", roots, "--to", copies, "--from", testing::BuildFolder(),
+             "--log-dir", testing::PathText(place / "logs")});
+    EXPECT_EQ(installed.find("exit status"), std::string::npos) << installed;
+    const std::string checked = Run({"check", "Bench", "--root", roots, "--to", copies});
+    EXPECT_NE(checked.find("Outcome: works, log in DIR/" + std::string(BenchInUtf8) + "/logs"),
+              std::string::npos)
+        << checked;
+}
+
+TEST_F(SetupCommands, CheckReadsPathsInTheCodePageOfWindows)
+{
+    if (platform::PathSeparator == '/')
+        GTEST_SKIP() << "bytes are names here";
+    std::filesystem::create_directory(folder.Path() / testing::FilePath(UmlautsInUtf8));
+    const std::string place = folder / "" + UmlautsInCodePage + "\\";
+    std::filesystem::copy_file(library, folder.Path() / testing::FilePath(UmlautsInUtf8) / "SimVci.dll");
+    testing::WriteFileBytes(
+        folder / "D_PDU_API_CFG.xml",
+        "<?xml?>\n<D_PDU_API_CFG>\n"
+        "<Attribute Name=\"InstalledPath\" Type=\"String\" Value=\"" +
+            place +
+            "\"/>\n<Attribute Name=\"PDUAPILibDll\" Type=\"String\" Value=\"SimVci.dll\"/>\n"
+            "<Attribute Name=\"LogFileDir\" Type=\"String\" Value=\"" +
+            place +
+            "logs\\\"/>\n<Attribute Name=\"LogEnabled\" Type=\"UNUM32\" Value=\"1\"/>\n"
+            "<Attribute Name=\"LogFnCalls\" Type=\"UNUM32\" Value=\"2\"/>\n</D_PDU_API_CFG>\n");
+    const std::string checked = Run({"check", "--config", folder / "D_PDU_API_CFG.xml"});
+    EXPECT_NE(checked.find("Outcome: works, log in DIR/" + std::string(UmlautsInUtf8) + "/logs/."),
+              std::string::npos)
+        << checked;
+}
+
 } // namespace
 } // namespace marvane::tool

@@ -3,9 +3,9 @@
 
 #include "config/paths.h"
 #include "platform/clock.h"
-#include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/library.h"
+#include "platform/narrow_text.h"
 #include "tool/commands/arguments.h"
 #include "tool/commands/console.h"
 #include "tool/commands/json_text.h"
@@ -88,7 +88,7 @@ std::uint64_t MostFiles(const Configuration& configuration)
 
 std::string FolderOfConfiguration(const Configuration& configuration)
 {
-    return LogFolder(configuration.Text(LogFileDirKey.Name).Value, platform::ExpandEnvironment);
+    return LogFolder(configuration.Text(LogFileDirKey.Name).Value, platform::ExpandUtf8);
 }
 
 std::string VersionOf(const LibraryLook& look)

@@ -1,8 +1,8 @@
 #include "tool/setup/check.h"
 
 #include "config/paths.h"
-#include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/narrow_text.h"
 #include "tool/commands/json_text.h"
 #include "tool/setup/configuration_findings.h"
 #include "tool/setup/folder_findings.h"
@@ -32,7 +32,7 @@ struct ChosenConfiguration
 
 ChosenConfiguration ChooseConfiguration(const std::string& marvane, const std::optional<std::string>& given)
 {
-    const std::string variable = platform::EnvironmentVariable(ConfigurationVariable).value_or("");
+    const std::string variable = platform::Utf8Variable(ConfigurationVariable).value_or("");
     const std::string beside = ConfigurationBeside(marvane, platform::PathSeparator);
     const std::string path = given ? *given : variable.empty() ? beside : variable;
     const auto found = [&](FindingLevel level, const std::string& text) {
@@ -69,7 +69,7 @@ public:
     {
         report_.All = std::move(before);
         CheckFindings findings =
-            ConfigurationFindings(configuration_, platform::PathSeparator, platform::ExpandEnvironment);
+            ConfigurationFindings(configuration_, platform::PathSeparator, platform::ExpandUtf8);
         isPathWrong_ = HasPathError(findings);
         Append(report_.All, std::move(findings));
         const bool starts = Folder();
@@ -101,7 +101,7 @@ private:
         const SettingText setting = configuration_.Text(LogFileDirKey.Name);
         if (setting.Line == 0)
             return false;
-        report_.LogFolder = LogFolder(setting.Value, platform::ExpandEnvironment);
+        report_.LogFolder = LogFolder(setting.Value, platform::ExpandUtf8);
         if (!IsActive() || report_.LogFolder.empty())
             return true;
         FolderCheck check = CheckLogFolder(report_.LogFolder, setting.Line);
@@ -111,8 +111,8 @@ private:
 
     bool Target()
     {
-        const std::string folder = platform::ExpandEnvironment(configuration_.Text("InstalledPath").Value);
-        const std::string name = platform::ExpandEnvironment(configuration_.Text("PDUAPILibDll").Value);
+        const std::string folder = platform::ExpandUtf8(configuration_.Text("InstalledPath").Value);
+        const std::string name = platform::ExpandUtf8(configuration_.Text("PDUAPILibDll").Value);
         const std::string path =
             JoinTargetPath(IsStandAlone(folder) ? FolderOf(marvane_, platform::PathSeparator) : folder, name);
         if (name.empty())

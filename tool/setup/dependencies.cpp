@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/narrow_text.h"
 #include "tool/setup/setup_files.h"
 
 namespace marvane::tool {
@@ -22,10 +22,10 @@ void AddParts(std::vector<std::string>& folders, const std::string& list, char m
 
 std::vector<std::string> WindowsFolders(Machine machine)
 {
-    const std::string system = platform::ExpandEnvironment("%SystemRoot%");
+    const std::string system = platform::ExpandUtf8("%SystemRoot%");
     std::vector<std::string> folders = {
         system + (machine != OwnMachine() && machine == Machine::X86 ? "\\SysWOW64" : "\\System32"), system};
-    AddParts(folders, platform::EnvironmentVariable("PATH").value_or(""), ';');
+    AddParts(folders, platform::Utf8Variable("PATH").value_or(""), ';');
     return folders;
 }
 
@@ -39,7 +39,7 @@ std::vector<std::string> LinuxFolders(const LibraryLook& look)
                 paths.replace(at, std::string_view(origin).size(), own);
         AddParts(folders, paths, ':');
     }
-    AddParts(folders, platform::EnvironmentVariable("LD_LIBRARY_PATH").value_or(""), ':');
+    AddParts(folders, platform::Utf8Variable("LD_LIBRARY_PATH").value_or(""), ':');
     const bool is64 = look.Facts->For != Machine::X86;
     for (const char* const folder : {"/lib", "/usr/lib", "/usr/local/lib"}) {
         folders.emplace_back(folder);

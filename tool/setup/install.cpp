@@ -5,9 +5,9 @@
 
 #include "config/paths.h"
 #include "platform/child_process.h"
-#include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/library.h"
+#include "platform/narrow_text.h"
 #include "platform/replace_file.h"
 #include "tool/setup/check.h"
 #include "tool/setup/file_changes.h"
@@ -43,7 +43,8 @@ std::string Quoted(const std::string& name)
     return "\"" + name + "\"";
 }
 
-/// Where the library of a machine type is delivered: the first of these places that has one.
+/// Where the library of a machine type is delivered: the first of these places that has one. The command is
+/// delivered above the folders of both widths and in each of them.
 std::vector<std::string> LibraryPlaces(const std::string& from, Machine machine)
 {
     const std::string width = machine == Machine::X64 ? "x64" : "x86";
@@ -51,7 +52,8 @@ std::vector<std::string> LibraryPlaces(const std::string& from, Machine machine)
     const std::string separator(1, platform::PathSeparator);
     if (!from.empty())
         return {from + separator + width, from};
-    std::vector<std::string> places = {own + separator + width, "/usr/lib/marvane", own};
+    std::vector<std::string> places = {own + separator + width, "/usr/lib/marvane", own,
+                                       ParentOf(own) + separator + width};
     for (const char* const build : {"native", "windows", "native-x86", "windows-x86"})
         places.push_back(ParentOf(own) + separator + build);
     return places;
@@ -406,9 +408,9 @@ private:
             const std::string logs = ParseConfiguration(plan.Configuration).Text("LogFileDir").Value;
             add("logs", logs);
             // Where the copies are elsewhere, the readers of logs do not find them by the entry.
-            add("next", "restart the application, then: marvane talk " +
-                            (options_.To.empty() ? "--entry " + plan.Name
-                                                 : LogFolder(logs, platform::ExpandEnvironment)));
+            add("next",
+                "restart the application, then: marvane talk " +
+                    (options_.To.empty() ? "--entry " + plan.Name : LogFolder(logs, platform::ExpandUtf8)));
         }
         return report;
     }

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "platform/clock.h"
-#include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/library.h"
+#include "platform/narrow_text.h"
 #include "tool/setup/file_changes.h"
 #include "tool/setup/setup_files.h"
 
@@ -109,9 +109,8 @@ std::string DefaultCopyFolder(Machine machine)
         return "/usr/local/lib/marvane";
     // A 32-bit process sees the folder for 32-bit programs under the first name too.
     const bool isOther = machine == Machine::X86;
-    const std::string folder =
-        platform::ExpandEnvironment(isOther ? "%ProgramFiles(x86)%" : "%ProgramW6432%");
-    return (folder.find('%') == std::string::npos ? folder : platform::ExpandEnvironment("%ProgramFiles%")) +
+    const std::string folder = platform::ExpandUtf8(isOther ? "%ProgramFiles(x86)%" : "%ProgramW6432%");
+    return (folder.find('%') == std::string::npos ? folder : platform::ExpandUtf8("%ProgramFiles%")) +
            "\\Marvane\\installed";
 }
 

@@ -2,8 +2,8 @@
 
 #include "config/paths.h"
 #include "pdu/functions.h"
-#include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/narrow_text.h"
 #include "tool/setup/configuration.h"
 #include "tool/setup/setup_files.h"
 
@@ -41,8 +41,8 @@ Chain ChainOf(const std::string& marvane)
     chain.Configuration = ConfigurationBeside(marvane, platform::PathSeparator);
     const Configuration configuration = ReadConfiguration(chain.Configuration);
     chain.HasConfiguration = configuration.Opened;
-    const std::string name = platform::ExpandEnvironment(configuration.Text("PDUAPILibDll").Value);
-    const std::string folder = platform::ExpandEnvironment(configuration.Text("InstalledPath").Value);
+    const std::string name = platform::ExpandUtf8(configuration.Text("PDUAPILibDll").Value);
+    const std::string folder = platform::ExpandUtf8(configuration.Text("InstalledPath").Value);
     if (!name.empty())
         chain.Target =
             JoinTargetPath(IsStandAlone(folder) ? FolderOf(marvane, platform::PathSeparator) : folder, name);

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <regex>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -19,19 +20,24 @@ class Selftest : public ::testing::Test
 protected:
     Selftest()
     {
-        for (const char* name : {"marvane", "diag_session"})
-            Copy(name + std::string(ProgramEnd()), name + std::string(ProgramEnd()));
-        for (const char* name : {"Marvane", "SimVci"})
-            Copy(testing::LibraryName(name), testing::LibraryName(name));
+        CopyPackage(testing::BuildFolder(), "");
         std::filesystem::create_directory(temporary);
     }
 
     static std::string ProgramEnd() { return platform::PathSeparator == '\\' ? ".exe" : ""; }
 
+    /// Puts the package of a build into a folder of this package.
+    void CopyPackage(const std::filesystem::path& build, const std::string& to) const
+    {
+        std::filesystem::create_directories(package / to);
+        for (const std::string& name : {"marvane" + ProgramEnd(), "diag_session" + ProgramEnd(),
+                                        testing::LibraryName("Marvane"), testing::LibraryName("SimVci")})
+            std::filesystem::copy_file(build / name, package / to / name);
+    }
+
     /// Puts a file of the build into the package under a name.
     void Copy(const std::string& from, const std::string& to) const
     {
-        std::filesystem::create_directories(package);
         std::filesystem::copy_file(testing::BuildFolder() + from, package / to,
                                    std::filesystem::copy_options::overwrite_existing);
     }
@@ -40,11 +46,14 @@ protected:
     /// end.
     std::string Run(const std::string& option = "--color=never") const
     {
+        return RunCommand({testing::BuildFolder() + "marvane" + ProgramEnd(), "selftest", "--from",
+                           package.string(), option});
+    }
+    std::string RunCommand(const std::vector<std::string>& words) const
+    {
         const std::string temp = temporary.string();
         const platform::ChildResult result =
-            platform::RunChild({testing::BuildFolder() + "marvane" + ProgramEnd(), "selftest", "--from",
-                                package.string(), option},
-                               {{"TEMP", temp}, {"TMP", temp}, {"TMPDIR", temp}});
+            platform::RunChild(words, {{"TEMP", temp}, {"TMP", temp}, {"TMPDIR", temp}});
         std::string text = result.Output;
         std::erase(text, '\r');
         for (const auto& [path, name] :
@@ -57,6 +66,20 @@ protected:
                 text.replace(at, path.size(), name);
         return std::regex_replace(text, std::regex("[0-9]+ ns"), "N ns") + "exit status " +
                std::to_string(result.Status) + "\n";
+    }
+
+    /// The rows of a good package of a width in a folder of this package.
+    static std::string GoodRows(const std::string& width, const std::string& to)
+    {
+        const std::string summary = ", " + width + ", 29 of 29 functions\n";
+        return "\n" + width + "\n\n  ok  Marvane         " + to + "LIBRARY\n                      1.0.0.0" +
+               summary + "  ok  interface       " + to + "INTERFACE\n                      1.4.2.7" +
+               summary +
+               "  ok  session         without Marvane: all 64 results are as they must be\n"
+               "  ok  session         with Marvane: all 64 results are as they must be\n"
+               "  ok  log             311 calls in 29 functions; all 2303 lines are as they must be\n"
+               "  ok  cost of a call  N ns logged (level decoded), N ns without Marvane\n"
+               "  ok  left behind     nothing\n";
     }
 
     std::string Page(const std::string& rows, const std::string& end) const
@@ -88,6 +111,36 @@ TEST_F(Selftest, OfAGoodPackagePassesAndLeavesNothing)
                        "  ok  log             311 calls in 29 functions; all 2303 lines are as they must be\n"
                        "  ok  cost of a call  N ns logged (level decoded), N ns without Marvane\n",
                    "Selftest passed.\nexit status 0\n"));
+    EXPECT_TRUE(std::filesystem::is_empty(temporary));
+}
+
+TEST_F(Selftest, OfAPackageOfBothWidthsTestsBothByEitherCommand)
+{
+    if (sizeof(void*) == 8)
+        GTEST_SKIP() << "a test of the 32-bit build, which runs where 32-bit programs do";
+    const std::filesystem::path own = std::filesystem::path(testing::BuildFolder()).parent_path();
+    std::string name = own.filename().string();
+    name.erase(std::min(name.find("-x86"), name.size()));
+    const std::filesystem::path other = own.parent_path() / name;
+    if (other == own || !std::filesystem::exists(other / ("marvane" + ProgramEnd())))
+        GTEST_SKIP() << "there is no 64-bit build beside this one";
+    std::filesystem::remove_all(package);
+    CopyPackage(own, "x86");
+    CopyPackage(other, "x64");
+    const std::string separator(1, platform::PathSeparator);
+    const std::string rows32 = GoodRows("32-bit", "PACKAGE/x86" + separator);
+    const std::string rows64 = GoodRows("64-bit", "PACKAGE/x64" + separator);
+    const std::string end = "\nSelftest passed.\nexit status 0\n";
+    const auto run = [&](const std::string& width) {
+        std::vector<std::string> words = {(package / width / ("marvane" + ProgramEnd())).string(), "selftest",
+                                          "--color=never"};
+        // Elsewhere an installed package would be found first.
+        if (platform::PathSeparator == '/')
+            words.insert(words.end(), {"--from", package.string()});
+        return RunCommand(words);
+    };
+    EXPECT_EQ(run("x86"), "marvane 1.0.0.0 on SYSTEM\n" + rows32 + rows64 + end);
+    EXPECT_EQ(run("x64"), "marvane 1.0.0.0 on SYSTEM\n" + rows64 + rows32 + end);
     EXPECT_TRUE(std::filesystem::is_empty(temporary));
 }
 

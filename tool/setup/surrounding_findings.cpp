@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/library_users.h"
+#include "platform/narrow_text.h"
 #include "tool/setup/file_uri.h"
 #include "tool/setup/setup_files.h"
 
@@ -54,7 +54,7 @@ CheckFindings OldProcessFindings(const std::string& marvane, const std::string& 
 CheckFindings DiagnosticLogFindings()
 {
     const std::string path =
-        platform::ExpandEnvironment(std::string("%TEMP%") + platform::PathSeparator + "d-pdu-api-logger.log");
+        platform::ExpandUtf8(std::string("%TEMP%") + platform::PathSeparator + "d-pdu-api-logger.log");
     const std::string text = ReadFileBytes(path, 1 << 24).value_or("");
     std::vector<std::string> messages;
     for (std::size_t at = 0; at < text.size();) {

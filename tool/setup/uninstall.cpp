@@ -2,9 +2,9 @@
 
 #include "config/paths.h"
 #include "line/file_names.h"
-#include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/library.h"
+#include "platform/narrow_text.h"
 #include "platform/replace_file.h"
 #include "tool/setup/configuration.h"
 #include "tool/setup/file_changes.h"
@@ -128,8 +128,7 @@ private:
     {
         const Configuration configuration =
             ReadConfiguration(copy.Folder + platform::PathSeparator + ConfigurationFileName);
-        const std::string folder =
-            LogFolder(configuration.Text("LogFileDir").Value, platform::ExpandEnvironment);
+        const std::string folder = LogFolder(configuration.Text("LogFileDir").Value, platform::ExpandUtf8);
         std::size_t count = 0;
         for (const std::string& name : NamesIn(folder)) {
             if (!ParseLogFileName(name))

@@ -52,8 +52,9 @@ std::vector<std::string> LibraryPlaces(const std::string& from, Machine machine)
     const std::string separator(1, platform::PathSeparator);
     if (!from.empty())
         return {from + separator + width, from};
-    std::vector<std::string> places = {own + separator + width, "/usr/lib/marvane", own,
-                                       ParentOf(own) + separator + width};
+    std::vector<std::string> places = {own + separator + width,
+                                       ParentOf(own) + separator + "lib" + separator + "marvane",
+                                       "/usr/lib/marvane", own, ParentOf(own) + separator + width};
     for (const char* const build : {"native", "windows", "native-x86", "windows-x86"})
         places.push_back(ParentOf(own) + separator + build);
     return places;

@@ -43,7 +43,7 @@ class Selftest
 public:
     Selftest(std::string folder, Machine machine)
         : folder_(std::move(folder)), marvane_(In(platform::OwnLibraryName)), interface_(In(InterfaceName())),
-          application_(In(ProgramName("diag_session"))), command_(In(ProgramName("marvane")))
+          application_(In(ProgramName("diag_session"))), command_(CommandFor(machine))
     {
         result_.For = machine;
         result_.IsDelivered = true;
@@ -165,6 +165,13 @@ private:
             return std::nullopt;
         const double measured = std::strtod(run.Output.c_str(), nullptr);
         return measured > 0 ? std::optional(measured) : std::nullopt;
+    }
+
+    /// The command beside the library, or this one where the libraries have a folder of their own.
+    std::string CommandFor(Machine machine) const
+    {
+        const std::string beside = In(ProgramName("marvane"));
+        return IsFile(beside) || machine != OwnMachine() ? beside : platform::ProgramPath();
     }
 
     void Measure()

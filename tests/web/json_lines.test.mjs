@@ -27,6 +27,16 @@ for (const log of logs())
       assert.equal(misfit(lines), undefined);
     });
 
+for (const log of logs().filter((path) => path.endsWith(".LGR")))
+  test(`${log}: each call, callback and item of the log is a record`, () => {
+    const text = readFileSync(log, "latin1");
+    const lines = objects(marvane("export", "--format", "jsonl", log));
+    const count = (...kinds) => lines.filter(({ kind }) => kinds.includes(kind)).length;
+    const calls = /^\{[0-9:.]+ - [0-9A-F]{8}\} (\+ |.* - Called but library not)/gm;
+    assert.equal(count("call", "event"), [...text.matchAll(calls)].length);
+    assert.equal(count("item"), text.split("*ppEventItem (").length - 1);
+  });
+
 test("each kind of record is in the exported logs", () => {
   const kinds = new Set();
   for (const log of logs())

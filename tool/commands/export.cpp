@@ -6,6 +6,7 @@
 #include "tool/commands/log_source.h"
 #include "tool/commands/nearest.h"
 #include "tool/commands/program.h"
+#include "tool/commands/progress.h"
 #include "tool/commands/redaction.h"
 #include "tool/commands/shared_options.h"
 #include "tool/export/format.h"
@@ -14,6 +15,57 @@
 namespace marvane::tool {
 
 namespace {
+
+/// Shows how far the reading has come, whatever the size of a file; redacts if that is wanted.
+class WatchedBytes : public read::ByteFilter
+{
+public:
+    WatchedBytes(const std::vector<read::LogFile>& files, read::ByteFilter* redactor)
+        : progress_("exporting", TotalOf(files)), redactor_(redactor)
+    {
+    }
+
+    void Begin(std::uint32_t file) override
+    {
+        if (redactor_)
+            redactor_->Begin(file);
+    }
+    void Take(std::uint32_t file, std::string_view bytes, std::string& out) override
+    {
+        progress_.At(done_ += bytes.size());
+        if (redactor_)
+            redactor_->Take(file, bytes, out);
+        else
+            out += bytes;
+    }
+    void Skip(std::uint32_t file, std::uint64_t lines) override
+    {
+        if (redactor_)
+            redactor_->Skip(file, lines);
+    }
+    void End(std::uint32_t file, std::string& out) override
+    {
+        if (redactor_)
+            redactor_->End(file, out);
+    }
+
+private:
+    /// 0 if it is unknown: how much a compressed file holds, only its reading shows.
+    static std::uint64_t TotalOf(const std::vector<read::LogFile>& files)
+    {
+        std::uint64_t total = 0;
+        for (const read::LogFile& file : files) {
+            if (file.IsCompressed || file.IsStandardInput)
+                return 0;
+            total += file.Size;
+        }
+        return total;
+    }
+
+    Progress progress_;
+    read::ByteFilter* redactor_;
+    std::uint64_t done_ = 0;
+};
 
 /// KEY=VALUE of --tag.
 std::pair<std::string, std::string> TagOf(const std::string& text)
@@ -127,11 +179,17 @@ int RunExport(const Arguments& arguments, Console& console)
     inputs.IsFollowing = IsFollowing(arguments);
     inputs.Reading = [&](read::LogSink& sink, read::Wants wants, const std::function<void()>& afterBatch) {
         reader.emplace(sink, wants);
-        reader->FilterBy(inputs.Redaction);
-        if (inputs.IsFollowing)
+        if (inputs.IsFollowing) {
+            reader->FilterBy(inputs.Redaction);
             status = FollowLogs(arguments, console, files, *reader, afterBatch);
-        else
-            ReadLogs(files, *reader);
+            return;
+        }
+        WatchedBytes watched(files, inputs.Redaction);
+        reader->FilterBy(&watched);
+        for (const read::LogFile& file : files)
+            read::ReadLogFile(file, *reader);
+        reader->Finish();
+        reader->FilterBy(nullptr);
     };
     const std::unique_ptr<Sink> sink = SinkOf(arguments, format, inputs, console);
     format.Write(inputs, *sink);

@@ -73,8 +73,8 @@ void SecretValues::Learn(SecretBytes secret)
 {
     std::vector<std::uint8_t> different(secret.begin(), secret.end());
     std::ranges::sort(different);
-    const auto rest = std::ranges::unique(different);
-    if (secret.size() < ShortestLearned || different.size() - rest.size() < FewestDifferent)
+    different.erase(std::unique(different.begin(), different.end()), different.end());
+    if (secret.size() < ShortestLearned || different.size() < FewestDifferent)
         return;
     auto& sameHead = byHead_[HeadOf(secret)];
     if (std::ranges::any_of(sameHead, [&](const auto& known) { return std::ranges::equal(known, secret); }))

@@ -225,6 +225,8 @@ constexpr Example ExportExamples[] = {
     {"export --format csv --table exchanges -o run.csv run.LGR",
      "each request with its answer, for a spreadsheet"},
     {"export --format sql run.LGR | sqlite3 run.db", "a database with the views slowest and refused"},
+    {"export --format pcapng -o run.pcapng run.LGR", "the conversation for Wireshark"},
+    {"export --format trace -o run.json run.LGR", "a time line for ui.perfetto.dev or speedscope"},
     {"export --format jsonl -f", "live, on standard output"},
     {"export --format jsonl --out fleet logs", "a compressed file a day, for a database"},
 };

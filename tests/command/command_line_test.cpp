@@ -87,6 +87,15 @@ TEST(CommandLine, HelpIsAtMostAHundredColumnsWide)
         }
 }
 
+TEST(CommandLine, HelpFillsTheLinesOfEachParagraph)
+{
+    EXPECT_NE(
+        tool::CommandHelp(*tool::FindCommand("talk"))
+            .find("\n\nMarks: X refused or silent, ! remarkable, . by the way, ? not in the log. Times are "
+                  "from the\nsending of a request"),
+        std::string::npos);
+}
+
 TEST(CommandLine, VersionIsThatOfTheProduct)
 {
     EXPECT_EQ(RunProgram("marvane", "--version").Output, tool::VersionLine() + "\n");

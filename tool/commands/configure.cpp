@@ -219,11 +219,9 @@ int RunInit(const Arguments& arguments, Console& console)
     configuration.InstalledPath = library.empty() ? "." : ParentOf(library) + platform::PathSeparator;
     configuration.TargetName =
         library.empty() ? (isWindows ? "VendorPDU.dll" : "libVendorPDU.so") : FileNameOf(library);
-    configuration.LogFolder =
+    configuration.LogFolder = WholeFolder(
         arguments.Value("--log-dir")
-            .value_or(isWindows ? "%LOCALAPPDATA%\\Marvane\\logs\\" : "%HOME%/.local/state/marvane/");
-    if (!configuration.LogFolder.ends_with(platform::PathSeparator))
-        configuration.LogFolder += platform::PathSeparator;
+            .value_or(isWindows ? "%LOCALAPPDATA%\\Marvane\\logs\\" : "%HOME%/.local/state/marvane/"));
     configuration.Level = arguments.Value("--level").value_or("decoded");
     const std::string failure =
         platform::CreateNewFile(path, ConfigurationText(configuration, platform::PathSeparator));

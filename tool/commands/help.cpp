@@ -19,9 +19,11 @@ constexpr Example Steps[] = {
     {"diff OLD.LGR NEW.LGR", "what differs from another run"},
 };
 
-/// The end of the part of a text that fits `room` columns, at a blank.
+/// The end of the part of a text that fits `room` columns: at its line end, else at a blank.
 std::size_t BreakAt(std::string_view text, std::size_t room)
 {
+    if (const std::size_t end = text.substr(0, room + 1).find('\n'); end != std::string_view::npos)
+        return end;
     if (text.size() <= room)
         return text.size();
     const std::size_t blank = text.rfind(' ', room);

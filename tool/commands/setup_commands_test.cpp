@@ -319,6 +319,18 @@ TEST_F(SetupCommands, InitWritesAConfigurationAndNeverOverwritesOne)
     EXPECT_EQ(testing::FileBytes(file), bytes);
 }
 
+TEST_F(SetupCommands, ALogFolderIsWrittenAsAWholePath)
+{
+    const auto written = [this](const std::string& name, const std::string& logs) {
+        Run({"init", folder / name, "--library", library, "--log-dir", logs});
+        return Run({"get", "--config", folder / name, "LogFileDir"});
+    };
+    const std::string own = Named(testing::PathText(std::filesystem::current_path() / "logs"));
+    EXPECT_EQ(written("relative.xml", "logs"), own + "/\n");
+    EXPECT_EQ(written("variable.xml", "%TEMP%"),
+              "%TEMP%" + Named(std::string(1, platform::PathSeparator)) + "\n");
+}
+
 TEST_F(SetupCommands, DiagLevelsChangesTheTableInPlace)
 {
     const testing::EnvironmentValue appData("APPDATA", folder.Path().string());

@@ -227,9 +227,7 @@ private:
     {
         if (!options_.LogFolder)
             return LogFolderByDefault(entry);
-        std::string folder = *options_.LogFolder;
-        if (!folder.ends_with(platform::PathSeparator))
-            folder += platform::PathSeparator;
+        const std::string folder = WholeFolder(*options_.LogFolder);
         // Each entry needs a log folder of its own.
         return options_.Name.empty() ? folder + FolderName(entry) + platform::PathSeparator : folder;
     }

@@ -4,6 +4,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "platform/files.h"
+
 namespace marvane::tool {
 
 namespace fs = std::filesystem;
@@ -69,6 +71,19 @@ bool IsSameFile(const std::string& one, const std::string& other)
 {
     std::error_code failed;
     return one == other || fs::equivalent(FilePath(one), FilePath(other), failed);
+}
+
+std::string WholeFolder(const std::string& named)
+{
+    std::error_code failed;
+    std::string folder =
+        named.starts_with('%')
+            ? named
+            : PathText(
+                  std::filesystem::absolute(FilePath(named), failed).lexically_normal().make_preferred());
+    if (!folder.ends_with(platform::PathSeparator))
+        folder += platform::PathSeparator;
+    return folder;
 }
 
 std::vector<std::string> NamesIn(const std::string& folder)

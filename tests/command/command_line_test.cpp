@@ -92,7 +92,7 @@ TEST(CommandLine, HelpFillsTheLinesOfEachParagraph)
     EXPECT_NE(
         tool::CommandHelp(*tool::FindCommand("talk"))
             .find("\n\nMarks: X refused or silent, ! remarkable, . by the way, ? not in the log. Times are "
-                  "from the\nsending of a request"),
+                  "from the sending\nof a request"),
         std::string::npos);
 }
 

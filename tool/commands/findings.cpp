@@ -19,9 +19,6 @@ using read::Outcome;
 constexpr std::int64_t LongCallbackMs = 20;
 constexpr std::size_t MostCallbacks = 256;
 
-// A request that went out so much later than the call is a reason for silence.
-constexpr std::int64_t LateSendingMs = 50;
-
 constexpr std::uint32_t DataLostEvent = 0x802;
 
 std::string_view WithoutPrefix(std::string_view name, std::string_view prefix)
@@ -36,14 +33,6 @@ std::string Code(std::uint32_t code)
     return text;
 }
 
-std::string RequestSubject(read::Bytes request, std::uint64_t size, const read::Link& link)
-{
-    const std::string unseen = size == 0 ? "request" : "request of " + Counted(size, "byte");
-    const std::string bytes = request.empty() ? unseen : BytesText(request, size, 6, 4);
-    const std::string on = LinkText(link);
-    return on.empty() ? bytes : bytes + ", " + on;
-}
-
 /// "PDULockResource, link 2"
 std::string SubjectText(std::string_view name, const read::Call& call)
 {
@@ -55,11 +44,6 @@ std::string SubjectText(std::string_view name, const read::Call& call)
         subject += ", " + LinkText(link);
     }
     return subject;
-}
-
-std::string After(const std::optional<read::Latency>& latency)
-{
-    return latency ? ", after " + MillisecondsText(*latency) + " ms" : std::string();
 }
 
 } // namespace
@@ -113,16 +97,14 @@ void Findings::PutErrorItem(const read::Item& item)
 {
     const read::Call& fetch = *item.Fetch;
     OnFinding({FindingKind::FailedCall, item.At, fetch.EndTime, fetch.Session, fetch.Seq,
-               SubjectText("error item", fetch),
-               ErrorText(fetch.Session, WithoutPrefix(item.CodeName, "PDU_ERR_"), item.Code),
+               SubjectText("error item", fetch), ErrorText(fetch.Session, item.CodeName, item.Code),
                ExtraErrorText(fetch.Session, item.Extra), 1});
 }
 
 void Findings::PutFailed(const read::Call& call)
 {
     const std::uint32_t status = call.Status.value_or(0);
-    const std::string text =
-        ErrorText(call.Session, WithoutPrefix(WithoutPrefix(call.StatusName, "PDU_ERR_"), "PDU_"), status);
+    const std::string text = ErrorText(call.Session, call.StatusName, status);
     if (status == PDU_ERR_EVENT_QUEUE_EMPTY)
         return Put(FindingKind::EmptyQueue, call, text);
     const auto why = history_.Why(call);
@@ -135,7 +117,8 @@ std::string Findings::ErrorText(std::uint32_t session, std::string_view name, st
 {
     const bool isUnknown = name.empty() || name.starts_with('<');
     const std::optional<std::string> own = isUnknown ? names_.ErrorText(session, code) : std::nullopt;
-    return own.value_or(std::string(name)) + " " + Code(code);
+    const std::string_view known = WithoutPrefix(WithoutPrefix(name, "PDU_ERR_"), "PDU_");
+    return own.value_or(std::string(known)) + " " + Code(code);
 }
 
 /// "extra error 4096: ERR_BUS_OFF", or nothing.
@@ -243,120 +226,6 @@ void Findings::OnProblem(const read::Problem& problem)
         return; // calls are found as calls, and trouble with a file is no fact of the log
     finding.Subject = "damaged line";
     OnFinding(finding);
-}
-
-std::vector<std::string> Findings::WhySilent(const read::Exchange& exchange) const
-{
-    std::vector<std::string> why;
-    const std::int64_t sent = exchange.SentAfterMs.value_or(0);
-    if (sent < LateSendingMs)
-        return why;
-    why.push_back("sent " + Grouped(static_cast<std::uint64_t>(sent)) + " ms after the call");
-    const LongCallback* longest = nullptr;
-    for (const LongCallback& callback : callbacks_) {
-        const bool isMeanwhile = callback.Session == exchange.Session &&
-                                 callback.Begin.Ms < exchange.Time.Ms + sent && callback.End > exchange.Time;
-        if (isMeanwhile && (!longest || callback.End - callback.Begin > longest->End - longest->Begin))
-            longest = &callback;
-    }
-    if (longest)
-        why.back() += "; meanwhile a callback was open for " +
-                      Grouped(static_cast<std::uint64_t>(longest->End - longest->Begin)) + " ms (" +
-                      PositionText(longest->At) + ")";
-    return why;
-}
-
-std::vector<std::string> Findings::WhyRefused(const read::Exchange& exchange) const
-{
-    const read::Answer* refusal = exchange.Deciding();
-    if (refusal && !refusal->Nrc) {
-        const auto hints = hintsOf_.find(exchange.Session);
-        return {(hints == hintsOf_.end() ? SettingsHints() : hints->second).ForNegativeCode()};
-    }
-    const bool isUds = DialectOf(*exchange.On) == words::Dialect::Uds;
-    constexpr std::uint8_t OfState[] = {0x22, 0x24, 0x33, 0x7E, 0x7F};
-    if (isUds && refusal && refusal->Nrc && std::ranges::count(OfState, *refusal->Nrc))
-        return {"at that moment: " + states_.Text(*exchange.On)};
-    return {};
-}
-
-std::string Findings::RefusalText(const read::Exchange& exchange) const
-{
-    const read::Answer& refusal = *exchange.Deciding();
-    if (!refusal.Nrc)
-        return refusal.Size == 0 ? "negative answer" : "negative answer of " + Counted(refusal.Size, "byte");
-    return BytesText(refusal.Data, refusal.Size, 9, 8) + "  " +
-           NrcText(DialectOf(*exchange.On), *refusal.Nrc);
-}
-
-void Findings::FindRefused(const read::Exchange& exchange, Finding finding)
-{
-    finding.Kind = FindingKind::Refused;
-    finding.Text = RefusalText(exchange) + After(exchange.FirstAnswer());
-    finding.Why = WhyRefused(exchange);
-    OnFinding(finding);
-}
-
-void Findings::FindSilent(const read::Exchange& exchange, Finding finding)
-{
-    finding.Text =
-        exchange.ErrorCode == 0
-            ? "no answer" + After(exchange.Whole)
-            : ErrorText(exchange.Session, WithoutPrefix(exchange.ErrorName, "PDU_ERR_"), exchange.ErrorCode);
-    if (exchange.ErrorAfter)
-        finding.Text += ", " + MillisecondsText(*exchange.ErrorAfter) + " ms after " +
-                        (exchange.ErrorAfter->IsByLog ? "the call" : "sending");
-    finding.Why = WhySilent(exchange);
-    for (std::string& extra : ExtraErrorText(exchange.Session, exchange.ExtraError))
-        finding.Why.push_back(std::move(extra));
-    const bool isAnswered = exchange.Result != Outcome::Silent;
-    if (!isAnswered && exchange.Deciding()) {
-        finding.Why.push_back("before it a " + RefusalText(exchange) + ", refused or pending");
-        finding.Why.push_back(WhyRefused(exchange).front());
-    }
-    OnFinding(finding);
-}
-
-void Findings::OnExchange(const read::Exchange& exchange)
-{
-    Finding finding = {FindingKind::Silent,
-                       exchange.At,
-                       exchange.Time,
-                       exchange.Session,
-                       exchange.Seq,
-                       RequestSubject(exchange.Request, exchange.RequestSize, *exchange.On),
-                       {},
-                       {},
-                       1};
-    cutPayloads_ += exchange.IsRequestCut && !exchange.Request.empty();
-    if (exchange.PendingCount > 0) {
-        Finding pending = finding;
-        pending.Kind = FindingKind::Pending;
-        pending.Count = exchange.PendingCount;
-        pending.Text = Counted(exchange.PendingCount, "pending answer") + " (7F xx 78)";
-        OnFinding(pending);
-    }
-    if (exchange.Result == Outcome::Refused)
-        FindRefused(exchange, std::move(finding));
-    else if (exchange.Result == Outcome::Silent ||
-             (exchange.ErrorCode != 0 && exchange.Result != Outcome::Sent))
-        FindSilent(exchange, std::move(finding));
-    states_.Change(exchange);
-    OnEnded(exchange);
-}
-
-void Findings::OnLateAnswer(const read::LateAnswer& late)
-{
-    const std::string bytes = BytesText(late.What.Data, late.What.Size, 9, 8);
-    OnFinding({FindingKind::Late,
-               late.What.At,
-               late.What.Time,
-               late.Session,
-               late.Seq,
-               RequestSubject(late.Request, late.Request.size(), *late.On),
-               bytes + "  came " + std::to_string(late.AfterEndMs) + " ms after its end",
-               {"requested in line " + PositionText(late.RequestAt)},
-               1});
 }
 
 /// The calls of a session that found no target library since the first, or since this was called.

@@ -13,7 +13,7 @@
 #include "tool/commands/status_logs.h"
 #include "tool/setup/configuration.h"
 #include "tool/setup/configuration_text.h"
-#include "tool/setup/install.h"
+#include "tool/setup/delivered_library.h"
 #include "tool/setup/installed_state.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/root_sources.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tool/commands/talk_rows.h"
+#include "tool/commands/talk_layout.h"
 #include "tool/read/exchange.h"
 
 namespace marvane::tool {

@@ -12,7 +12,7 @@
 #include "tool/commands/settings_hints.h"
 #include "tool/commands/talk_filter.h"
 #include "tool/commands/talk_folds.h"
-#include "tool/commands/talk_rows.h"
+#include "tool/commands/talk_layout.h"
 #include "tool/export/redactor.h"
 
 namespace marvane::tool {

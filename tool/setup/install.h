@@ -47,13 +47,6 @@ struct UninstallOptions
 /// Removes and returns the report. Throws InstallRefused.
 std::string Uninstall(const UninstallOptions& options);
 
-/// The folders that deliver a logger library of a machine type, in the order in which they are tried.
-std::vector<std::string> DeliveredFolders(const std::string& from, Machine machine);
-
-/// Bytes of the logger library of a machine type, from where it is delivered: `from`, else beside the
-/// command.
-std::optional<std::string> DeliveredLibrary(const std::string& from, Machine machine);
-
 /// The folders that `To` or its absence stands for.
 std::vector<std::string> CopyFolders(const std::string& to);
 

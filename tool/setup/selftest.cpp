@@ -10,7 +10,7 @@
 #include "platform/library.h"
 #include "platform/replace_file.h"
 #include "tool/setup/configuration_text.h"
-#include "tool/setup/install.h"
+#include "tool/setup/delivered_library.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/private_folder.h"
 #include "tool/setup/session_log.h"

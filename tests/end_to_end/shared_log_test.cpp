@@ -50,7 +50,8 @@ std::size_t LinesThatTheSystemLoses(std::size_t enough)
     for (int round = 0; round < rounds && most < enough; ++round) {
         const TemporaryFolder folder;
         RunBoth(folder, "plain ");
-        most = std::max(most, Lines - std::filesystem::file_size(folder.Path() / "plain") / PlainLine.size());
+        const auto size = static_cast<std::size_t>(std::filesystem::file_size(folder.Path() / "plain"));
+        most = std::max(most, Lines - size / PlainLine.size());
     }
     return most;
 }

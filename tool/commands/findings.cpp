@@ -13,7 +13,6 @@ namespace marvane::tool {
 namespace {
 
 using read::CallState;
-using read::Outcome;
 
 // Callbacks that may have held something up are remembered from this length on, and no more than so many.
 constexpr std::int64_t LongCallbackMs = 20;

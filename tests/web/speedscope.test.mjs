@@ -38,13 +38,14 @@ async function serve(traces, use) {
 /** Opens a trace in speedscope; returns the text of the page and what the page complained about. */
 async function open(browser, root, trace) {
   const page = await browser.newPage();
+  page.setDefaultTimeout(0);
   const faults = [];
   page.on("pageerror", (error) => faults.push(error.message));
   page.on("console", (message) => message.type() === "error" && faults.push(message.text()));
   page.on("dialog", (dialog) => faults.push(dialog.message()) && dialog.dismiss());
   await page.goto(`${root}/page/index.html#profileURL=${encodeURIComponent(`${root}/traces/${trace}`)}`);
   const isDone = () => /Time Order|Something went wrong|Unrecognized|error/i.test(document.body.innerText);
-  await page.waitForFunction(isDone, undefined, { timeout: 0 });
+  await page.waitForFunction(isDone);
   const text = await page.evaluate(() => document.body.innerText);
   await page.close();
   return { text, faults };
@@ -54,7 +55,7 @@ test("speedscope opens traces of the demo and of logs that are hard", { skip }, 
   withFolder(async (folder) => {
     const { chromium } = await import("playwright-core");
     const args = process.getuid?.() === 0 ? ["--no-sandbox"] : [];
-    const browser = await chromium.launch({ executablePath: browserPath, args });
+    const browser = await chromium.launch({ executablePath: browserPath, args, timeout: 0 });
     try {
       await serve(folder, async (root) => {
         for (const log of [demo, ...logs().filter((log) => /in_flight|two_processes|midnight/.test(log))]) {

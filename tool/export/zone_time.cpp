@@ -11,7 +11,7 @@ namespace marvane::tool {
 namespace {
 
 constexpr std::int64_t SecondsPerDay = 24 * 60 * 60;
-constexpr std::int64_t MsPerHour = 60 * 60 * 1000;
+constexpr std::uint32_t MsPerHour = 60 * 60 * 1000;
 
 /// Seconds since 1970 that a broken-down time would be in UTC.
 std::int64_t SecondsOf(const std::tm& time)

@@ -182,14 +182,11 @@ TEST(CommandLine, AClosedPipeEndsQuietly)
 /// Runs the command with its output going to a device that is always full.
 ProgramResult RunOnAFullDisk(const std::string& arguments)
 {
-    const bool onWindows = platform::PathSeparator == '\\';
+    const std::string device = platform::PathSeparator == '\\' ? "Z:\\dev\\full" : "/dev/full";
     const TemporaryFolder folder;
     const std::string errors = folder / "errors";
-    const std::string command = Quoted(BuildFolder() + "marvane" + (onWindows ? ".exe" : "")) + " " +
-                                arguments + (onWindows ? " > Z:\\dev\\full 2> " : " > /dev/full 2> ") +
-                                Quoted(errors);
-    const int status = std::system((onWindows ? Quoted(command) : command).c_str());
-    return {onWindows ? status : status / 256, "", FileText(errors)};
+    const int status = RunByShell("marvane", arguments + " > " + device + " 2> " + Quoted(errors));
+    return {status, "", FileText(errors)};
 }
 
 TEST(CommandLine, OutputThatCanNotBeWrittenIsTrouble)

@@ -1,5 +1,4 @@
 // Logs that come through standard input: the same bytes, once or several times, packed or not.
-#include <cstdlib>
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -41,12 +40,8 @@ protected:
     /// Runs a command with a file as its standard input; what it writes goes to the files output and errors.
     int Run(const std::string& arguments, const std::string& input) const
     {
-        const bool onWindows = platform::PathSeparator == '\\';
-        const std::string command = Quoted(BuildFolder() + "marvane" + (onWindows ? ".exe" : "")) + " " +
-                                    arguments + " < " + Quoted(input) + " > " + Quoted(folder_ / "output") +
-                                    " 2> " + Quoted(folder_ / "errors");
-        const int status = std::system((onWindows ? Quoted(command) : command).c_str());
-        return onWindows ? status : status / 256;
+        return RunByShell("marvane", arguments + " < " + Quoted(input) + " > " + Quoted(folder_ / "output") +
+                                         " 2> " + Quoted(folder_ / "errors"));
     }
 
     /// What a command writes, byte by byte.

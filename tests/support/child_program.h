@@ -19,6 +19,10 @@ struct ProgramResult
 /// which the caller quotes paths. The program inherits the environment of the test.
 ProgramResult RunProgram(const std::string& name, const std::string& arguments);
 
+/// Runs a program of the build folder by the system's shell and waits for its end. `arguments` is the rest of
+/// the shell's line: quoted where needed, with its redirections. Returns the exit status.
+int RunByShell(const std::string& name, const std::string& arguments);
+
 /// A path, quoted as an argument.
 std::string Quoted(const std::string& path);
 

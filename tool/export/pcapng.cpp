@@ -46,8 +46,9 @@ bool IsDoIp(read::Bytes bytes)
     constexpr std::size_t header = 8;
     if (bytes.size() < header + 5 || (bytes[0] ^ bytes[1]) != 0xFF || bytes[2] != 0x80 || bytes[3] != 0x01)
         return false;
-    const std::uint64_t length =
-        static_cast<std::uint64_t>(bytes[4]) << 24 | bytes[5] << 16 | bytes[6] << 8 | bytes[7];
+    std::uint64_t length = 0;
+    for (const std::uint8_t byte : bytes.subspan(4, 4))
+        length = length << 8 | byte;
     const read::Bytes message = bytes.subspan(header + 4);
     return length == bytes.size() - header && IsWholeUds(message, message.size());
 }

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "platform/replace_file.h"
+#include "platform/utf8_path.h"
 #include "tool/commands/arguments.h"
 #include "tool/export/sink.h"
 
@@ -14,12 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t BufferSize = 256 * 1024;
-constexpr std::string_view UnfinishedMark = ".marvane-new";
-
-fs::path PathOf(const std::string& text)
-{
-    return {std::u8string(text.begin(), text.end())};
-}
 
 std::string LastError()
 {
@@ -31,7 +26,7 @@ class FileSink : public Sink
 public:
     FileSink(const std::string& path, Existing existing) : path_(path), written_(path)
     {
-        const fs::file_status status = fs::status(PathOf(path));
+        const fs::file_status status = fs::status(platform::FilePath(path));
         if (fs::is_directory(status))
             throw Trouble(path + ": is a folder");
         const bool isThere = fs::exists(status);
@@ -40,7 +35,7 @@ public:
         // Devices and pipes keep their places.
         isBeside_ = existing != Existing::Extended && (!isThere || fs::is_regular_file(status));
         if (isBeside_)
-            written_ += UnfinishedMark;
+            written_ += platform::UnfinishedMark;
         Open(existing);
     }
 
@@ -50,13 +45,13 @@ public:
             return;
         stream_.close();
         std::error_code ignored;
-        fs::remove(PathOf(written_), ignored);
+        fs::remove(platform::FilePath(written_), ignored);
     }
 
     void Write(std::string_view bytes) override
     {
         buffer_ += bytes;
-        if (buffer_.size() >= BufferSize && isBeside_)
+        if (buffer_.size() >= BufferSize)
             Flush();
     }
 
@@ -86,11 +81,12 @@ private:
     {
         std::error_code ignored;
         if (isBeside_)
-            fs::remove(PathOf(written_), ignored); // Left by a run that was interrupted.
+            fs::remove(platform::FilePath(written_), ignored); // Left by a run that was interrupted.
         errno = 0;
         stream_.rdbuf()->pubsetbuf(nullptr, 0);
-        stream_.open(PathOf(written_), existing == Existing::Extended ? std::ios::binary | std::ios::app
-                                                                      : std::ios::binary | std::ios::out);
+        stream_.open(platform::FilePath(written_), existing == Existing::Extended
+                                                       ? std::ios::binary | std::ios::app
+                                                       : std::ios::binary | std::ios::out);
         if (!stream_)
             throw Trouble(path_ + ": " + LastError());
     }

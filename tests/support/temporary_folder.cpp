@@ -10,17 +10,6 @@
 
 namespace marvane::testing {
 
-std::filesystem::path FilePath(const std::string& utf8)
-{
-    return std::u8string(utf8.begin(), utf8.end());
-}
-
-std::string PathText(const std::filesystem::path& path)
-{
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 namespace {
 
 void SetVariable(const std::string& name, const std::optional<std::string>& value)

@@ -6,11 +6,13 @@
 #include <optional>
 #include <string>
 
+#include "platform/utf8_path.h"
+
 namespace marvane::testing {
 
-/// A path from UTF-8 and back, on Linux from any bytes: paths of ASCII alone need neither.
-std::filesystem::path FilePath(const std::string& utf8);
-std::string PathText(const std::filesystem::path& path);
+// Paths of ASCII alone need neither.
+using platform::FilePath;
+using platform::PathText;
 
 /// A new empty folder, removed with its contents at the end. Errors of the removal are ignored.
 class TemporaryFolder

@@ -7,6 +7,7 @@
 #include <optional>
 #include <thread>
 
+#include "platform/utf8_path.h"
 #include "tool/commands/follower.h"
 #include "tool/commands/input_pump.h"
 
@@ -38,7 +39,7 @@ bool TakesFolder(const Arguments& arguments)
 {
     const auto isFolder = [](const std::string& path) {
         std::error_code unknown;
-        return fs::is_directory(fs::path(std::u8string(path.begin(), path.end())), unknown);
+        return fs::is_directory(platform::FilePath(path), unknown);
     };
     return arguments.Operands().empty() || std::ranges::any_of(arguments.Operands(), isFolder);
 }

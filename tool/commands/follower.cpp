@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <fstream>
 
+#include "platform/utf8_path.h"
+
 namespace marvane::tool {
 
 namespace {
@@ -10,12 +12,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t PartSize = 64 * 1024;
-
-std::string TextOf(const fs::path& path)
-{
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
 
 } // namespace
 
@@ -150,7 +146,7 @@ bool Follower::FindNewer()
     const fs::path path = api == files_.end() ? files_.back().Path : api->Path;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     std::vector<read::LogFile> newer;
-    for (read::LogFile& file : read::FindLogFiles({TextOf(folder)}).Files)
+    for (read::LogFile& file : read::FindLogFiles({platform::PathText(folder)}).Files)
         if (IsFollowed(file) && known_.insert(file.Path.filename()).second)
             newer.push_back(std::move(file));
     files_.insert(files_.end(), newer.begin(), newer.end());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/utf8_path.h"
 #include "tool/commands/default_logs.h"
 #include "tool/commands/follow.h"
 #include "tool/commands/progress.h"
@@ -19,17 +20,10 @@ std::uint64_t SizeOf(const std::vector<read::LogFile>& files)
     return size;
 }
 
-std::string TextOf(const std::filesystem::path& path)
-{
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 bool IsFolder(const std::string& path)
 {
     std::error_code unknown;
-    return std::filesystem::is_directory(std::filesystem::path(std::u8string(path.begin(), path.end())),
-                                         unknown);
+    return std::filesystem::is_directory(platform::FilePath(path), unknown);
 }
 
 } // namespace
@@ -92,7 +86,8 @@ void ComplainAbout(const read::Problem& problem, const std::vector<read::LogFile
     std::string text(problem.Text);
     const bool isOfFile = problem.At.File < files.size() && files[problem.At.File].Begin.Name != "-";
     if (isOfFile && text.starts_with(files[problem.At.File].Begin.Name))
-        text.replace(0, files[problem.At.File].Begin.Name.size(), TextOf(files[problem.At.File].Path));
+        text.replace(0, files[problem.At.File].Begin.Name.size(),
+                     platform::PathText(files[problem.At.File].Path));
     console.Complain(text);
 }
 

@@ -13,6 +13,7 @@
 #include <zlib.h>
 
 #include "platform/replace_file.h"
+#include "platform/utf8_path.h"
 #include "tool/commands/arguments.h"
 #include "tool/export/sink.h"
 #include "tool/export/zone_time.h"
@@ -23,15 +24,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view UnfinishedMark = ".marvane-new";
 constexpr std::size_t BufferSize = 256 * 1024;
 // Lines of a day come rarely after those of the next one, so few files need a compressor at a time.
 constexpr std::size_t MostOpen = 4;
-
-fs::path PathOf(const std::string& text)
-{
-    return {std::u8string(text.begin(), text.end())};
-}
 
 /// Appends gzip members to a file, which is how a compressed file is continued.
 class GzipMember
@@ -41,7 +36,7 @@ public:
     {
         constexpr int withGzipHeader = 16;
         errno = 0;
-        stream_.open(PathOf(path), std::ios::binary | std::ios::app);
+        stream_.open(platform::FilePath(path), std::ios::binary | std::ios::app);
         if (!stream_)
             Fail();
         if (deflateInit2(&packer_, Z_DEFAULT_COMPRESSION, Z_DEFLATED, MAX_WBITS + withGzipHeader, 8,
@@ -96,7 +91,7 @@ public:
         : folder_(std::move(folder)), suffix_(std::move(suffix)), isExtended_(existing == Existing::Extended)
     {
         std::error_code failure;
-        fs::create_directories(PathOf(folder_), failure);
+        fs::create_directories(platform::FilePath(folder_), failure);
         if (failure)
             throw Trouble(folder_ + ": " + failure.message());
     }
@@ -107,7 +102,7 @@ public:
         std::error_code ignored;
         for (const std::int64_t day : days_)
             if (!isExtended_ && !isFinished_)
-                fs::remove(PathOf(WrittenPath(day)), ignored);
+                fs::remove(platform::FilePath(WrittenPath(day)), ignored);
     }
 
     bool SelectDay(std::int64_t day) override
@@ -120,8 +115,8 @@ public:
             return false;
         std::error_code ignored;
         if (!isExtended_)
-            fs::remove(PathOf(WrittenPath(day)), ignored); // Left by a run that was interrupted.
-        return !isExtended_ || !fs::exists(PathOf(FinalPath(day)), ignored);
+            fs::remove(platform::FilePath(WrittenPath(day)), ignored); // Left by a run that was interrupted.
+        return !isExtended_ || !fs::exists(platform::FilePath(FinalPath(day)), ignored);
     }
 
     void Write(std::string_view bytes) override { Member().Write(bytes); }
@@ -153,7 +148,7 @@ private:
     std::string FinalPath(std::int64_t day) const { return folder_ + "/" + DayText(day) + suffix_ + ".gz"; }
     std::string WrittenPath(std::int64_t day) const
     {
-        return FinalPath(day) + std::string(isExtended_ ? "" : UnfinishedMark);
+        return FinalPath(day) + std::string(isExtended_ ? "" : platform::UnfinishedMark);
     }
 
     GzipMember& Member()

@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "platform/clock.h"
+#include "platform/utf8_path.h"
 
 namespace marvane::read {
 
@@ -15,18 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view Compressed = ".gz";
-
-/// Texts are UTF-8 on every system; on Linux they are the bytes of the path.
-fs::path PathOf(std::string_view text)
-{
-    return fs::path(std::u8string(text.begin(), text.end()));
-}
-
-std::string TextOf(const fs::path& path)
-{
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
 
 LogTime TimeOf(const FileTime& time)
 {
@@ -65,7 +54,7 @@ LogFile FileAt(const fs::path& path)
 {
     LogFile file;
     file.Path = path;
-    file.Begin.Name = TextOf(path.filename());
+    file.Begin.Name = platform::PathText(path.filename());
     file.IsCompressed = file.Begin.Name.ends_with(Compressed);
     std::error_code error;
     const std::uintmax_t size = fs::file_size(path, error);
@@ -129,7 +118,7 @@ private:
     template <class IsWanted> bool AddFrom(const fs::path& folder, IsWanted isWanted);
     void Fail(const fs::path& path, std::string reason)
     {
-        found_.Failures.push_back({TextOf(path), std::move(reason)});
+        found_.Failures.push_back({platform::PathText(path), std::move(reason)});
     }
 
     FoundFiles found_;
@@ -142,14 +131,14 @@ void Finder::Add(const std::string& text)
         found_.Files.push_back(StandardInput());
         return;
     }
-    const fs::path path = PathOf(text);
+    const fs::path path = platform::FilePath(text);
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
     if (fs::is_directory(status))
         return AddFolder(path);
     if (fs::exists(status))
         return AddFile(path);
-    if (TextOf(path.filename()).find_first_of("*?") != std::string::npos)
+    if (platform::PathText(path.filename()).find_first_of("*?") != std::string::npos)
         return AddPattern(path);
     Fail(path, status.type() == fs::file_type::not_found ? "no such file" : error.message());
 }
@@ -170,7 +159,7 @@ template <class IsWanted> bool Finder::AddFrom(const fs::path& folder, IsWanted 
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         std::error_code ignored;
         const fs::path name = entry->path().filename();
-        if (!isWanted(TextOf(name)) || entry->is_directory(ignored))
+        if (!isWanted(platform::PathText(name)) || entry->is_directory(ignored))
             continue;
         AddFile(folder / name);
         hasAny = true;
@@ -186,7 +175,7 @@ void Finder::AddFolder(const fs::path& folder)
     std::error_code error;
     const fs::path whole = fs::weakly_canonical(folder, error);
     const std::string prefix =
-        TextOf(whole.has_filename() ? whole.filename() : whole.parent_path().filename());
+        platform::PathText(whole.has_filename() ? whole.filename() : whole.parent_path().filename());
     const fs::path parent = whole.has_filename() ? whole.parent_path() : whole.parent_path().parent_path();
     const bool hasComms = !prefix.empty() && AddFrom(parent, [&](const std::string& name) {
         const std::optional<LogFileName> parsed = NameOf(name);
@@ -198,7 +187,7 @@ void Finder::AddFolder(const fs::path& folder)
 
 void Finder::AddPattern(const fs::path& pattern)
 {
-    const std::string namePattern = TextOf(pattern.filename());
+    const std::string namePattern = platform::PathText(pattern.filename());
     if (!AddFrom(pattern.parent_path(), [&](const std::string& name) { return Matches(namePattern, name); }))
         Fail(pattern, "no file has such a name");
 }

@@ -10,17 +10,6 @@ namespace marvane::tool {
 
 namespace fs = std::filesystem;
 
-fs::path FilePath(const std::string& utf8)
-{
-    return fs::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
-std::string PathText(const fs::path& path)
-{
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 std::optional<std::string> ReadFileBytes(const std::string& path, std::size_t limit)
 {
     std::error_code failed;

@@ -6,10 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "platform/utf8_path.h"
+
 namespace marvane::tool {
 
-std::filesystem::path FilePath(const std::string& utf8);
-std::string PathText(const std::filesystem::path& path);
+using platform::FilePath;
+using platform::PathText;
 
 /// The bytes of a regular file; none if it can't be read or has more than `limit`.
 std::optional<std::string> ReadFileBytes(const std::string& path, std::size_t limit = std::size_t{512} << 20);

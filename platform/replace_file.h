@@ -8,6 +8,9 @@
 
 namespace marvane::platform {
 
+/// What the name of a file ends with while its new contents are being written.
+inline constexpr std::string_view UnfinishedMark = ".marvane-new";
+
 /// Creates a file with these bytes and flushes it to the disk. Fails if something of that name exists; leaves
 /// nothing behind then.
 std::string CreateNewFile(const std::string& path, std::string_view bytes);

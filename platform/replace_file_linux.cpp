@@ -137,7 +137,7 @@ std::string ReplaceFileContents(const std::string& path, std::string_view bytes,
     if (!S_ISREG(old.st_mode))
         return "not a regular file";
     // Left by a run that was interrupted.
-    const std::string beside = path + ".marvane-new";
+    const std::string beside = std::string(path).append(UnfinishedMark);
     unlink(beside.c_str());
     std::string failure = Create(beside, bytes, Model{path, old});
     if (!failure.empty())

@@ -90,7 +90,7 @@ std::string ReplaceFileContents(const std::string& path, std::string_view bytes,
     if ((attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) != 0)
         return "not a regular file";
     // Left by a run that was interrupted.
-    const std::wstring beside = target + L".marvane-new";
+    const std::wstring beside = target + WideFromUtf8(std::string(UnfinishedMark));
     DeleteFileW(beside.c_str());
     std::string failure = Create(beside, bytes);
     if (!failure.empty())

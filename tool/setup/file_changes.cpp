@@ -69,7 +69,7 @@ void FileChanges::MakeFolders(const std::string& path)
 
 void FileChanges::Create(const std::string& path, std::string_view bytes)
 {
-    const std::string unfinished = path + UnfinishedMark;
+    const std::string unfinished = std::string(path).append(platform::UnfinishedMark);
     RemoveQuietly(unfinished); // Of a run that was interrupted.
     Announce();
     Require(platform::CreateNewFile(unfinished, bytes), path);

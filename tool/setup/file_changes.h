@@ -8,9 +8,6 @@
 
 namespace marvane::tool {
 
-/// What the name of a file ends with while it is being written.
-inline constexpr const char* UnfinishedMark = ".marvane-new";
-
 /// What the name of a library ends with that was renamed because it was in use.
 inline constexpr const char* OldMark = ".marvane-old";
 

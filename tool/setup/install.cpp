@@ -67,7 +67,7 @@ bool HoldsNothingFinished(const std::string& folder)
 {
     const std::vector<std::string> names = NamesIn(folder);
     return std::all_of(names.begin(), names.end(), [](const std::string& name) {
-        return name.ends_with(UnfinishedMark) || name.ends_with(OldMark);
+        return name.ends_with(platform::UnfinishedMark) || name.ends_with(OldMark);
     });
 }
 

@@ -155,7 +155,7 @@ private:
         platform::RemoveFile(base + ConfigurationFileName);
         platform::RemoveFile(base + RecordName);
         for (const std::string& name : NamesIn(copy.Folder))
-            if (name.ends_with(UnfinishedMark))
+            if (name.ends_with(platform::UnfinishedMark))
                 platform::RemoveFile(base + name);
         std::error_code notEmpty;
         std::filesystem::remove(FilePath(copy.Folder), notEmpty);

@@ -181,7 +181,7 @@ std::vector<CheckReport> Reports(const Arguments& arguments)
     std::vector<CheckReport> reports =
         CheckEntries(arguments.Values("--root"), name, arguments.Value("--to").value_or(""));
     if (reports.empty() && !name.empty())
-        throw Trouble("no entry '" + name + "' in a root description file; 'marvane list' shows them");
+        throw Trouble(NoEntryText(name));
     if (reports.empty())
         reports.push_back(CheckChain(OwnLibrary(), std::nullopt));
     AddSharedFolders(reports);

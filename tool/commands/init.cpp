@@ -16,20 +16,18 @@ namespace {
 /// The vendor's library of an entry, whether or not Marvane is in front of it.
 std::string LibraryOfEntry(const std::vector<std::string>& roots, const std::string& name)
 {
-    for (const ReadRoot& root : ReadRoots(roots)) {
-        if (!root.File)
-            throw Trouble(root.Source.Path + " " + root.Fault);
-        for (const RootEntry& entry : root.File->Entries) {
-            if (entry.ShortName != name)
-                continue;
-            const EntryLibrary library = LibraryOf(entry);
-            if (library.Path.empty())
-                throw Trouble("entry '" + name + "' in " + root.Source.Path + ": " + library.Fault);
-            const LibraryLook look = LookAtLibrary(library.Path);
-            return look.Facts && look.Facts->IsMarvane ? ChainOf(look.Path).Target : look.Path;
-        }
-    }
-    throw Trouble("no entry '" + name + "' in a root description file; 'marvane list' shows them");
+    std::string library;
+    const auto take = [&](const RootSource& root, const RootEntry& entry) {
+        const EntryLibrary there = LibraryOf(entry);
+        if (there.Path.empty())
+            throw Trouble("entry '" + name + "' in " + root.Path + ": " + there.Fault);
+        const LibraryLook look = LookAtLibrary(there.Path);
+        library = look.Facts && look.Facts->IsMarvane ? ChainOf(look.Path).Target : look.Path;
+        return true;
+    };
+    if (!FindEntry(roots, name, take))
+        throw Trouble(NoEntryText(name));
+    return library;
 }
 
 int RunInit(const Arguments& arguments, Console& console)

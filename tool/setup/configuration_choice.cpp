@@ -27,23 +27,22 @@ std::string ConfigurationOfEntry(const std::vector<std::string>& roots, const st
                                  const std::string& to)
 {
     bool isEntry = false;
-    for (const ReadRoot& root : ReadRoots(roots)) {
-        if (!root.File)
-            throw Trouble(root.Source.Path + " " + root.Fault);
-        for (const RootEntry& entry : root.File->Entries) {
-            if (entry.ShortName != name)
-                continue;
-            isEntry = true;
-            const LibraryLook look = LookAtLibrary(LibraryOf(entry).Path);
-            if (look.Facts && look.Facts->IsMarvane)
-                return ChainOf(look.Path).Configuration;
-        }
-    }
+    std::string configuration;
+    const auto isInUse = [&](const RootSource&, const RootEntry& entry) {
+        isEntry = true;
+        const LibraryLook look = LookAtLibrary(LibraryOf(entry).Path);
+        const bool isMarvane = look.Facts && look.Facts->IsMarvane;
+        if (isMarvane)
+            configuration = ChainOf(look.Path).Configuration;
+        return isMarvane;
+    };
+    if (FindEntry(roots, name, isInUse))
+        return configuration;
     if (std::string installed = InstalledConfiguration(roots, name, to); !installed.empty())
         return installed;
     if (isEntry)
         throw Trouble("entry '" + name + "' does not lead to Marvane; 'marvane install' puts it there");
-    throw Trouble("no entry '" + name + "' in a root description file; 'marvane list' shows them");
+    throw Trouble(NoEntryText(name));
 }
 
 } // namespace marvane::tool

@@ -2,6 +2,7 @@
 
 #include "platform/files.h"
 #include "platform/registry.h"
+#include "tool/commands/arguments.h"
 #include "tool/setup/file_uri.h"
 #include "tool/setup/setup_files.h"
 
@@ -65,6 +66,24 @@ std::vector<ReadRoot> ReadRoots(const std::vector<std::string>& given)
         roots.push_back(std::move(root));
     }
     return roots;
+}
+
+bool FindEntry(const std::vector<std::string>& given, const std::string& name,
+               const std::function<bool(const RootSource&, const RootEntry&)>& isTaken)
+{
+    for (const ReadRoot& root : ReadRoots(given)) {
+        if (!root.File)
+            throw Trouble(root.Source.Path + " " + root.Fault);
+        for (const RootEntry& entry : root.File->Entries)
+            if (entry.ShortName == name && isTaken(root.Source, entry))
+                return true;
+    }
+    return false;
+}
+
+std::string NoEntryText(const std::string& name)
+{
+    return "no entry '" + name + "' in a root description file; 'marvane list' shows them";
 }
 
 EntryLibrary LibraryOf(const RootEntry& entry)

@@ -1,6 +1,7 @@
 // Where the root description files of this machine are.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +30,13 @@ struct ReadRoot
     std::string Fault;
 };
 std::vector<ReadRoot> ReadRoots(const std::vector<std::string>& given);
+
+/// Passes on the entries of a name, in order, until one is taken. False if none was. Throws Trouble if it
+/// comes to a file that can't be read.
+bool FindEntry(const std::vector<std::string>& given, const std::string& name,
+               const std::function<bool(const RootSource&, const RootEntry&)>& isTaken);
+/// What the user is told if there is no entry of a name.
+std::string NoEntryText(const std::string& name);
 
 /// What an entry leads to.
 struct EntryLibrary

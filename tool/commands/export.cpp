@@ -151,6 +151,23 @@ std::unique_ptr<Sink> SinkOf(const Arguments& arguments, const Format& format, c
     return MakeFileSink(path, arguments.Has("--force") ? Existing::Replaced : Existing::Refused);
 }
 
+/// Reads or follows the files, redacted if that is asked for. Returns the status of following, else 0.
+int ReadInto(read::LogReader& reader, const Arguments& arguments, Console& console, const Inputs& inputs,
+             const std::function<void()>& afterBatch)
+{
+    if (inputs.IsFollowing) {
+        reader.FilterBy(inputs.Redaction);
+        return FollowLogs(arguments, console, inputs.Files, reader, afterBatch);
+    }
+    WatchedBytes watched(inputs.Files, inputs.Redaction);
+    reader.FilterBy(&watched);
+    for (const read::LogFile& file : inputs.Files)
+        read::ReadLogFile(file, reader);
+    reader.Finish();
+    reader.FilterBy(nullptr);
+    return 0;
+}
+
 int RunExport(const Arguments& arguments, Console& console)
 {
     const std::optional<std::string> name = arguments.Value("--format");
@@ -178,18 +195,7 @@ int RunExport(const Arguments& arguments, Console& console)
     inputs.HasLines = arguments.Has("--lines");
     inputs.IsFollowing = IsFollowing(arguments);
     inputs.Reading = [&](read::LogSink& sink, read::Wants wants, const std::function<void()>& afterBatch) {
-        reader.emplace(sink, wants);
-        if (inputs.IsFollowing) {
-            reader->FilterBy(inputs.Redaction);
-            status = FollowLogs(arguments, console, files, *reader, afterBatch);
-            return;
-        }
-        WatchedBytes watched(files, inputs.Redaction);
-        reader->FilterBy(&watched);
-        for (const read::LogFile& file : files)
-            read::ReadLogFile(file, *reader);
-        reader->Finish();
-        reader->FilterBy(nullptr);
+        status = ReadInto(reader.emplace(sink, wants), arguments, console, inputs, afterBatch);
     };
     const std::unique_ptr<Sink> sink = SinkOf(arguments, format, inputs, console);
     format.Write(inputs, *sink);

@@ -1,5 +1,6 @@
 // --format csv: one table, quoted as RFC 4180 has it.
 #include <algorithm>
+#include <stdexcept>
 
 #include "tool/export/clean_text.h"
 #include "tool/export/json_line.h"
@@ -85,6 +86,8 @@ private:
     std::string& Cell(std::string_view key)
     {
         const auto column = std::ranges::find(columns_, key, &RecordColumn::Name);
+        if (column == columns_.end())
+            throw std::logic_error("no column for " + std::string(key));
         return cells_[static_cast<std::size_t>(column - columns_.begin())];
     }
 

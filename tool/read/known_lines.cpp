@@ -89,8 +89,8 @@ constexpr std::string_view DeepLabels[] = {
 constexpr std::string_view ParamId = " (id=";
 
 constexpr std::string_view LoadFailure = "LOAD FAILURE: ";
-constexpr std::string_view HeaderTexts[] = {"LOADING: ", "LOADED: ", LoadFailure, "DLL Load",
-                                            "Unsupported LogEnabled="};
+constexpr std::string_view HeaderTexts[] = {
+    "LOADING: ", "LOADED: ", LoadFailure, "DLL Load", "Unsupported LogEnabled=", "StandAlone installation"};
 
 template <class Range> bool BeginsWithAny(std::string_view text, const Range& beginnings)
 {

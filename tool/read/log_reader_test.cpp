@@ -191,6 +191,16 @@ TEST(LogReader, KnowsTheLineThatIsWrittenAlthoughCallsAreNot)
               NoSession + "3..5 event 0x0 returned thread 1 depth 0 in 0 out 0 0 ms\n");
 }
 
+TEST(LogReader, KnowsTheHeaderOfATargetBesideTheLogger)
+{
+    EXPECT_EQ(ReadLines("1 ########## INITIALISE ##########\n"
+                        "1 LogHeader{Loaded=0}\n"
+                        "1    -->  StandAlone installation\n"
+                        "1    -->  LOADING: DLL = \"/opt/libpdu.so\"\n"
+                        "1 - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"),
+              "session 1 process 1\n");
+}
+
 TEST(LogReader, TakesASecondStartOfTheSameProcessAsANewSessionOfIt)
 {
     EXPECT_EQ(ReadLines("1 ########## INITIALISE ##########\n"

@@ -1,6 +1,8 @@
 #include "examples/diag_session/session.h"
 
+#include <chrono>
 #include <cstdio>
+#include <thread>
 
 namespace diag {
 
@@ -48,7 +50,7 @@ const char* Words(T_PDU_INFO code)
 
 void Session::Say(const char* format, ...) const
 {
-    if (quiet_)
+    if (habits_.Quiet)
         return;
     std::va_list arguments;
     va_start(arguments, format);
@@ -110,6 +112,7 @@ void Session::Destroy(void* item) const
 
 UNUM32 Session::Start(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const Sending& sending)
 {
+    std::this_thread::sleep_for(std::chrono::milliseconds(habits_.PauseMs));
     Bytes data = request;
     UNUM8 flags[4] = {FirstFlags(sending), 0x00, 0x00, 0x80};
     PDU_COP_CTRL_DATA control = {.Time = sending.Time,
@@ -140,7 +143,8 @@ Outcome Session::Wait(UNUM32 hCLL, UNUM32 hCoP)
         const T_PDU_ERROR status = Pdu.PDUGetEventItem(Module, hCLL, &event);
         if (status == PDU_STATUS_NOERROR) {
             const bool ended = Take(*event, hCoP, outcome);
-            Destroy(event);
+            if (!habits_.Leaks || event->ItemType != PDU_IT_RESULT)
+                Destroy(event);
             if (ended)
                 return outcome;
             continue;
@@ -174,7 +178,9 @@ Outcome Session::Run(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const S
 
 Bytes Session::Ask(UNUM32 hCLL, const Bytes& request, const Sending& sending)
 {
-    const Outcome outcome = Run(hCLL, PDU_COPT_SENDRECV, request, sending);
+    Outcome outcome = Run(hCLL, PDU_COPT_SENDRECV, request, sending);
+    if (outcome.Answers.empty())
+        outcome = Run(hCLL, PDU_COPT_SENDRECV, request, sending);
     if (outcome.Answers.empty())
         throw Failure("no answer to " + Hex(request));
     const Bytes& answer = outcome.Answers.back();
@@ -212,6 +218,11 @@ std::string Hex(const Bytes& bytes)
         text += pair;
     }
     return text;
+}
+
+std::string FirstAnswer(const Outcome& outcome)
+{
+    return outcome.Answers.empty() ? "no answer" : Hex(outcome.Answers.front());
 }
 
 } // namespace diag

@@ -36,10 +36,20 @@ struct Sending
     bool Matched = true;
 };
 
+/// How the application behaves, its faults included.
+struct Habits
+{
+    bool Quiet = false;         ///< prints errors only
+    bool Leaks = false;         ///< destroys no item of an answer
+    unsigned PauseMs = 0;       ///< before each request
+    unsigned GiveUpSeconds = 0; ///< ends the process if the session lasts longer; 0: never
+    std::string Options;        ///< option string of PDUConstruct
+};
+
 class Session
 {
 public:
-    Session(const Api& api, bool quiet) : Pdu(api), quiet_(quiet) {}
+    Session(const Api& api, const Habits& habits) : Pdu(api), habits_(habits) {}
 
     /// Prints a line unless the session is quiet.
     void Say(const char* format, ...) const;
@@ -59,7 +69,8 @@ public:
     UNUM32 Start(UNUM32 hCLL, T_PDU_COPT type, const Bytes& request, const Sending& sending);
     /// Waits for the end of a ComPrimitive.
     Outcome Wait(UNUM32 hCLL, UNUM32 hCoP);
-    /// Sends a request and returns the last answer. Throws Failure if there is none or it is not positive.
+    /// Sends a request, once more if there is no answer, and returns the last answer. Throws Failure if there
+    /// is none or it is not positive.
     Bytes Ask(UNUM32 hCLL, const Bytes& request, const Sending& sending = {});
     /// Fetches and prints the pending events of the module.
     void DrainModuleEvents() const;
@@ -75,7 +86,7 @@ private:
     /// Adds an event to the result. True if it ends the ComPrimitive.
     static bool Take(const PDU_EVENT_ITEM& event, UNUM32 hCoP, Outcome& outcome);
 
-    bool quiet_;
+    Habits habits_;
     std::mutex mutex_;
     std::condition_variable signalled_;
     bool pending_ = false;
@@ -83,6 +94,8 @@ private:
 
 /// Bytes as hexadecimal pairs.
 std::string Hex(const Bytes& bytes);
+/// The first answer, likewise; "no answer" if there is none.
+std::string FirstAnswer(const Outcome& outcome);
 
 // The steps, in order.
 void IdentifyModule(Session& session);

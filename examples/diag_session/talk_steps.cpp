@@ -21,7 +21,7 @@ void ReadIdentification(Session& session, UNUM32 hCLL)
 void MeetRefusals(Session& session, UNUM32 hCLL)
 {
     const Outcome refused = session.Run(hCLL, PDU_COPT_SENDRECV, {0x22, 0xFF, 0xFF});
-    session.Say("An unknown identifier is refused: %s", Hex(refused.Answers.at(0)).c_str());
+    session.Say("An unknown identifier is refused: %s", FirstAnswer(refused).c_str());
     const Outcome silent = session.Run(hCLL, PDU_COPT_SENDRECV, {0xBA, 0x00});
     session.Say("An unknown service: %s", silent.TimedOut ? "no answer in time" : "answered");
     T_PDU_ERR_EVT error = 0;
@@ -36,7 +36,7 @@ void Unlock(Session& session, UNUM32 hCLL)
     session.Ask(hCLL, {0x10, 0x02});
     const Bytes seed = session.Ask(hCLL, {0x27, 0x01});
     const Outcome wrong = session.Run(hCLL, PDU_COPT_SENDRECV, {0x27, 0x02, 0, 0, 0, 0});
-    session.Say("A wrong key is refused: %s", Hex(wrong.Answers.at(0)).c_str());
+    session.Say("A wrong key is refused: %s", FirstAnswer(wrong).c_str());
     Bytes key = {0x27, 0x02};
     for (std::size_t i = 2; i < seed.size(); ++i)
         key.push_back(static_cast<UNUM8>(seed[i] ^ 0xA5));

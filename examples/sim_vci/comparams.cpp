@@ -138,4 +138,9 @@ T_PDU_ERROR ComParams::Read(const PDU_PARAM_ITEM& record)
     return PDU_STATUS_NOERROR;
 }
 
+UNUM16 ComParams::P2Max() const
+{
+    return std::get<UNUM16>(values_.at(id::P2Max).Value);
+}
+
 } // namespace sim

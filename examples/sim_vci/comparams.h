@@ -38,6 +38,9 @@ public:
 
     bool Has(UNUM32 id) const { return values_.contains(id); }
 
+    /// CP_P2Max: how long an answer is waited for, in milliseconds.
+    UNUM16 P2Max() const;
+
 private:
     std::map<UNUM32, ComParam> values_;
 };

@@ -1,4 +1,5 @@
 // PDUIoCtl: commands to the module and its links.
+#include "examples/sim_vci/faults.h"
 #include "examples/sim_vci/objects.h"
 #include "examples/sim_vci/vci.h"
 
@@ -68,6 +69,7 @@ T_PDU_ERROR SetSwitch(const PDU_DATA_ITEM* input)
 T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_ITEM* pInputData,
                      PDU_DATA_ITEM** ppOutputData)
 {
+    CurrentFaults.OnCall(__func__);
     const std::lock_guard hold(Interface.Mutex);
     if (hMod != ModuleHandle || (hCLL != PDU_HANDLE_UNDEF && !Interface.FindLink(hMod, hCLL)))
         return PDU_ERR_INVALID_HANDLE;

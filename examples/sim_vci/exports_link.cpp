@@ -1,4 +1,5 @@
 // Exported functions of a link: its life cycle, locks and ComPrimitives.
+#include "examples/sim_vci/faults.h"
 #include "examples/sim_vci/objects.h"
 #include "examples/sim_vci/on_link.h"
 
@@ -34,8 +35,10 @@ Bytes CopyOf(const UNUM8* bytes, UNUM32 count)
     return bytes ? Bytes(bytes, bytes + count) : Bytes();
 }
 
-void TakeControl(ComPrimitive& primitive, const PDU_COP_CTRL_DATA& control)
+void TakeControl(ComPrimitive& primitive, const Link& link, const PDU_COP_CTRL_DATA& control)
 {
+    if (control.TempParamUpdate == 1)
+        primitive.P2Max = link.Parameters.P2Max();
     primitive.Time = control.Time;
     primitive.SendCycles = control.NumSendCycles;
     primitive.ReceiveCycles = control.NumReceiveCycles;
@@ -67,6 +70,7 @@ T_PDU_ERROR MayStart(const Link& link, T_PDU_COPT type)
 T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 resourceId, void* pCLLTag,
                                     UNUM32* phCLL, PDU_FLAG_DATA* pCLLCreateFlag)
 {
+    CurrentFaults.OnCall(__func__);
     if (!phCLL)
         return PDU_ERR_INVALID_PARAMETERS;
     const std::lock_guard hold(Interface.Mutex);
@@ -88,8 +92,10 @@ T_PDU_ERROR PDUCreateComLogicalLink(UNUM32 hMod, PDU_RSC_DATA* pRscData, UNUM32 
 
 T_PDU_ERROR PDUDestroyComLogicalLink(UNUM32 hMod, UNUM32 hCLL)
 {
+    CurrentFaults.OnCall(__func__);
     return OnLink(hMod, hCLL, [&](Link& link) {
         std::erase_if(Interface.Primitives, [&](const auto& entry) { return entry.second.Link == hCLL; });
+        std::erase_if(Interface.Late, [&](const ComPrimitive& late) { return late.Link == hCLL; });
         for (PDU_EVENT_ITEM* event : link.Queue)
             OpenItems.Destroy(event);
         Interface.Links.erase(hCLL);
@@ -99,6 +105,7 @@ T_PDU_ERROR PDUDestroyComLogicalLink(UNUM32 hMod, UNUM32 hCLL)
 
 T_PDU_ERROR PDUConnect(UNUM32 hMod, UNUM32 hCLL)
 {
+    CurrentFaults.OnCall(__func__);
     return OnLink(hMod, hCLL, [](Link& link) {
         if (link.Status != PDU_CLLST_OFFLINE)
             return PDU_ERR_CLL_CONNECTED;
@@ -109,6 +116,7 @@ T_PDU_ERROR PDUConnect(UNUM32 hMod, UNUM32 hCLL)
 
 T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL)
 {
+    CurrentFaults.OnCall(__func__);
     return OnLink(hMod, hCLL, [](Link& link) {
         if (link.Status == PDU_CLLST_OFFLINE)
             return PDU_ERR_CLL_NOT_CONNECTED;
@@ -119,6 +127,7 @@ T_PDU_ERROR PDUDisconnect(UNUM32 hMod, UNUM32 hCLL)
 
 T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
 {
+    CurrentFaults.OnCall(__func__);
     return ChangeLock(hMod, hCLL, [&](Link& link) {
         for (const auto& [handle, other] : Interface.Links)
             if (handle != hCLL && other.Resource == link.Resource && (other.LockMask & LockMask) != 0)
@@ -130,6 +139,7 @@ T_PDU_ERROR PDULockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
 
 T_PDU_ERROR PDUUnlockResource(UNUM32 hMod, UNUM32 hCLL, UNUM32 LockMask)
 {
+    CurrentFaults.OnCall(__func__);
     return ChangeLock(hMod, hCLL, [&](Link& link) {
         if ((link.LockMask & LockMask) != LockMask)
             return PDU_ERR_RSC_NOT_LOCKED;
@@ -142,6 +152,7 @@ T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, U
                                  UNUM8* pCoPData, PDU_COP_CTRL_DATA* pCoPCtrlData, void* pCoPTag,
                                  UNUM32* phCoP)
 {
+    CurrentFaults.OnCall(__func__);
     if (!phCoP || (CoPDataSize != 0 && !pCoPData))
         return PDU_ERR_INVALID_PARAMETERS;
     return OnLink(hMod, hCLL, [&](Link& link) {
@@ -154,9 +165,10 @@ T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, U
         primitive.Type = CoPType;
         primitive.Data = CopyOf(pCoPData, CoPDataSize);
         primitive.Tag = pCoPTag;
+        primitive.P2Max = link.P2Max;
         primitive.Due = Clock::now();
         if (pCoPCtrlData)
-            TakeControl(primitive, *pCoPCtrlData);
+            TakeControl(primitive, link, *pCoPCtrlData);
         Interface.Wake();
         return PDU_STATUS_NOERROR;
     });
@@ -164,6 +176,7 @@ T_PDU_ERROR PDUStartComPrimitive(UNUM32 hMod, UNUM32 hCLL, T_PDU_COPT CoPType, U
 
 T_PDU_ERROR PDUCancelComPrimitive(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP)
 {
+    CurrentFaults.OnCall(__func__);
     Outbox outbox;
     const T_PDU_ERROR status = OnLink(hMod, hCLL, [&](Link&) {
         const auto found = Interface.Primitives.find(hCoP);
@@ -180,6 +193,7 @@ T_PDU_ERROR PDUCancelComPrimitive(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP)
 T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pStatusCode, UNUM32* pTimestamp,
                          UNUM32* pExtraInfo)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pStatusCode)
         return PDU_ERR_INVALID_PARAMETERS;
     const auto answer = [&](T_PDU_STATUS code) {
@@ -207,6 +221,7 @@ T_PDU_ERROR PDUGetStatus(UNUM32 hMod, UNUM32 hCLL, UNUM32 hCoP, T_PDU_STATUS* pS
 T_PDU_ERROR PDUGetLastError(UNUM32 hMod, UNUM32 hCLL, T_PDU_ERR_EVT* pErrorCode, UNUM32* phCoP,
                             UNUM32* pTimestamp, UNUM32* pExtraErrorInfo)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pErrorCode || !phCoP || !pTimestamp || !pExtraErrorInfo)
         return PDU_ERR_INVALID_PARAMETERS;
     return OnLink(hMod, hCLL, [&](Link& link) {

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "examples/sim_vci/comms_report.h"
+#include "examples/sim_vci/faults.h"
 #include "examples/sim_vci/objects.h"
 #include "examples/sim_vci/vci.h"
 
@@ -47,16 +48,22 @@ UNUM32 StatusOf(UNUM32 resource)
 
 } // namespace
 
-T_PDU_ERROR PDUConstruct(CHAR8*, void* pAPITag)
+T_PDU_ERROR PDUConstruct(CHAR8* OptionStr, void* pAPITag)
 {
     if (Interface.Constructed)
         return PDU_ERR_SHARING_VIOLATION;
+    if (const std::string wrong = CurrentFaults.Take(OptionStr); !wrong.empty()) {
+        std::fprintf(stderr, "SimVci: %s\n%s", wrong.c_str(), FaultHelp);
+        return PDU_ERR_INVALID_PARAMETERS;
+    }
+    CurrentFaults.OnCall(__func__);
     Interface.Start(pAPITag);
     return PDU_STATUS_NOERROR;
 }
 
 T_PDU_ERROR PDUDestruct()
 {
+    CurrentFaults.OnCall(__func__);
     if (!Interface.Constructed)
         return PDU_ERR_PDUAPI_NOT_CONSTRUCTED;
     Interface.Stop();
@@ -67,6 +74,7 @@ T_PDU_ERROR PDUDestruct()
 
 T_PDU_ERROR PDUGetModuleIds(PDU_MODULE_ITEM** pModuleItem)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pModuleItem)
         return PDU_ERR_INVALID_PARAMETERS;
     const std::lock_guard hold(Interface.Mutex);
@@ -83,6 +91,7 @@ T_PDU_ERROR PDUGetModuleIds(PDU_MODULE_ITEM** pModuleItem)
 
 T_PDU_ERROR PDUModuleConnect(UNUM32 hMod)
 {
+    CurrentFaults.OnCall(__func__);
     Outbox outbox;
     PDU_MS_LOG_CALLBACK log = nullptr;
     {
@@ -101,6 +110,7 @@ T_PDU_ERROR PDUModuleConnect(UNUM32 hMod)
 
 T_PDU_ERROR PDUModuleDisconnect(UNUM32 hMod)
 {
+    CurrentFaults.OnCall(__func__);
     const std::lock_guard hold(Interface.Mutex);
     if (hMod != ModuleHandle && hMod != PDU_HANDLE_UNDEF)
         return PDU_ERR_INVALID_HANDLE;
@@ -112,6 +122,7 @@ T_PDU_ERROR PDUModuleDisconnect(UNUM32 hMod)
 
 T_PDU_ERROR PDUGetVersion(UNUM32 hMod, PDU_VERSION_DATA* pVersionData)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pVersionData)
         return PDU_ERR_INVALID_PARAMETERS;
     if (hMod != ModuleHandle)
@@ -136,6 +147,7 @@ T_PDU_ERROR PDUGetVersion(UNUM32 hMod, PDU_VERSION_DATA* pVersionData)
 
 T_PDU_ERROR PDUGetTimestamp(UNUM32 hMod, UNUM32* pTimestamp)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pTimestamp)
         return PDU_ERR_INVALID_PARAMETERS;
     if (hMod != ModuleHandle)
@@ -146,6 +158,7 @@ T_PDU_ERROR PDUGetTimestamp(UNUM32 hMod, UNUM32* pTimestamp)
 
 T_PDU_ERROR PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname, UNUM32* pPduObjectId)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pShortname || !pPduObjectId)
         return PDU_ERR_INVALID_PARAMETERS;
     const Object* const object = FindObject(pduObjectType, pShortname);
@@ -155,6 +168,7 @@ T_PDU_ERROR PDUGetObjectId(T_PDU_OBJT pduObjectType, CHAR8* pShortname, UNUM32* 
 
 T_PDU_ERROR PDUGetResourceIds(UNUM32 hMod, PDU_RSC_DATA* pResourceIdData, PDU_RSC_ID_ITEM** pResourceIdList)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pResourceIdList)
         return PDU_ERR_INVALID_PARAMETERS;
     if (hMod != ModuleHandle && hMod != PDU_HANDLE_UNDEF)
@@ -176,6 +190,7 @@ T_PDU_ERROR PDUGetResourceIds(UNUM32 hMod, PDU_RSC_DATA* pResourceIdData, PDU_RS
 
 T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pResourceStatus || (!pResourceStatus->pResourceStatusData && pResourceStatus->NumEntries != 0))
         return PDU_ERR_INVALID_PARAMETERS;
     const std::lock_guard hold(Interface.Mutex);
@@ -191,6 +206,7 @@ T_PDU_ERROR PDUGetResourceStatus(PDU_RSC_STATUS_ITEM* pResourceStatus)
 T_PDU_ERROR PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInputModuleList,
                                        PDU_RSC_CONFLICT_ITEM** pOutputConflictList)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pInputModuleList || !pOutputConflictList)
         return PDU_ERR_INVALID_PARAMETERS;
     if (resourceId != id::ResourceCan && resourceId != id::ResourceDoIP)
@@ -207,6 +223,7 @@ T_PDU_ERROR PDUGetConflictingResources(UNUM32 resourceId, PDU_MODULE_ITEM* pInpu
 
 T_PDU_ERROR PDURegisterEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC EventCallbackFunction)
 {
+    CurrentFaults.OnCall(__func__);
     const std::lock_guard hold(Interface.Mutex);
     if (!QueueOf(hMod, hCLL))
         return PDU_ERR_INVALID_HANDLE;
@@ -216,6 +233,7 @@ T_PDU_ERROR PDURegisterEventCallback(UNUM32 hMod, UNUM32 hCLL, CALLBACKFNC Event
 
 T_PDU_ERROR PDUGetEventItem(UNUM32 hMod, UNUM32 hCLL, PDU_EVENT_ITEM** ppEventItem)
 {
+    CurrentFaults.OnCall(__func__);
     if (!ppEventItem)
         return PDU_ERR_INVALID_PARAMETERS;
     const std::lock_guard hold(Interface.Mutex);
@@ -231,11 +249,13 @@ T_PDU_ERROR PDUGetEventItem(UNUM32 hMod, UNUM32 hCLL, PDU_EVENT_ITEM** ppEventIt
 
 T_PDU_ERROR PDUDestroyItem(void* pItem)
 {
+    CurrentFaults.OnCall(__func__);
     return OpenItems.Destroy(pItem) ? PDU_STATUS_NOERROR : PDU_ERR_INVALID_PARAMETERS;
 }
 
 T_PDU_ERROR PDU_MS_SetLogCallback(PDU_MS_LOG_CALLBACK callback)
 {
+    CurrentFaults.OnCall(__func__);
     const std::lock_guard hold(Interface.Mutex);
     Interface.LogCallback = callback;
     return PDU_STATUS_NOERROR;

@@ -1,4 +1,5 @@
 // Exported functions for the ComParams of a link and its table of response identifiers.
+#include "examples/sim_vci/faults.h"
 #include "examples/sim_vci/objects.h"
 #include "examples/sim_vci/on_link.h"
 
@@ -6,6 +7,7 @@ using namespace sim;
 
 T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_ITEM** pParamItem)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pParamItem)
         return PDU_ERR_INVALID_PARAMETERS;
     return OnLink(hMod, hCLL, [&](Link& link) {
@@ -20,6 +22,7 @@ T_PDU_ERROR PDUGetComParam(UNUM32 hMod, UNUM32 hCLL, UNUM32 ParamID, PDU_PARAM_I
 
 T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pParamItem)
         return PDU_ERR_INVALID_PARAMETERS;
     return OnLink(hMod, hCLL, [&](Link& link) { return link.Parameters.Read(*pParamItem); });
@@ -28,6 +31,7 @@ T_PDU_ERROR PDUSetComParam(UNUM32 hMod, UNUM32 hCLL, PDU_PARAM_ITEM* pParamItem)
 T_PDU_ERROR PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
                                     PDU_UNIQUE_RESP_ID_TABLE_ITEM** pUniqueRespIdTable)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pUniqueRespIdTable)
         return PDU_ERR_INVALID_PARAMETERS;
     return OnLink(hMod, hCLL, [&](Link& link) {
@@ -49,6 +53,7 @@ T_PDU_ERROR PDUGetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
 T_PDU_ERROR PDUSetUniqueRespIdTable(UNUM32 hMod, UNUM32 hCLL,
                                     PDU_UNIQUE_RESP_ID_TABLE_ITEM* pUniqueRespIdTable)
 {
+    CurrentFaults.OnCall(__func__);
     if (!pUniqueRespIdTable || pUniqueRespIdTable->ItemType != PDU_IT_UNIQUE_RESP_ID_TABLE ||
         (!pUniqueRespIdTable->pUniqueData && pUniqueRespIdTable->NumEntries != 0))
         return PDU_ERR_INVALID_PARAMETERS;

@@ -1,9 +1,12 @@
 #include "examples/sim_vci/vci.h"
 
 #include "examples/sim_vci/comms_report.h"
+#include "examples/sim_vci/faults.h"
 
 namespace sim {
 
+// The worker uses the others until the last of them, the interface, is destroyed first.
+Faults CurrentFaults;
 Items OpenItems;
 Vci Interface;
 
@@ -81,6 +84,7 @@ void Vci::Stop()
         OpenItems.Destroy(event);
     Links.clear();
     Primitives.clear();
+    Late.clear();
     ModuleQueue.clear();
 }
 
@@ -94,12 +98,18 @@ void Vci::PutEvent(Outbox& outbox, UNUM32 hCLL, PDU_EVENT_ITEM* event)
 {
     const auto link = Links.find(hCLL);
     (link != Links.end() ? link->second.Queue : ModuleQueue).push_back(event);
+    Notify(outbox, hCLL, PDU_EVT_DATA_AVAILABLE);
+}
+
+void Vci::Notify(Outbox& outbox, UNUM32 hCLL, T_PDU_EVT_DATA what) const
+{
+    const auto link = Links.find(hCLL);
     // The callback of the link, else that of the module, else that of the whole API.
     for (const auto& key : {std::pair{ModuleHandle, hCLL}, std::pair{ModuleHandle, PDU_HANDLE_UNDEF},
                             std::pair{PDU_HANDLE_UNDEF, PDU_HANDLE_UNDEF}})
         if (const auto found = Callbacks.find(key); found != Callbacks.end() && found->second) {
             outbox.Notifications.push_back(
-                {found->second, hCLL, link != Links.end() ? link->second.Tag : nullptr});
+                {found->second, what, hCLL, link != Links.end() ? link->second.Tag : nullptr});
             return;
         }
 }
@@ -142,7 +152,7 @@ void Vci::Deliver(const Outbox& outbox)
         for (const Report& report : outbox.Reports)
             ReportComms(log, report);
     for (const Notification& notification : outbox.Notifications)
-        notification.Callback(PDU_EVT_DATA_AVAILABLE, ModuleHandle, notification.Link, notification.LinkTag,
+        notification.Callback(notification.Event, ModuleHandle, notification.Link, notification.LinkTag,
                               ApiTag);
 }
 

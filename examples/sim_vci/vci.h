@@ -50,6 +50,7 @@ struct ComPrimitive
     T_PDU_STATUS Status = PDU_COPST_IDLE;
     SNUM32 Sent = 0;
     UNUM32 SentAt = 0; ///< when the latest request went out, by the clock of the interface, in microseconds
+    UNUM16 P2Max = 0;  ///< how long an answer is waited for, in milliseconds
     std::deque<Bytes> Pending; ///< answers not delivered yet; an empty one means that none will come in time
     Clock::time_point Due;
 };
@@ -75,6 +76,7 @@ struct Link
     T_PDU_STATUS Status = PDU_CLLST_OFFLINE;
     bool Raw = false;
     UNUM32 LockMask = 0;
+    UNUM16 P2Max = ComParams().P2Max(); ///< in effect: that of Parameters at the last PDU_COPT_UPDATEPARAM
     std::vector<Respondent> Respondents;
     ComParams Parameters;
     std::deque<PDU_EVENT_ITEM*> Queue;
@@ -92,6 +94,7 @@ struct Link
 struct Notification
 {
     CALLBACKFNC Callback;
+    T_PDU_EVT_DATA Event;
     UNUM32 Link;
     void* LinkTag;
 };
@@ -128,6 +131,8 @@ public:
     Link* FindLink(UNUM32 hMod, UNUM32 hCLL);
     /// Appends an event to a link's queue, or with PDU_HANDLE_UNDEF to the module's. The caller holds Mutex.
     void PutEvent(Outbox& outbox, UNUM32 hCLL, PDU_EVENT_ITEM* event);
+    /// Signals something about a link's queue to the callback in effect for it. The caller holds Mutex.
+    void Notify(Outbox& outbox, UNUM32 hCLL, T_PDU_EVT_DATA what) const;
     /// Appends a status event of a ComPrimitive, or with null of the link. The caller holds Mutex.
     void PutStatus(Outbox& outbox, UNUM32 hCLL, const ComPrimitive* primitive, T_PDU_STATUS status);
     void PutInfo(Outbox& outbox, T_PDU_INFO code);
@@ -148,6 +153,7 @@ public:
     std::map<std::pair<UNUM32, UNUM32>, CALLBACKFNC> Callbacks;
     std::map<UNUM32, Link> Links;
     std::map<UNUM32, ComPrimitive> Primitives;
+    std::vector<ComPrimitive> Late; ///< copies whose answers, Pending, come after the original has ended
     std::deque<PDU_EVENT_ITEM*> ModuleQueue;
     UNUM32 NextLink = 1;
     UNUM32 NextPrimitive = 1;
@@ -161,6 +167,11 @@ private:
     void Send(Outbox& outbox, ComPrimitive& primitive, Link& link);
     void Receive(Outbox& outbox, ComPrimitive& primitive, Link& link);
     void Finish(Outbox& outbox, ComPrimitive& primitive);
+    /// False until the original of a late copy has timed out, however late the worker thread is.
+    bool IsTimeOver(const ComPrimitive& late) const;
+    void DeliverLateAnswers(Outbox& outbox);
+    /// Puts a result if the answer is expected. False if the queue has lost it.
+    bool PutAnswer(Outbox& outbox, const ComPrimitive& primitive, const Link& link, const Bytes& answer);
     void PutResult(Outbox& outbox, const ComPrimitive& primitive, const Link& link, UNUM32 acceptanceId,
                    const Bytes& answer);
     void PutTimeout(Outbox& outbox, const ComPrimitive& primitive, Link& link);

@@ -1,6 +1,7 @@
 // The worker thread, which runs ComPrimitives: it sends, collects the answers and signals events.
 #include <algorithm>
 
+#include "examples/sim_vci/faults.h"
 #include "examples/sim_vci/vci.h"
 
 namespace sim {
@@ -11,7 +12,6 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds AnswerTime(2);
 constexpr milliseconds PendingTime(20);
-constexpr milliseconds ReceiveTimeout(50);
 
 bool IsPending(const Bytes& answer)
 {
@@ -38,6 +38,16 @@ std::optional<UNUM32> Accept(const ComPrimitive& primitive, const Bytes& answer,
         if (Matches(expected, answer, uniqueRespId))
             return expected.AcceptanceId;
     return std::nullopt;
+}
+
+/// The answers of the control unit, with its faults.
+std::vector<Bytes> AnswersOf(Ecu& unit, const Bytes& request)
+{
+    if (CurrentFaults.Silences(request))
+        return {};
+    if (const auto code = CurrentFaults.Refusal(request); code && !request.empty())
+        return {{0x7F, request[0], *code}};
+    return unit.Answer(request);
 }
 
 void SetFlags(Item& item, PDU_FLAG_DATA& flags, std::initializer_list<UNUM8> bytes)
@@ -72,6 +82,7 @@ void Vci::RunUntilStopped(std::unique_lock<std::mutex>& hold)
             continue;
         }
         Outbox outbox;
+        DeliverLateAnswers(outbox);
         for (auto& [handle, primitive] : Primitives)
             if (primitive.Status <= PDU_COPST_EXECUTING && primitive.Due <= Clock::now())
                 Step(outbox, primitive);
@@ -89,6 +100,9 @@ std::optional<Clock::time_point> Vci::NextDue() const
     for (const auto& [handle, primitive] : Primitives)
         if (primitive.Status <= PDU_COPST_EXECUTING && (!next || primitive.Due < *next))
             next = primitive.Due;
+    for (const ComPrimitive& late : Late)
+        if (IsTimeOver(late) && (!next || late.Due < *next))
+            next = late.Due;
     return next;
 }
 
@@ -117,10 +131,12 @@ void Vci::Step(Outbox& outbox, ComPrimitive& primitive)
         PutStatus(outbox, primitive.Link, nullptr, link.Status);
         return Finish(outbox, primitive);
     case PDU_COPT_UPDATEPARAM:
+        link.P2Max = link.Parameters.P2Max();
         PutInfo(outbox, PDU_INFO_PHYS_COMPARAM_CHG);
         return Finish(outbox, primitive);
     case PDU_COPT_RESTORE_PARAM:
         link.Parameters = ComParams();
+        link.P2Max = link.Parameters.P2Max();
         return Finish(outbox, primitive);
     default:
         return Finish(outbox, primitive);
@@ -134,33 +150,71 @@ void Vci::Send(Outbox& outbox, ComPrimitive& primitive, Link& link)
     ++primitive.Sent;
     outbox.Reports.push_back({link.Resource, true, primitive.Data});
     primitive.SentAt = Now();
-    for (Bytes& answer : link.Unit.Answer(primitive.Data))
+    for (Bytes& answer : AnswersOf(link.Unit, primitive.Data))
         primitive.Pending.push_back(std::move(answer));
     if (primitive.ReceiveCycles == 0)
         primitive.Pending.clear();
     else if (primitive.Pending.empty())
         // No answer: an empty one is delivered when the time is up, as a timeout.
         primitive.Pending.push_back({});
+    const milliseconds answerTime = AnswerTime + CurrentFaults.Delay(primitive.Data);
+    const milliseconds timeout(primitive.P2Max);
+    if (!primitive.Pending.empty() && !primitive.Pending.front().empty() && answerTime > timeout) {
+        Late.push_back(primitive);
+        Late.back().Due = Clock::now() + answerTime;
+        primitive.Pending = {Bytes()};
+    }
     primitive.Due = Clock::now() + (primitive.Pending.empty()           ? milliseconds(primitive.Time)
-                                    : primitive.Pending.front().empty() ? ReceiveTimeout
-                                                                        : AnswerTime);
+                                    : primitive.Pending.front().empty() ? timeout
+                                                                        : answerTime);
+}
+
+bool Vci::IsTimeOver(const ComPrimitive& late) const
+{
+    const auto original = Primitives.find(late.Handle);
+    return original == Primitives.end() || original->second.Sent > late.Sent;
+}
+
+void Vci::DeliverLateAnswers(Outbox& outbox)
+{
+    const auto isDue = [this, now = Clock::now()](const ComPrimitive& late) {
+        return late.Due <= now && IsTimeOver(late);
+    };
+    for (const ComPrimitive& late : Late)
+        if (isDue(late))
+            for (const Bytes& answer : late.Pending)
+                PutAnswer(outbox, late, Links.at(late.Link), answer);
+    std::erase_if(Late, isDue);
+}
+
+bool Vci::PutAnswer(Outbox& outbox, const ComPrimitive& primitive, const Link& link, const Bytes& answer)
+{
+    outbox.Reports.push_back({link.Resource, false, answer});
+    const auto acceptanceId = Accept(primitive, answer, link.UniqueRespId());
+    if (acceptanceId && CurrentFaults.LosesResult()) {
+        Notify(outbox, primitive.Link, PDU_EVT_DATA_LOST);
+        return false;
+    }
+    if (acceptanceId)
+        PutResult(outbox, primitive, link, *acceptanceId, answer);
+    return true;
 }
 
 void Vci::Receive(Outbox& outbox, ComPrimitive& primitive, Link& link)
 {
     const Bytes answer = std::move(primitive.Pending.front());
     primitive.Pending.pop_front();
+    bool isLost = false;
     if (answer.empty())
         PutTimeout(outbox, primitive, link);
-    else {
-        outbox.Reports.push_back({link.Resource, false, answer});
-        if (const auto acceptanceId = Accept(primitive, answer, link.UniqueRespId()))
-            PutResult(outbox, primitive, link, *acceptanceId, answer);
-    }
+    else
+        isLost = !PutAnswer(outbox, primitive, link, answer);
     primitive.Due = Clock::now() + (IsPending(answer)           ? PendingTime
                                     : primitive.Pending.empty() ? milliseconds(primitive.Time)
                                                                 : AnswerTime);
-    if (primitive.Pending.empty() && primitive.SendCycles >= 0 && primitive.Sent >= primitive.SendCycles)
+    // A loss is signalled before the end: Send makes the end then.
+    if (!isLost && primitive.Pending.empty() && primitive.SendCycles >= 0 &&
+        primitive.Sent >= primitive.SendCycles)
         Finish(outbox, primitive);
 }
 

@@ -180,7 +180,7 @@ TEST_F(SampleSession, PrintsNothingWhenQuiet)
 TEST_F(SampleSession, RefusesWrongOptionsAndListsTheValidOnes)
 {
     const ProgramResult help = RunProgram("diag_session", "--help");
-    EXPECT_THAT(help.Output, StartsWith("Usage: diag_session --library PATH [--quiet]\n"));
+    EXPECT_THAT(help.Output, StartsWith("Usage: diag_session --library PATH [--quiet] [--options STRING]\n"));
     EXPECT_EQ(help.Status, 0);
 
     const ProgramResult unknown = RunProgram("diag_session", "--nonsense");

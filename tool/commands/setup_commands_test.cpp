@@ -1,112 +1,10 @@
 // The commands of the set-up as they are typed: what they print, their exit status, and that the chain works.
-#include <algorithm>
-#include <filesystem>
-#include <regex>
-
-#include <gtest/gtest.h>
-
-#include "platform/child_process.h"
-#include "platform/files.h"
-#include "platform/library.h"
-#include "tests/support/session.h"
+#include "tool/commands/setup_test_kit.h"
 #include "tool/setup/configuration_findings.h"
-#include "tool/setup/file_uri.h"
 #include "tool/setup/root_file.h"
 
 namespace marvane::tool {
 namespace {
-
-class SetupCommands : public ::testing::Test
-{
-protected:
-    SetupCommands()
-    {
-        std::filesystem::copy_file(testing::BuildFolder() + testing::LibraryName("SimVci"), library);
-        testing::WriteFileBytes(
-            root, "<MVCI_PDU_API_ROOT>\n<MVCI_PDU_API><SHORT_NAME>SimVci</SHORT_NAME><LIBRARY_FILE "
-                  "URI=\"" +
-                      UriOfPath(library, platform::PathSeparator) +
-                      "\"/></MVCI_PDU_API>\n</MVCI_PDU_API_ROOT>\n");
-    }
-
-    /// Standard output of a command, the folder of the test as DIR; a line with the exit status if that is
-    /// not 0.
-    std::string Run(std::vector<std::string> words) const
-    {
-        words.insert(words.begin(), testing::BuildFolder() + "marvane" + Extension());
-        const platform::ChildResult result = platform::RunChild(words);
-        std::string output = Named(result.Output);
-        if (result.Status != 0)
-            output += "exit status " + std::to_string(result.Status) + "\n";
-        return output;
-    }
-    std::string Named(std::string text) const
-    {
-        std::erase(text, '\r');
-        for (const auto& [path, name] :
-             {std::pair(folder.Path().string(), std::string("DIR")),
-              std::pair(testing::BuildFolder(), std::string("BUILD/")),
-              std::pair(std::string(platform::OwnLibraryName), std::string("LIBRARY")),
-              std::pair(testing::LibraryName("SimVci"), std::string("VENDOR"))})
-            for (std::size_t at = text.find(path); at != std::string::npos; at = text.find(path))
-                text.replace(at, path.size(), name);
-        if (platform::PathSeparator == '\\')
-            std::replace(text.begin(), text.end(), '\\', '/');
-        return text;
-    }
-    /// Findings with their lines joined: where they are wrapped is another test's.
-    static std::string Unwrapped(std::string shown)
-    {
-        const std::string wrap = "\n" + std::string(22, ' ');
-        for (std::size_t at = shown.find(wrap); at != std::string::npos; at = shown.find(wrap))
-            shown.replace(at, wrap.size(), " ");
-        return shown;
-    }
-    /// What `check` prints about an entry that is installed: its findings in between, and the end.
-    std::string Checked(const std::string& entry, const std::string& rootFile,
-                        const std::string& configuration, const std::string& after, const std::string& counts,
-                        const std::string& outcome) const
-    {
-        return entry + "\n\n  ok  Marvane         DIR/copies/" + entry + "/LIBRARY 1.0.0.0, " + bits +
-               ", 29 of 29 functions\n" + rootFile + "  ok  configuration   DIR/copies/" + entry +
-               "/D_PDU_API_CFG.xml beside Marvane; PDU_CFG_FILE is not set\n" + configuration +
-               "  ok  LogFileDir      DIR/logs/ does not exist yet and can be made, SPACE free\n"
-               "  ok  target library  DIR/VENDOR 1.4.2.7, " +
-               bits + ", 29 of 29 functions\n" + after + "\n" + counts + "\nOutcome: " + outcome + ".\n";
-    }
-    static std::string WithoutSpace(const std::string& text)
-    {
-        return std::regex_replace(text, std::regex("[0-9]+ (GB|MB) free"), "SPACE free");
-    }
-    std::string Check(std::vector<std::string> words) const
-    {
-        words.insert(words.begin(), "check");
-        words.insert(words.end(), {"--root", root, "--to", folder / "copies"});
-        return WithoutSpace(Unwrapped(Run(words)));
-    }
-    static std::string LeadsToMarvane(const std::string& entry)
-    {
-        return "  ok  root file       DIR/root.xml (--root) entry \"" + entry + "\" leads to Marvane\n";
-    }
-    static std::string NotCalled(const std::string& why)
-    {
-        return "   !  root file       DIR/root.xml " + why +
-               " Marvane is not called. Run \"marvane install\" again.\n";
-    }
-    static std::string Extension() { return platform::PathSeparator == '\\' ? ".exe" : ""; }
-    std::string Install() const
-    {
-        return Run({"install", "SimVci", "--root", root, "--to", folder / "copies", "--from",
-                    testing::BuildFolder(), "--log-dir", folder / "logs", "--flush"});
-    }
-
-    testing::TemporaryFolder folder;
-    testing::EnvironmentValue temp{"TEMP", folder.Path().string()}; ///< without a diagnostic log
-    // A copy, since `check` reports every process that has the library loaded: other tests use the original.
-    std::string library = folder / testing::LibraryName("SimVci");
-    std::string root = folder / "root.xml";
-    std::string bits = sizeof(void*) == 8 ? "64-bit" : "32-bit";
-};
 
 TEST_F(SetupCommands, ListShowsTheLibraryAndMarvaneInFrontOfIt)
 {
@@ -170,49 +68,6 @@ TEST_F(SetupCommands, StatusNoticesThatMarvaneWasRemoved)
                   "   logs in     DIR/logs/\n               0 of at most 20 files, 0.0 MB\nexit status 1\n");
 }
 
-TEST_F(SetupCommands, CheckNoticesThatMarvaneWasRemoved)
-{
-    const testing::EnvironmentValue none("PDU_CFG_FILE", std::nullopt);
-    const std::string before = testing::FileBytes(root);
-    Install();
-    testing::WriteFileBytes(root, before);
-    const std::string another = "somebody put another path into the root description file: " +
-                                Named(UriOfPath(library, platform::PathSeparator));
-    EXPECT_EQ(Check({"SimVci"}),
-              Checked("SimVci", NotCalled(another), "", "", "0 errors, 1 warning", "works, no log") +
-                  "exit status 1\n");
-    testing::WriteFileBytes(root, "<MVCI_PDU_API_ROOT/>");
-    EXPECT_EQ(Check({}), Checked("SimVci", NotCalled("the entry is gone from DIR/root.xml"), "", "",
-                                 "0 errors, 1 warning", "works, no log") +
-                             "exit status 1\n");
-}
-
-TEST_F(SetupCommands, CheckWarnsOfTwoEntriesWithOneLogFolder)
-{
-    const testing::EnvironmentValue none("PDU_CFG_FILE", std::nullopt);
-    const std::string entries = testing::FileBytes(root);
-    const std::size_t begin = entries.find("<MVCI_PDU_API>");
-    std::string second = entries.substr(begin, entries.find("</MVCI_PDU_API>\n") + 16 - begin);
-    second.replace(second.find("SimVci"), 6, "Second");
-    testing::WriteFileBytes(root, std::string(entries).insert(begin, second));
-    Install();
-    Run({"install", "Second", "--root", root, "--to", folder / "copies", "--from", testing::BuildFolder(),
-         "--log-dir", folder / "logs"});
-    const auto shared = [](const std::string& other) {
-        return "   !  LogFileDir      DIR/logs/ is the log folder of entry \"" + other +
-               "\" too: their logs are mixed, and each deletes the other's.\n";
-    };
-    const std::string works = "works, log in DIR/logs/";
-    EXPECT_EQ(Check({}), Checked("Second", LeadsToMarvane("Second"),
-                                 "  --  line 28         LogFlush is not 1: the last lines are lost if the "
-                                 "application crashes.\n",
-                                 shared("SimVci"), "0 errors, 1 warning", works) +
-                             "\n" +
-                             Checked("SimVci", LeadsToMarvane("SimVci"), "", shared("Second"),
-                                     "0 errors, 1 warning", works) +
-                             "exit status 1\n");
-}
-
 TEST_F(SetupCommands, ACopyOutOfUseIsFoundWhereTheCopiesAre)
 {
     const std::string before = testing::FileBytes(root);
@@ -225,25 +80,6 @@ TEST_F(SetupCommands, ACopyOutOfUseIsFoundWhereTheCopiesAre)
     EXPECT_EQ(Run({"level", "SimVci", "arguments", "--to", folder / "copies"}),
               "LogFnDecodeArgs: 1 -> 0   takes effect at the next PDUConstruct\n"
               "LogFnDecodeRsps: 1 -> 0   takes effect at the next PDUConstruct\n");
-}
-
-TEST_F(SetupCommands, CheckOfAHealthyEntryEndsWithItsOutcome)
-{
-    const testing::EnvironmentValue none("PDU_CFG_FILE", std::nullopt);
-    Install();
-    EXPECT_EQ(Check({"SimVci"}), Checked("SimVci", LeadsToMarvane("SimVci"), "", "", "0 errors, 0 warnings",
-                                         "works, log in DIR/logs/"));
-}
-
-TEST_F(SetupCommands, CheckOfAnEntryWithoutMarvaneSaysSo)
-{
-    EXPECT_EQ(
-        Run({"check", "SimVci", "--root", root}),
-        "SimVci\n\n   !  root file       DIR/root.xml\n"
-        "                      entry \"SimVci\" leads to the vendor's library: Marvane is not called. Run\n"
-        "                      \"marvane install\".\n"
-        "  ok  target library  DIR/VENDOR\n                      1.4.2.7, " +
-            bits + ", 29 of 29 functions\n\n0 errors, 1 warning\nOutcome: works, no log.\nexit status 1\n");
 }
 
 TEST_F(SetupCommands, AsJsonAreOneDocumentEach)

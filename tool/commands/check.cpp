@@ -144,12 +144,20 @@ std::vector<CheckReport> CheckEntries(const std::vector<std::string>& rootFiles,
     return reports;
 }
 
+/// Whether two log folders are one, whatever their spelling, and even if it does not exist yet.
+bool IsSameFolder(const std::string& one, const std::string& other)
+{
+    const auto plain = [](const std::string& folder) { return (FilePath(folder) / "").lexically_normal(); };
+    return plain(one) == plain(other) || IsSameFile(one, other);
+}
+
 /// Entries with one log folder mix their logs and delete each other's.
-void AddSharedFolders(std::vector<CheckReport>& reports)
+void AddSharedFolders(std::vector<CheckReport>& reports, const std::vector<CheckReport>& others)
 {
     for (CheckReport& report : reports)
-        for (const CheckReport& other : reports)
-            if (&report != &other && !report.LogFolder.empty() && report.LogFolder == other.LogFolder)
+        for (const CheckReport& other : others)
+            if (report.Marvane != other.Marvane && !report.LogFolder.empty() && !other.LogFolder.empty() &&
+                IsSameFolder(report.LogFolder, other.LogFolder))
                 report.All.push_back({FindingLevel::Warning, "LogFileDir",
                                       report.LogFolder + "\nis the log folder of entry \"" + other.Title +
                                           "\" too: their logs are mixed, and each deletes the other's.",
@@ -178,13 +186,14 @@ std::vector<CheckReport> Reports(const Arguments& arguments)
             FolderOf(*configuration, platform::PathSeparator) + platform::OwnLibraryName;
         return {CheckChain(IsFile(beside) ? beside : OwnLibrary(), configuration)};
     }
-    std::vector<CheckReport> reports =
-        CheckEntries(arguments.Values("--root"), name, arguments.Value("--to").value_or(""));
+    const std::vector<std::string> roots = arguments.Values("--root");
+    const std::string to = arguments.Value("--to").value_or("");
+    std::vector<CheckReport> reports = CheckEntries(roots, name, to);
     if (reports.empty() && !name.empty())
         throw Trouble(NoEntryText(name));
     if (reports.empty())
         reports.push_back(CheckChain(OwnLibrary(), std::nullopt));
-    AddSharedFolders(reports);
+    AddSharedFolders(reports, name.empty() ? std::vector(reports) : CheckEntries(roots, "", to));
     return reports;
 }
 

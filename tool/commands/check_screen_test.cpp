@@ -1,5 +1,5 @@
 // `marvane check` as it is typed: the whole screen.
-#include "tool/commands/setup_test_kit.h"
+#include "tests/support/setup_commands.h"
 
 namespace marvane::tool {
 namespace {
@@ -47,6 +47,11 @@ TEST_F(CheckScreen, WarnsOfTwoEntriesWithOneLogFolder)
                              Checked("SimVci", LeadsToMarvane("SimVci"), "", shared("Second"),
                                      "0 errors, 1 warning", works) +
                              "exit status 1\n");
+    // So does the check of one of them, and a folder is the same without its separator.
+    Run({"set", "Second", "LogFileDir=" + (folder / "logs"), "--root", root});
+    EXPECT_EQ(Check({"SimVci"}), Checked("SimVci", LeadsToMarvane("SimVci"), "", shared("Second"),
+                                         "0 errors, 1 warning", works) +
+                                     "exit status 1\n");
 }
 
 TEST_F(CheckScreen, OfAHealthyEntryEndsWithItsOutcome)

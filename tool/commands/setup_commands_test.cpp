@@ -1,5 +1,5 @@
 // The commands of the set-up as they are typed: what they print, their exit status, and that the chain works.
-#include "tool/commands/setup_test_kit.h"
+#include "tests/support/setup_commands.h"
 #include "tool/setup/configuration_findings.h"
 #include "tool/setup/root_file.h"
 

@@ -102,7 +102,9 @@ private:
         if (setting.Line == 0)
             return false;
         report_.LogFolder = LogFolder(setting.Value, platform::ExpandUtf8);
-        if (!IsActive() || report_.LogFolder.empty())
+        if (report_.LogFolder.empty()) // The separator that follows it makes it the root folder.
+            report_.LogFolder = platform::PathSeparator;
+        if (!IsActive())
             return true;
         FolderCheck check = CheckLogFolder(report_.LogFolder, setting.Line);
         Append(report_.All, std::move(check.All));
@@ -158,6 +160,7 @@ CheckReport CheckChain(const std::string& marvane, const std::optional<std::stri
     if (configuration.Opened) {
         CheckReport report = ChainCheck(configuration, marvane, look.Facts ? look.Facts->For : OwnMachine())
                                  .Run(std::move(before));
+        report.Marvane = marvane;
         Append(report.All, DiagnosticLogFindings());
         return report;
     }

@@ -22,7 +22,8 @@ enum class CheckOutcome : std::uint8_t
 
 struct CheckReport
 {
-    std::string Title; ///< what was checked; empty if only one thing was
+    std::string Title;   ///< what was checked; empty if only one thing was
+    std::string Marvane; ///< path of the copy of the logger library; empty without one
     CheckFindings All;
     CheckOutcome Result = CheckOutcome::NotConstructed;
     std::string LogFolder;

@@ -233,6 +233,21 @@ TEST_F(CheckedLogFolder, BelowAFileCanNotBeMade)
                                    "logs | can't be made: DIR" + separator + "file is a file.\n");
 }
 
+TEST_F(CheckedLogFolder, OfWhichFewerBytesAreMadeThanUsedCanNotBeUsed)
+{
+    // The log is opened in the first 256 bytes, and the first 255 are made.
+    std::string path = folder / ("a" + separator);
+    path.resize(256, 'x');
+    const FolderCheck check = CheckLogFolder(path, 5, Gigabytes70);
+    EXPECT_FALSE(check.IsUsable);
+    EXPECT_EQ(Flat(check.All),
+              "error line 5: " + Named(path, folder.Path().string(), "DIR") +
+                  " | can't be used: its first 255 bytes would be made, and the log opened in its "
+                  "first 256.\n");
+    path.back() = platform::PathSeparator;
+    EXPECT_TRUE(CheckLogFolder(path, 5, Gigabytes70).IsUsable);
+}
+
 std::string File(const std::string& lines)
 {
     return "<?xml version=\"1.0\"?>\n<D_PDU_API_CFG>\n" + lines + "</D_PDU_API_CFG>\n";

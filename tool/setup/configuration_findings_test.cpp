@@ -330,6 +330,10 @@ TEST(CheckedPath, IsSpeltForMarvane)
         folder("/logs/${USER}"),
         "   X  line 5          LogFileDir = \"/logs/${USER}\" \"$\" begins no reference. Write %USER%.\n");
     EXPECT_EQ(
+        folder("$HOME/logs"),
+        "   X  line 5          LogFileDir = \"$HOME/logs\" \"$\" begins no reference. Write %HOME%.\n"
+        "   !  line 5          LogFileDir = \"$HOME/logs\" A relative folder: it depends on where the application was started. Write the whole path.\n");
+    EXPECT_EQ(
         folder("/a&amp;b"),
         "   X  line 5          LogFileDir = \"/a&amp;b\" \"&amp;\" is not replaced: the file is no XML to Marvane. Write the character itself.\n");
     EXPECT_EQ(

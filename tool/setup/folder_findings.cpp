@@ -38,6 +38,11 @@ FolderCheck CheckLogFolder(const std::string& folder, std::size_t line,
         return check;
     };
     const std::string path = folder.substr(0, MadeFolderLimit);
+    // The folder is made of fewer bytes than files are opened in.
+    if (folder.size() > MadeFolderLimit && folder.back() != platform::PathSeparator && !IsFolder(folder))
+        return add(FindingLevel::Error,
+                   "can't be used: its first 255 bytes would be made, and the log opened in its first 256.",
+                   line);
     const std::string existing = ExistingFolder(std::filesystem::path(FilePath(path)).is_relative()
                                                     ? PathText(std::filesystem::absolute(FilePath(path)))
                                                     : path);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <regex>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -200,6 +201,9 @@ TEST_F(Installing, RefusesWhatItCanNotUndo)
     const auto refusal = [&](const std::string& entries) {
         WriteRoot(entries);
         const std::string reason = Refusal(Options());
+        InstallOptions dry = Options();
+        dry.DryRun = true;
+        EXPECT_EQ(Refusal(dry), reason);
         EXPECT_EQ(Traces(), "root.xml\n");
         return reason;
     };
@@ -213,7 +217,49 @@ TEST_F(Installing, RefusesWhatItCanNotUndo)
     EXPECT_EQ(refusal(Entry("One", UriOfVendor() + "x")), what + "DIR/vendor/VENDORx does not exist");
     EXPECT_EQ(refusal(Entry("One", UriOfPath(root, platform::PathSeparator))),
               what + "DIR/root.xml is no library");
+    EXPECT_EQ(refusal("<MVCI_PDU_API><SHORT_NAME>One</SHORT_NAME>"
+                      "<LIBRARY_FILE URI='a'/><LIBRARY_FILE URI='b'/></MVCI_PDU_API>"),
+              what + "it has two LIBRARY_FILE elements");
+    EXPECT_EQ(refusal(Entry("One", UriOfVendor() + "&v;")),
+              "DIR/root.xml line 2: the entity \"&v;\" is unknown");
     EXPECT_EQ(refusal("<a>"), "DIR/root.xml line 2: the end tag MVCI_PDU_API_ROOT ends no open element");
+}
+
+TEST_F(Installing, RefusesUtf16WithoutAMark)
+{
+    WriteRoot(Entry("One"));
+    std::string wide;
+    for (const char character : RootBytes())
+        wide += std::string{character, '\0'};
+    testing::WriteFileBytes(root, wide);
+    EXPECT_EQ(Refusal(Options()), "DIR/root.xml is UTF-16 without a byte-order mark");
+    EXPECT_EQ(RootBytes(), wide);
+    EXPECT_EQ(Traces(), "root.xml\n");
+}
+
+TEST_F(Installing, RecordsWhatItChanged)
+{
+    WriteRoot(Entry("One", "file:/" + UriOfVendor().substr(8)));
+    Install(Options());
+    std::string record = testing::FileBytes(folder.Path() / "copies" / "One" / "marvane-install.txt");
+    record = std::regex_replace(record, std::regex("installed=[0-9-]+T[0-9:]+Z\n"), "installed=TIME\n");
+    EXPECT_EQ(record, "root=" + root + "\nentry=One\nold_uri=file:/" + UriOfVendor().substr(8) +
+                          "\nnew_uri=" +
+                          UriOfPath((folder.Path() / "copies" / "One" / platform::OwnLibraryName).string(),
+                                    platform::PathSeparator) +
+                          "\ninstalled=TIME\nversion=1.0.0.0\n");
+}
+
+TEST(CopyFolders, ByDefaultAreThoseOfPrograms)
+{
+    if (platform::PathSeparator == '/') {
+        EXPECT_EQ(CopyFolders(""), std::vector<std::string>{"/usr/local/lib/marvane"});
+        return;
+    }
+    const std::vector<std::string> both = {"C:\\Program Files\\Marvane\\installed",
+                                           "C:\\Program Files (x86)\\Marvane\\installed"};
+    EXPECT_EQ(CopyFolders(""), both);
+    EXPECT_EQ(DefaultCopyFolder(Machine::X86), both[1]);
 }
 
 TEST_F(Installing, RefusesALibraryThatDoesNotLoad)

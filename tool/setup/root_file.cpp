@@ -194,6 +194,8 @@ std::string ReasonNotToChange(const RootFile& file, const RootEntry& entry)
     const auto isSame = [&](const RootEntry& other) { return other.ShortName == entry.ShortName; };
     if (std::count_if(file.Entries.begin(), file.Entries.end(), isSame) > 1)
         return "there are two entries of this name";
+    if (entry.ShortName.find_first_of("\r\n") != std::string::npos)
+        return "its SHORT_NAME goes over several lines";
     if (entry.Nested)
         return "it is nested deeper than the root element's children";
     if (entry.FileElements > 1)

@@ -86,6 +86,7 @@ TEST(RootFile, SaysWhyAnEntryCanNotBeChanged)
     EXPECT_EQ(Reason(Root(Entry("One", OneUri))), "");
     EXPECT_EQ(Reason(Root(Entry("One", OneUri) + Entry(" One", OneUri))),
               "there are two entries of this name");
+    EXPECT_EQ(Reason(Root(Entry("One\nold_uri=x", OneUri))), "its SHORT_NAME goes over several lines");
     EXPECT_EQ(Reason(Root(Entry("One", OneUri + OneUri))), "it has two LIBRARY_FILE elements");
     EXPECT_EQ(Reason(Root(Entry("One", "<LIBRARY_FILE/>"))), "it has no LIBRARY_FILE with a URI");
     EXPECT_EQ(Reason(Root("<group>" + Entry("One", OneUri) + "</group>")),

@@ -1,5 +1,5 @@
-// For the tests of the commands of the set-up: a vendor's library, a root description file that names it, and the
-// command as it is typed.
+// For the tests of the commands of the set-up: a vendor's library, a root description file that names it, and
+// the command as it is typed.
 #pragma once
 
 #include <algorithm>

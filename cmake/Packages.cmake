@@ -3,7 +3,7 @@
 # The man page and the completions come from the command itself; a cross build takes those of the native one.
 set(MARVANE_SHELLS bash zsh fish powershell)
 if(CMAKE_CROSSCOMPILING)
-  set(MARVANE_GENERATED ${CMAKE_SOURCE_DIR}/build/native/generated CACHE PATH "Man page and completions of a native build")
+  set(MARVANE_GENERATED ${CMAKE_BINARY_DIR}/../native/generated CACHE PATH "Man page and completions of a native build")
 else()
   set(MARVANE_GENERATED ${CMAKE_BINARY_DIR}/generated)
   add_custom_command(OUTPUT ${MARVANE_GENERATED}/marvane.1.gz

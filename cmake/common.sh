@@ -1,7 +1,17 @@
-# Shared by all scripts: messages, installing missing packages, building a preset.
+# Sourced by all scripts: messages, tools, building a preset.
 
-top=$(cd "$(dirname "$0")" && pwd)
+top=$(cd "$(dirname "$0")" && pwd -P)
+until [ -f "$top/CMakePresets.json" ] || [ "$top" = / ]; do top=$(dirname "$top"); done
 jobs=$(nproc 2>/dev/null || echo 2)
+
+# The folder of all builds: MARVANE_BUILD, or build/ in the checkout.
+case ${MARVANE_BUILD:-} in
+'') builds="$top/build" ;;
+/*) builds=$MARVANE_BUILD ;;
+*) builds="$PWD/$MARVANE_BUILD" ;;
+esac
+# Wine's starters and the tests read it too.
+[ -z "${MARVANE_BUILD:-}" ] || export MARVANE_BUILD="$builds"
 
 say() { printf '\n== %s\n' "$*"; }
 fail() {
@@ -9,97 +19,113 @@ fail() {
     exit 1
 }
 
-native_packages="g++ cmake ninja-build googletest libcli11-dev zlib1g-dev libexpat1-dev"
-# The tests of completion in these shells are skipped without them.
-shell_packages="zsh fish"
-# Programs that read what is exported: tests open the exports with them.
-reader_packages="sqlite3 tshark lnav chromium"
-web_packages="nodejs npm"
-native_x86_packages="g++-multilib lib32z1-dev cmake ninja-build googletest libcli11-dev"
-windows_packages="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev libcli11-dev wine wine64"
-windows_x86_packages="g++-mingw-w64-i686-posix binutils-mingw-w64-i686 libz-mingw-w64-dev libcli11-dev wine wine64"
-fuzz_packages="clang libclang-rt-14-dev"
+# shown PATH: the path as a user would type it, from the checkout if it is there.
+shown() { printf '%s' "${1#"$top"/}"; }
 
-# The clang-format that decides; CONTRIBUTING.md names it too.
-format_version=14
-format_packages="clang-format-$format_version"
+. "$top/cmake/tools.sh"
 
-# install_packages NAME...: installs the missing ones of these Debian packages. Fails if that is not possible.
-install_packages() {
-    missing=""
-    for package in "$@"; do
-        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing="$missing $package"
-    done
-    [ -z "$missing" ] && return 0
-    command -v apt-get >/dev/null 2>&1 || {
-        echo "There is no apt-get here. Install these Debian packages, or their equivalents on this system:$missing" >&2
-        return 1
-    }
-    as_root=""
-    if [ "$(id -u)" != 0 ]; then
-        command -v sudo >/dev/null 2>&1 || {
-            echo "Installing packages needs root or sudo. Missing are:$missing" >&2
-            return 1
-        }
-        as_root=sudo
-    fi
-    say "Installing:$missing"
-    log=$(mktemp)
-    if $as_root apt-get update >"$log" 2>&1 &&
-        $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $missing >>"$log" 2>&1
-    then
-        rm -f "$log"
-        return 0
-    fi
-    tail -n 20 "$log" >&2
-    echo "apt-get failed; its complete output is in $log" >&2
-    return 1
+# need_build_folder: creates the folder of all builds; fails if nothing can be written there.
+need_build_folder() {
+    { mkdir -p "$builds" && : >"$builds/.writable"; } 2>/dev/null && rm -f "$builds/.writable" && return
+    fail "$builds cannot be written. Name a folder for what is built: MARVANE_BUILD=\$HOME/marvane-build $0"
 }
 
-# show_progress LOG: copies standard input to LOG and shows how far the builder is: its own counter on a terminal,
-# a line each tenth elsewhere.
+# show_progress UNIT LOG: copies standard input to LOG and shows how far the builder or the tester is: its own counter
+# on a terminal, a line each tenth elsewhere.
 show_progress() {
-    tenth=0
+    tenth=0 total=0
     while IFS= read -r line; do
         printf '%s\n' "$line"
-        case $line in "["[0-9]*/[0-9]*"]"*) ;; *) continue ;; esac
-        counter=${line%%]*}
-        counter=${counter#[}
+        case $line in
+        "["[0-9]*/[0-9]*"]"*) counter=${line%%]*} counter=${counter#[} ;;
+        *[0-9]/[0-9]*" Test "*"#"[0-9]*) counter=${line%% Test *} counter=${counter##* } ;;
+        *) continue ;;
+        esac
+        case $counter in */*/* | *[!0-9/]*) continue ;; esac
+        # A builder that finds more to do begins anew.
+        [ "$total" = "${counter#*/}" ] || tenth=0 total=${counter#*/}
+        [ "$total" -gt 0 ] || continue
         if [ -t 2 ]; then
-            printf '\r   %s steps' "$counter" >&2
-        elif [ $((10 * ${counter%/*} / ${counter#*/})) -gt $tenth ]; then
-            tenth=$((10 * ${counter%/*} / ${counter#*/}))
-            printf '   %s steps\n' "$counter" >&2
+            printf '\r   %s %s' "$counter" "$1" >&2
+        elif [ $((10 * ${counter%/*} / total)) -gt $tenth ]; then
+            tenth=$((10 * ${counter%/*} / total))
+            printf '   %s %s\n' "$counter" "$1" >&2
         fi
-    done >"$1"
+    done >"$2"
     [ ! -t 2 ] || printf '\r                        \r' >&2
 }
 
-# configure_and_build PRESET [cmake build argument...]: fails if one of the two does.
-configure_and_build() {
-    preset=$1
-    shift
-    cd "$top" && cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs" "$@"
+# logged UNIT LOG COMMAND...: runs a command with its output in LOG and shows its progress; the command's status.
+logged() {
+    unit=$1 log=$2
+    shift 2
+    return "$({ { "$@" 2>&1; echo $? >&3; } | show_progress "$unit" "$log"; } 3>&1)"
 }
 
-# build PRESET [cmake build argument...]: configures and builds a preset. Prints the compiler's output only if it
-# fails.
+# configured_elsewhere PRESET: true if its build folder was configured by another checkout, or in another place.
+configured_elsewhere() {
+    cache="$builds/$1/CMakeCache.txt"
+    [ -f "$cache" ] || return 1
+    for entry in "CMAKE_HOME_DIRECTORY $top" "CMAKE_CACHEFILE_DIR $builds/$1"; do
+        place=$(sed -n "s/^${entry%% *}:INTERNAL=//p" "$cache")
+        [ "$(cd "$place" 2>/dev/null && pwd -P)" = "$(cd "${entry#* }" && pwd -P)" ] || return 0
+    done
+    return 1
+}
+
+# configure PRESET [cmake argument...]: afresh if this checkout has moved.
+configure() {
+    preset=$1
+    shift
+    if configured_elsewhere "$preset"; then
+        echo "   $(shown "$builds/$preset") was configured in another place: configuring afresh"
+        set -- --fresh "$@"
+    fi
+    (cd "$top" && cmake --preset "$preset" -B "$builds/$preset" "$@") >"$builds/$preset.log" 2>&1 || explain_build "$preset"
+}
+
+# explain_build PRESET: fails with the reason of a failed build, as far as it is known, and the end of its output.
+explain_build() {
+    log="$builds/$1.log"
+    reason=""
+    grep -q 'No space left on device' "$log" && reason="the disk is full: "
+    grep -qE 'Permission denied|Read-only file system' "$log" && reason="a folder cannot be written: "
+    echo "The last lines of the build:" >&2
+    tail -n 40 "$log" >&2
+    fail "${reason}the build of $1 failed; its complete output is in $(shown "$log")"
+}
+
+# run_builder PRESET [cmake build argument...]: builds a configured preset. Prints the compiler's output only if it fails.
+run_builder() {
+    preset=$1
+    shift
+    logged steps "$builds/$preset.log" cmake --build "$builds/$preset" -j "$jobs" "$@" || explain_build "$preset"
+}
+
+# build PRESET [cmake build argument...]: configures and builds a preset with its tests.
 build() {
-    say "Building $1 into build/$1"
-    mkdir -p "$top/build" || fail "cannot write to $top/build"
-    log="$top/build/$1.log"
-    result=$({ { configure_and_build "$@" 2>&1; echo $? >&3; } | show_progress "$log"; } 3>&1)
-    [ "$result" = 0 ] || {
-        echo "The last lines of the build:" >&2
-        tail -n 40 "$log" >&2
-        fail "the build of $1 failed; its complete output is in build/$1.log"
-    }
+    say "Building $1 into $(shown "$builds/$1")"
+    need_build_folder
+    configure "$1"
+    run_builder "$@"
+}
+
+# build_programs PRESET TARGET...: builds only these. The tests, which need more tools, are configured only if they were.
+build_programs() {
+    say "Building $1 into $(shown "$builds/$1")"
+    need_build_folder
+    tests=OFF
+    grep -qx 'MARVANE_TESTS:BOOL=ON' "$builds/$1/CMakeCache.txt" 2>/dev/null && tests=ON
+    configure "$1" -DMARVANE_TESTS=$tests
+    preset=$1
+    shift
+    run_builder "$preset" --target "$@"
 }
 
 # prepare_wine [SUFFIX]: creates the prefix of cmake/run-under-wine[SUFFIX]. Wine does that at the first start of a
 # program; programs that start in parallel would all try.
 prepare_wine() {
-    say "Preparing Wine (the first time takes a minute)"
+    say "Preparing Wine"
     "$top/cmake/run-under-wine${1-}" wineboot -i >/dev/null 2>&1 || return 1
     "$top/cmake/run-under-wine${1-}" cmd /c exit >/dev/null 2>&1
 }
@@ -108,7 +134,7 @@ prepare_wine() {
 # come from Debian's package for i386, by an apt with a configuration, state and cache of its own, so that the system
 # need not be told of that architecture.
 fetch_wine_x86() {
-    folder="$top/build/wine-x86"
+    folder="$builds/wine-x86"
     [ -f "$folder/complete" ] && return 0
     command -v apt-get >/dev/null 2>&1 || return 1
     say "Fetching the 32-bit libraries of Wine (95 MB)"
@@ -135,4 +161,15 @@ CONF
     dpkg-deb -x "$package" "$folder" >>"$folder/log" 2>&1 || return 1
     rm -rf "$package" "$folder/state" "$folder/cache"
     : >"$folder/complete"
+}
+
+# why_no_wine_x86: the reason why fetch_wine_x86 failed.
+why_no_wine_x86() {
+    if ! command -v apt-get >/dev/null 2>&1; then
+        echo "the 32-bit libraries of Wine come from a package of Debian, and there is no apt-get here"
+    elif [ -f "$builds/wine-x86/log" ] && lacks_network "$builds/wine-x86/log"; then
+        echo "no network to fetch the 32-bit libraries of Wine"
+    else
+        echo "no package libwine for i386"
+    fi
 }

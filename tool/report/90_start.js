@@ -1,0 +1,67 @@
+// Starts the page: the model first, so that something is seen soon; then the lines.
+"use strict";
+
+function takeState() {
+  takeAddress(location.hash.slice(1));
+  update();
+  if (!state.at) return;
+  if (rowOf(state.at) < 0) unfoldAround(state.at);
+  const row = rowOf(state.at);
+  if (row < 0) {
+    update();
+    if (rowOf(state.at) < 0) return;
+  }
+  showRow(rowOf(state.at), true);
+  drawList();
+  byId("log").scrollIntoView();
+}
+
+function onScroll() {
+  drawList();
+  followList();
+}
+
+function onResize() {
+  if (list.isPrinted) return;
+  list.measured.clear();
+  redrawList();
+  followList();
+}
+
+async function start() {
+  model = await readModel();
+  byId("main").hidden = false;
+  drawTop();
+  drawErrors();
+  drawLatency();
+  startControls();
+  startTimeline();
+  startPrint();
+  startRaw();
+  const box = byId("list-box");
+  box.addEventListener("scroll", oncePerFrame(onScroll), { passive: true });
+  box.addEventListener("keydown", onListKey);
+  new ResizeObserver(oncePerFrame(onResize)).observe(box);
+  matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => {
+    readColors();
+    timelineChanged();
+  });
+  addEventListener("hashchange", () => location.hash.slice(1) !== ownAddress && takeState());
+  lines.ready = readLines(model);
+  takeState();
+  document.documentElement.dataset.ready = "model";
+  performance.mark("model ready");
+  await lines.ready;
+  // Rows that show lines, or were waiting for the search, can be drawn now.
+  if (state.view === "calls" || state.query !== "") takeState();
+  document.documentElement.dataset.ready = "all";
+  performance.mark("lines ready");
+}
+
+start().catch((error) => {
+  const notice = byId("notice");
+  notice.hidden = false;
+  notice.classList.add("broken");
+  notice.textContent = typeof DecompressionStream === "undefined" ? "This browser is too old to unpack the report: it has no DecompressionStream." : `This report can't be read: ${error.message}`;
+  document.documentElement.dataset.ready = "failed";
+});

@@ -43,6 +43,28 @@ async function readModel() {
   return model;
 }
 
+/** Links and threads of several sessions that carry the same name are shown as one. Adds "group" to each. */
+function groupSources(model) {
+  const group = (sources, labelOf) => {
+    const labels = new Map();
+    for (const source of sources) {
+      const label = labelOf(source);
+      if (!labels.has(label)) labels.set(label, labels.size);
+      source.group = labels.get(label);
+    }
+    return [...labels.keys()];
+  };
+  model.linkLabels = group(model.links, linkLabel);
+  model.threadLabels = group(model.threads, (thread) => `thread ${threadText(thread.id)}`);
+}
+
+/** "link 1 ISO_15765_3_on_ISO_15765_2"; what concerns a module as a whole has no link. */
+function linkLabel(link) {
+  const name = link.protocol || link.resource || "";
+  if (link.hcll === undefined && link.hmod !== undefined) return `module ${link.hmod}`;
+  return `link ${link.hcll ?? "?"}${name ? ` ${name}` : ""}`;
+}
+
 /** For sorted `of`: where the elements of each owner begin; owner i has first[i] to first[i + 1]. */
 function firstOfEach(of, count) {
   const first = new Int32Array(count + 1);
@@ -68,6 +90,7 @@ function indexModel(model) {
     lines += file.lines;
   }
   model.lineCount = lines;
+  groupSources(model);
   model.end = endOf(model);
   const spread = spreadTimes(records);
   model.spread = spread;

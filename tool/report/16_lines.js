@@ -49,15 +49,17 @@ function addBlock(text, state) {
     lower: lower.length === text.length ? lower : text.replace(/[A-Z]/g, (letter) => letter.toLowerCase()),
     first: state.line,
   });
-  for (let at = 0; at < text.length && state.line < lines.starts.length; ) {
-    lines.starts[state.line] = at;
+  const { starts, stamps } = lines;
+  let { line, stamp } = state;
+  for (let at = 0; at < text.length && line < starts.length; ++line) {
+    starts[line] = at;
     const kind = text.charCodeAt(at);
-    if (kind > NoStamp) state.stamp = state.line;
-    if (kind !== NoStamp) lines.stamps[state.line] = state.stamp;
-    ++state.line;
+    if (kind > NoStamp) stamp = line;
+    if (kind !== NoStamp) stamps[line] = stamp;
     const end = text.indexOf("\n", at);
     at = end < 0 ? text.length : end + 1;
   }
+  Object.assign(state, { line, stamp });
 }
 
 /** The last of `blocks` that begins at or before the line. */

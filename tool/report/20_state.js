@@ -5,8 +5,8 @@
 const state = {
   view: "talk", // or "calls"
   query: "",
-  link: -1,
-  thread: -1,
+  link: -1, // index into model.linkLabels
+  thread: -1, // likewise
   service: "", // name of a service or of a function
   outcome: "", // key of OutcomeChoices
   open: new Set(), // keys of unfolded rows
@@ -60,8 +60,8 @@ function takeAddress(address) {
   clearFilters();
   state.view = values.get("view") === "calls" ? "calls" : "talk";
   state.query = (values.get("search") ?? "").slice(0, 200);
-  state.link = number("link", model.links.length);
-  state.thread = number("thread", model.threads.length);
+  state.link = number("link", model.linkLabels.length);
+  state.thread = number("thread", model.threadLabels.length);
   const service = values.get("service") ?? "";
   state.service = servicesOf(model).has(service) ? service : "";
   const outcome = values.get("outcome") ?? "";

@@ -45,15 +45,18 @@ function isTroubled(exchange) {
   return outcome === 1 || outcome === 2;
 }
 
+const groupOfLink = (link) => model.links[link]?.group ?? -1;
+const groupOfThread = (thread) => model.threads[thread]?.group ?? -1;
+
 /** A function that tells whether an exchange is wanted, but for the search. */
 function exchangeFilter() {
   const { exchanges, records, strings } = model;
   const service = state.service ? strings.indexOf(state.service) : -1;
   const outcome = OutcomeKeys.indexOf(state.outcome);
   return (i) => {
-    if (state.link >= 0 && exchanges.link[i] !== state.link) return false;
+    if (state.link >= 0 && groupOfLink(exchanges.link[i]) !== state.link) return false;
     const record = exchanges.record[i];
-    if (state.thread >= 0 && (record < 0 || records.thread[record] !== state.thread)) return false;
+    if (state.thread >= 0 && (record < 0 || groupOfThread(records.thread[record]) !== state.thread)) return false;
     if (service >= 0 && exchanges.service[i] !== service && (record < 0 || records.name[record] !== service)) return false;
     if (state.outcome === "") return true;
     if (state.outcome === "trouble") return isTroubled(i) || hasRecordTrouble(record);
@@ -74,8 +77,8 @@ function recordFilter() {
   const outcome = OutcomeKeys.indexOf(state.outcome);
   return (i) => {
     const exchange = exchangeOf[i];
-    if (state.link >= 0 && records.link[i] !== state.link && !(exchange >= 0 && exchanges.link[exchange] === state.link)) return false;
-    if (state.thread >= 0 && records.thread[i] !== state.thread) return false;
+    if (state.link >= 0 && groupOfLink(records.link[i]) !== state.link && !(exchange >= 0 && groupOfLink(exchanges.link[exchange]) === state.link)) return false;
+    if (state.thread >= 0 && groupOfThread(records.thread[i]) !== state.thread) return false;
     if (service >= 0 && records.name[i] !== service && !(exchange >= 0 && exchanges.service[exchange] === service)) return false;
     if (state.outcome === "") return true;
     if (state.outcome === "trouble") return hasRecordTrouble(i) || (exchange >= 0 && isTroubled(exchange));
@@ -88,5 +91,5 @@ function recordFilter() {
 /** A remark, or lines without a record, is wanted only if no filter asks for what it has not. */
 function remarkFilter() {
   return (i) =>
-    (state.link < 0 || model.remarks.link[i] === state.link) && state.thread < 0 && state.service === "" && state.outcome === "";
+    (state.link < 0 || groupOfLink(model.remarks.link[i]) === state.link) && state.thread < 0 && state.service === "" && state.outcome === "";
 }

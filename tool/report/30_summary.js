@@ -1,6 +1,8 @@
 // The top of the page: what the log is, and what it amounts to.
 "use strict";
 
+const MostShown = 8; // links
+
 function drawTop() {
   const { summary, files } = model;
   byId("title").textContent = files.map((file) => file.name).join(", ");
@@ -50,25 +52,45 @@ function drawSummary() {
     const loaded = session.loaded ? "loaded" : "not loaded";
     putFact("Library", element("span", "path", target), [session.target_version, loaded, session.marvane ? `Marvane ${session.marvane}` : ""].filter(Boolean).join(" · "));
   }
-  for (const module of summary.modules.slice(0, 4))
-    putFact(`Module ${module.hmod}`, module.name, [module.serial ? `serial number ${module.serial}` : "", module.software].filter(Boolean).join(" · "));
-  const links = summary.links.slice(0, 8).map(summaryOfLink);
-  if (links.length > 0) putFact(links.length > 1 ? "Links" : "Link", ...links, summary.links.length > 8 ? `and ${counted(summary.links.length - 8, "more link")}` : "");
+  drawModules(summary.modules);
+  const links = groupedLinks(summary.links);
+  const shown = links.slice(0, MostShown).map(summaryOfLink);
+  if (links.length > 0) putFact(links.length > 1 ? "Links" : "Link", ...shown, links.length > MostShown ? `and ${counted(links.length - MostShown, "more link")}` : "");
   const { requests } = summary;
   if (requests.requests > 0) putFact("Requests", outcomeBar(requests), latencyFact(requests));
   const failed = summary.functions.reduce((sum, each) => sum + each.failed, 0);
   putFact("Calls", `${grouped(summary.calls)} in ${counted(summary.functions.filter((each) => each.call !== "PDUCallbackTrap").length, "function")}, ${counted(summary.events, "callback")}`, [failed > 0 ? `${grouped(failed)} failed` : "none failed", `items: ${grouped(summary.items.given)} given out, ${grouped(summary.items.destroyed)} destroyed`].join(" · "));
   const { params } = summary;
-  const changed = params.changed.slice(0, 3).map((each) => `${each.name} ${each.before} → ${each.after}`);
-  if (params.set > 0) putFact("ComParams", `${grouped(params.set)} set, ${grouped(params.changed.length)} changed`, changed.join(", ") + (params.changed.length > 3 ? " …" : ""));
+  const changed = [...new Set(params.changed.map((each) => `${each.name} ${each.before ? `${each.before} → ` : "= "}${each.after}`))];
+  if (params.set > 0) putFact("ComParams", `${grouped(params.set)} set, ${grouped(params.changed.length)} changed`, changed.slice(0, 3).join(", ") + (changed.length > 3 ? " …" : ""));
   if (summary.cut_payloads > 0) putFact("Cut", `${counted(summary.cut_payloads, "payload")} cut by LogMaxPduBuff`);
   for (const hint of summary.hints ?? []) putFact("Hint", hint);
 }
 
+/** Modules, those that several sessions have in common once. */
+function drawModules(modules) {
+  const different = new Map(modules.map((each) => [[each.hmod, each.name, each.serial, each.software].join("\n"), each]));
+  for (const module of [...different.values()].slice(0, 4))
+    putFact(`Module ${module.hmod}`, module.name, [module.serial ? `serial number ${module.serial}` : "", module.software].filter(Boolean).join(" · "));
+}
+
+/** Links of the same name in several sessions as one. */
+function groupedLinks(links) {
+  const groups = new Map();
+  for (const link of links) {
+    const label = linkLabel(link);
+    if (!groups.has(label)) groups.set(label, { ...link, requests: 0 });
+    const group = groups.get(label);
+    group.requests += link.requests;
+    group.connected ??= link.connected;
+  }
+  return [...groups.values()];
+}
+
 function summaryOfLink(link) {
   const made = element("span", "link-fact");
-  const number = model.links.findIndex((each) => each.session === link.session && each.hmod === link.hmod && each.hcll === link.hcll);
-  made.append(element("span", `chip-link hue-${Math.max(0, number) % 6}`, String(link.hcll ?? "?")), " ", element("span", "path", link.protocol || link.resource || "unnamed"));
+  const group = Math.max(0, model.linkLabels.indexOf(linkLabel(link)));
+  made.append(element("span", `chip-link hue-${group % 6}`, String(link.hcll ?? "–")), " ", element("span", "path", link.protocol || link.resource || "unnamed"));
   const pins = link.pins?.length > 0 ? `pins ${link.pins.join(", ")}` : "";
   const use = link.requests > 0 ? counted(link.requests, "request") : link.connected ? "no requests" : "not connected";
   made.append(element("small", "", [pins, use].filter(Boolean).join(" · ")));

@@ -33,7 +33,7 @@ function drawLatency() {
   const table = element("table", "");
   const axis = element("th", "scale", element("span", "unseen", "distribution"), scaleElement(first, count));
   axis.scope = "col";
-  table.append(element("thead", "", element("tr", "", headCell("service"), headCell("answers", "number"), axis, headCell("median", "number"), headCell("95 %", "number wide"), headCell("max", "number"))));
+  table.append(element("thead", "", element("tr", "", headCell("service"), headCell("count", "number"), axis, headCell("median", "number"), headCell("95 %", "number wide"), headCell("max", "number"))));
   const body = element("tbody", "");
   services.forEach((service, i) => {
     const row = latencyRow(service, first, count);

@@ -17,12 +17,14 @@ const isNarrow = matchMedia("(max-width: 719px)");
 
 /** How high a folded row is. Each of its parts is one line. */
 function heightOf(row) {
-  const { firstResponse } = model;
+  const { firstResponse, strings } = model;
   const ref = rows.ref[row];
   let count = isNarrow.matches ? 2 : 1;
   if (rows.kind[row] === RowExchange) {
-    const responses = firstResponse[ref + 1] - firstResponse[ref];
-    count = isNarrow.matches ? 1 + Math.max(1, responses) : Math.max(1, responses);
+    const first = firstResponse[ref];
+    const responses = firstResponse[ref + 1] - first;
+    const isEmpty = responses === 1 && strings[model.responses.text[first]] === "";
+    count = isNarrow.matches ? 1 + (isEmpty ? 0 : responses) : Math.max(1, responses);
   } else if (rows.kind[row] === RowRemark || rows.kind[row] === RowSession || rows.kind[row] === RowOther) count = 1;
   return count * LineHeight + RowPadding;
 }

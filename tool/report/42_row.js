@@ -57,13 +57,13 @@ function lineCell(line) {
 /** A link as a chip with its number. */
 function linkCell(link) {
   if (link < 0) return cell("link");
-  const chip = cell(`chip-link hue-${link % 6}`, cell("unseen", "link "), linkNumber(link));
+  const chip = cell(`chip-link hue-${groupOfLink(link) % 6}`, cell("unseen", "link "), linkNumber(link));
   return cell("link", chip);
 }
 
 function linkNumber(link) {
   const { hcll } = model.links[link];
-  return hcll === undefined || hcll === null ? "?" : String(hcll);
+  return hcll === undefined || hcll === null ? "–" : String(hcll);
 }
 
 function drawExchange(head, i) {

@@ -30,9 +30,8 @@ function absoluteTime(ms) {
 
 function linkTitle(link) {
   if (link < 0) return "";
-  const { protocol, resource, pins = [] } = model.links[link];
-  const name = protocol || resource || "";
-  return `${linkNumber(link)}${name ? `  ${name}` : ""}${pins.length > 0 ? `  pins ${pins.join(", ")}` : ""}`;
+  const { pins = [] } = model.links[link];
+  return `${linkLabel(model.links[link]).replace(/^link /, "")}${pins.length > 0 ? `  pins ${pins.join(", ")}` : ""}`;
 }
 
 function detailOfExchange(detail, i) {

@@ -3,6 +3,7 @@
 
 const BarHeight = 11;
 const LanePadding = 8;
+const LabelHeight = 13;
 const MostDepth = 4; // deeper calls share a row
 const MostStack = 3; // exchanges at the same time likewise
 
@@ -10,10 +11,16 @@ let lanes = [];
 
 function makeLanes() {
   lanes = [...threadLanes(), ...linkLanes()];
+  return placeLanes();
+}
+
+/** Returns the height of all. Where there is no room for names at the left, they stand above the bars. */
+function placeLanes() {
   let top = 0;
   for (const lane of lanes) {
     lane.top = top;
-    lane.height = lane.depth * BarHeight + LanePadding;
+    lane.bar = top + LanePadding / 2 + (isNarrow.matches ? LabelHeight : 0);
+    lane.height = lane.depth * BarHeight + LanePadding + (isNarrow.matches ? LabelHeight : 0);
     top += lane.height;
   }
   return top;
@@ -24,9 +31,9 @@ function threadLanes() {
   const made = new Map();
   for (let i = 0; i < records.length; ++i) {
     if (records.kind[i] === 3) continue;
-    const { id = 0 } = threads[records.thread[i]] ?? {};
-    if (!made.has(id)) made.set(id, { kind: "thread", label: `thread ${threadText(id)}`, bars: [], rowOf: [], depth: 1 });
-    const lane = made.get(id);
+    const group = threads[records.thread[i]]?.group ?? -1;
+    if (!made.has(group)) made.set(group, { kind: "thread", label: model.threadLabels[group] ?? "thread ?", bars: [], rowOf: [], depth: 1 });
+    const lane = made.get(group);
     const depth = Math.min(MostDepth - 1, records.depth[i]);
     lane.bars.push(i);
     lane.rowOf.push(depth);
@@ -44,9 +51,9 @@ function linkLanes() {
     begins[i] = timeOfRecord(exchanges.record[i]);
     ends[i] = Math.max(begins[i], endOfExchange(i));
     if (exchanges.flags[i] & ExchangeQuiet) continue;
-    const link = exchanges.link[i];
-    if (!made.has(link)) made.set(link, { kind: "link", link, label: link < 0 ? "link ?" : linkLabel(links[link], link), bars: [], rowOf: [], depth: 1, free: [] });
-    const lane = made.get(link);
+    const group = links[exchanges.link[i]]?.group ?? -1;
+    if (!made.has(group)) made.set(group, { kind: "link", group, label: model.linkLabels[group] ?? "link ?", bars: [], rowOf: [], depth: 1, free: [] });
+    const lane = made.get(group);
     let row = lane.free.findIndex((end) => end <= begins[i]);
     if (row < 0) row = Math.min(MostStack - 1, lane.free.length);
     lane.free[row] = ends[i];
@@ -54,12 +61,7 @@ function linkLanes() {
     lane.rowOf.push(row);
     lane.depth = Math.max(lane.depth, row + 1);
   }
-  return [...made.values()].sort((a, b) => a.link - b.link).map((lane) => finished(lane, begins, ends));
-}
-
-function linkLabel(link, number) {
-  const name = link.protocol || link.resource || "";
-  return `link ${linkNumber(number)}${name ? ` ${name}` : ""}`;
+  return [...made.values()].sort((a, b) => a.group - b.group).map((lane) => finished(lane, begins, ends));
 }
 
 /** Until its last status; else until its last answer; else as far as the log goes. */

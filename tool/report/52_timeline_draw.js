@@ -1,7 +1,7 @@
 // The timeline on its canvas.
 "use strict";
 
-const timeline = { colors: null, height: 0, sight: [0, 0], wanted: null };
+const timeline = { colors: null, height: 0, sight: [0, 0], gutter: 0 };
 
 /** The colors of the style sheet. Read again when light turns dark. */
 function readColors() {
@@ -11,8 +11,8 @@ function readColors() {
   timeline.font = style.getPropertyValue("--small-font").trim();
 }
 
-/** The room for the names of lanes, at the left; names stand in the lanes where there is little room. */
-const gutter = () => (isNarrow.matches ? 0 : 168);
+/** The room for the names of lanes, at the left; none where there is little room. */
+const gutter = () => timeline.gutter;
 
 function xOf(ms, width) {
   return gutter() + ((ms - state.from) / (state.to - state.from)) * (width - gutter());
@@ -42,6 +42,7 @@ function contextOf(canvas, height) {
 
 function drawTimeline() {
   if (!timeline.colors) readColors();
+  timeline.gutter = isNarrow.matches ? 0 : 168;
   const { context, width } = contextOf(byId("lanes"), timeline.height);
   drawSight(context, width);
   const wanted = wantedBars();
@@ -85,9 +86,9 @@ function drawLane(context, width, lane, wants) {
   context.restore();
   context.fillStyle = colors.line;
   context.fillRect(0, lane.top + lane.height - 1, width, 1);
-  if (gutter() === 0) return;
   context.fillStyle = colors.muted;
-  context.fillText(shortened(context, lane.label, gutter() - 12), 0, lane.top + lane.height / 2);
+  if (gutter() === 0) context.fillText(shortened(context, lane.label, width), 0, lane.top + LabelHeight / 2 + 2);
+  else context.fillText(shortened(context, lane.label, gutter() - 12), 0, lane.top + lane.height / 2);
 }
 
 function shortened(context, text, room) {
@@ -97,7 +98,10 @@ function shortened(context, text, room) {
   return `${text.slice(0, end)}…`;
 }
 
-/** Bars that fall into the pixels of the one before are not drawn; those that went wrong are drawn last, over the others. */
+/**
+ * Bars that fall into the pixels of the one before are not drawn. Those that went wrong are drawn last, over the
+ * others: where they are too short to be seen, as a mark of half the height.
+ */
 function drawBars(context, width, lane, wants) {
   const lastX = new Array(lane.depth).fill(-1);
   const lastColor = new Array(lane.depth).fill("");
@@ -110,10 +114,13 @@ function drawBars(context, width, lane, wants) {
     const x = xOf(lane.begins[i], width);
     const right = Math.max(x + 1.5, xOf(Math.min(lane.ends[i], model.end), width));
     const isDim = wants !== null && !wants(i);
-    const { color, isWrong } = lookOfBar(lane, i);
+    const isWrong = isWrongBar(lane, i);
+    const isShort = right - x < 3;
+    const color = colorOfBar(lane, i, isWrong && !isShort);
     const look = isDim ? `${color}.` : color;
-    if (isWrong && !isDim) wrong.push([i, row, x, right, color]);
-    else if (right > lastX[row] + 0.5 || look !== lastColor[row]) {
+    if (isWrong && !isDim) wrong.push([i, row, x, right]);
+    if (isWrong && !isDim && !isShort) continue;
+    if (right > lastX[row] + 0.5 || look !== lastColor[row]) {
       context.globalAlpha = isDim ? 0.22 : 1;
       drawBar(context, lane, i, row, Math.max(x, gutter() - 2), Math.min(right, width + 2), color);
       lastX[row] = right;
@@ -122,26 +129,29 @@ function drawBars(context, width, lane, wants) {
   }
   context.globalAlpha = 1;
   let drawn = -1;
-  for (const [i, row, x, right, color] of wrong) {
-    if (right < drawn + 0.5) continue;
-    drawBar(context, lane, i, row, Math.max(x, gutter() - 2), Math.min(Math.max(right, x + 3), width + 2), color);
-    drawn = right;
+  for (const [i, row, x, right] of wrong) {
+    if (right - x >= 3) drawBar(context, lane, i, row, Math.max(x, gutter() - 2), Math.min(right, width + 2), timeline.colors.bad);
+    else if (x >= drawn) {
+      context.fillStyle = timeline.colors.bad;
+      context.fillRect(x, lane.bar + row * BarHeight, 2, BarHeight / 2);
+      drawn = x + 2;
+    }
   }
 }
 
-function lookOfBar(lane, i) {
+function isWrongBar(lane, i) {
+  return lane.kind === "link" ? isTroubled(i) : hasRecordTrouble(i);
+}
+
+function colorOfBar(lane, i, isWrong) {
   const { colors } = timeline;
-  if (lane.kind === "link") {
-    const outcome = model.exchanges.outcome[i];
-    return { color: [colors.good, colors.bad, colors.bad, colors.warn, colors.idle, colors.warn][outcome], isWrong: isTroubled(i) };
-  }
-  const isWrong = hasRecordTrouble(i);
-  const kind = model.records.kind[i];
-  return { color: isWrong ? colors.bad : [colors.call, colors.callback, colors.report][kind], isWrong };
+  if (isWrong) return colors.bad;
+  if (lane.kind === "thread") return [colors.call, colors.callback, colors.report][model.records.kind[i]];
+  return [colors.good, colors.idle, colors.idle, colors.warn, colors.idle, colors.warn][model.exchanges.outcome[i]];
 }
 
 function drawBar(context, lane, i, row, x, right, color) {
-  const top = lane.top + LanePadding / 2 + row * BarHeight;
+  const top = lane.bar + row * BarHeight;
   const isReport = lane.kind === "thread" && model.records.kind[i] === 2;
   context.fillStyle = color;
   context.fillRect(x, isReport ? top + BarHeight - 4 : top, Math.max(1.5, right - x - (right - x > 4 ? 1 : 0)), isReport ? 3 : BarHeight - 2);

@@ -80,7 +80,7 @@ function barAt(event) {
   const [x, y] = [event.clientX - place.left, event.clientY - place.top];
   const lane = lanes.find((each) => y >= each.top && y < each.top + each.height);
   if (!lane || x < gutter()) return null;
-  const row = Math.floor((y - lane.top - LanePadding / 2) / BarHeight);
+  const row = Math.floor((y - lane.bar) / BarHeight);
   const width = canvas.clientWidth;
   let best = null;
   for (let b = firstBar(lane, state.from); b < lane.bars.length; ++b) {

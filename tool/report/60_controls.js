@@ -21,15 +21,12 @@ function choice(label, options, set) {
 const choices = {};
 
 function makeChoices() {
-  const { links, threads, summary } = model;
-  const several = summary.sessions.length > 1;
-  const linkOptions = links.map((link, i) => [String(i), `${several ? `session ${link.session}, ` : ""}${linkLabel(link, i)}`]);
-  choices.link = choice("Link", [["-1", "Any link"], ...linkOptions], (value) => (state.link = Number(value)));
+  const numbered = (labels) => labels.map((label, i) => [String(i), label]);
+  choices.link = choice("Link", [["-1", "Any link"], ...numbered(model.linkLabels)], (value) => (state.link = Number(value)));
   const names = [...servicesOf(model)].map(([name, count]) => [name, `${name} (${grouped(count)})`]);
   choices.service = choice("Service or function", [["", "Any service"], ...names], (value) => (state.service = value));
   choices.outcome = choice("Outcome", OutcomeChoices, (value) => (state.outcome = value));
-  const threadOptions = threads.map((thread, i) => [String(i), `${several ? `session ${thread.session}, ` : ""}thread ${threadText(thread.id)}`]);
-  choices.thread = choice("Thread", [["-1", "Any thread"], ...threadOptions], (value) => (state.thread = Number(value)));
+  choices.thread = choice("Thread", [["-1", "Any thread"], ...numbered(model.threadLabels)], (value) => (state.thread = Number(value)));
 }
 
 /** Has the controls show the state. */

@@ -23,6 +23,7 @@ function onScroll() {
 
 function onResize() {
   if (list.isPrinted) return;
+  timeline.height = placeLanes();
   list.measured.clear();
   redrawList();
   followList();

@@ -1,5 +1,5 @@
-# Counts the tests in ctest's LastTest.log. An entry there is one test, or a program of GoogleTest that reports how many
-# it ran. Prints "PASSED SKIPPED", then a line for each reason of skipped tests, with their number.
+# Counts the tests in ctest's LastTest.log. An entry there is one test, or a program of GoogleTest or of Node's runner that
+# reports how many it ran. Prints "PASSED SKIPPED", then a line for each reason of skipped tests, with their number.
 
 function end_entry() {
     if (!entry)
@@ -26,6 +26,11 @@ after_place { reasons[$0]++; after_place = 0 }
 # The last of these is the program's own; its child processes may print them too.
 /^\[  PASSED  \] [0-9]+ test/ { reported = 1; own_passed = $4 }
 /^\[  SKIPPED \] [0-9]+ test/ { own_skipped = $4 }
+
+# Node's runner.
+/^ok .* # SKIP / { reasons[substr($0, index($0, " # SKIP ") + 8)]++ }
+/^# pass [0-9]+$/ { reported = 1; own_passed = $3 }
+/^# skipped [0-9]+$/ { own_skipped = $3 }
 
 /^Test Passed\.$/ { good = 1 }
 

@@ -101,7 +101,7 @@ has_tool() {
     zlib32) library_of "$host -m32" libz.so ;;
     mingw) command -v x86_64-w64-mingw32-g++-posix >/dev/null 2>&1 ;;
     mingw32) command -v i686-w64-mingw32-g++-posix >/dev/null 2>&1 ;;
-    mingw-zlib) [ -f /usr/x86_64-w64-mingw32/lib/libz.a ] && [ -f /usr/i686-w64-mingw32/lib/libz.a ] ;;
+    mingw-zlib) library_of x86_64-w64-mingw32-g++-posix libz.a || library_of i686-w64-mingw32-g++-posix libz.a ;;
     wine) wine --version >/dev/null 2>&1 ;;
     fuzzer) finds_fuzzer ;;
     time) [ -x /usr/bin/time ] ;;

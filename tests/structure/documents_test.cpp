@@ -1,4 +1,5 @@
-// The documents name files and functions: these must exist.
+// The documents name files and functions, and quote files: these must exist, and say so.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -82,6 +83,60 @@ TEST(Documents, TheMapNamesFunctionsWhereTheyAre)
     EXPECT_GT(places.size(), 8u);
     for (const std::smatch& match : places)
         EXPECT_NE(TextOf(Root / match[2].str()).find(Unqualified(match[1])), std::string::npos) << match[0];
+}
+
+/// The lines of a text.
+std::vector<std::string> Lines(const std::string& text)
+{
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+/// The pieces of an excerpt, between lines of "...", that do not follow each other as whole lines of
+/// `source`.
+std::vector<std::string> PiecesNotIn(const std::vector<std::string>& source, const std::string& excerpt)
+{
+    std::vector<std::string> missing;
+    auto from = source.begin();
+    std::vector<std::string> piece;
+    const auto look = [&] {
+        const auto found = std::search(from, source.end(), piece.begin(), piece.end());
+        if (found == source.end())
+            missing.push_back(piece.front());
+        else
+            from = found + static_cast<std::ptrdiff_t>(piece.size());
+        piece.clear();
+    };
+    for (const std::string& line : Lines(excerpt)) {
+        if (line != "...")
+            piece.push_back(line);
+        else if (!piece.empty())
+            look();
+    }
+    if (!piece.empty())
+        look();
+    return missing;
+}
+
+TEST(Documents, QuoteFilesAsTheyAre)
+{
+    const std::regex quote("<!-- from ([^ ]+) -->\n```[a-z]*\n([^`]+)```\n");
+    std::size_t quotes = 0;
+    for (const fs::path& document : Documents()) {
+        const std::string text = TextOf(document);
+        for (const std::smatch& match : Matches(text, quote)) {
+            ++quotes;
+            const std::vector<std::string> missing =
+                PiecesNotIn(Lines(TextOf(Root / match[1].str())), match[2]);
+            EXPECT_TRUE(missing.empty())
+                << document << " quotes something that is not in " << match[1] << ", from this line on:\n"
+                << missing.front();
+        }
+    }
+    EXPECT_GE(quotes, 2u) << "the conversation and the log of README.md were not found";
 }
 
 } // namespace

@@ -43,11 +43,12 @@ MarkedLine ParseHash(std::string_view text)
     return {LineMark::None, text};
 }
 
-MarkedLine ParseBeginning(std::string_view text, LineMark mark, std::string_view beginning)
+/// The beginning is a constant, so that compilers compare it in words: this is done for every line.
+template <LineMark Mark, const std::string_view& Beginning> MarkedLine ParseBeginning(std::string_view text)
 {
-    if (!text.starts_with(beginning))
+    if (!text.starts_with(Beginning))
         return {LineMark::None, text};
-    return {mark, text.substr(beginning.size())};
+    return {Mark, text.substr(Beginning.size())};
 }
 
 MarkedLine ParseCallOutEnd(std::string_view text)
@@ -56,7 +57,7 @@ MarkedLine ParseCallOutEnd(std::string_view text)
     const bool isArrow = text.size() > marks::CallOutEnd.size() && text[marks::CallOutEnd.size()] == '<';
     if (isArrow)
         return {LineMark::None, text};
-    return ParseBeginning(text, LineMark::CallOutEnd, marks::CallOutEnd);
+    return ParseBeginning<LineMark::CallOutEnd, marks::CallOutEnd>(text);
 }
 
 /// A line that begins with the name itself.
@@ -73,9 +74,9 @@ MarkedLine ParseMark(std::string_view text)
 {
     switch (text.empty() ? '\0' : text.front()) {
     case '+':
-        return ParseBeginning(text, LineMark::Entry, marks::Entry);
+        return ParseBeginning<LineMark::Entry, marks::Entry>(text);
     case '-':
-        return ParseBeginning(text, LineMark::Exit, marks::Exit);
+        return ParseBeginning<LineMark::Exit, marks::Exit>(text);
     case '#':
         return ParseHash(text);
     case ' ':
@@ -85,9 +86,9 @@ MarkedLine ParseMark(std::string_view text)
             return {LineMark::BufferFull, {}};
         return {LineMark::None, text};
     case 'L':
-        return ParseBeginning(text, LineMark::Header, marks::Header);
+        return ParseBeginning<LineMark::Header, marks::Header>(text);
     case 'C':
-        return ParseBeginning(text, LineMark::Setting, marks::Setting);
+        return ParseBeginning<LineMark::Setting, marks::Setting>(text);
     default:
         return ParseName(text);
     }

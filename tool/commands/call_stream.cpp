@@ -32,12 +32,21 @@ bool GoesOn(LineKind kind)
 
 } // namespace
 
+CallStream::ThreadState& CallStream::ThreadOf(std::uint32_t id)
+{
+    if (!lastThread_ || lastId_ != id) {
+        lastThread_ = &threads_[id];
+        lastId_ = id;
+    }
+    return *lastThread_;
+}
+
 void CallStream::OnLine(const read::Line& line)
 {
     if (last_ && line.Kind == LineKind::Full && !line.HasStamp)
         return last_->Lines.Add(line);
     PutLast();
-    ThreadState& thread = threads_[line.Thread];
+    ThreadState& thread = ThreadOf(line.Thread);
     // Lines that belong together are written at once: those of another thread end them.
     if (loose_ && (*loose_ != line.Thread || !GoesOn(line.Kind)))
         TakeLoose();
@@ -49,14 +58,14 @@ void CallStream::OnLine(const read::Line& line)
 void CallStream::OnEntry(const read::Call& call, bool)
 {
     loose_.reset(); // The entry line itself was the only one.
-    ++threads_[call.Thread].OpenCalls;
+    ++ThreadOf(call.Thread).OpenCalls;
     open_.push_back(call.Begin);
 }
 
 void CallStream::Take(const read::Call& call, bool isEvent)
 {
     PutLast(); // While this one still holds back what entered after it.
-    ThreadState& thread = threads_[call.Thread];
+    ThreadState& thread = ThreadOf(call.Thread);
     if (call.State != read::CallState::NotLoaded) {
         thread.OpenCalls -= std::min<std::size_t>(thread.OpenCalls, 1);
         std::erase(open_, call.Begin);
@@ -75,7 +84,7 @@ void CallStream::Take(const read::Call& call, bool isEvent)
 
 void CallStream::TakeLoose()
 {
-    ThreadState& thread = threads_[*loose_];
+    ThreadState& thread = ThreadOf(*loose_);
     std::unique_ptr<Unit> unit = NewUnit();
     unit->Thread = *loose_;
     loose_.reset();
@@ -127,10 +136,9 @@ std::unique_ptr<Unit> CallStream::NewUnit()
         return std::make_unique<Unit>();
     std::unique_ptr<Unit> unit = std::move(unused_.back());
     unused_.pop_back();
-    LogLines lines = std::move(unit->Lines); // Keeps its memory.
-    lines.Clear();
-    *unit = Unit();
-    unit->Lines = std::move(lines);
+    unit->Lines.Clear(); // Keeps its memory; all else is set anew.
+    unit->Seq = 0;
+    unit->IsSelected = unit->HasFailed = false;
     return unit;
 }
 

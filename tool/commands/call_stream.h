@@ -60,6 +60,7 @@ private:
         std::size_t OpenCalls = 0;
     };
 
+    ThreadState& ThreadOf(std::uint32_t id);
     void Take(const read::Call& call, bool isEvent);
     void TakeLoose();
     void PutLast();
@@ -68,6 +69,8 @@ private:
     std::unique_ptr<Unit> NewUnit();
 
     std::unordered_map<std::uint32_t, ThreadState> threads_;
+    ThreadState* lastThread_ = nullptr; ///< the one that was asked for last; they stay where they are
+    std::uint32_t lastId_ = 0;
     std::unique_ptr<Unit>
         last_; ///< the call that returned last: a mark of a full buffer may follow its exit line
     std::vector<read::Position> open_;          ///< entry lines of calls that have not returned

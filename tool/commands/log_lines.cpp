@@ -23,14 +23,15 @@ void LogLines::Clear()
 {
     text_.clear();
     entries_.clear();
+    hasGaps_ = false;
 }
 
-bool LogLines::Holds(std::string_view text) const
+bool LogLines::Holds(const TextSearch& text) const
 {
-    return std::ranges::any_of(entries_, [&](const Entry& entry) {
-        const std::string_view whole = Whole(entry);
-        return whole.substr(entry.HasStamp ? StampLength : 0).find(text) != std::string_view::npos;
-    });
+    // One search in all lines together finds out that most calls do not hold it.
+    return text.IsIn(text_) && std::ranges::any_of(entries_, [&](const Entry& entry) {
+               return text.IsIn(Whole(entry).substr(entry.HasStamp ? StampLength : 0));
+           });
 }
 
 void LogLines::Move(read::Position begin, read::Position end, LogLines& to)
@@ -44,11 +45,16 @@ void LogLines::Move(read::Position begin, read::Position end, LogLines& to)
     while (last != entries_.end() && last->Kind == read::LineKind::Full && last->At.File == behind.File &&
            last->At.Line == behind.Line++)
         ++last;
+    if (first == entries_.begin() && last == entries_.end() && to.IsEmpty() && !hasGaps_) {
+        std::swap(*this, to); // The usual case: a call without others inside.
+        return Clear();
+    }
     for (auto entry = first; entry != last; ++entry)
         to.Add(*entry, Whole(*entry));
+    hasGaps_ |= first != last;
     entries_.erase(first, last);
     if (entries_.empty())
-        text_.clear(); // Else the rest of the text is freed with the outermost call.
+        Clear(); // Else the rest of the text is freed with the outermost call.
 }
 
 } // namespace marvane::tool

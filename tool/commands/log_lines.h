@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tool/commands/text_search.h"
 #include "tool/read/records.h"
 
 namespace marvane::tool {
@@ -39,7 +40,7 @@ public:
     std::size_t Bytes() const { return text_.size(); }
 
     /// True if a line holds the text, its stamp apart.
-    bool Holds(std::string_view text) const;
+    bool Holds(const TextSearch& text) const;
 
     /// Moves the lines from `begin` to `end` to another place; a mark of a full buffer that follows them at
     /// once belongs to them.
@@ -48,6 +49,7 @@ public:
 private:
     std::string text_;
     std::vector<Entry> entries_;
+    bool hasGaps_ = false; ///< the text holds lines that were moved away
 };
 
 } // namespace marvane::tool

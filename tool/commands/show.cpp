@@ -165,7 +165,8 @@ public:
 
     void OnCall(const read::Call& call) override
     {
-        links_.OnCall(call);
+        if (filter_.AsksForLinks())
+            links_.OnCall(call);
         CallStream::OnCall(call);
     }
     void OnSession(const read::Session& session) override { printer_.Begin(session.BeginTime); }
@@ -183,7 +184,7 @@ private:
 
     std::string LinkName(const read::Call& call)
     {
-        if (!call.Link)
+        if (!call.Link || !filter_.AsksForLinks())
             return {};
         const std::shared_ptr<const read::Link> link = links_.Find(call);
         return link->Protocol + " " + link->Resource;

@@ -74,10 +74,12 @@ void CheckName(const std::string& wanted)
 
 ShowFilter::ShowFilter(const Arguments& arguments, TimeRange range)
     : range_(range), names_(arguments.Values("--call")), statuses_(arguments.Values("--status")),
-      links_(arguments.Values("--link")), texts_(arguments.Values("--grep")),
-      module_(NumberOption(arguments, "--module")), thread_(NumberOption(arguments, "--thread", 16)),
-      errors_(arguments.Has("--errors")), inverted_(arguments.Has("--invert-match"))
+      links_(arguments.Values("--link")), module_(NumberOption(arguments, "--module")),
+      thread_(NumberOption(arguments, "--thread", 16)), errors_(arguments.Has("--errors")),
+      inverted_(arguments.Has("--invert-match"))
 {
+    for (const std::string& text : arguments.Values("--grep"))
+        texts_.emplace_back(text);
     for (const std::string& name : names_)
         CheckName(name);
     if (const std::optional<std::string> calls = arguments.Value("--calls"))
@@ -115,8 +117,7 @@ bool ShowFilter::TakesText(const LogLines& lines) const
 {
     if (texts_.empty())
         return true;
-    const bool found =
-        std::ranges::any_of(texts_, [&](const std::string& text) { return lines.Holds(text); });
+    const bool found = std::ranges::any_of(texts_, [&](const TextSearch& text) { return lines.Holds(text); });
     return found != inverted_;
 }
 

@@ -23,6 +23,8 @@ public:
     /// only calls have.
     bool TakesLoose(const LogLines& lines, std::uint32_t thread) const;
     const TimeRange& Range() const { return range_; }
+    /// Whether Takes needs the name of the link.
+    bool AsksForLinks() const { return !links_.empty(); }
 
 private:
     bool TakesText(const LogLines& lines) const;
@@ -34,7 +36,7 @@ private:
     std::vector<std::string> names_;
     std::vector<std::string> statuses_;
     std::vector<std::string> links_;
-    std::vector<std::string> texts_;
+    std::vector<TextSearch> texts_;
     std::optional<std::uint32_t> module_;
     std::optional<std::uint32_t> thread_;
     std::uint64_t firstCall_ = 0;

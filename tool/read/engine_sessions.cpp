@@ -40,8 +40,10 @@ bool LogReader::Engine::IsStale(const KnownLine& line) const
         return false;
     const bool begins = line.Kind == LineKind::NotLoaded || line.Kind == LineKind::Comms ||
                         (line.Kind == LineKind::Entry && !line.Rest.starts_with("LOGGER_"));
+    if (!begins)
+        return false;
     const Session* const newest = sessions_.Newest();
-    return begins && !newest->IsEnded && newest->Number > session_->Number;
+    return !newest->IsEnded && newest->Number > session_->Number;
 }
 
 void LogReader::Engine::BeginSession()

@@ -53,12 +53,14 @@ void Frame::Reset()
     if (lines_.capacity() > KeptLines)
         lines_ = std::vector<StoredLine>();
     entryLength_ = countIn_ = 0;
+    read_ = {};
 }
 
 void Frame::SetEntry(std::string_view text)
 {
     text_ = text.substr(0, LongestText);
     entryLength_ = text_.size();
+    read_ = {};
     const std::string_view name = std::string_view(text_).substr(0, text_.find_first_of("({"));
     Record.Which = FunctionOf(name);
     IsEvent = Record.Which == Function::CallbackTrap;
@@ -94,6 +96,9 @@ bool Frame::HasWholeEntry() const
 void Frame::ReadEntry()
 {
     const std::string_view entry = std::string_view(text_).substr(0, entryLength_);
+    if (read_.data() == entry.data() && read_.size() == entry.size())
+        return;
+    read_ = entry;
     const std::size_t open = entry.find_first_of("({");
     Record.Name = entry.substr(0, open);
     Record.HasArguments = open != std::string_view::npos && entry[open] == '(';

@@ -61,6 +61,7 @@ private:
 
     std::string text_; ///< the entry line, then the decoded lines
     std::size_t entryLength_ = 0;
+    std::string_view read_; ///< what the texts of the record were read from
     std::vector<StoredLine> lines_;
     std::size_t countIn_ = 0; ///< of lines_, those of the arguments
 };

@@ -131,6 +131,7 @@ TEST_F(SampleFaults, AFullQueueLosesResultsAndSaysSo)
 {
     const auto lost = [](const std::string& request) {
         return "N  " + request + "no answer, after N ms\n" +
+               "                perhaps lost: the event queue overflowed meanwhile (line N)\n" +
                "N  PDUCallbackTrap, link 1          PDU_EVT_DATA_LOST (0x0802): the event queue\n"
                "                                                 overflowed\n";
     };
@@ -150,10 +151,10 @@ TEST_F(SampleFaults, AFullQueueLosesResultsAndSaysSo)
 TEST_F(SampleFaults, ACrashLeavesTheCallInWhichItHappened)
 {
     EXPECT_NE(RunWith("crash:12@PDUStartComPrimitive").Status, 0);
-    EXPECT_EQ(Errors(),
-              Lock + Refusals +
-                  "N  PDUStartComPrimitive, link 1     entered, never returned: the log ends here\n" +
-                  Ending("5", "Nothing was cut; no event was lost; no line is damaged.\n"));
+    EXPECT_EQ(Errors(), Lock + Refusals +
+                            "N  PDUStartComPrimitive, link 1     entered, never returned: the log ends here\n"
+                            "                its request: 31 01 FF 00, start routine\n" +
+                            Ending("5", "Nothing was cut; no event was lost; no line is damaged.\n"));
 }
 
 /// The folder that one test process, in another role, had for its logs.
@@ -204,8 +205,10 @@ TEST_F(SampleFaults, ASlowCallIsSeenAsSuch)
 TEST_F(SampleFaults, AnApplicationThatDestroysNoAnswersLeaksThem)
 {
     EXPECT_EQ(Run(" --leak").Errors, "SimVci: 17 items were not destroyed\n");
-    EXPECT_THAT(Errors(), StartsWith(Lock + Refusals + SelfTest +
-                                     "N  PDUDestruct                      17 items of 93 not destroyed\n"));
+    EXPECT_THAT(Errors(),
+                StartsWith(Lock + Refusals + SelfTest +
+                           "N  PDUDestruct                      17 items of 93 not destroyed\n"
+                           "                not destroyed: 17 results of PDUGetEventItem, lines N"));
 }
 
 TEST_F(SampleFaults, AnUnknownFaultIsRefusedWithAListOfAll)

@@ -19,6 +19,7 @@ constexpr std::int64_t LongCallbackMs = 20;
 constexpr std::size_t MostCallbacks = 256;
 
 constexpr std::uint32_t DataLostEvent = 0x802;
+constexpr std::size_t MostLosses = 256;
 
 std::string_view WithoutPrefix(std::string_view name, std::string_view prefix)
 {
@@ -137,7 +138,8 @@ void Findings::PutUnfinished(const read::Call& call)
                    "its exit line was lost: the text outgrew the buffer of 15,000 bytes",
                    {"its status is not in the log; lower LogMaxPduBuff, LogFnDecodeArgs or LogFnDecodeRsps"});
     if (call.State == CallState::InFlight)
-        return Put(FindingKind::InFlight, call, "entered, never returned: the log ends here");
+        return Put(FindingKind::InFlight, call, "entered, never returned: the log ends here",
+                   WhatIsInFlight(call));
     if (call.State != CallState::NotLoaded)
         return;
     const auto [place, isFirst] =
@@ -173,13 +175,10 @@ void Findings::PutLeak(const read::Call& destruct)
     ItemBalance& items = items_[destruct.Session];
     if (items.Given() <= items.Destroyed())
         return items.Forget();
-    std::vector<std::string> why;
-    for (const ItemBalance::OutItem& item : items.Out(5))
-        why.push_back("not destroyed: item of " + item.By + ", line " + PositionText(item.At));
     Put(FindingKind::ItemLeak, destruct,
         Counted(items.Given() - items.Destroyed(), "item") + " of " + Grouped(items.Given()) +
             " not destroyed",
-        std::move(why));
+        items.WhatIsOut());
     items.Forget();
 }
 
@@ -187,8 +186,12 @@ void Findings::OnEvent(const read::Event& event)
 {
     if (event.State == CallState::InFlight)
         Put(FindingKind::InFlight, event, "entered, never returned: the log ends here");
-    if (event.Type == DataLostEvent)
+    if (event.Type == DataLostEvent) {
         Put(FindingKind::DataLost, event, "PDU_EVT_DATA_LOST (0x0802): the event queue overflowed");
+        losses_.push_back({event.Session, event.Link, event.Begin, event.BeginTime});
+        if (losses_.size() > MostLosses)
+            losses_.pop_front();
+    }
     if (event.Duration() >= LongCallbackMs) {
         callbacks_.push_back({event.Session, event.Begin, event.BeginTime, event.EndTime});
         if (callbacks_.size() > MostCallbacks)

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -97,6 +98,14 @@ private:
         read::LogTime End;
     };
 
+    struct Loss
+    {
+        std::uint32_t Session;
+        std::optional<std::uint32_t> Link; ///< none: of the module's queue
+        read::Position At;
+        read::LogTime Time;
+    };
+
     struct NotLoaded
     {
         std::uint32_t Process = 0;
@@ -112,7 +121,9 @@ private:
     void PutFailed(const read::Call& call);
     void PutMoreNotLoaded(std::uint32_t session, NotLoaded& calls);
     void PutUnfinished(const read::Call& call);
+    std::vector<std::string> WhatIsInFlight(const read::Call& call);
     std::vector<std::string> WhySilent(const read::Exchange& exchange) const;
+    std::string WhySentLate(const read::Exchange& exchange, std::int64_t sentAfterMs) const;
     std::vector<std::string> WhyRefused(const read::Exchange& exchange) const;
     std::string RefusalText(const read::Exchange& exchange) const;
     void FindRefused(const read::Exchange& exchange, Finding finding);
@@ -132,6 +143,7 @@ private:
     MdfNames names_;
     std::uint64_t cutPayloads_ = 0;
     std::deque<LongCallback> callbacks_;
+    std::deque<Loss> losses_;
 };
 
 } // namespace marvane::tool

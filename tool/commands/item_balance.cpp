@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "tool/commands/row_text.h"
 #include "tool/read/call_text.h"
 
 namespace marvane::tool {
@@ -12,6 +13,7 @@ namespace {
 using read::Function;
 
 constexpr std::size_t MostOut = 20'000;
+constexpr std::size_t MostLeakLines = 5; // of items of one kind
 
 /// "0x55" of "ComParam (0x55) Id = ...".
 std::optional<std::string_view> InParentheses(std::string_view text, std::string_view before)
@@ -35,17 +37,40 @@ bool IsNull(std::string_view address)
            address.find_first_not_of("0x ") == std::string_view::npos;
 }
 
+/// Items of one kind that are out.
+struct LeakedKind
+{
+    std::string Name; ///< "result of PDUGetEventItem"
+    std::uint64_t Count = 0;
+    std::string Lines; ///< of the first ones
+};
+
+std::string LeakText(const LeakedKind& kind)
+{
+    if (kind.Count == 1)
+        return "not destroyed: " + kind.Name + ", line " + kind.Lines;
+    const std::size_t of = kind.Name.find(" of ");
+    const std::string more =
+        kind.Count > MostLeakLines ? " and " + Grouped(kind.Count - MostLeakLines) + " more" : "";
+    return "not destroyed: " + Counted(kind.Count, kind.Name.substr(0, of)) + kind.Name.substr(of) +
+           ", lines " + kind.Lines + more;
+}
+
 } // namespace
 
-void ItemBalance::Give(std::string_view address, const read::Position& at, std::string_view by)
+void ItemBalance::Give(std::string_view address, const read::Position& at, std::string_view by,
+                       std::string_view what)
 {
     if (!address.empty() && out_.size() < MostOut)
-        out_[std::string(Trimmed(address))] = {at, std::string(by)};
+        out_[std::string(Trimmed(address))] = {at, std::string(by), what};
 }
 
 void ItemBalance::OnItem(const read::Item& item)
 {
-    Give(item.Address, item.At, item.Fetch ? item.Fetch->Name : std::string_view("PDUGetEventItem"));
+    constexpr std::string_view words[] = {"result", "status event", "error event", "information event",
+                                          "item"};
+    Give(item.Address, item.At, item.Fetch ? item.Fetch->Name : std::string_view("PDUGetEventItem"),
+         words[static_cast<std::size_t>(item.Kind)]);
 }
 
 void ItemBalance::OnCall(const read::Call& call)
@@ -93,15 +118,30 @@ void ItemBalance::OnCall(const read::Call& call)
     }
 }
 
-std::vector<ItemBalance::OutItem> ItemBalance::Out(std::size_t most) const
+std::vector<ItemBalance::OutItem> ItemBalance::ByLine() const
 {
     std::vector<OutItem> out;
     for (const auto& [address, item] : out_)
         out.push_back(item);
     std::ranges::sort(out, {}, &OutItem::At);
-    if (out.size() > most)
-        out.resize(most);
     return out;
+}
+
+std::vector<std::string> ItemBalance::WhatIsOut() const
+{
+    std::vector<LeakedKind> kinds;
+    for (const OutItem& item : ByLine()) {
+        const std::string name = std::string(item.What) + " of " + item.By;
+        auto kind = std::ranges::find(kinds, name, &LeakedKind::Name);
+        if (kind == kinds.end())
+            kind = kinds.insert(kind, {name, 0, {}});
+        if (kind->Count++ < MostLeakLines)
+            kind->Lines += (kind->Lines.empty() ? "" : ", ") + PositionText(item.At);
+    }
+    std::vector<std::string> texts;
+    for (const LeakedKind& kind : kinds)
+        texts.push_back(LeakText(kind));
+    return texts;
 }
 
 } // namespace marvane::tool

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tool/read/records.h"
@@ -15,24 +16,29 @@ namespace marvane::tool {
 class ItemBalance
 {
 public:
-    struct OutItem
-    {
-        read::Position At;
-        std::string By; ///< name of the call
-    };
-
     void OnCall(const read::Call& call);
     void OnItem(const read::Item& item);
 
     std::uint64_t Given() const { return given_; }
     std::uint64_t Destroyed() const { return destroyed_; }
-    /// Items out that show an address, by line; at most `most`.
-    std::vector<OutItem> Out(std::size_t most) const;
+    /// The items out that show an address: "not destroyed: 2 results of PDUGetEventItem, lines 29, 40", a
+    /// text a kind, in the order of the log.
+    std::vector<std::string> WhatIsOut() const;
     /// Forgets which are out; the counts stay.
     void Forget() { out_.clear(); }
 
 private:
-    void Give(std::string_view address, const read::Position& at, std::string_view by);
+    struct OutItem
+    {
+        read::Position At;
+        std::string By;        ///< name of the call
+        std::string_view What; ///< "result"; "item" for what no event brought
+    };
+
+    void Give(std::string_view address, const read::Position& at, std::string_view by,
+              std::string_view what = "item");
+
+    std::vector<OutItem> ByLine() const;
 
     std::uint64_t given_ = 0;
     std::uint64_t destroyed_ = 0;

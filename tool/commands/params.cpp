@@ -22,6 +22,7 @@ namespace {
 // Of each ComParam so many values that were set are kept, and of links and their ComParams so many.
 constexpr std::size_t MostSets = 20;
 constexpr std::size_t MostRows = 100'000;
+constexpr std::size_t MostStarts = 10'000;
 
 /// Values that followed each other without a change are one.
 struct SetValue
@@ -46,10 +47,24 @@ struct ParamRow
     }
 };
 
+/// Where a link came into use.
+struct LinkStart
+{
+    std::optional<read::Position> Connected;
+    std::optional<read::Position> Started; ///< its communication
+};
+
 struct LinkRows
 {
     std::shared_ptr<const read::Link> On;
+    LinkStart Start;
     std::map<std::uint32_t, ParamRow> Rows; ///< by the number of the ComParam
+
+    /// True if a ComParam was set before the link was connected.
+    bool IsSetBefore(const ParamRow& row) const
+    {
+        return Start.Connected && !row.Set.empty() && row.Set.front().At < *Start.Connected;
+    }
 };
 
 class ParamTable : public read::LogSink, private read::ExchangeSink
@@ -73,7 +88,13 @@ public:
         names_.OnSession(session);
     }
     void OnEntry(const read::Call& call, bool isEvent) override { exchanges_.OnEntry(call, isEvent); }
-    void OnCall(const read::Call& call) override { exchanges_.OnCall(call); }
+    void OnCall(const read::Call& call) override
+    {
+        if (call.Which == read::Function::Connect && call.State == read::CallState::Returned &&
+            call.Status == 0u)
+            StartOf(exchanges_.Links().Find(call)).Connected = call.Begin;
+        exchanges_.OnCall(call);
+    }
     void OnItem(const read::Item& item) override { exchanges_.OnItem(item); }
     void OnProblem(const read::Problem& problem) override { ComplainAbout(problem, files_, console_); }
 
@@ -99,9 +120,21 @@ public:
             row->Set.push_back({value, param.By->Begin});
     }
 
-    void Finish() { exchanges_.Finish(); }
+    void Finish()
+    {
+        exchanges_.Finish();
+        for (LinkRows& rows : Links)
+            rows.Start = StartOf(rows.On);
+    }
 
 private:
+    LinkStart& StartOf(const std::shared_ptr<const read::Link>& link)
+    {
+        if (starts_.size() >= MostStarts && !starts_.contains(link))
+            return otherStart_ = {};
+        return starts_[link];
+    }
+
     LinkRows* LinkOf(const std::shared_ptr<const read::Link>& link)
     {
         const auto found = std::ranges::find(Links, link, &LinkRows::On);
@@ -115,7 +148,7 @@ private:
         if (!isKnown && ++rowCount_ > MostRows)
             return nullptr;
         if (!rows)
-            rows = &Links.emplace_back(LinkRows{link, {}});
+            rows = &Links.emplace_back(LinkRows{link, {}, {}});
         ParamRow& row = rows->Rows[param.Id];
         if (!isKnown) {
             row.Name = names_.ParamName(link->Session, param.Id, param.Name);
@@ -126,6 +159,8 @@ private:
 
     void OnExchange(const read::Exchange& exchange) override
     {
+        if (exchange.Type == PDU_COPT_STARTCOMM)
+            StartOf(exchange.On).Started = exchange.At;
         LinkRows* rows =
             exchange.Type == PDU_COPT_RESTORE_PARAM && exchange.IsEnded ? LinkOf(exchange.On) : nullptr;
         if (!rows)
@@ -140,6 +175,8 @@ private:
     Console& console_;
     const std::vector<read::LogFile>& files_;
     read::Exchanges exchanges_{static_cast<read::ExchangeSink&>(*this)};
+    std::map<std::shared_ptr<const read::Link>, LinkStart> starts_;
+    LinkStart otherStart_; ///< of links beyond MostStarts
     std::size_t rowCount_ = 0;
 };
 
@@ -151,10 +188,22 @@ std::string SetText(const ParamRow& row)
     return text;
 }
 
+std::string StartText(const LinkStart& start)
+{
+    std::string text;
+    if (start.Connected)
+        text += "   connected in line " + PositionText(*start.Connected);
+    if (start.Started)
+        text += std::string(text.empty() ? "   " : ", ") + "communication started in line " +
+                PositionText(*start.Started);
+    return text;
+}
+
 void WriteLink(Console& console, const LinkRows& link, bool hasDefaults)
 {
     const std::string name = LinkText(*link.On).empty() ? std::string("no link") : LinkText(*link.On);
-    console.Write(name + (link.On->Name().empty() ? "" : "   " + Printable(link.On->Name())) + "\n");
+    console.Write(name + (link.On->Name().empty() ? "" : "   " + Printable(link.On->Name())) +
+                  StartText(link.Start) + "\n");
     const std::size_t readColumn = hasDefaults ? 43 : 33;
     const std::size_t setColumn = hasDefaults ? 57 : 51;
     std::string header = "    ComParam";
@@ -165,7 +214,7 @@ void WriteLink(Console& console, const LinkRows& link, bool hasDefaults)
     PutBefore(header, 98, "line");
     console.Write(header + "\n");
     for (const auto& [id, row] : link.Rows) {
-        std::string text = row.IsChanged() ? "  ! " : "    ";
+        std::string text = std::string(link.IsSetBefore(row) ? " <" : "  ") + (row.IsChanged() ? "! " : "  ");
         text += Shortened(Printable(row.Name), 28);
         if (row.Default)
             PutAt(text, 33, Shortened(Printable(*row.Default), readColumn - 34));
@@ -183,16 +232,23 @@ void WriteLink(Console& console, const LinkRows& link, bool hasDefaults)
 void WriteTable(Console& console, const ParamTable& table, const MdfNames& names)
 {
     std::uint64_t changed = 0;
+    std::uint64_t before = 0;
+    bool hasConnect = false;
     std::uint64_t count = 0;
     for (const LinkRows& link : table.Links) {
         WriteLink(console, link, !names.IsEmpty());
         console.Write("\n");
         count += link.Rows.size();
-        for (const auto& [id, row] : link.Rows)
+        hasConnect |= link.Start.Connected.has_value();
+        for (const auto& [id, row] : link.Rows) {
             changed += row.IsChanged();
+            before += link.IsSetBefore(row);
+        }
     }
-    console.Write(Counted(count, "ComParam") + ", " + Grouped(changed) + " changed (!)" +
-                  "    defaults: " + (names.IsEmpty() ? "--mdf FILE" : names.Source()) + "\n");
+    std::string sum = Counted(count, "ComParam") + ", " + Grouped(changed) + " changed (!)";
+    if (hasConnect)
+        sum += ", " + (before == 0 ? "none" : Grouped(before)) + " set before PDUConnect (<)";
+    console.Write(sum + "    defaults: " + (names.IsEmpty() ? "--mdf FILE" : names.Source()) + "\n");
 }
 
 std::string RowJson(const LinkRows& link, std::uint32_t id, const ParamRow& row)
@@ -214,6 +270,11 @@ std::string RowJson(const LinkRows& link, std::uint32_t id, const ParamRow& row)
     object.AddRaw("set", sets.Text()).Add("set_count", row.SetCount).Add("changed", row.IsChanged());
     if (row.RestoredAt)
         object.Add("restored_line", row.RestoredAt->Line);
+    if (link.Start.Connected)
+        object.Add("connected_line", link.Start.Connected->Line)
+            .Add("set_before_connect", link.IsSetBefore(row));
+    if (link.Start.Started)
+        object.Add("started_line", link.Start.Started->Line);
     return object.Text();
 }
 

@@ -4,6 +4,7 @@
 #include "tool/commands/findings.h"
 #include "tool/commands/link_words.h"
 #include "tool/commands/row_text.h"
+#include "tool/read/call_text.h"
 #include "tool/words/describe.h"
 
 namespace marvane::tool {
@@ -30,13 +31,41 @@ std::string After(const std::optional<read::Latency>& latency)
 
 } // namespace
 
+std::vector<std::string> Findings::WhatIsInFlight(const read::Call& call)
+{
+    if (call.Which == read::Function::StartComPrimitive) {
+        std::vector<std::uint8_t> storage;
+        const read::Payload request = read::RequestOf(call, storage);
+        if (request.Shown.empty())
+            return {};
+        const words::Dialect dialect = DialectOf(*Links().Find(call));
+        const std::string summary = words::DescribeRequest(dialect, request.Shown).Summary;
+        return {"its request: " + BytesText(request.Shown, request.Size, 20, 16) +
+                (summary.empty() ? "" : ", " + summary)};
+    }
+    const auto command = read::Argument(call.Arguments, "IoCtlCommandId");
+    return command ? std::vector{"its command: " + Printable(*command)} : std::vector<std::string>();
+}
+
 std::vector<std::string> Findings::WhySilent(const read::Exchange& exchange) const
 {
     std::vector<std::string> why;
-    const std::int64_t sent = exchange.SentAfterMs.value_or(0);
-    if (sent < LateSendingMs)
-        return why;
-    why.push_back("sent " + Grouped(static_cast<std::uint64_t>(sent)) + " ms after the call");
+    if (const std::int64_t sent = exchange.SentAfterMs.value_or(0); sent >= LateSendingMs)
+        why.push_back(WhySentLate(exchange, sent));
+    const auto loss = std::ranges::find_if(losses_, [&](const Loss& each) {
+        return each.Session == exchange.Session &&
+               each.Link.value_or(exchange.On->Handle) == exchange.On->Handle && each.At > exchange.At &&
+               each.Time <= exchange.EndTime;
+    });
+    if (loss != losses_.end())
+        why.push_back("perhaps lost: the event queue overflowed meanwhile (line " + PositionText(loss->At) +
+                      ")");
+    return why;
+}
+
+std::string Findings::WhySentLate(const read::Exchange& exchange, std::int64_t sent) const
+{
+    std::string why = "sent " + Grouped(static_cast<std::uint64_t>(sent)) + " ms after the call";
     const LongCallback* longest = nullptr;
     for (const LongCallback& callback : callbacks_) {
         const bool isMeanwhile = callback.Session == exchange.Session &&
@@ -45,9 +74,9 @@ std::vector<std::string> Findings::WhySilent(const read::Exchange& exchange) con
             longest = &callback;
     }
     if (longest)
-        why.back() += "; meanwhile a callback was open for " +
-                      Grouped(static_cast<std::uint64_t>(longest->End - longest->Begin)) + " ms (" +
-                      PositionText(longest->At) + ")";
+        why += "; meanwhile a callback was open for " +
+               Grouped(static_cast<std::uint64_t>(longest->End - longest->Begin)) + " ms (" +
+               PositionText(longest->At) + ")";
     return why;
 }
 

@@ -45,6 +45,7 @@ std::string CallText(const read::Call& call, std::string_view name)
 void SummaryFacts::OnSession(const read::Session& session)
 {
     Findings::OnSession(session);
+    Shares.OnSession(session);
     ++SessionCount;
     live_.push_back(&session);
     if (live_.size() > MostLive) {
@@ -93,8 +94,15 @@ void SummaryFacts::Measure(const read::Call& call, std::string_view name)
                 std::move(slow));
 }
 
+void SummaryFacts::OnEntry(const read::Call& call, bool isEvent)
+{
+    Shares.OnEntry(call, isEvent);
+    Findings::OnEntry(call, isEvent);
+}
+
 void SummaryFacts::OnCall(const read::Call& call)
 {
+    Shares.OnCall(call);
     Findings::OnCall(call);
     params_.OnCall(call);
     if (call.Which == Function::LoggerUninitialise)
@@ -113,6 +121,7 @@ void SummaryFacts::OnCall(const read::Call& call)
 
 void SummaryFacts::OnEvent(const read::Event& event)
 {
+    Shares.OnEvent(event);
     Findings::OnEvent(event);
     ++Events;
     Measure(event, "PDUCallbackTrap");
@@ -200,6 +209,7 @@ void SummaryFacts::SeeLink(const read::Call& call)
 
 void SummaryFacts::OnEnded(const read::Exchange& exchange)
 {
+    Shares.OnEnded(exchange);
     if (exchange.Type != PDU_COPT_SENDRECV && exchange.Type != 0)
         return;
     const auto outcome = static_cast<std::size_t>(exchange.Result);

@@ -12,6 +12,7 @@
 #include "tool/commands/durations.h"
 #include "tool/commands/findings.h"
 #include "tool/commands/log_source.h"
+#include "tool/commands/time_shares.h"
 #include "tool/read/param_values.h"
 
 namespace marvane::tool {
@@ -83,6 +84,7 @@ public:
     std::uint64_t ByOutcome[6] = {};
     std::uint64_t ByKind[12] = {}; ///< of findings
     Durations LatencyUs;
+    TimeShares Shares;
 
     std::uint64_t Count(FindingKind kind) const { return ByKind[static_cast<std::size_t>(kind)]; }
 
@@ -90,6 +92,7 @@ public:
     void Finish();
 
     void OnSession(const read::Session& session) override;
+    void OnEntry(const read::Call& call, bool isEvent) override;
     void OnCall(const read::Call& call) override;
     void OnEvent(const read::Event& event) override;
     void OnParam(const read::Param& param) override;

@@ -87,6 +87,15 @@ std::string ChangeJson(const read::ParamChange& change)
         .Text();
 }
 
+std::string TimeJson(const TimeShares& shares)
+{
+    return JsonObject()
+        .Add("answers_ms", shares.ControlUnitMs())
+        .Add("calls_ms", shares.LibraryMs())
+        .Add("application_ms", shares.ApplicationMs())
+        .Text();
+}
+
 template <typename List, typename ToJson> std::string ListJson(const List& list, const ToJson& toJson)
 {
     JsonArray array;
@@ -108,8 +117,8 @@ std::string SummaryJson(const SummaryFacts& facts, const std::vector<read::LogFi
     for (std::size_t i = 0; i < std::size(facts.ByKind); ++i)
         found.Add(FindingName(static_cast<FindingKind>(i)), facts.ByKind[i]);
     const auto text = [](const auto& each) { return JsonString(each); };
-    return JsonObject()
-        .Add("schema", "marvane.summary/1")
+    JsonObject summary;
+    summary.Add("schema", "marvane.summary/1")
         .AddRaw("files", ListJson(files, [](const auto& file) { return JsonString(file.Begin.Name); }))
         .AddRaw("sessions", ListJson(facts.Sessions, SessionJson))
         .AddRaw("modules", ListJson(facts.Modules, ModuleJson))
@@ -136,8 +145,10 @@ std::string SummaryJson(const SummaryFacts& facts, const std::vector<read::LogFi
                               .Text())
         .Add("cut_payloads", facts.CutPayloads())
         .AddRaw("found", found.Text())
-        .AddRaw("hints", ListJson(facts.Hints().ForAll(), text))
-        .Text();
+        .AddRaw("hints", ListJson(facts.Hints().ForAll(), text));
+    if (facts.Shares.AreKnown())
+        summary.AddRaw("time", TimeJson(facts.Shares));
+    return summary.Text();
 }
 
 } // namespace marvane::tool

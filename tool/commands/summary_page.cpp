@@ -33,6 +33,7 @@ public:
         Line("", "");
         WriteRequests();
         WriteCalls();
+        WriteTime();
         WriteSlow();
         Line("items",
              Grouped(facts_.ItemsGiven()) + " given out, " + Grouped(facts_.ItemsDestroyed()) + " destroyed");
@@ -169,6 +170,16 @@ private:
             row += (failed > 0 ? ", " : "     ") + (empty == 1 ? "once" : Grouped(empty) + " times") +
                    " an empty queue (normal)";
         Line("calls", row);
+    }
+
+    void WriteTime()
+    {
+        const auto seconds = [](std::int64_t ms) { return SecondsText({}, {ms}) + " s "; };
+        const TimeShares& shares = facts_.Shares;
+        if (facts_.Requests > 0 && shares.AreKnown())
+            Line("time", seconds(shares.ControlUnitMs()) + "waiting for answers, " +
+                             seconds(shares.LibraryMs()) + "in calls, " + seconds(shares.ApplicationMs()) +
+                             "in the application");
     }
 
     void WriteSlow()

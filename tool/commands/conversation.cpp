@@ -25,45 +25,33 @@ read::Position PositionOf(const Utterance& utterance)
     return std::get<read::Exchange>(utterance).At;
 }
 
-Conversation::Conversation()
-{
-    exchanges_.emplace(static_cast<read::ExchangeSink&>(*this), SuppressesAnswer);
-}
-
-void Conversation::Restart()
-{
-    exchanges_.emplace(static_cast<read::ExchangeSink&>(*this), SuppressesAnswer);
-    exchanges_->Links().SetNames(names_.Names());
-    params_ = {};
-    waiting_.clear();
-    waitingBytes_ = 0;
-}
+Conversation::Conversation() : exchanges_(static_cast<read::ExchangeSink&>(*this), SuppressesAnswer) {}
 
 void Conversation::UseNames(const MdfNames& names)
 {
     names_ = names;
-    exchanges_->Links().SetNames(names_.Names());
+    exchanges_.Links().SetNames(names_.Names());
 }
 
 void Conversation::OnEntry(const read::Call& call, bool isEvent)
 {
-    exchanges_->OnEntry(call, isEvent);
+    exchanges_.OnEntry(call, isEvent);
 }
 
 void Conversation::OnCall(const read::Call& call)
 {
-    exchanges_->OnCall(call);
+    exchanges_.OnCall(call);
     params_.OnCall(call);
 }
 
 void Conversation::OnItem(const read::Item& item)
 {
-    exchanges_->OnItem(item);
+    exchanges_.OnItem(item);
 }
 
 void Conversation::OnComms(const read::Comms& report)
 {
-    exchanges_->OnComms(report);
+    exchanges_.OnComms(report);
 }
 
 void Conversation::OnParam(const read::Param& param)
@@ -93,7 +81,7 @@ void Conversation::Put(read::Position at, Utterance&& utterance, std::size_t byt
 
 void Conversation::GiveOut(bool isForced)
 {
-    const auto open = exchanges_->FirstOpen();
+    const auto open = exchanges_.FirstOpen();
     while (!waiting_.empty() && (isForced || !open || waiting_.begin()->first < *open)) {
         const auto first = waiting_.extract(waiting_.begin());
         waitingBytes_ -= first.mapped().Bytes;
@@ -103,7 +91,7 @@ void Conversation::GiveOut(bool isForced)
 
 void Conversation::FinishConversation()
 {
-    exchanges_->Finish();
+    exchanges_.Finish();
     GiveOut(true);
 }
 

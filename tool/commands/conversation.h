@@ -3,7 +3,6 @@
 #pragma once
 
 #include <map>
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -52,9 +51,7 @@ public:
     void OnParam(const read::Param& param) override;
 
 protected:
-    read::LinkBook& Links() { return exchanges_->Links(); }
-    /// Forgets all, to read anew.
-    void Restart();
+    read::LinkBook& Links() { return exchanges_.Links(); }
 
 private:
     void OnExchange(const read::Exchange& exchange) override;
@@ -69,7 +66,7 @@ private:
     };
 
     MdfNames names_;
-    std::optional<read::Exchanges> exchanges_; ///< always there; optional to be made anew
+    read::Exchanges exchanges_;
     read::ParamValues params_;
     std::multimap<read::Position, Waiting> waiting_;
     std::size_t waitingBytes_ = 0;

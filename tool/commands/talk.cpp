@@ -66,32 +66,6 @@ void WriteFooter(Console& console, const TalkScreen& talk)
         console.Write(hint + "\n");
 }
 
-/// The links that have a conversation, in the order of their first request.
-class LinkList : public Conversation
-{
-public:
-    LinkList(Console& console, const std::vector<read::LogFile>& files) : console_(console), files_(files) {}
-
-    std::vector<std::shared_ptr<const read::Link>> Found;
-
-    void OnProblem(const read::Problem& problem) override { ComplainAbout(problem, files_, console_); }
-
-    void OnUtterance(const Utterance& utterance) override
-    {
-        const auto link = std::visit([](const auto& each) { return each.On; }, utterance);
-        const bool isKnown = std::ranges::any_of(Found, [&](const auto& each) {
-            return each->Session == link->Session && each->Module == link->Module &&
-                   each->Handle == link->Handle;
-        });
-        if (!isKnown)
-            Found.push_back(link);
-    }
-
-private:
-    Console& console_;
-    const std::vector<read::LogFile>& files_;
-};
-
 void ReadConversation(Conversation& conversation, const std::vector<read::LogFile>& files,
                       read::ByteFilter* redactor)
 {
@@ -121,7 +95,7 @@ int RunTalk(const Arguments& arguments, Console& console)
     const MdfNames names = MdfNames::Of(arguments, console);
     const bool isFollowing = IsFollowing(arguments);
     if (isFollowing && arguments.Has("--by-link"))
-        throw UsageError("--by-link reads a log several times, which is no way to follow it");
+        throw UsageError("--by-link shows a link when the whole log is read, which is no way to follow it");
     std::vector<read::LogFile> files = FindLogs(arguments, console);
     if (files.empty() && !isFollowing)
         return ExitTrouble; // complained about
@@ -134,21 +108,10 @@ int RunTalk(const Arguments& arguments, Console& console)
     if (isFollowing)
         return Follow(arguments, console, files, talk, used);
     console.UsePager();
-    if (!arguments.Has("--by-link")) {
-        ReadConversation(talk, files, used);
-        talk.FinishFold();
-    } else {
-        if (std::ranges::any_of(files, &read::LogFile::IsStandardInput))
-            throw UsageError("--by-link reads a log several times, which standard input can't give");
-        LinkList links(console, files);
-        links.UseNames(names);
-        ReadConversation(links, files, used);
-        for (const auto& link : links.Found) {
-            talk.Restart(*link);
-            ReadConversation(talk, files, used);
-            talk.FinishFold();
-        }
-    }
+    if (arguments.Has("--by-link"))
+        talk.ShowByLink();
+    ReadConversation(talk, files, used);
+    talk.FinishFold();
     if (!talk.HasSession() && console.HasComplained())
         return ExitTrouble;
     if (talk.RowCount() == 0 && filter.IsSet())
@@ -164,7 +127,7 @@ constexpr Option TalkOptionList[] = {
     {"--did", "DID", "Only requests with this data identifier or routine, in hexadecimal"},
     {"--nrc", "CODE", "Only requests that were refused with this code, in hexadecimal"},
     {"--slow", "MS", "Only requests that took longer than so many milliseconds"},
-    {"--by-link", "", "One link after the other; reads the log once a link"},
+    {"--by-link", "", "One link after the other"},
 };
 constexpr OptionGroup TalkOptions = {"Which requests", TalkOptionList};
 constexpr OptionGroup TalkGroups[] = {TalkOptions, RedactOptions, FollowOptions, NameOptions, LogOptions};

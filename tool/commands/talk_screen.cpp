@@ -24,14 +24,6 @@ TalkScreen::TalkScreen(Console& console, const std::vector<read::LogFile>& files
 {
 }
 
-void TalkScreen::Restart(const read::Link& link)
-{
-    Conversation::Restart();
-    states_ = {};
-    only_ = link;
-    isAgain_ = true;
-}
-
 void TalkScreen::OnSession(const read::Session& session)
 {
     Conversation::OnSession(session);
@@ -41,12 +33,13 @@ void TalkScreen::OnSession(const read::Session& session)
 
 void TalkScreen::OnProblem(const read::Problem& problem)
 {
-    if (!isAgain_)
-        ComplainAbout(problem, files_, console_);
+    ComplainAbout(problem, files_, console_);
 }
 
 void TalkScreen::OnUtterance(const Utterance& utterance)
 {
+    if (isByLink_)
+        Turn(*std::visit([](const auto& each) { return each.On; }, utterance));
     if (const auto* exchange = std::get_if<read::Exchange>(&utterance))
         Show(*exchange);
     else if (const auto* change = std::get_if<read::ParamChange>(&utterance))
@@ -55,11 +48,13 @@ void TalkScreen::OnUtterance(const Utterance& utterance)
         Show(std::get<read::LateAnswer>(utterance));
 }
 
-bool TalkScreen::IsShown(const read::Link& link) const
+/// Goes on with the page of a link.
+void TalkScreen::Turn(const read::Link& link)
 {
-    const bool isMeant = !only_ || (only_->Session == link.Session && only_->Module == link.Module &&
-                                    only_->Handle == link.Handle);
-    return isMeant && filter_.Accepts(link);
+    const auto [place, isNew] = pages_.try_emplace({link.Session, link.Module, link.Handle});
+    page_ = &place->second;
+    if (isNew)
+        page_->Number = pages_.size() - 1;
 }
 
 read::LogTime TalkScreen::BeginOf(std::uint32_t session, read::LogTime otherwise) const
@@ -70,7 +65,7 @@ read::LogTime TalkScreen::BeginOf(std::uint32_t session, read::LogTime otherwise
 
 void TalkScreen::Show(const read::Exchange& exchange)
 {
-    if (IsByTheWay(exchange) || !IsShown(*exchange.On))
+    if (IsByTheWay(exchange) || !filter_.Accepts(*exchange.On))
         return;
     const auto change = states_.Change(exchange);
     if (!filter_.Accepts(exchange))
@@ -78,24 +73,24 @@ void TalkScreen::Show(const read::Exchange& exchange)
     Count(exchange);
     read::Exchange shown = exchange;
     shown.IsRedacted = redactor_ && redactor_->IsChanged(exchange);
-    if (!fold_.Takes(shown)) {
-        WriteFold();
-        WriteHeadings(*exchange.On, exchange.Session, exchange.Time);
-        fold_.Begin(shown);
+    if (!page_->Fold.Takes(shown)) {
+        WriteFold(*page_);
+        WriteHeadings(exchange.On, exchange.Session, exchange.Time);
+        BeginFold(shown);
     }
     if (!change || filter_.IsForRequests())
         return;
-    WriteFold();
+    WriteFold(*page_);
     const read::LogTime at = std::max(exchange.EndTime, exchange.Time);
     Write(layout_.Remark(SecondsText(BeginOf(exchange.Session, at), at), *change, ""));
 }
 
 void TalkScreen::Show(const read::ParamChange& change)
 {
-    if (filter_.IsForRequests() || !IsShown(*change.On))
+    if (filter_.IsForRequests() || !filter_.Accepts(*change.On))
         return;
-    WriteFold();
-    WriteHeadings(*change.On, change.Session, change.Time);
+    WriteFold(*page_);
+    WriteHeadings(change.On, change.Session, change.Time);
     const std::string text = change.Before
                                  ? Printable(change.Name) + " " + *change.Before + " -> " + change.After
                                  : Printable(change.Name) + " = " + change.After;
@@ -105,10 +100,10 @@ void TalkScreen::Show(const read::ParamChange& change)
 
 void TalkScreen::Show(const read::LateAnswer& late)
 {
-    if (filter_.IsForRequests() || !IsShown(*late.On))
+    if (filter_.IsForRequests() || !filter_.Accepts(*late.On))
         return;
-    WriteFold();
-    WriteHeadings(*late.On, late.Session, late.What.Time);
+    WriteFold(*page_);
+    WriteHeadings(late.On, late.Session, late.What.Time);
     ++counts_.Late;
     const RequestText request = {"late answer, " + std::to_string(late.AfterEndMs) + " ms after the end", {}};
     ResponseRow row = {'!', AnswerText(late.What, DialectOf(*late.On)), {}};
@@ -133,11 +128,64 @@ void TalkScreen::Count(const read::Exchange& exchange)
     ++counts_.ByOutcome[static_cast<std::size_t>(exchange.Result)];
 }
 
-void TalkScreen::WriteFold()
+void TalkScreen::BeginFold(const read::Exchange& exchange)
 {
-    if (!fold_.IsEmpty())
-        Write(fold_.Lines(layout_, BeginOf(fold_.Session(), fold_.Time())));
-    fold_.Clear();
+    if (isByLink_ && ++openFolds_ > MostFolds) {
+        Page* const current = page_;
+        for (auto& [key, page] : pages_)
+            WriteFold(page);
+        page_ = current;
+        openFolds_ = 1;
+    }
+    page_->Fold.Begin(exchange);
+}
+
+void TalkScreen::WriteFold(Page& page)
+{
+    if (page.Fold.IsEmpty())
+        return;
+    page_ = &page;
+    Write(page.Fold.Lines(layout_, BeginOf(page.Fold.Session(), page.Fold.Time())));
+    page.Fold.Clear();
+    openFolds_ -= isByLink_ ? 1 : 0;
+}
+
+void TalkScreen::FinishFold()
+{
+    if (isByLink_)
+        WritePages();
+    else
+        WriteFold(whole_);
+}
+
+/// Writes the links one after the other.
+void TalkScreen::WritePages()
+{
+    std::vector<Page*> inOrder(pages_.size());
+    for (auto& [key, page] : pages_) {
+        WriteFold(page);
+        inOrder[page.Number] = &page;
+    }
+    page_ = &whole_;
+    isByLink_ = false;
+    for (const Page* const page : inOrder)
+        if (page->On) {
+            WriteHeadings(*page->On, page->Session, page->Time);
+            texts_.Read(page->Number, [this](std::string_view text) { console_.Write(text); });
+        }
+}
+
+/// The headings of the next row. Those of a page of a link are written with it.
+void TalkScreen::WriteHeadings(const std::shared_ptr<const read::Link>& link, std::uint32_t session,
+                               read::LogTime time)
+{
+    if (!isByLink_)
+        return WriteHeadings(*link, session, time);
+    if (page_->On)
+        return;
+    page_->On = link;
+    page_->Session = session;
+    page_->Time = time;
 }
 
 void TalkScreen::WriteHeadings(const read::Link& link, std::uint32_t session, read::LogTime time)
@@ -168,7 +216,10 @@ void TalkScreen::WriteHeadings(const read::Link& link, std::uint32_t session, re
 void TalkScreen::Write(const std::string& lines)
 {
     ++rows_;
-    console_.Write(lines);
+    if (isByLink_)
+        texts_.Add(page_->Number, lines);
+    else
+        console_.Write(lines);
 }
 
 } // namespace marvane::tool

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 #include "tool/commands/console.h"
@@ -10,6 +12,7 @@
 #include "tool/commands/ecu_state.h"
 #include "tool/commands/log_source.h"
 #include "tool/commands/settings_hints.h"
+#include "tool/commands/spooled_texts.h"
 #include "tool/commands/talk_filter.h"
 #include "tool/commands/talk_folds.h"
 #include "tool/commands/talk_layout.h"
@@ -28,7 +31,7 @@ struct TalkCounts
     bool HasLibraryTimes = false;
 };
 
-/// Writes the conversation as rows, under a heading for each change of link.
+/// Writes the conversation as rows, under a heading for each change of link; or one link after the other.
 class TalkScreen : public Conversation
 {
 public:
@@ -37,14 +40,15 @@ public:
     /// What was replaced is marked. The redactor outlives this.
     void MarkRedacted(const Redactor& redactor) { redactor_ = &redactor; }
 
-    /// Begins to read anew, and shows the link of this handle alone.
-    void Restart(const read::Link& link);
+    /// Writes nothing before FinishFold, and then the links one after the other, in the order of their first
+    /// request. Rows wait in a temporary file.
+    void ShowByLink() { isByLink_ = true; }
 
     void OnSession(const read::Session& session) override;
     void OnProblem(const read::Problem& problem) override;
     void OnUtterance(const Utterance& utterance) override;
     /// Writes the run that is still being folded. To be called when nothing more comes for now.
-    void FinishFold() { WriteFold(); }
+    void FinishFold();
 
     /// Of all that was shown.
     const TalkCounts& Counts() const { return counts_; }
@@ -55,13 +59,31 @@ public:
     const SettingsHints& Hints() const { return hints_; }
 
 private:
-    bool IsShown(const read::Link& link) const;
+    /// More runs than this are not held open side by side: then all of them end.
+    static constexpr std::size_t MostFolds = 4096;
+
+    /// Rows that follow each other: those of the whole screen, or of one link.
+    struct Page
+    {
+        std::size_t Number = 0;
+        TalkFold Fold;
+        std::shared_ptr<const read::Link> On; ///< of the first row; null as long as there is none
+        std::uint32_t Session = 0;
+        read::LogTime Time; ///< of the first row
+    };
+    using PageKey = std::tuple<std::uint32_t, std::uint32_t, std::uint32_t>; ///< session, module, link
+
+    void Turn(const read::Link& link);
+    void WritePages();
+    void WriteHeadings(const std::shared_ptr<const read::Link>& link, std::uint32_t session,
+                       read::LogTime time);
     read::LogTime BeginOf(std::uint32_t session, read::LogTime otherwise) const;
     void Show(const read::Exchange& exchange);
     void Show(const read::ParamChange& change);
     void Show(const read::LateAnswer& late);
     void Count(const read::Exchange& exchange);
-    void WriteFold();
+    void WriteFold(Page& page);
+    void BeginFold(const read::Exchange& exchange);
     void WriteHeadings(const read::Link& link, std::uint32_t session, read::LogTime time);
     void Write(const std::string& lines);
 
@@ -70,10 +92,13 @@ private:
     const std::vector<read::LogFile>& files_;
     TalkFilter filter_;
     TalkLayout layout_;
-    TalkFold fold_;
+    bool isByLink_ = false;
+    Page whole_;
+    std::map<PageKey, Page> pages_; ///< by link
+    Page* page_ = &whole_;          ///< the one whose rows are written
+    SpooledTexts texts_;            ///< of the pages of links, by their numbers
+    std::size_t openFolds_ = 0;     ///< of the pages of links
     EcuStates states_;
-    std::optional<read::Link> only_;
-    bool isAgain_ = false;
     std::map<std::uint32_t, read::LogTime> begins_; ///< by session
     SettingsHints hints_;
     std::uint32_t session_ = 0;

@@ -47,7 +47,7 @@ TEST(CommandLine, RefusesValuesThatDoNotFit)
         {"show -v", "-v inverts --grep, which is missing"},
         {"show --timeout 3", "--timeout is for following: add -f"},
         {"show --calls 5-3", "--calls takes numbers of calls such as 120-180, 120- or 120, not '5-3'"},
-        {"cut", "cut needs --since or --until"},
+        {"cut", "cut needs --since, --until or --redact"},
         {"around", "around needs one of --line, --hcop and --at"},
         {"completion ksh", "completion: 'ksh' is none of: bash, zsh, fish, powershell; did you mean 'zsh'?"},
     };

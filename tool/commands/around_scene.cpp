@@ -55,6 +55,9 @@ std::string NameOf(const read::Call& call, bool isEvent)
             name += Primitive(*call.Primitive);
         return name + "  " + BytesText(read::RequestOf(call, storage), BytesShown);
     }
+    if (const std::string_view command = read::CommandName(call.Arguments);
+        call.Which == read::Function::IoCtl && !command.empty())
+        name.append(" ").append(command);
     if (call.Link)
         name += ", link " + std::to_string(*call.Link);
     return name;

@@ -173,9 +173,9 @@ int RunCut(const Arguments& arguments, Console& console)
         return ExitTrouble; // complained about
     SpoolInput(files, console);
     const TimeRange range = TimeRangeOf(arguments, files);
-    if (!range.Since && !range.Until)
-        throw UsageError("cut needs --since or --until");
     std::optional<Redactor> redactor = RedactorOf(arguments);
+    if (!range.Since && !range.Until && !redactor)
+        throw UsageError("cut needs --since, --until or --redact");
     Redactor* const used = redactor ? &*redactor : nullptr;
     CutPlan plan(range, files, console);
     read::LogReader planReader(plan, read::Wants::Calls);
@@ -195,6 +195,7 @@ int RunCut(const Arguments& arguments, Console& console)
 constexpr Example Examples[] = {
     {"cut --since 14:03 --until 14:05:30 > part.LGR", "two and a half minutes of the newest log"},
     {"cut --since -10s LOG > end.LGR", "the last ten seconds"},
+    {"cut --redact vin LOG > supplier.LGR", "the whole log without the vehicle's identity"},
 };
 
 constexpr OptionGroup Groups[] = {TimeOptions, RedactOptions, LogOptions};

@@ -43,8 +43,10 @@ std::vector<std::string> Findings::WhatIsInFlight(const read::Call& call)
         return {"its request: " + BytesText(request.Shown, request.Size, 20, 16) +
                 (summary.empty() ? "" : ", " + summary)};
     }
-    const auto command = read::Argument(call.Arguments, "IoCtlCommandId");
-    return command ? std::vector{"its command: " + Printable(*command)} : std::vector<std::string>();
+    const std::string_view command = read::CommandName(call.Arguments);
+    if (call.Which != read::Function::IoCtl || command.empty())
+        return {};
+    return {"its command: " + Printable(command)};
 }
 
 std::vector<std::string> Findings::WhySilent(const read::Exchange& exchange) const

@@ -27,17 +27,9 @@ std::string Unquoted(std::string_view value)
 std::string CallText(const read::Call& call, std::string_view name)
 {
     std::string text(name);
-    if (call.Which != Function::IoCtl)
-        return text;
-    const auto command = read::Argument(call.Arguments, "IoCtlCommandId");
-    const std::size_t open = command ? command->find('(') : std::string_view::npos;
-    if (open == std::string_view::npos)
-        return text;
-    std::string_view shown = command->substr(open + 1, command->find(')', open) - open - 1);
-    constexpr std::string_view prefix = "PDU_IOCTL_";
-    if (shown.starts_with(prefix))
-        shown.remove_prefix(prefix.size());
-    return text.append(" ").append(shown);
+    const std::string_view command =
+        call.Which == Function::IoCtl ? read::CommandName(call.Arguments) : std::string_view();
+    return command.empty() ? text : text.append(" ").append(command);
 }
 
 } // namespace

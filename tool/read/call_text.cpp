@@ -152,6 +152,19 @@ std::string_view NameInValue(std::string_view value)
     return open == std::string_view::npos ? value : Trimmed(value.substr(0, open));
 }
 
+std::string_view CommandName(std::string_view arguments)
+{
+    const auto command = Argument(arguments, "IoCtlCommandId");
+    const std::size_t open = command ? command->find('(') : std::string_view::npos;
+    if (open == std::string_view::npos)
+        return {};
+    std::string_view name = command->substr(open + 1, command->find(')', open) - open - 1);
+    constexpr std::string_view prefix = "PDU_IOCTL_";
+    if (name.starts_with(prefix))
+        name.remove_prefix(prefix.size());
+    return name;
+}
+
 std::optional<std::uint32_t> HandleArgument(std::string_view arguments, std::string_view name)
 {
     const auto value = Argument(arguments, name);

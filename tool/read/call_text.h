@@ -20,6 +20,8 @@ std::optional<std::string_view> Argument(std::string_view arguments, std::string
 std::optional<std::uint32_t> NumberInValue(std::string_view value);
 /// The text in front of the last parentheses: "PDU_IT_RESULT" of "PDU_IT_RESULT (0x1300)".
 std::string_view NameInValue(std::string_view value);
+/// "READ_VBATT" of the arguments of a PDUIoCtl; empty if the log does not name its command.
+std::string_view CommandName(std::string_view arguments);
 /// A handle argument; nothing if it is missing or undefined.
 std::optional<std::uint32_t> HandleArgument(std::string_view arguments, std::string_view name);
 

@@ -14,6 +14,15 @@ TEST(CallText, FindsArgumentsByName)
     EXPECT_EQ(Argument(arguments, "Mod"), std::nullopt);
 }
 
+TEST(CallText, NamesTheCommandOfAnIoCtl)
+{
+    EXPECT_EQ(CommandName("hMod=1, IoCtlCommandId=502 (PDU_IOCTL_READ_VBATT), pInputData=   (nil)"),
+              "READ_VBATT");
+    EXPECT_EQ(CommandName("hMod=1, IoCtlCommandId=502 (OWN_COMMAND), pInputData=   (nil)"), "OWN_COMMAND");
+    EXPECT_EQ(CommandName("hMod=1, IoCtlCommandId=502, pInputData=   (nil)"), "");
+    EXPECT_EQ(CommandName("hMod=1"), "");
+}
+
 TEST(CallText, DoesNotLookForArgumentsInStrings)
 {
     constexpr std::string_view arguments =

@@ -18,11 +18,16 @@ int CompareOutput(const std::string& name, const std::string& arguments)
         line.replace(at, 7, folder);
     const ProgramResult result = RunProgram("marvane", line);
     EXPECT_EQ(result.Errors, "") << name;
-    if (const char* golden = std::getenv("MARVANE_WRITE_GOLDEN"))
-        std::ofstream(std::string(golden) + "/" + name + ".txt", std::ios::binary) << result.Output;
-    else
-        EXPECT_EQ(result.Output, FileText(HandMadeLog("output/" + name + ".txt"))) << name;
+    CompareText(name, result.Output);
     return result.Status;
+}
+
+void CompareText(const std::string& name, const std::string& text)
+{
+    if (const char* golden = std::getenv("MARVANE_WRITE_GOLDEN"))
+        std::ofstream(std::string(golden) + "/" + name + ".txt", std::ios::binary) << text;
+    else
+        EXPECT_EQ(text, FileText(HandMadeLog("output/" + name + ".txt"))) << name;
 }
 
 } // namespace marvane::testing

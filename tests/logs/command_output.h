@@ -11,4 +11,7 @@ namespace marvane::testing {
 /// line.
 int CompareOutput(const std::string& name, const std::string& arguments);
 
+/// Compares a text with output/NAME.txt, or writes that file, as above.
+void CompareText(const std::string& name, const std::string& text);
+
 } // namespace marvane::testing

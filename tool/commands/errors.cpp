@@ -1,5 +1,6 @@
 // marvane errors: what went wrong, each with its why.
 #include "tool/commands/arguments.h"
+#include "tool/commands/finding_json.h"
 #include "tool/commands/follow.h"
 #include "tool/commands/json_text.h"
 #include "tool/commands/log_source.h"
@@ -120,23 +121,7 @@ public:
 
     void Show(const Finding& finding) override
     {
-        JsonObject object;
-        object.Add("what", FindingName(finding.Kind)).Add("session", finding.Session);
-        if (finding.At.Line != 0) {
-            if (finding.At.File < files_.size())
-                object.Add("file", files_[finding.At.File].Begin.Name);
-            object.Add("line", finding.At.Line)
-                .Add("time", DateTimeText(finding.Time))
-                .Add("since_begin_ms", finding.Time - BeginOf(finding));
-        }
-        if (finding.Seq != 0)
-            object.Add("seq", finding.Seq);
-        if (finding.Count != 1)
-            object.Add("count", finding.Count);
-        JsonArray why;
-        for (const std::string& each : finding.Why)
-            why.Add(each);
-        object.Add("subject", finding.Subject).Add("text", finding.Text).AddRaw("why", why.Text());
+        const JsonObject object = FindingJson(finding, files_, BeginOf(finding));
         if (isFirst_)
             WriteBegin();
         console_.Write((isFirst_ ? "\n" : ",\n") + object.Text());

@@ -6,66 +6,15 @@
 #include "tool/commands/log_source.h"
 #include "tool/commands/nearest.h"
 #include "tool/commands/program.h"
-#include "tool/commands/progress.h"
 #include "tool/commands/redaction.h"
 #include "tool/commands/shared_options.h"
+#include "tool/commands/watched_bytes.h"
 #include "tool/export/format.h"
 #include "tool/export/zone_time.h"
 
 namespace marvane::tool {
 
 namespace {
-
-/// Shows how far the reading has come, whatever the size of a file; redacts if that is wanted.
-class WatchedBytes : public read::ByteFilter
-{
-public:
-    WatchedBytes(const std::vector<read::LogFile>& files, read::ByteFilter* redactor)
-        : progress_("exporting", TotalOf(files)), redactor_(redactor)
-    {
-    }
-
-    void Begin(std::uint32_t file) override
-    {
-        if (redactor_)
-            redactor_->Begin(file);
-    }
-    void Take(std::uint32_t file, std::string_view bytes, std::string& out) override
-    {
-        progress_.At(done_ += bytes.size());
-        if (redactor_)
-            redactor_->Take(file, bytes, out);
-        else
-            out += bytes;
-    }
-    void Skip(std::uint32_t file, std::uint64_t lines) override
-    {
-        if (redactor_)
-            redactor_->Skip(file, lines);
-    }
-    void End(std::uint32_t file, std::string& out) override
-    {
-        if (redactor_)
-            redactor_->End(file, out);
-    }
-
-private:
-    /// 0 if it is unknown: how much a compressed file holds, only its reading shows.
-    static std::uint64_t TotalOf(const std::vector<read::LogFile>& files)
-    {
-        std::uint64_t total = 0;
-        for (const read::LogFile& file : files) {
-            if (file.IsCompressed || file.IsStandardInput)
-                return 0;
-            total += file.Size;
-        }
-        return total;
-    }
-
-    Progress progress_;
-    read::ByteFilter* redactor_;
-    std::uint64_t done_ = 0;
-};
 
 /// KEY=VALUE of --tag.
 std::pair<std::string, std::string> TagOf(const std::string& text)
@@ -144,11 +93,9 @@ std::unique_ptr<Sink> SinkOf(const Arguments& arguments, const Format& format, c
         return MakeDayFolder(*folder + "/" + FolderNameOf(inputs.Host), "." + std::string(format.Name),
                              inputs.IsFollowing ? Existing::Extended : Existing::Replaced);
     const std::string path = arguments.Value("--output").value_or("-");
-    if (path == "-")
-        return MakeOutputSink(console);
     if (inputs.IsFollowing)
-        return MakeFileSink(path, Existing::Extended);
-    return MakeFileSink(path, arguments.Has("--force") ? Existing::Replaced : Existing::Refused);
+        return MakeSink(path, Existing::Extended, console);
+    return MakeSink(path, arguments.Has("--force") ? Existing::Replaced : Existing::Refused, console);
 }
 
 /// Reads or follows the files, redacted if that is asked for. Returns the status of following, else 0.
@@ -159,7 +106,7 @@ int ReadInto(read::LogReader& reader, const Arguments& arguments, Console& conso
         reader.FilterBy(inputs.Redaction);
         return FollowLogs(arguments, console, inputs.Files, reader, afterBatch);
     }
-    WatchedBytes watched(inputs.Files, inputs.Redaction);
+    WatchedBytes watched("exporting", inputs.Files, inputs.Redaction);
     reader.FilterBy(&watched);
     for (const read::LogFile& file : inputs.Files)
         read::ReadLogFile(file, reader);

@@ -143,7 +143,7 @@ void Findings::PutUnfinished(const read::Call& call)
     if (call.State != CallState::NotLoaded)
         return;
     const auto [place, isFirst] =
-        notLoaded_.try_emplace(call.Session, NotLoaded{processOf_[call.Session], call.Begin});
+        notLoaded_.try_emplace(call.Session, NotLoaded{processOf_[call.Session], call.Begin, call.BeginTime});
     if (isFirst)
         Put(FindingKind::NotLoaded, call, "called, but no target library is loaded (0x0020)",
             whyNotLoaded_[call.Session]);
@@ -236,6 +236,7 @@ void Findings::PutMoreNotLoaded(std::uint32_t session, NotLoaded& calls)
     if (calls.More > 0)
         OnFinding({.Kind = FindingKind::NotLoaded,
                    .At = calls.First,
+                   .Time = calls.FirstTime,
                    .Session = session,
                    .Text = "and " + Counted(calls.More, "more call"),
                    .Count = calls.More});

@@ -110,6 +110,7 @@ private:
     {
         std::uint32_t Process = 0;
         read::Position First;
+        read::LogTime FirstTime;
         std::uint64_t More = 0; ///< calls since it, and since they were put
     };
 

@@ -40,4 +40,13 @@ private:
     std::string elements_;
 };
 
+/// An array of what `toJson` makes of each element.
+template <typename List, typename ToJson> std::string ListJson(const List& list, const ToJson& toJson)
+{
+    JsonArray array;
+    for (const auto& each : list)
+        array.AddRaw(toJson(each));
+    return array.Text();
+}
+
 } // namespace marvane::tool

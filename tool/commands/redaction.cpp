@@ -47,16 +47,24 @@ std::optional<Redactor> RedactorOf(const Arguments& arguments)
     return std::optional<Redactor>(std::in_place, std::move(kinds));
 }
 
+std::vector<std::string_view> RedactedKinds(const Arguments& arguments)
+{
+    std::vector<std::string_view> kinds;
+    const std::vector<std::string_view> names = Words(SecretNames);
+    const SecretKinds taken = KindsOf(arguments);
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (taken.contains(Secrets[i]))
+            kinds.push_back(names[i]);
+    return kinds;
+}
+
 void NoteRedaction(const Arguments& arguments, std::uint64_t lines, Console& console)
 {
     if (!arguments.Has("--redact"))
         return;
     std::string kinds;
-    const std::vector<std::string_view> names = Words(SecretNames);
-    const SecretKinds taken = KindsOf(arguments);
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (taken.contains(Secrets[i]))
-            kinds.append(kinds.empty() ? "" : ", ").append(names[i]);
+    for (const std::string_view kind : RedactedKinds(arguments))
+        kinds.append(kinds.empty() ? "" : ", ").append(kind);
     console.Note("redacted (" + kinds + "): " + Counted(lines, "line"));
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
+#include <vector>
 
 #include "tool/commands/arguments.h"
 #include "tool/commands/console.h"
@@ -30,6 +32,9 @@ inline constexpr OptionGroup RedactOptions = {"Redaction", RedactOptionList};
 
 /// What --redact asks for; none without it. Throws UsageError.
 std::optional<Redactor> RedactorOf(const Arguments& arguments);
+
+/// The names of the kinds that --redact takes, as its option spells them.
+std::vector<std::string_view> RedactedKinds(const Arguments& arguments);
 
 /// Says on standard error what was redacted, if anything was asked for, and in how many lines of the log.
 void NoteRedaction(const Arguments& arguments, std::uint64_t lines, Console& console);

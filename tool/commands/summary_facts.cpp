@@ -48,6 +48,9 @@ void SummaryFacts::OnSession(const read::Session& session)
 
 void SummaryFacts::Retire(const read::Session& session)
 {
+    const bool isBefore = range_.Since && session.LastTime < *range_.Since;
+    if (isBefore || (range_.Until && session.BeginTime > *range_.Until))
+        return;
     EndedSessions += session.IsEnded;
     Processes = std::max(Processes, session.Process);
     if (Sessions.size() == MostSessions)
@@ -64,7 +67,8 @@ void SummaryFacts::OnProblem(const read::Problem& problem)
 
 void SummaryFacts::OnFinding(const Finding& finding)
 {
-    ByKind[static_cast<std::size_t>(finding.Kind)] += finding.Count;
+    if (range_.Holds(finding.Time))
+        ByKind[static_cast<std::size_t>(finding.Kind)] += finding.Count;
 }
 
 void SummaryFacts::Measure(const read::Call& call, std::string_view name)
@@ -99,8 +103,10 @@ void SummaryFacts::OnCall(const read::Call& call)
     params_.OnCall(call);
     if (call.Which == Function::LoggerUninitialise)
         return; // the logger's own end, no call of the application
-    ++Calls;
-    Measure(call, call.Name);
+    if (range_.Holds(call.BeginTime)) {
+        ++Calls;
+        Measure(call, call.Name);
+    }
     if (call.State != read::CallState::Returned || call.Status != 0u)
         return;
     if (call.Which == Function::GetModuleIds)
@@ -115,14 +121,18 @@ void SummaryFacts::OnEvent(const read::Event& event)
 {
     Shares.OnEvent(event);
     Findings::OnEvent(event);
+    if (!range_.Holds(event.BeginTime))
+        return;
     ++Events;
     Measure(event, "PDUCallbackTrap");
 }
 
 void SummaryFacts::OnParam(const read::Param& param)
 {
-    ParamsSet += param.IsSet;
     auto change = params_.OnParam(param, Findings::Links());
+    if (!range_.Holds(param.By->BeginTime))
+        return;
+    ParamsSet += param.IsSet;
     if (change && change->Before && Changes.size() < MostChanges)
         Changes.push_back(std::move(*change));
 }
@@ -202,7 +212,7 @@ void SummaryFacts::SeeLink(const read::Call& call)
 void SummaryFacts::OnEnded(const read::Exchange& exchange)
 {
     Shares.OnEnded(exchange);
-    if (exchange.Type != PDU_COPT_SENDRECV && exchange.Type != 0)
+    if ((exchange.Type != PDU_COPT_SENDRECV && exchange.Type != 0) || !range_.Holds(exchange.Time))
         return;
     const auto outcome = static_cast<std::size_t>(exchange.Result);
     ++Requests;

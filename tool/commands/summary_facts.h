@@ -12,6 +12,7 @@
 #include "tool/commands/durations.h"
 #include "tool/commands/findings.h"
 #include "tool/commands/log_source.h"
+#include "tool/commands/time_range.h"
 #include "tool/commands/time_shares.h"
 #include "tool/read/param_values.h"
 
@@ -66,6 +67,13 @@ public:
     {
     }
 
+    /// Counts only what began in that part. To be called first.
+    void CountIn(TimeRange range)
+    {
+        range_ = range;
+        Shares.CountIn(range);
+    }
+
     /// Copies without settings, complete after Finish. Of more than MostSessions, the last one is the newest.
     std::vector<read::Session> Sessions;
     std::uint64_t EndedSessions = 0; ///< by PDUDestruct
@@ -112,6 +120,7 @@ private:
     const std::vector<read::LogFile>& files_;
     void Retire(const read::Session& session);
 
+    TimeRange range_;
     std::deque<const read::Session*> live_; ///< the newest, as long as the reader keeps them
     read::ParamValues params_;
 };

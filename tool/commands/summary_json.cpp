@@ -96,14 +96,6 @@ std::string TimeJson(const TimeShares& shares)
         .Text();
 }
 
-template <typename List, typename ToJson> std::string ListJson(const List& list, const ToJson& toJson)
-{
-    JsonArray array;
-    for (const auto& each : list)
-        array.AddRaw(toJson(each));
-    return array.Text();
-}
-
 } // namespace
 
 std::string SummaryJson(const SummaryFacts& facts, const std::vector<read::LogFile>& files)

@@ -178,6 +178,23 @@ std::string AnswerText(const read::Answer& answer, words::Dialect dialect)
     return BytesText(bytes, answer.Size, 9, 8);
 }
 
+bool IsByTheWay(const Exchange& exchange)
+{
+    const bool isQuiet = exchange.Type == PDU_COPT_UPDATEPARAM || exchange.Type == PDU_COPT_DELAY;
+    return isQuiet && exchange.ErrorCode == 0 && exchange.Result != Outcome::Cancelled;
+}
+
+std::string ChangeText(const read::ParamChange& change)
+{
+    const std::string name = Printable(change.Name);
+    return change.Before ? name + " " + *change.Before + " -> " + change.After : name + " = " + change.After;
+}
+
+std::string LateText(const read::LateAnswer& late)
+{
+    return "late answer, " + std::to_string(late.AfterEndMs) + " ms after the end";
+}
+
 std::vector<ResponseRow> ResponseRows(const Exchange& exchange)
 {
     std::vector<ResponseRow> rows;

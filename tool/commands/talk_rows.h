@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tool/read/exchange.h"
+#include "tool/read/param_values.h"
 #include "tool/words/dialect.h"
 
 namespace marvane::tool {
@@ -29,6 +30,15 @@ RequestText RequestTextOf(const read::Exchange& exchange);
 
 /// An answer in one line: bytes, a readable text in place of its printable bytes, the name of a code.
 std::string AnswerText(const read::Answer& answer, words::Dialect dialect);
+
+/// ComPrimitives that say nothing to the control unit and show only if something went wrong.
+bool IsByTheWay(const read::Exchange& exchange);
+
+/// "CP_P2Max 50 -> 5000", "CP_P2Max = 5000".
+std::string ChangeText(const read::ParamChange& change);
+
+/// "late answer, 20 ms after the end"
+std::string LateText(const read::LateAnswer& late);
 
 /// At least one row.
 std::vector<ResponseRow> ResponseRows(const read::Exchange& exchange);

@@ -8,17 +8,6 @@
 
 namespace marvane::tool {
 
-namespace {
-
-/// ComPrimitives that say nothing to the control unit and show only if something went wrong.
-bool IsByTheWay(const read::Exchange& exchange)
-{
-    const bool isQuiet = exchange.Type == PDU_COPT_UPDATEPARAM || exchange.Type == PDU_COPT_DELAY;
-    return isQuiet && exchange.ErrorCode == 0 && exchange.Result != read::Outcome::Cancelled;
-}
-
-} // namespace
-
 TalkScreen::TalkScreen(Console& console, const std::vector<read::LogFile>& files, TalkFilter filter)
     : console_(console), files_(files), filter_(std::move(filter)), layout_(console)
 {
@@ -91,10 +80,7 @@ void TalkScreen::Show(const read::ParamChange& change)
         return;
     WriteFold(*page_);
     WriteHeadings(change.On, change.Session, change.Time);
-    const std::string text = change.Before
-                                 ? Printable(change.Name) + " " + *change.Before + " -> " + change.After
-                                 : Printable(change.Name) + " = " + change.After;
-    Write(layout_.Remark(SecondsText(BeginOf(change.Session, change.Time), change.Time), text,
+    Write(layout_.Remark(SecondsText(BeginOf(change.Session, change.Time), change.Time), ChangeText(change),
                          PositionText(change.At)));
 }
 
@@ -105,7 +91,7 @@ void TalkScreen::Show(const read::LateAnswer& late)
     WriteFold(*page_);
     WriteHeadings(late.On, late.Session, late.What.Time);
     ++counts_.Late;
-    const RequestText request = {"late answer, " + std::to_string(late.AfterEndMs) + " ms after the end", {}};
+    const RequestText request = {LateText(late), {}};
     ResponseRow row = {'!', AnswerText(late.What, DialectOf(*late.On)), {}};
     if (redactor_ && redactor_->IsChanged(late.What.Data))
         row.Text += " redacted";

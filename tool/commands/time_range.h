@@ -1,6 +1,7 @@
 // Times on the command line: --since, --until, --at.
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,12 @@ struct TimeRange
         const bool isOver = call.State != read::CallState::InFlight;
         const bool isBefore = Since && isOver && call.EndTime < *Since;
         return !isBefore && (!Until || call.BeginTime <= *Until);
+    }
+    /// The moment of the part that is nearest to a time.
+    read::LogTime Within(read::LogTime time) const
+    {
+        const read::LogTime begun = Since ? std::max(time, *Since) : time;
+        return Until ? std::min(begun, *Until) : begun;
     }
     bool Holds(read::LogTime time) const { return (!Since || time >= *Since) && (!Until || time <= *Until); }
 };

@@ -51,7 +51,8 @@ void TimeShares::Advance(read::LogTime to)
     const std::int64_t passed = last_ ? to - *last_ : 0;
     if (passed < 0 && passed > -ClockStepMs)
         return;
-    ms_[Current()] += std::max<std::int64_t>(passed, 0);
+    if (passed > 0)
+        ms_[Current()] += std::max<std::int64_t>(part_.Within(to) - part_.Within(*last_), 0);
     last_ = to;
 }
 

@@ -6,6 +6,7 @@
 #include <set>
 #include <vector>
 
+#include "tool/commands/time_range.h"
 #include "tool/read/exchange.h"
 #include "tool/read/records.h"
 
@@ -17,6 +18,9 @@ namespace marvane::tool {
 class TimeShares
 {
 public:
+    /// Counts only that part. To be called first.
+    void CountIn(TimeRange part) { part_ = part; }
+
     /// To be told everything in the order of the log.
     void OnSession(const read::Session& session);
     void OnEntry(const read::Call& call, bool isEvent);
@@ -57,6 +61,7 @@ private:
     void Forget(const LinkKey& link);
     bool HasRequest(const LinkKey& link) const;
 
+    TimeRange part_;
     std::optional<read::LogTime> last_;
     std::vector<read::Position> calls_; ///< open ones
     std::vector<read::Position> callbacks_;

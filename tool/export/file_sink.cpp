@@ -152,4 +152,9 @@ std::unique_ptr<Sink> MakeOutputSink(Console& console)
     return std::make_unique<OutputSink>(console);
 }
 
+std::unique_ptr<Sink> MakeSink(const std::string& path, Existing existing, Console& console)
+{
+    return path == "-" ? MakeOutputSink(console) : MakeFileSink(path, existing);
+}
+
 } // namespace marvane::tool

@@ -44,6 +44,9 @@ std::unique_ptr<Sink> MakeFileSink(const std::string& path, Existing existing);
 /// Standard output. A reader that leaves before the end is trouble: it has half an export.
 std::unique_ptr<Sink> MakeOutputSink(Console& console);
 
+/// Standard output for "-", else a file.
+std::unique_ptr<Sink> MakeSink(const std::string& path, Existing existing, Console& console);
+
 /// Compressed files DATE + `suffix` + ".gz" in a folder, which is made if it is not there: each is replaced
 /// whole, or extended. Not for standard output.
 std::unique_ptr<Sink> MakeDayFolder(const std::string& folder, const std::string& suffix, Existing existing);

@@ -101,6 +101,7 @@ struct Exchange
     std::optional<std::uint32_t> ExtraError; ///< its ExtraErrorData
     std::optional<Latency> ErrorAfter;
     Position ErrorAt;
+    LogTime ErrorTime; ///< when it was fetched
 
     bool IsEnded = false;         ///< its last status was fetched
     LogTime EndTime;              ///< of that; else of the last that is known of it

@@ -270,6 +270,7 @@ void Exchanges::AddError(OpenExchange& open, Arrival&& arrival)
         exchange.ExtraError = error.Extra;
         exchange.ErrorAfter = error.After;
         exchange.ErrorAt = error.At;
+        exchange.ErrorTime = error.Time;
     }
     sink_.OnError(exchange, error);
 }

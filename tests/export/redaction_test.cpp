@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/child_program.h"
+#include "tests/support/page_block.h"
 #include "tool/commands/nearest.h"
 #include "tool/export/format.h"
 
@@ -77,6 +78,26 @@ std::vector<std::string> Outputs()
             commands.push_back(command + " --table " + std::string(table));
     }
     return commands;
+}
+
+/// All that a page of marvane report has to show.
+std::string Blocks(const std::string& page)
+{
+    return page + PageBlock(page, "model") + PageBlock(page, "lines") + PageBlock(page, "raw");
+}
+
+TEST(Redaction, NoSecretIsInAnyPage)
+{
+    for (const std::string& log : {Log, Demo}) {
+        const std::string command = "report -o - --raw " + Quoted(log);
+        const std::string page = RunProgram("marvane", command + " --redact").Output;
+        EXPECT_EQ(Found(Blocks(page)), "") << log;
+        EXPECT_NE(Found(Blocks(RunProgram("marvane", command).Output)), "") << log;
+        EXPECT_NE(
+            PageBlock(page, "model")
+                .find(R"("redacted":{"kinds":["vin","key","authentication","serial","transfer"],"lines":)"),
+            std::string::npos);
+    }
 }
 
 TEST(Redaction, NoSecretIsInAnyOutput)

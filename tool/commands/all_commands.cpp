@@ -11,6 +11,7 @@ namespace marvane::tool {
 extern const Command ShowCommand;
 extern const Command AroundCommand;
 extern const Command CutCommand;
+extern const Command ReportCommand;
 extern const Command ExportCommand;
 extern const Command LnavCommand;
 extern const Command CompletionCommand;
@@ -38,7 +39,7 @@ namespace {
 
 constexpr const Command* ReadCommands[] = {&SummaryCommand, &TalkCommand,   &ErrorsCommand, &ShowCommand,
                                            &AroundCommand,  &ParamsCommand, &DiffCommand,   &CutCommand,
-                                           &ExportCommand,  &LnavCommand};
+                                           &ReportCommand,  &ExportCommand, &LnavCommand};
 constexpr const Command* SetupCommands[] = {
     &ListCommand, &InstallCommand, &UninstallCommand, &StatusCommand,     &CheckCommand,   &GetCommand,
     &SetCommand,  &LevelCommand,   &InitCommand,      &DiagLevelsCommand, &SelftestCommand};

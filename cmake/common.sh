@@ -26,7 +26,7 @@ shown() { printf '%s' "${1#"$top"/}"; }
 
 # need_build_folder: creates the folder of all builds; fails if nothing can be written there.
 need_build_folder() {
-    { mkdir -p "$builds" && : >"$builds/.writable"; } 2>/dev/null && rm -f "$builds/.writable" && return
+    { mkdir -p "$builds" && touch "$builds/.writable"; } 2>/dev/null && rm -f "$builds/.writable" && return
     fail "$builds cannot be written. Name a folder for what is built: MARVANE_BUILD=\$HOME/marvane-build $0"
 }
 

@@ -192,6 +192,8 @@ need_tools() {
     if can_install && run_apt $(packages_for $missing); then
         missing=$(missing_tools $missing)
         [ -n "$missing" ] || return 0
+        { echo "The packages of this system do not bring what is needed:"; describe_missing $missing; } >&2
+        return 1
     fi
     say_how_to_install $missing >&2
     return 1

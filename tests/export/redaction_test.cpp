@@ -14,7 +14,9 @@ namespace {
 const std::string Log = MARVANE_SOURCE_DIR "/tests/logs/secrets.LGR";
 const std::string Demo = MARVANE_SOURCE_DIR "/tests/logs/demo/D-PDU_API_Logger_22-11-2026_00-27-36.LGR";
 
-/// What is secret in both logs, and short keys with the bytes before them.
+const std::string Frames = MARVANE_SOURCE_DIR "/tests/logs/secret_frames.LGR";
+
+/// What is secret in the logs: short keys with the bytes before them, and what frames hold of it.
 const std::string Secrets[] = {
     "WVWZZZ1JZ3W386752",
     "WSIMVC1E2F3000042",
@@ -27,6 +29,10 @@ const std::string Secrets[] = {
     "\xDE\xAD\xBE\xEF\x01\x02\x03\x04",
     "\xCA\xFE\xBA\xBE",
     "\x13\x37\x13\x37\xAA\xBB\xCC\xDD",
+    "\x90WVW",
+    "ZZZ1JZ3",
+    "W386752",
+    "\x21\x01\x02\x03\x04",
 };
 
 std::string Hex(const std::string& bytes, const char* format, const char* between)
@@ -108,6 +114,15 @@ TEST(Redaction, NoSecretIsInAnyOutput)
             EXPECT_NE(result.Output, "") << command;
             EXPECT_EQ(Found(result.Output), "") << command << " " << log;
         }
+}
+
+TEST(Redaction, NoPieceOfASecretIsInFrames)
+{
+    for (const std::string& command : Outputs())
+        EXPECT_EQ(Found(RunProgram("marvane", command + " --redact " + Quoted(Frames)).Output), "")
+            << command;
+    EXPECT_NE(Found(RunProgram("marvane", "cut --since 00:00 " + Quoted(Frames)).Output), "");
+    EXPECT_NE(Found(RunProgram("marvane", "export --format jsonl " + Quoted(Frames)).Output), "");
 }
 
 TEST(Redaction, WithoutItTheSecretsAreThere)

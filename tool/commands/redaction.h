@@ -18,7 +18,8 @@ inline constexpr Option RedactOptionList[] = {
      .Value = "KINDS",
      .Text =
          "Replace what should not leave the house by other bytes of the same length: vin, key (seeds too), "
-         "authentication, serial, transfer (transferred data), separated by commas. Without KINDS, all",
+         "authentication, serial, transfer (transferred data), separated by commas. Without KINDS, all. Of "
+         "CAN frames that a message is split over, nothing but the first bytes stays",
      .Choices = SecretNames,
      .IsList = true,
      .IsValueOptional = true},

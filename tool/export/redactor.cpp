@@ -5,8 +5,8 @@
 
 #include "line/dump_columns.h"
 #include "line/stamp.h"
+#include "tool/read/call_text.h"
 #include "tool/read/line_kind.h"
-#include "tool/words/services.h"
 
 namespace marvane::tool {
 
@@ -23,37 +23,32 @@ constexpr std::size_t LongestListing = 64 * 1024; // in bytes, not in characters
 constexpr std::size_t LongestLine = 1024 * 1024;
 
 constexpr std::uint8_t ReadIdentifier = 0x22;
-constexpr std::uint8_t NegativeResponse = 0x7F;
-constexpr std::uint8_t AnswerBit = 0x40;
 
 read::Bytes BytesOf(std::string_view text)
 {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-bool BeginsMessage(std::uint8_t first)
-{
-    const auto isService = [](std::uint8_t sid) {
-        return words::FindService(Dialect::Uds, sid) || words::FindService(Dialect::Obd, sid);
-    };
-    return first == NegativeResponse || isService(first) ||
-           (first >= AnswerBit && isService(static_cast<std::uint8_t>(first - AnswerBit)));
-}
-
-/// Where the diagnostic message begins in what a report shows: there may be a header before it.
-std::size_t MessageBegin(read::Bytes bytes)
+/// The diagnostic message in what a report shows: there may be a header before it, and padding after it.
+read::Bytes MessageIn(read::Bytes bytes)
 {
     constexpr std::size_t doipHeader = 12; // with both addresses
     constexpr std::size_t canId = 4;
     if (bytes.size() > doipHeader && (bytes[0] ^ bytes[1]) == 0xFF)
-        return doipHeader;
-    if (bytes.size() <= canId || BeginsMessage(bytes[0]))
-        return 0;
-    const std::size_t rest = bytes.size() - canId - 1;
-    const std::uint8_t frame = bytes[canId];
-    if (frame >> 4 == 0 && frame != 0 && frame <= rest)
-        return canId + 1; // a single frame
-    return frame >> 4 == 1 && rest > 1 ? canId + 2 : canId;
+        return bytes.subspan(doipHeader);
+    if (const TransportFrame frame = FindFrame(bytes, false); frame.Kind == FrameKind::Single)
+        return bytes.subspan(frame.Begin, static_cast<std::size_t>(frame.Total));
+    return bytes.size() <= canId || BeginsMessage(bytes[0]) ? bytes : bytes.subspan(canId);
+}
+
+/// The number in "Address             \t= 0x000007E0", a decoded line of a report without its arrow.
+std::optional<std::uint32_t> AddressIn(std::string_view text)
+{
+    const std::size_t equals = text.find('=');
+    if (!text.starts_with("Address") || equals == std::string_view::npos)
+        return std::nullopt;
+    const std::size_t begin = text.find_first_not_of(' ', equals + 1);
+    return begin == std::string_view::npos ? std::nullopt : read::NumberInValue(text.substr(begin));
 }
 
 } // namespace
@@ -127,9 +122,10 @@ void Redactor::ReadLine(std::uint32_t number, File& file, std::size_t begin, std
     if (ParseArrow(text)) {
         if (AddRow(number, file, begin, arrow, end, stamp->Thread))
             return;
+        if (const auto address = AddressIn(text.substr(ArrowLength)))
+            file.Reports[stamp->Thread].Address = address;
     } else {
-        const read::LineKind kind = read::KindOf(text).Kind;
-        file.IsInReport[stamp->Thread] = kind == read::LineKind::Comms;
+        file.Reports[stamp->Thread] = {read::KindOf(text).Kind == read::LineKind::Comms, std::nullopt};
     }
     Close(number, file);
     RedactText(number, file.Lines, file, arrow, end);
@@ -155,7 +151,8 @@ bool Redactor::AddRow(std::uint32_t number, File& file, std::size_t line, std::s
         open.Thread = thread;
         open.TextBegin = line;
         open.Way = ParseArrow(text)->ShownDirection();
-        open.IsOfReport = file.IsInReport[thread];
+        open.IsOfReport = file.Reports[thread].IsOpen;
+        open.Address = file.Reports[thread].Address;
         open.IsTail = row->Offset != 0;
         open.IsSecretTail = isSecretTail;
     }
@@ -212,10 +209,17 @@ std::vector<std::uint8_t> Redactor::Redacted(const Listing& listing, bool& endsS
 {
     std::vector<std::uint8_t> bytes = listing.Bytes;
     RedactKnown(listing.Bytes, bytes.data());
-    const SecretPart part = listing.IsSecretTail ? SecretPart{Secret::Transfer, 0} : SecretOf(listing);
-    endsSecret = Takes(part.What) && part.Begin < bytes.size();
+    if (RedactSegment(listing, bytes.data()))
+        return bytes;
+    const bool isPlain = listing.Label == "pCoPData" || listing.Label == "pDataBytes";
+    const read::Bytes all = listing.Bytes;
+    const read::Bytes message = listing.IsSecretTail || isPlain ? all : MessageIn(all);
+    const SecretPart part =
+        listing.IsSecretTail ? SecretPart{Secret::Transfer, 0} : SecretOf(listing, message);
+    endsSecret = Takes(part.What) && part.Begin < message.size();
     if (endsSecret)
-        RedactPart(part.What, read::Bytes(listing.Bytes).subspan(part.Begin), bytes.data() + part.Begin);
+        RedactPart(part.What, message.subspan(part.Begin),
+                   bytes.data() + (message.data() - all.data()) + part.Begin);
     const bool isRead = listing.Label == "pCoPData" && bytes.size() > 3 && bytes[0] == ReadIdentifier;
     if (isRead && reads_.size() == MostReads)
         reads_.pop_front();
@@ -224,21 +228,66 @@ std::vector<std::uint8_t> Redactor::Redacted(const Listing& listing, bool& endsS
     return bytes;
 }
 
-/// What is secret in a listing, if it is a message. The protocol of its link does not matter: rather too much
-/// is taken out than too little.
-SecretPart Redactor::SecretOf(const Listing& listing) const
+/// Redacts a frame of a message that is split over several. False if the listing is none.
+/// What such a message holds besides its first bytes can't be told from a frame, so all of it goes unless it
+/// is a secret of a kind that is not wanted. No piece of it is learned: it may be the beginning of many
+/// things.
+bool Redactor::RedactSegment(const Listing& listing, std::uint8_t* out)
 {
-    const bool isRequest = listing.Label == "pCoPData";
-    const bool isAnswer = listing.Label == "pDataBytes";
-    if (listing.IsTail || !(isRequest || isAnswer || listing.IsOfReport))
+    const bool isPlain = listing.Label == "pCoPData" || listing.Label == "pDataBytes";
+    const read::Bytes bytes = listing.Bytes;
+    if (listing.IsTail || bytes.empty() || !(isPlain || listing.IsOfReport) ||
+        (isPlain && BeginsMessage(bytes[0])))
+        return false;
+    const std::optional<std::uint32_t> address = listing.IsOfReport ? listing.Address : std::nullopt;
+    // First of all what is expected: the bytes of a consecutive frame may look like another frame.
+    SegmentedMessage* message = segments_.Find(listing.Way, address, bytes, isPlain);
+    TransportFrame frame;
+    if (message)
+        frame.Begin = message->Prefix + 1;
+    else
+        frame = FindFrame(bytes, isPlain);
+    if (frame.Kind == FrameKind::First) {
+        message = &segments_.Begin(SegmentedMessages::KeyOf(listing.Way, address, bytes.first(frame.Prefix)),
+                                   frame);
+        message->SecretBegin = std::min(message->SecretBegin,
+                                        SecretBeginOf(listing.Way, bytes.subspan(frame.Begin), frame.Total));
+    }
+    if (!message)
+        return false;
+    const std::uint64_t count =
+        std::min<std::uint64_t>(bytes.size() - frame.Begin, message->Total - message->Done);
+    const std::uint64_t kept =
+        std::min(count, message->SecretBegin - std::min(message->SecretBegin, message->Done));
+    const auto begin = frame.Begin + static_cast<std::size_t>(kept);
+    Replace(bytes.subspan(begin, static_cast<std::size_t>(count - kept)), out + begin);
+    message->Done += count;
+    return true;
+}
+
+/// Where the secret of a message begins of which the first bytes are known; UINT64_MAX if nothing of it goes.
+std::uint64_t Redactor::SecretBeginOf(Direction way, read::Bytes head, std::uint64_t total) const
+{
+    constexpr std::uint64_t identifier = 3; // with the service before it
+    constexpr std::uint64_t longest = 64;   // no secret begins later
+    std::vector<std::uint8_t> message(head.begin(), head.end());
+    message.resize(static_cast<std::size_t>(std::max<std::uint64_t>(head.size(), std::min(total, longest))));
+    const SecretPart part =
+        way == Direction::ToTarget ? words::SecretOfRequest(Dialect::Uds, message) : SecretOfAnswer(message);
+    if (part.What == Secret::None)
+        return identifier;
+    return Takes(part.What) ? part.Begin : UINT64_MAX;
+}
+
+/// What is secret in the message of a listing. The protocol of its link does not matter: rather too much is
+/// taken out than too little.
+SecretPart Redactor::SecretOf(const Listing& listing, read::Bytes message) const
+{
+    const bool isMessage = listing.Label == "pCoPData" || listing.Label == "pDataBytes" || listing.IsOfReport;
+    if (listing.IsTail || !isMessage)
         return {};
-    const bool isPlain = isRequest || isAnswer;
-    const std::size_t begin = isPlain ? 0 : MessageBegin(listing.Bytes);
-    const read::Bytes message = read::Bytes(listing.Bytes).subspan(begin);
-    SecretPart part = listing.Way == Direction::ToTarget ? words::SecretOfRequest(Dialect::Uds, message)
-                                                         : SecretOfAnswer(message);
-    part.Begin += begin;
-    return part;
+    return listing.Way == Direction::ToTarget ? words::SecretOfRequest(Dialect::Uds, message)
+                                              : SecretOfAnswer(message);
 }
 
 SecretPart Redactor::SecretOfAnswer(read::Bytes answer) const

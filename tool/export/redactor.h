@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -14,6 +15,7 @@
 
 #include "line/arrows.h"
 #include "tool/export/secret_values.h"
+#include "tool/export/transport_frames.h"
 #include "tool/read/byte_filter.h"
 #include "tool/read/exchange.h"
 #include "tool/words/secrets.h"
@@ -72,8 +74,14 @@ private:
         std::size_t TextBegin = 0; ///< of the first row's line
         Direction Way = Direction::ToTarget;
         bool IsOfReport = false;
-        bool IsTail = false; ///< its beginning was not seen
+        std::optional<std::uint32_t> Address; ///< of that report
+        bool IsTail = false;                  ///< its beginning was not seen
         bool IsSecretTail = false;
+    };
+    struct Report
+    {
+        bool IsOpen = false;
+        std::optional<std::uint32_t> Address;
     };
     struct File
     {
@@ -81,7 +89,7 @@ private:
         std::size_t Scanned = 0;
         std::uint64_t Lines = 0;
         Listing Open;
-        std::map<std::uint32_t, bool> IsInReport; ///< by thread
+        std::map<std::uint32_t, Report> Reports; ///< by thread
     };
 
     void ReadLine(std::uint32_t number, File& file, std::size_t begin, std::size_t end);
@@ -90,7 +98,9 @@ private:
     void Close(std::uint32_t number, File& file);
     void Write(std::uint32_t number, File& file, const Listing& listing, std::span<const std::uint8_t> bytes);
     std::vector<std::uint8_t> Redacted(const Listing& listing, bool& endsSecret);
-    words::SecretPart SecretOf(const Listing& listing) const;
+    bool RedactSegment(const Listing& listing, std::uint8_t* out);
+    std::uint64_t SecretBeginOf(Direction way, read::Bytes head, std::uint64_t total) const;
+    words::SecretPart SecretOf(const Listing& listing, read::Bytes message) const;
     words::SecretPart SecretOfAnswer(read::Bytes answer) const;
     void RedactPart(words::Secret what, read::Bytes part, std::uint8_t* out);
     void RedactKnown(read::Bytes bytes, std::uint8_t* out);
@@ -108,6 +118,7 @@ private:
     std::unordered_set<std::uint64_t> payloads_;                 ///< hashes of changed listings
     std::deque<std::uint64_t> payloadOrder_;
     std::deque<std::vector<std::uint8_t>> reads_; ///< requests for several identifiers, the newest last
+    SegmentedMessages segments_;
     std::uint64_t changedLines_ = 0;
 };
 

@@ -76,15 +76,14 @@ function takeAddress(address) {
 }
 
 let addressTimer = 0;
-let ownAddress = "";
 /** Writes the state into the address, a moment after the last change. */
 function saveAddress() {
   clearTimeout(addressTimer);
   addressTimer = setTimeout(() => {
-    ownAddress = addressOf();
-    if (ownAddress === location.hash.slice(1)) return;
+    const address = addressOf();
+    if (address === location.hash.slice(1)) return;
     try {
-      history.replaceState(null, "", ownAddress ? `#${ownAddress}` : location.pathname + location.search);
+      history.replaceState(null, "", address ? `#${address}` : location.pathname + location.search);
     } catch {
       // Browsers refuse many changes within a short time; the next one will do.
     }

@@ -87,12 +87,13 @@ function drawExchange(head, i) {
   );
 }
 
-/** "read identifier VIN" */
+/** "read identifier · VIN"; a detail that says the same is left out. */
 function wordsOf(i) {
   const { exchanges, strings } = model;
   const words = strings[exchanges.words[i]];
   const detail = strings[exchanges.detail[i]];
-  return detail && !words.includes(detail) ? `${words} · ${detail}` : words;
+  const isSame = words.replaceAll(" ", "").toLowerCase() === detail.toLowerCase();
+  return detail && !isSame ? `${words} · ${detail}` : words;
 }
 
 function drawRemark(head, i) {

@@ -110,7 +110,8 @@ function tipText({ lane, i }) {
   if (lane.kind === "link") {
     const answers = [];
     for (let r = firstResponse[i]; r < firstResponse[i + 1]; ++r) answers.push(`${strings[responses.text[r]]}  ${latencyText(responses.after[r], responses.byLog[r])}`.trim());
-    return `${secondsText(lane.begins[i])} s  ${strings[exchanges.text[i]]}  ${wordsOf(i)}\n${answers.join("\n") || Outcomes[exchanges.outcome[i]]}`;
+    const request = [`${secondsText(lane.begins[i])} s`, strings[exchanges.text[i]], wordsOf(i)].filter(Boolean).join("  ");
+    return `${request}\n${answers.filter(Boolean).join("\n") || Outcomes[exchanges.outcome[i]]}`;
   }
   const duration = records.dur[i] >= 0 && records.kind[i] < 2 ? `, ${grouped(records.dur[i])} ms` : "";
   return `${secondsText(lane.begins[i])} s  ${strings[records.name[i]]}${duration}\n${statusText(i) || "good"}, line ${lineText(model, records.line[i])}`;

@@ -112,12 +112,14 @@ function onPageKey(event) {
 function chooseView(view) {
   if (view === state.view) return;
   const [first] = rowsInSight();
+  const isAtTop = byId("list-box").scrollTop === 0 && currentRow() < 0;
   const ms = rows.kind.length > 0 ? rowTimes()[currentRow() >= 0 ? currentRow() : first] : 0;
   const exchange = state.at[0] === "e" ? Number(state.at.slice(1)) : state.at[0] === "r" ? (model.exchangeOf[Number(state.at.slice(1))] ?? -1) : -1;
   state.view = view;
   if (exchange >= 0) state.at = view === "talk" ? `e${exchange}` : `r${model.exchanges.record[exchange]}`;
   else state.at = "";
   update();
+  if (isAtTop) return;
   let row = state.at ? rowOf(state.at) : -1;
   if (row < 0) row = rowTimes().findIndex((time) => time >= ms);
   if (row > 0 || exchange >= 0) showRow(Math.max(0, row), true);

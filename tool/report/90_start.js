@@ -47,7 +47,7 @@ async function start() {
     readColors();
     timelineChanged();
   });
-  addEventListener("hashchange", () => location.hash.slice(1) !== ownAddress && takeState());
+  addEventListener("hashchange", takeState); // by the user: the page's own changes do not raise it
   lines.ready = readLines(model);
   takeState();
   document.documentElement.dataset.ready = "model";

@@ -22,25 +22,55 @@ function search(query) {
   model.lowerStrings ??= model.strings.map((text) => text.toLowerCase());
   for (const needle of needles) {
     model.lowerStrings.forEach((text, i) => text.includes(needle) && (found.strings[i] = 1));
-    for (const block of lines.blocks) searchBlock(block, needle, found);
+    const skipped = rareIn(needle);
+    for (const block of lines.blocks) searchBlock(block, needle, skipped, found);
   }
   return found;
 }
 
+const MostSought = 6;
+
+/**
+ * Where in a needle the character is that is rarest in the log. Browsers look for a text of a few characters by
+ * its first one, as fast as memory can be read if that is rare: two to five times as fast as for the whole.
+ */
+function rareIn(needle) {
+  if (lines.blocks.length === 0) return 0;
+  search.counts ??= countCharacters(lines.blocks[lines.blocks.length >> 1].lower.slice(0, 100000));
+  let best = 0;
+  for (let i = 1; i < needle.length; ++i)
+    if ((search.counts.get(needle[i]) ?? 0) < (search.counts.get(needle[best]) ?? 0)) best = i;
+  return best;
+}
+
+function countCharacters(text) {
+  const counts = new Map();
+  for (const character of text) counts.set(character, (counts.get(character) ?? 0) + 1);
+  return counts;
+}
+
+/** Where a needle is in a text, from an offset on; -1 if it is not. */
+function indexOfNeedle(text, needle, skipped, from) {
+  const rest = needle.slice(skipped, skipped + MostSought);
+  for (let at = text.indexOf(rest, from + skipped); at >= 0; at = text.indexOf(rest, at + 1))
+    if (text.startsWith(needle, at - skipped)) return at - skipped;
+  return -1;
+}
+
 /** A record is found once: the rest of its lines is passed over. */
-function searchBlock(block, needle, found) {
+function searchBlock(block, needle, skipped, found) {
   const { starts, owner } = lines;
   const following = lines.blocks[lines.blocks.indexOf(block) + 1];
   const end = following ? following.first : starts.length;
   let line = block.first;
-  for (let at = block.lower.indexOf(needle); at >= 0; ) {
+  for (let at = indexOfNeedle(block.lower, needle, skipped, 0); at >= 0; ) {
     line = lineOfOffset(at, line, end);
     const whose = owner[line];
     if (whose >= 0) found.records[whose] = 1;
     else found.others[otherOf(line)] = 1;
     while (line < end && owner[line] === whose) ++line;
     if (line >= end) return;
-    at = block.lower.indexOf(needle, starts[line]);
+    at = indexOfNeedle(block.lower, needle, skipped, starts[line]);
   }
 }
 

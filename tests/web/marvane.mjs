@@ -30,8 +30,9 @@ export const demo = join(folder, "demo");
 
 /** Every log of the tests: files, and folders whose files belong together. */
 export function logs() {
+  const isLog = (name) => name.endsWith(".LGR");
   return readdirSync(folder, { withFileTypes: true })
-    .filter((entry) => entry.name.endsWith(".LGR") || (entry.isDirectory() && entry.name !== "output"))
+    .filter((entry) => isLog(entry.name) || (entry.isDirectory() && readdirSync(join(folder, entry.name)).some(isLog)))
     .map((entry) => join(folder, entry.name));
 }
 

@@ -66,19 +66,27 @@ test("no script of the page makes markup of text, or text to run", () => {
   }
 });
 
-test("every log of the tests gives a page that shows all of its lines", { skip }, () =>
+/** All lines that the rows of all calls show, in the order of the log. */
+const shownLines = (page) =>
+  page.evaluate(() => {
+    const ofRow = (kind, row) => {
+      const ref = rows.ref[row];
+      return kind === RowRecord ? linesOfRecord(ref) : kind === RowOther ? rangeOf(lines.others.line[ref], lines.others.count[ref]) : [];
+    };
+    const all = rows.kind.flatMap(ofRow).sort((a, b) => a - b);
+    return all.map((line) => lineAt(line).stamp + lineAt(line).text);
+  });
+
+test("every line of every log of the tests is shown, once", { skip }, () =>
   withBrowser(async (browser) => {
-    for (const log of logs())
-      await withPage(browser, writeReport(folder, log), async (page) => {
+    const alone = logs().filter((log) => log.endsWith(".LGR") && !log.includes("not_utf8"));
+    const together = logs().find((log) => log.endsWith("continuation"));
+    for (const [options, folderOf] of [[alone, join(source, "tests", "logs")], [[together], together]])
+      await withPage(browser, writeReport(folder, ...options), async (page) => {
         await page.check("input[value=calls]");
         await settled(page);
-        const shown = await page.evaluate(() => {
-          const shownLines = rows.kind.flatMap((kind, row) => (kind === RowRecord ? linesOfRecord(rows.ref[row]) : kind === RowOther ? rangeOf(lines.others.line[rows.ref[row]], lines.others.count[rows.ref[row]]) : []));
-          return shownLines.sort((a, b) => a - b).map((line) => lineAt(line).stamp + lineAt(line).text);
-        });
-        const all = linesOf(log, await page.evaluate(() => model.files.map((file) => file.name)));
-        if (!/not_utf8/.test(log)) assert.deepEqual(shown, all, log);
-        else assert.equal(shown.length, all.length, log);
+        const names = await page.evaluate(() => model.files.map((file) => file.name));
+        assert.deepEqual(await shownLines(page), linesOf(folderOf, names));
       });
   }));
 
@@ -114,10 +122,6 @@ test("a log of 100,000 lines: rows on demand, search, the end of the list", { sk
       await page.click("#list .row:last-child .head");
       await page.waitForSelector(".detail .log-line");
       assert.equal((await page.evaluate(() => [...document.querySelectorAll(".log-line")].at(-1).textContent)).trim(), `${file.length}${file.at(-1)}`);
-      const wrong = await page.evaluate(
-        (all) => rows.kind.flatMap((kind, row) => (kind === RowRecord ? linesOfRecord(rows.ref[row]) : [])).filter((line) => lineAt(line).stamp + lineAt(line).text !== all[line]).length,
-        file,
-      );
-      assert.equal(wrong, 0);
+      assert.ok((await shownLines(page)).every((line, i) => line === file[i]));
     });
   }));

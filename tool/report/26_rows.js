@@ -106,17 +106,22 @@ function foldKind(i) {
   return exchanges.sid[i] === 0x36 ? 1 : exchanges.sid[i] === 0x3e ? 2 : 0;
 }
 
+/** Whether an exchange goes into the fold of another one: what the row of the fold says is true of both. */
+function isFoldedWith(first, i) {
+  const { exchanges } = model;
+  const kind = foldKind(first);
+  const isSame = foldKind(i) === kind && exchanges.link[i] === exchanges.link[first] && exchanges.outcome[i] === exchanges.outcome[first];
+  return isSame && (kind === 1 || exchanges.text[i] === exchanges.text[first]);
+}
+
 /** Long runs of transfers and tester presents on one link become one row; an unfolded one is followed by its rows. */
 function fold(made) {
   const result = { kind: [], ref: [], total: made.total };
-  const { exchanges } = model;
   const put = (kind, ref) => result.kind.push(kind) && result.ref.push(ref);
   for (let i = 0; i < made.kind.length; ) {
     const kind = made.kind[i] === RowExchange ? foldKind(made.ref[i]) : 0;
     let end = i + 1;
-    const isSame = (row) =>
-      made.kind[row] === RowExchange && foldKind(made.ref[row]) === kind && exchanges.link[made.ref[row]] === exchanges.link[made.ref[i]];
-    if (kind > 0) while (end < made.kind.length && isSame(end)) ++end;
+    if (kind > 0) while (end < made.kind.length && made.kind[end] === RowExchange && isFoldedWith(made.ref[i], made.ref[end])) ++end;
     const isFold = end - i >= FoldFrom;
     if (isFold) {
       const members = made.ref.slice(i, end);

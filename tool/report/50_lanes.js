@@ -69,9 +69,10 @@ function endOfExchange(i) {
   const { exchanges, records, answers, firstAnswer } = model;
   const record = exchanges.record[i];
   if (record < 0) return 0;
-  if (exchanges.end[i] >= 0) return records.time[record] + exchanges.end[i] + 1;
   const last = firstAnswer[i + 1] - 1;
-  if (last >= firstAnswer[i]) return answers.time[last];
+  const answered = last >= firstAnswer[i] ? model.spread(answers.time[last], answers.line[last]) : -1;
+  if (exchanges.end[i] >= 0) return Math.max(answered, records.time[record] + exchanges.end[i]);
+  if (answered >= 0) return answered;
   return exchanges.outcome[i] === 5 ? model.end : model.ends[record];
 }
 

@@ -151,18 +151,18 @@ function fillHelp(dialog) {
   const close = button("Close", "", () => dialog.close());
   const head = element("h2", "", "Keys and marks");
   head.id = "keys-head";
-  dialog.append(
-    head,
-    element("h3", "", "Everywhere"),
-    table([["/", "search"], ["e E", "next, previous error"], ["l", "to the list"], ["t", "to the timeline"], ["v", "the other view"], ["x", "clear the filters"], ["Ctrl+Shift+C", "copy the rows"], ["?", "this page"]]),
-    element("h3", "", "List"),
-    table([["↑ ↓", "row"], ["PgUp PgDn", "page"], ["Home End", "first, last row"], ["Enter", "unfold, fold"], ["→ ←", "unfold, fold"], ["c", "copy the row"]]),
-    element("h3", "", "Timeline"),
-    table([["← →", "move"], ["+ −", "zoom"], ["0", "the whole log"], ["↑ ↓", "row"], ["Enter", "unfold the row"], ["Ctrl+wheel", "zoom at the pointer"], ["Shift+wheel", "move"]]),
-    element("h3", "", "Marks"),
-    marks,
-    close,
+  head.tabIndex = -1;
+  head.autofocus = true;
+  const part = (title, content) => element("section", "", element("h3", "", title), content);
+  const parts = element(
+    "div",
+    "help-parts",
+    part("Everywhere", table([["/", "search"], ["e E", "next, previous error"], ["l", "to the list"], ["t", "to the timeline"], ["v", "the other view"], ["x", "clear the filters"], ["Ctrl+Shift+C", "copy the rows"], ["?", "this page"]])),
+    part("List", table([["↑ ↓", "row"], ["PgUp PgDn", "page"], ["Home End", "first, last row"], ["→ ←", "unfold, fold"], ["Enter", "unfold or fold"], ["c", "copy the row"]])),
+    part("Timeline", table([["← →", "move"], ["+ −", "zoom"], ["0", "the whole log"], ["↑ ↓", "row"], ["Enter", "unfold the row"], ["Ctrl+wheel", "zoom at the pointer"], ["Shift+wheel", "move"]])),
+    part("Marks", marks),
   );
+  dialog.append(head, parts, close);
 }
 
 function startControls() {

@@ -3,15 +3,17 @@
 
 function takeState() {
   takeAddress(location.hash.slice(1));
+  timeline.isLeading = true; // the address says what it shows, not the list
+  if (state.at) unfoldAround(state.at);
   update();
-  if (!state.at) return;
-  if (rowOf(state.at) < 0) unfoldAround(state.at);
-  const row = rowOf(state.at);
+  const row = state.at ? rowOf(state.at) : -1;
   if (row < 0) {
-    update();
-    if (rowOf(state.at) < 0) return;
+    followTimeline(true);
+    return;
   }
-  showRow(rowOf(state.at), true);
+  const before = byId("list-box").scrollTop;
+  showRow(row, true);
+  timeline.isLeading = byId("list-box").scrollTop !== before;
   drawList();
   byId("log").scrollIntoView();
 }

@@ -139,6 +139,7 @@ std::vector<std::string> ItemBalance::WhatIsOut() const
             kind->Lines += (kind->Lines.empty() ? "" : ", ") + PositionText(item.At);
     }
     std::vector<std::string> texts;
+    texts.reserve(kinds.size());
     for (const LeakedKind& kind : kinds)
         texts.push_back(LeakText(kind));
     return texts;

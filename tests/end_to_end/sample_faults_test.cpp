@@ -16,14 +16,15 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-/// Times, places in the log and counts of polls, which differ from run to run, as "N".
+/// Times, places in the log and counts of polls, which differ from run to run, as "N"; each finding on one
+/// line.
 std::string WithoutFigures(const std::string& text)
 {
-    const std::string rows = std::regex_replace(text, std::regex("(^|\n) *\\d+ +\\+\\d+\\.\\d+"), "$1N");
+    const std::string joined = std::regex_replace(text, std::regex("\n {49}(?! )"), " ");
+    const std::string rows = std::regex_replace(joined, std::regex("(^|\n) *\\d+ +\\+\\d+\\.\\d+"), "$1N");
+    const std::string number = "[\\d,]*\\d(\\.\\d)?";
     return std::regex_replace(
-        rows,
-        std::regex("(line |lines |lost: line |after |came )\\d+(\\.\\d)?|\\b\\d+(\\.\\d)?(?= "
-                   "ms|, \\d| empty queues)"),
+        rows, std::regex("(lines? |after |came )" + number + "|\\b" + number + "(?= ms| empty queues)"),
         "$1N");
 }
 
@@ -104,8 +105,7 @@ TEST_F(SampleFaults, AnAnswerBeyondTheTimeoutIsLate)
     EXPECT_EQ(RunWith("slow:80@19").Errors, "diag_session: no answer to 19 02 FF\n");
     EXPECT_EQ(Errors(),
               Lock + TimedOut + TimedOut +
-                  "N  19 02 FF, link 1                 59 02 FF 01 23 45 2F 9A +3  came N ms after its\n"
-                  "                                                 end\n"
+                  "N  19 02 FF, link 1                 59 02 FF 01 23 45 2F 9A +3  came N ms after its end\n"
                   "                requested in line N\n" +
                   Ending("4", AllIsWell));
 }
@@ -132,8 +132,7 @@ TEST_F(SampleFaults, AFullQueueLosesResultsAndSaysSo)
     const auto lost = [](const std::string& request) {
         return "N  " + request + "no answer, after N ms\n" +
                "                perhaps lost: the event queue overflowed meanwhile (line N)\n" +
-               "N  PDUCallbackTrap, link 1          PDU_EVT_DATA_LOST (0x0802): the event queue\n"
-               "                                                 overflowed\n";
+               "N  PDUCallbackTrap, link 1          PDU_EVT_DATA_LOST (0x0802): the event queue overflowed\n";
     };
     EXPECT_EQ(RunWith("lose:3").Errors, "diag_session: the answer to 37 is 7F 37 24\n");
     EXPECT_THAT(
@@ -150,11 +149,19 @@ TEST_F(SampleFaults, AFullQueueLosesResultsAndSaysSo)
 
 TEST_F(SampleFaults, ACrashLeavesTheCallInWhichItHappened)
 {
+    // Before the first link no callback can be open on another thread.
+    EXPECT_NE(RunWith("crash@PDUGetVersion").Status, 0);
+    EXPECT_EQ(Errors(), "N  PDUGetVersion, module 1          entered, never returned: the log ends here\n"
+                        "\n1 found.  1 empty queue is normal and left out (--all).\n"
+                        "Nothing was cut; no event was lost; no line is damaged.\n");
+}
+
+TEST_F(SampleFaults, ACrashInAStartLeavesTheRequest)
+{
     EXPECT_NE(RunWith("crash:12@PDUStartComPrimitive").Status, 0);
-    EXPECT_EQ(Errors(), Lock + Refusals +
-                            "N  PDUStartComPrimitive, link 1     entered, never returned: the log ends here\n"
-                            "                its request: 31 01 FF 00, start routine\n" +
-                            Ending("5", "Nothing was cut; no event was lost; no line is damaged.\n"));
+    EXPECT_THAT(Errors(),
+                HasSubstr("N  PDUStartComPrimitive, link 1     entered, never returned: the log ends here\n"
+                          "                its request: 31 01 FF 00, start routine\n"));
 }
 
 /// The folder that one test process, in another role, had for its logs.
@@ -197,9 +204,10 @@ TEST(HangingCall, IsTheLastOneOfTheLog)
 TEST_F(SampleFaults, ASlowCallIsSeenAsSuch)
 {
     EXPECT_EQ(RunWith("slow-call:60@PDUGetVersion").Status, 0);
-    const std::string summary = RunProgram("marvane", "summary " + Quoted(LogFolder())).Output;
-    EXPECT_TRUE(std::regex_search(summary, std::regex("slow +(6\\d|[7-9]\\d|\\d{3,}) ms  PDUGetVersion")))
-        << summary;
+    const std::string summary = RunProgram("marvane", "summary --all " + Quoted(LogFolder())).Output;
+    std::smatch row;
+    ASSERT_TRUE(std::regex_search(summary, row, std::regex("\n +1 +(\\d+) .* PDUGetVersion\n"))) << summary;
+    EXPECT_GE(std::stol(row[1]), 60);
 }
 
 TEST_F(SampleFaults, AnApplicationThatDestroysNoAnswersLeaksThem)

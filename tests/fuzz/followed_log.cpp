@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 
 #include <gtest/gtest.h>
 
@@ -127,9 +125,7 @@ std::vector<LogLine> FollowedLog::NewLines()
 
 std::string FollowedLog::BytesFrom(const std::string& name, std::uintmax_t begin) const
 {
-    std::ifstream file(folder_ / name, std::ios::binary);
-    file.seekg(static_cast<std::streamoff>(begin));
-    std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    std::string bytes = FileBytes(folder_ / name, begin);
     // The rest of the last line may still be in the logger's buffer.
     bytes.erase(bytes.rfind('\n') + 1);
     return bytes;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 
 #include "platform/files.h"
 
@@ -17,7 +16,9 @@ std::optional<std::string> ReadFileBytes(const std::string& path, std::size_t li
     if (failed || size > limit || !IsFile(path))
         return std::nullopt;
     std::ifstream file(FilePath(path), std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    std::string bytes(static_cast<std::size_t>(size), '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(size));
+    bytes.resize(static_cast<std::size_t>(file.gcount())); // it may have become shorter
     if (!file.is_open() || file.bad())
         return std::nullopt;
     return bytes;

@@ -10,7 +10,7 @@ case ${MARVANE_BUILD:-} in
 /*) builds=$MARVANE_BUILD ;;
 *) builds="$PWD/$MARVANE_BUILD" ;;
 esac
-# Wine's starters and the tests read it too.
+# cmake/run-under-wine reads it too.
 [ -z "${MARVANE_BUILD:-}" ] || export MARVANE_BUILD="$builds"
 
 say() { printf '\n== %s\n' "$*"; }
@@ -42,7 +42,7 @@ show_progress() {
         *) continue ;;
         esac
         case $counter in */*/* | *[!0-9/]*) continue ;; esac
-        # A builder that finds more to do begins anew.
+        # A builder that finds more to do starts over.
         [ "$total" = "${counter#*/}" ] || tenth=0 total=${counter#*/}
         [ "$total" -gt 0 ] || continue
         if [ -t 2 ]; then

@@ -1,5 +1,4 @@
-// What a compiler and its library must know for Marvane; compiled, never run, to recognise those that are too
-// old.
+// Features of C++20 that Marvane needs. Compiled, never run, to recognise compilers that are too old.
 #include <algorithm>
 #include <array>
 #include <charconv>

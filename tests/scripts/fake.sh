@@ -1,5 +1,5 @@
 # Sourced by tests/scripts/run: a copy of the checkout's scripts in $work/checkout, and in $work/bin the programs that
-# it finds: those of every system, and tools that only pretend.
+# it finds: those of every system, and fake tools.
 
 basic_programs="sh awk basename cat chmod cp cut date dirname env expr find grep head id ln ls mkdir mktemp mv nproc readlink rm
     sed seq sleep sort tail touch tr uname wc xargs"

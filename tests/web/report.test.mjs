@@ -144,6 +144,20 @@ pageTest("an error's chip jumps to its row", async (page) => {
   }
 });
 
+pageTest("an unfolded row says why the call failed", async (page) => {
+  await page.click(".chip >> nth=0");
+  await page.waitForSelector(".detail .lines");
+  const facts = await page.evaluate(() => [...document.querySelectorAll(".facts-of-row > div")].map((fact) => [...fact.children].map((each) => each.textContent).join(": ")));
+  assert.deepEqual(facts, [
+    "Status: PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)",
+    "Begun: 22 Nov 2026 00:27:36.985",
+    "Duration: 0 ms",
+    "Thread: 00004251",
+    "Link: 2 ISO15765_CAN_6_14",
+    "Failed call: RSC_LOCKED_BY_OTHER_CLL (0x00A1); link 1 holds the lock since line 510",
+  ]);
+});
+
 pageTest("the latency of each service is a histogram that filters", async (page) => {
   const services = await page.evaluate(() => [...document.querySelectorAll("#latency tbody tr")].map((row) => [...row.children].map((each) => each.textContent || each.firstChild.getAttribute("aria-label")).join("|")));
   assert.deepEqual(services.slice(0, 2), ["ReadDataByIdentifier|4|from 2.1 to 2.2 ms|2.1|2.2|2.2", "SecurityAccess|3|from 2.1 to 2.1 ms|2.1|2.1|2.1"]);

@@ -18,11 +18,11 @@ const ErrorWords = {
 let errorGroups = [];
 let lastError = -1;
 
-/** Groups of errors that say the same. */
+/** Groups of errors that say the same; damaged lines are one group, whatever their text. */
 function groupErrors() {
   const groups = new Map();
   model.errors.forEach((error, i) => {
-    const text = error.text.replace(/,? after [\d.,~]+ ms$|,? [\d.,~]+ ms after sending$/, "");
+    const text = error.what === "damaged" ? "" : error.text.replace(/,? after [\d.,~]+ ms$|,? [\d.,~]+ ms after sending$/, "");
     const key = `${error.what}\n${text}`;
     if (!groups.has(key)) groups.set(key, { what: error.what, text, members: [] });
     groups.get(key).members.push(i);
@@ -39,18 +39,21 @@ function drawErrors() {
     return;
   }
   byId("errors-head").append(" ", element("span", "number-of", grouped(model.errors.length)));
-  errorGroups.forEach((group, i) => {
-    const chip = drawChip(group);
-    chip.hidden = i >= MostChips;
-    box.append(chip);
+  drawChips(box, 0);
+}
+
+/** The chips from one on, so many at a time: a log can have thousands of different errors. */
+function drawChips(box, first) {
+  const end = Math.min(first + MostChips, errorGroups.length);
+  for (let i = first; i < end; ++i) box.append(drawChip(errorGroups[i]));
+  const rest = errorGroups.length - end;
+  if (rest === 0) return;
+  const more = button(`${grouped(rest)} more`, "plain", () => {
+    more.remove();
+    drawChips(box, end);
+    box.children[end].focus();
   });
-  if (errorGroups.length > MostChips)
-    box.append(
-      button(`${grouped(errorGroups.length - MostChips)} more`, "plain", (event) => {
-        for (const chip of box.children) chip.hidden = false;
-        event.target.remove();
-      }),
-    );
+  box.append(more);
 }
 
 function drawChip(group) {
@@ -64,6 +67,14 @@ function drawChip(group) {
   chip.append(" ", isOne ? element("span", "chip-place", first.subject) : element("span", "chip-count", `×${grouped(group.members.length)}`));
   chip.title = [first.subject, first.text, ...(first.why ?? [])].join("\n");
   return chip;
+}
+
+/** What was found about a call, and why where that is known: as facts of its row. */
+function errorFacts(record) {
+  if (record < 0) return [];
+  const { kind, seq } = model.records;
+  const found = kind[record] === 0 ? model.errors.filter((error) => error.seq === seq[record]) : [];
+  return found.map((error) => [ErrorWords[error.what] ?? error.what, [error.text, ...(error.why ?? [])].join("; ")]);
 }
 
 /** The next error after the last one, or the one before it. */
@@ -89,7 +100,8 @@ async function jumpToError(i) {
   unfoldAround(key);
   update();
   byId("log").scrollIntoView({ block: "start" });
-  goTo(rowOf(key), { hasFocus: true, isCentered: true });
+  if (rowOf(key) < 0 && record >= 0) showRecord(record);
+  else goTo(rowOf(key), { hasFocus: true, isCentered: true });
   say([ErrorWords[error.what] ?? "", error.subject, error.text, ...(error.why ?? [])].join(", "));
 }
 

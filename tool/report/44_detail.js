@@ -41,7 +41,7 @@ function detailOfExchange(detail, i) {
   const latency = exchanges.latency[i];
   detail.append(
     factList([
-      ["Service", strings[exchanges.service[i]]],
+      ["Service", [strings[exchanges.service[i]], strings[exchanges.detail[i]]].filter(Boolean).join(" · ")],
       ["Outcome", Outcomes[exchanges.outcome[i]]],
       ["Latency", latency < 0 ? "" : `${latencyText(latency, flags & ExchangeByLog)} ms, ${flags & ExchangeByLog ? "log's clock, from call to fetch" : "library's clock"}`],
       ["Link", linkTitle(exchanges.link[i])],
@@ -49,6 +49,7 @@ function detailOfExchange(detail, i) {
       ["Begun", record < 0 ? "" : absoluteTime(records.time[record])],
       ["Sent", exchanges.sent[i] < 0 ? "" : `${grouped(exchanges.sent[i])} ms after the call`],
       ["Redacted", flags & ExchangeRedacted ? "bytes were replaced" : ""],
+      ...errorFacts(record),
     ]),
   );
   detail.append(actionsOf(() => exchangeAsText(i), record));
@@ -93,6 +94,7 @@ function detailOfRecord(detail, i) {
       ["Thread", threadText(model.threads[records.thread[i]]?.id ?? 0)],
       ["Link", linkTitle(records.link[i])],
       ["Redacted", flags & RecordRedacted ? "bytes were replaced" : ""],
+      ...errorFacts(i),
     ]),
   );
   detail.append(actionsOf(() => recordAsText(i), -1));

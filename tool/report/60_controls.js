@@ -148,6 +148,17 @@ function fillHelp(dialog) {
     ["", "+4", "so many bytes are not shown here, or are not in the log"],
   ])
     marks.append(element("div", "", element("dt", `mark ${className}`, glyph), element("dd", "", text)));
+  const colors = element("dl", "help");
+  for (const [name, text] of [
+    ["good", "answered"],
+    ["bad", "refused, no answer, failed"],
+    ["warn", "cancelled, or open"],
+    ["idle", "no answer wanted"],
+    ["call", "call"],
+    ["callback", "callback"],
+    ["report", "report of the library about its traffic"],
+  ])
+    colors.append(element("div", "", element("dt", "", element("span", `swatch swatch-${name}`)), element("dd", "", text)));
   const close = button("Close", "", () => dialog.close());
   const head = element("h2", "", "Keys and marks");
   head.id = "keys-head";
@@ -161,6 +172,7 @@ function fillHelp(dialog) {
     part("List", table([["↑ ↓", "row"], ["PgUp PgDn", "page"], ["Home End", "first, last row"], ["→ ←", "unfold, fold"], ["Enter", "unfold or fold"], ["c", "copy the row"]])),
     part("Timeline", table([["← →", "move"], ["+ −", "zoom"], ["0", "the whole log"], ["↑ ↓", "row"], ["Enter", "unfold the row"], ["Ctrl+wheel", "zoom at the pointer"], ["Shift+wheel", "move"]])),
     part("Marks", marks),
+    part("Colors of the timeline", colors),
   );
   dialog.append(head, parts, close);
 }

@@ -7,6 +7,8 @@ function beginPrint() {
   if (list.isPrinted || !model) return;
   list.isPrinted = true;
   document.documentElement.classList.add("printed");
+  readColors();
+  drawTimeline();
   const count = Math.min(rows.kind.length, MostPrinted);
   putRows(Array.from({ length: count }, (_, i) => i));
   list.countText = byId("count").textContent;
@@ -17,6 +19,8 @@ function endPrint() {
   if (!list.isPrinted) return;
   list.isPrinted = false;
   document.documentElement.classList.remove("printed");
+  readColors();
+  drawTimeline();
   byId("count").textContent = list.countText;
   redrawList();
 }

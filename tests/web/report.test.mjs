@@ -102,6 +102,8 @@ pageTest("a search finds words, bytes and every line of the log, in upper and lo
     "nothing of this kind": "Nothing matches: 0 of 24 rows of the conversation",
   });
   await page.check("input[value=calls]");
+  await searchFor(page, "invalidkey");
+  assert.match((await rowsOf(page)).join("\n"), /^0\.064\|00004251\|PDUStartComPrimitive\|[^\n]*\|1225$/);
   await searchFor(page, "hwserialnumber");
   assert.deepEqual((await rowsOf(page)).map((row) => row.split("|")[2]), ["PDUGetVersion"]);
   await page.click(".row .head");

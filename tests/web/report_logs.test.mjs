@@ -110,6 +110,8 @@ test("a log of 100,000 lines: rows on demand, search, the end of the list", { sk
     await withPage(browser, writeReport(folder, log), async (page) => {
       assert.equal(await textOf(page, "#count"), `${24 * times} rows of the conversation`);
       assert.ok((await page.evaluate(() => document.querySelectorAll("#list > .row").length)) < 80);
+      const links = await page.evaluate(() => [...document.querySelectorAll(".link-fact")].map((link) => link.textContent));
+      assert.deepEqual(links, ["1 ISO_15765_3_on_ISO_15765_2pins 6, 14 · 600 requests", "2 ISO15765_CAN_6_14not connected", "3 ISO_14229_5_on_ISO_13400_2pins 3, 11 · 40 requests"]);
       await searchFor(page, "requestoutofrange");
       assert.equal(await textOf(page, "#count"), `${times} of ${24 * times} rows of the conversation`);
       await page.check("input[value=calls]");

@@ -27,6 +27,7 @@ const ExchangeByLog = 1;
 const ExchangeQuiet = 2;
 const ExchangeCut = 4;
 const ExchangeRedacted = 8;
+const ExchangeRequest = 16;
 
 /** Names that can be filtered by: services, then functions. By name: how many there are of it. */
 function servicesOf(model) {

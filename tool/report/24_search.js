@@ -105,14 +105,25 @@ function otherOf(line) {
   return low;
 }
 
-/** Whether the words or the lines of an exchange, those of its answers too, were found. */
-function isExchangeFound(found, i) {
-  const { exchanges, responses, answers, firstResponse, firstAnswer } = model;
-  const { strings, records } = found;
+/** Whether a record was found: by its lines, or by the words of the exchange that it begins. */
+function isRecordFound(found, i) {
+  return found.records[i] === 1 || (model.exchangeOf[i] >= 0 && hasFoundWords(found, model.exchangeOf[i]));
+}
+
+function hasFoundWords({ strings }, i) {
+  const { exchanges, responses, firstResponse } = model;
   if (strings[exchanges.text[i]] || strings[exchanges.words[i]] || strings[exchanges.detail[i]] || strings[exchanges.service[i]] || strings[exchanges.request[i]])
     return true;
-  if (exchanges.record[i] >= 0 && records[exchanges.record[i]]) return true;
   for (let r = firstResponse[i]; r < firstResponse[i + 1]; ++r) if (strings[responses.text[r]]) return true;
+  return false;
+}
+
+/** Whether the words or the lines of an exchange, those of its answers too, were found. */
+function isExchangeFound(found, i) {
+  const { exchanges, answers, firstAnswer } = model;
+  const { strings, records } = found;
+  if (hasFoundWords(found, i)) return true;
+  if (exchanges.record[i] >= 0 && records[exchanges.record[i]]) return true;
   for (let a = firstAnswer[i]; a < firstAnswer[i + 1]; ++a) {
     const whose = answers.line[a] >= 0 ? lines.owner[answers.line[a]] : -1;
     if (strings[answers.text[a]] || (whose >= 0 && records[whose])) return true;

@@ -149,7 +149,7 @@ function callRows() {
   };
   for (let i = 0; i < records.length; ++i) {
     putOthers(records.line[i]);
-    if (!wants(i) || (found && !found.records[i])) continue;
+    if (!wants(i) || (found && !isRecordFound(found, i))) continue;
     const session = sessions(i);
     if (session >= 0) put(RowSession, session);
     put(RowRecord, i);

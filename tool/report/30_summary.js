@@ -12,7 +12,7 @@ function drawTop() {
   facts.push(counted(model.lineCount, "line"), counted(summary.threads, "thread"));
   const processes = new Set(summary.sessions.map((each) => each.process)).size;
   if (processes > 1) facts.push(counted(processes, "process"));
-  if (summary.sessions.length > 1) facts.push(counted(summary.sessions.length, "session"));
+  if (summary.sessions.length > 1) facts.push(counted(summary.sessions.at(-1).number, "session"));
   else if (session) facts.push(session.ended ? "ended with PDUDestruct" : "no PDUDestruct in the log");
   const top = byId("facts");
   top.replaceChildren();
@@ -53,7 +53,7 @@ function drawSummary() {
     putFact("Library", element("span", "path", target), [session.target_version, loaded, session.marvane ? `Marvane ${session.marvane}` : ""].filter(Boolean).join(" · "));
   }
   drawModules(summary.modules);
-  const links = groupedLinks(summary.links);
+  const links = groupedLinks();
   const shown = links.slice(0, MostShown).map(summaryOfLink);
   if (links.length > 0) putFact(links.length > 1 ? "Links" : "Link", ...shown, links.length > MostShown ? `and ${counted(links.length - MostShown, "more link")}` : "");
   const { requests } = summary;
@@ -74,25 +74,21 @@ function drawModules(modules) {
     putFact(`Module ${module.hmod}`, module.name, [module.serial ? `serial number ${module.serial}` : "", module.software].filter(Boolean).join(" · "));
 }
 
-/** Links of the same name in several sessions as one. */
-function groupedLinks(links) {
-  const groups = new Map();
-  for (const link of links) {
-    const label = linkLabel(link);
-    if (!groups.has(label)) groups.set(label, { ...link, requests: 0 });
-    const group = groups.get(label);
-    group.requests += link.requests;
-    group.connected ??= link.connected;
-  }
-  return [...groups.values()];
+/** The links of the log, those of the same name in several sessions as one, with the number of their requests. */
+function groupedLinks() {
+  const { exchanges, links, linkLabels } = model;
+  const groups = linkLabels.map((_, group) => ({ ...links.find((link) => link.group === group), requests: 0 }));
+  for (const link of links) groups[link.group].connected ??= link.connected;
+  for (let i = 0; i < exchanges.length; ++i)
+    if (exchanges.flags[i] & ExchangeRequest && exchanges.link[i] >= 0) ++groups[groupOfLink(exchanges.link[i])].requests;
+  return groups.filter((group) => group.hcll !== undefined);
 }
 
 function summaryOfLink(link) {
   const made = element("span", "link-fact");
-  const group = Math.max(0, model.linkLabels.indexOf(linkLabel(link)));
-  made.append(element("span", `chip-link hue-${group % 6}`, String(link.hcll ?? "–")), " ", element("span", "path", link.protocol || link.resource || "unnamed"));
+  made.append(element("span", `chip-link hue-${link.group % 6}`, String(link.hcll ?? "–")), " ", element("span", "path", link.protocol || link.resource || "unnamed"));
   const pins = link.pins?.length > 0 ? `pins ${link.pins.join(", ")}` : "";
-  const use = link.requests > 0 ? counted(link.requests, "request") : link.connected ? "no requests" : "not connected";
+  const use = link.requests > 0 ? counted(link.requests, "request") : link.connected === null || link.connected === undefined ? "not connected" : "no requests";
   made.append(element("small", "", [pins, use].filter(Boolean).join(" · ")));
   return made;
 }

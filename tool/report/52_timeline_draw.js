@@ -60,7 +60,7 @@ function wantedBars() {
   const exchange = exchangeFilter();
   const record = recordFilter();
   return {
-    thread: (i) => record(i) && (!found || found.records[i] === 1),
+    thread: (i) => record(i) && (!found || isRecordFound(found, i)),
     link: (i) => exchange(i) && (!found || isExchangeFound(found, i)),
   };
 }

@@ -79,11 +79,6 @@ function onSearch() {
 
 function onPageKey(event) {
   const isTyping = event.target.matches?.("input[type=search], select, textarea");
-  if (event.ctrlKey && event.shiftKey && event.key.toLowerCase() === "c") {
-    event.preventDefault();
-    copyRows();
-    return;
-  }
   if (event.key === "Escape" && event.target === byId("search")) {
     byId("search").value = "";
     onSearch();
@@ -101,6 +96,7 @@ function onPageKey(event) {
     l: () => goTo(Math.max(0, currentRow() >= 0 ? currentRow() : rowsInSight()[0]), { hasFocus: true }),
     v: () => chooseView(state.view === "talk" ? "calls" : "talk"),
     x: () => clearFilters() ?? update(),
+    C: copyRows,
     "?": openHelp,
   };
   if (!(event.key in acts)) return;
@@ -168,7 +164,7 @@ function fillHelp(dialog) {
   const parts = element(
     "div",
     "help-parts",
-    part("Everywhere", table([["/", "search"], ["e E", "next, previous error"], ["l", "to the list"], ["t", "to the timeline"], ["v", "the other view"], ["x", "clear the filters"], ["Ctrl+Shift+C", "copy the rows"], ["?", "this page"]])),
+    part("Everywhere", table([["/", "search"], ["e E", "next, previous error"], ["l", "to the list"], ["t", "to the timeline"], ["v", "the other view"], ["x", "clear the filters"], ["C", "copy the rows"], ["?", "this page"]])),
     part("List", table([["↑ ↓", "row"], ["PgUp PgDn", "page"], ["Home End", "first, last row"], ["→ ←", "unfold, fold"], ["Enter", "unfold or fold"], ["c", "copy the row"]])),
     part("Timeline", table([["← →", "move"], ["+ −", "zoom"], ["0", "the whole log"], ["↑ ↓", "row"], ["Enter", "unfold the row"], ["Ctrl+wheel", "zoom at the pointer"], ["Shift+wheel", "move"]])),
     part("Marks", marks),

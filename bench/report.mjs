@@ -5,12 +5,16 @@ import { join } from "node:path";
 import { chromium } from "playwright-core";
 
 const [folder, given] = process.argv.slice(2);
-const browserPath = ["/usr/bin/chromium", "/usr/bin/chromium-browser"].find((path) => statSync(path, { throwIfNoEntry: false }));
+const browserPath = ["/usr/bin/chromium", "/usr/bin/chromium-browser"].find((path) =>
+  statSync(path, { throwIfNoEntry: false }),
+);
 
 /** The demo's session again and again, its time going on. */
 function longLog(lineCount) {
   const demo = join(process.env.MARVANE_SOURCE, "tests", "logs", "demo");
-  const session = readFileSync(join(demo, readdirSync(demo)[0]), "utf8").trimEnd().split("\n");
+  const session = readFileSync(join(demo, readdirSync(demo)[0]), "utf8")
+    .trimEnd()
+    .split("\n");
   const clock = (text, by) => {
     const [h, m, s, ms] = text.split(/[:.]/).map(Number);
     return new Date(((h * 60 + m) * 60 + s) * 1000 + ms + by).toISOString().slice(11, 23);
@@ -18,7 +22,9 @@ function longLog(lineCount) {
   const path = join(folder, "D-PDU_API_Logger_22-11-2026_00-27-36.LGR");
   const parts = [];
   for (let i = 0; i * session.length < lineCount; ++i)
-    parts.push(session.map((line) => (line[0] === "{" ? `{${clock(line.slice(1, 13), i * 200)}${line.slice(13)}` : line)).join("\n"));
+    parts.push(
+      session.map((line) => (line[0] === "{" ? `{${clock(line.slice(1, 13), i * 200)}${line.slice(13)}` : line)).join("\n"),
+    );
   writeFileSync(path, `${parts.join("\n")}\n`);
   return path;
 }
@@ -28,11 +34,17 @@ execFileSync(process.env.MARVANE, ["report", given ?? longLog(1_000_000), "-o", 
 const best = new Map();
 const note = (what, ms) => best.set(what, Math.min(ms, best.get(what) ?? Infinity));
 for (let run = 0; run < 5; ++run) {
-  const browser = await chromium.launch({ executablePath: browserPath, args: process.getuid() === 0 ? ["--no-sandbox"] : [] });
+  const browser = await chromium.launch({
+    executablePath: browserPath,
+    args: process.getuid() === 0 ? ["--no-sandbox"] : [],
+  });
   const tab = await browser.newPage({ viewport: { width: 1280, height: 800 } });
   await tab.goto(`file://${page}`);
   await tab.waitForFunction(() => document.documentElement.dataset.ready === "all", null, { timeout: 0 });
-  for (const { name, startTime } of await tab.evaluate(() => performance.getEntriesByType("mark").map(({ name, startTime }) => ({ name, startTime })))) note(name, startTime);
+  for (const { name, startTime } of await tab.evaluate(() =>
+    performance.getEntriesByType("mark").map(({ name, startTime }) => ({ name, startTime })),
+  ))
+    note(name, startTime);
   for (const view of ["talk", "calls"])
     for (const query of ["requestOutOfRange", "22F190", "PDU", "nothing of this kind"]) {
       const ms = await tab.evaluate(

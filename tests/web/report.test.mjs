@@ -5,7 +5,18 @@ import { after, before, test } from "node:test";
 import { mkdtempSync, readFileSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { demo, source } from "./marvane.mjs";
-import { browserPath, linesOf, rowsOf, searchFor, settled, skip, textOf, withBrowser, withPage, writeReport } from "./report_kit.mjs";
+import {
+  browserPath,
+  linesOf,
+  rowsOf,
+  searchFor,
+  settled,
+  skip,
+  textOf,
+  withBrowser,
+  withPage,
+  writeReport,
+} from "./report_kit.mjs";
 
 const folds = join(source, "tests", "logs", "folds.LGR");
 let folder = "";
@@ -18,12 +29,17 @@ before(() => {
 after(() => rmSync(folder, { recursive: true }));
 
 /** A test with the demo's page. */
-const pageTest = (name, use, options) => test(name, { skip }, () => withBrowser((browser) => withPage(browser, path, use, options)));
+const pageTest = (name, use, options) =>
+  test(name, { skip }, () => withBrowser((browser) => withPage(browser, path, use, options)));
 
 pageTest("the top says what the log is", async (page) => {
   assert.equal(await page.title(), "D-PDU_API_Logger_22-11-2026_00-27-36.LGR");
   assert.equal(await textOf(page, "#facts"), "22 Nov 2026 00:27:36.984 157 ms 2,496 lines 2 threads ended with PDUDestruct");
-  const facts = await page.evaluate(() => [...document.querySelectorAll("#summary .fact")].map((fact) => [...fact.children].map((each) => each.textContent).join("|")));
+  const facts = await page.evaluate(() =>
+    [...document.querySelectorAll("#summary .fact")].map((fact) =>
+      [...fact.children].map((each) => each.textContent).join("|"),
+    ),
+  );
   assert.deepEqual(facts, [
     "Library|/opt/simvci/libSimVci.so|R01.004.0002.0007 · loaded · Marvane R01.000.0000.0000",
     "Module 1|Simulated VCI|serial number 42 · SimVci D-PDU API 001.000.000",
@@ -67,9 +83,16 @@ pageTest("an unfolded row has the whole call and those of its answers, line by l
       lines: [...section.querySelectorAll(".log-line")].map((line) => [...line.children].map((each) => each.textContent)),
     })),
   );
-  assert.deepEqual(sections.map((section) => section.title), ["Request: PDUStartComPrimitivelines 918–939", "Refusal from 7, after 2.1 ms: 7F 22 31 requestOutOfRangelines 969–983"]);
-  for (const { lines } of sections) for (const [number, stamp, text] of lines) assert.equal(stamp + text, log[Number(number) - 1]);
-  assert.deepEqual(sections.map((section) => section.lines.length), [22, 15]);
+  assert.deepEqual(
+    sections.map((section) => section.title),
+    ["Request: PDUStartComPrimitivelines 918–939", "Refusal from 7, after 2.1 ms: 7F 22 31 requestOutOfRangelines 969–983"],
+  );
+  for (const { lines } of sections)
+    for (const [number, stamp, text] of lines) assert.equal(stamp + text, log[Number(number) - 1]);
+  assert.deepEqual(
+    sections.map((section) => section.lines.length),
+    [22, 15],
+  );
 });
 
 pageTest("all calls: every call, callback, report and every other line of the log has a row", async (page) => {
@@ -82,13 +105,30 @@ pageTest("all calls: every call, callback, report and every other line of the lo
     "0.001|00004251|PDURegisterEventCallback|(hMod=<PDU_HANDLE_UNDEF>, hCLL=<PDU_HANDLE_UNDEF>, EventCallbackFunction=0x55ee8d1d97d0)|0|66",
   ]);
   // Together the rows have each line of the log once.
-  const numbers = await page.evaluate(() => rows.kind.flatMap((kind, row) => (kind === RowRecord ? linesOfRecord(rows.ref[row]) : rangeOf(lines.others.line[rows.ref[row]], lines.others.count[rows.ref[row]]))));
-  assert.deepEqual(numbers.sort((a, b) => a - b), linesOf(demo).map((_, i) => i));
+  const numbers = await page.evaluate(() =>
+    rows.kind.flatMap((kind, row) =>
+      kind === RowRecord
+        ? linesOfRecord(rows.ref[row])
+        : rangeOf(lines.others.line[rows.ref[row]], lines.others.count[rows.ref[row]]),
+    ),
+  );
+  assert.deepEqual(
+    numbers.sort((a, b) => a - b),
+    linesOf(demo).map((_, i) => i),
+  );
 });
 
 pageTest("a search finds words, bytes and every line of the log, in upper and lower case", async (page) => {
   const results = {};
-  for (const query of ["22f190", "7F 22 31", "REQUESTOUTOFRANGE", "tester present", "CP_P2Max", "HwSerialNumber", "nothing of this kind"]) {
+  for (const query of [
+    "22f190",
+    "7F 22 31",
+    "REQUESTOUTOFRANGE",
+    "tester present",
+    "CP_P2Max",
+    "HwSerialNumber",
+    "nothing of this kind",
+  ]) {
     await searchFor(page, query);
     results[query] = await textOf(page, "#count");
   }
@@ -105,7 +145,10 @@ pageTest("a search finds words, bytes and every line of the log, in upper and lo
   await searchFor(page, "invalidkey");
   assert.match((await rowsOf(page)).join("\n"), /^0\.064\|00004251\|PDUStartComPrimitive\|[^\n]*\|1225$/);
   await searchFor(page, "hwserialnumber");
-  assert.deepEqual((await rowsOf(page)).map((row) => row.split("|")[2]), ["PDUGetVersion"]);
+  assert.deepEqual(
+    (await rowsOf(page)).map((row) => row.split("|")[2]),
+    ["PDUGetVersion"],
+  );
   await page.click(".row .head");
   assert.equal(await textOf(page, ".detail .lines mark"), "HwSerialNumber");
 });
@@ -129,7 +172,9 @@ pageTest("filters by link, service, outcome and thread", async (page) => {
 });
 
 pageTest("an error's chip jumps to its row", async (page) => {
-  const chips = await page.evaluate(() => [...document.querySelectorAll(".chip")].map((chip) => chip.innerText.replace(/\s+/g, " ")));
+  const chips = await page.evaluate(() =>
+    [...document.querySelectorAll(".chip")].map((chip) => chip.innerText.replace(/\s+/g, " ")),
+  );
   assert.deepEqual(chips, [
     "Failed call RSC_LOCKED_BY_OTHER_CLL (0x00A1) PDULockResource, link 2",
     "Refused 7F 22 31 requestOutOfRange 22 FF FF, link 1",
@@ -137,7 +182,10 @@ pageTest("an error's chip jumps to its row", async (page) => {
     "Refused 7F 27 35 invalidKey 27 02 00 00 00 00, link 1",
     "Failed call ID_NOT_SUPPORTED (0x0062) PDUGetObjectId",
   ]);
-  for (const [i, line] of [["3", "1225"], ["4", "2168"]]) {
+  for (const [i, line] of [
+    ["3", "1225"],
+    ["4", "2168"],
+  ]) {
     await page.click(`.chip >> nth=${i}`);
     await settled(page);
     const focused = () => page.evaluate(() => document.activeElement.querySelector(".line").lastChild.textContent);
@@ -149,7 +197,11 @@ pageTest("an error's chip jumps to its row", async (page) => {
 pageTest("an unfolded row says why the call failed", async (page) => {
   await page.click(".chip >> nth=0");
   await page.waitForSelector(".detail .lines");
-  const facts = await page.evaluate(() => [...document.querySelectorAll(".facts-of-row > div")].map((fact) => [...fact.children].map((each) => each.textContent).join(": ")));
+  const facts = await page.evaluate(() =>
+    [...document.querySelectorAll(".facts-of-row > div")].map((fact) =>
+      [...fact.children].map((each) => each.textContent).join(": "),
+    ),
+  );
   assert.deepEqual(facts, [
     "Status: PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)",
     "Begun: 22 Nov 2026 00:27:36.985",
@@ -161,8 +213,15 @@ pageTest("an unfolded row says why the call failed", async (page) => {
 });
 
 pageTest("the latency of each service is a histogram that filters", async (page) => {
-  const services = await page.evaluate(() => [...document.querySelectorAll("#latency tbody tr")].map((row) => [...row.children].map((each) => each.textContent || each.firstChild.getAttribute("aria-label")).join("|")));
-  assert.deepEqual(services.slice(0, 2), ["ReadDataByIdentifier|4|from 2.1 to 2.2 ms|2.1|2.2|2.2", "SecurityAccess|3|from 2.1 to 2.1 ms|2.1|2.1|2.1"]);
+  const services = await page.evaluate(() =>
+    [...document.querySelectorAll("#latency tbody tr")].map((row) =>
+      [...row.children].map((each) => each.textContent || each.firstChild.getAttribute("aria-label")).join("|"),
+    ),
+  );
+  assert.deepEqual(services.slice(0, 2), [
+    "ReadDataByIdentifier|4|from 2.1 to 2.2 ms|2.1|2.2|2.2",
+    "SecurityAccess|3|from 2.1 to 2.1 ms|2.1|2.1|2.1",
+  ]);
   await page.click("text=ReadDataByIdentifier >> nth=0");
   await settled(page);
   assert.equal(await textOf(page, "#count"), "4 of 24 rows of the conversation");
@@ -190,9 +249,13 @@ test("long transfers are one row, which unfolds", { skip }, () =>
       assert.match((await rowsOf(page))[1], /^0\.003\|1\|36 {2}8 blocks\|transfer data\|384 bytes, 12\.0 kB\/s\|~3\d\|71$/);
       await page.click('.row[data-key^="f"] .head >> nth=0');
       await settled(page);
-      assert.deepEqual((await rowsOf(page)).slice(2, 10).map((row) => row.split("|")[2]), ["2", "3", "4", "5", "6", "7", "8", "9"]);
+      assert.deepEqual(
+        (await rowsOf(page)).slice(2, 10).map((row) => row.split("|")[2]),
+        ["2", "3", "4", "5", "6", "7", "8", "9"],
+      );
     }),
-  ));
+  ),
+);
 
 test("the raw log can be saved from a page that has it", { skip }, () =>
   withBrowser((browser) =>
@@ -201,12 +264,17 @@ test("the raw log can be saved from a page that has it", { skip }, () =>
       assert.equal(download.suggestedFilename(), "folds.LGR");
       assert.deepEqual(readFileSync(await download.path()), readFileSync(folds));
     }),
-  ));
+  ),
+);
 
 test("a redacted page says so", { skip }, () =>
   withBrowser((browser) =>
     withPage(browser, writeReport(folder, join(source, "tests", "logs", "secrets.LGR"), "--redact"), async (page) => {
       assert.match(await textOf(page, "#notice"), /^Redacted: .*vin/i);
-      assert.doesNotMatch(await page.evaluate(() => lines.blocks.map((block) => block.text).join("") + JSON.stringify(model.strings)), /WVWZZZ1JZ3W386752/);
+      assert.doesNotMatch(
+        await page.evaluate(() => lines.blocks.map((block) => block.text).join("") + JSON.stringify(model.strings)),
+        /WVWZZZ1JZ3W386752/,
+      );
     }),
-  ));
+  ),
+);

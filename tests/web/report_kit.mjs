@@ -6,7 +6,9 @@ import { join } from "node:path";
 import { pathToFileURL } from "node:url";
 import { marvane } from "./marvane.mjs";
 
-export const browserPath = ["/usr/bin/chromium", "/usr/bin/chromium-browser"].find((path) => !spawnSync(path, ["--version"]).error);
+export const browserPath = ["/usr/bin/chromium", "/usr/bin/chromium-browser"].find(
+  (path) => !spawnSync(path, ["--version"]).error,
+);
 export const skip = browserPath ? false : "Chromium is not installed (Debian package chromium)";
 
 export async function withBrowser(use) {
@@ -37,7 +39,11 @@ export async function withPage(browser, path, use, { address = "", ...options } 
   page.on("pageerror", (error) => faults.push(`error: ${error.stack}`));
   page.on("console", (message) => faults.push(`console: ${message.text()}`));
   page.on("dialog", (dialog) => faults.push(`dialog: ${dialog.message()}`) && dialog.dismiss());
-  page.on("request", (request) => !request.url().startsWith(root) && !request.url().startsWith("blob:") && faults.push(`request: ${request.url()}`));
+  page.on(
+    "request",
+    (request) =>
+      !request.url().startsWith(root) && !request.url().startsWith("blob:") && faults.push(`request: ${request.url()}`),
+  );
   // What is copied, without the clipboard of this machine.
   await page.addInitScript(() => {
     window.copied = [];
@@ -59,7 +65,9 @@ export async function isReady(page) {
 
 /** What the page does at the next frames is done. */
 export async function settled(page) {
-  await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(() => requestAnimationFrame(done)))));
+  await page.evaluate(
+    () => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(() => requestAnimationFrame(done)))),
+  );
 }
 
 /** The address, when the page has written its state into it. */
@@ -77,7 +85,9 @@ export function rowsOf(page) {
       for (const unseen of head.querySelectorAll(".unseen")) unseen.remove();
       const texts = [];
       const walk = document.createTreeWalker(head, NodeFilter.SHOW_ELEMENT);
-      for (let node = walk.currentNode; node; node = walk.nextNode()) if (node.childElementCount === 0 || node.querySelector(":scope > mark")) if (node.tagName !== "MARK") texts.push(node.textContent);
+      for (let node = walk.currentNode; node; node = walk.nextNode())
+        if (node.childElementCount === 0 || node.querySelector(":scope > mark"))
+          if (node.tagName !== "MARK") texts.push(node.textContent);
       return texts.filter(Boolean).join("|");
     }),
   );
@@ -88,12 +98,19 @@ export const textOf = (page, selector) => page.evaluate((it) => document.querySe
 /** Types a search and waits for its result. */
 export async function searchFor(page, text) {
   await page.fill("#search", text);
-  await page.waitForFunction((wanted) => state.query === wanted && rows.isComplete && (wanted === "" ? !rows.found : rows.found), text);
+  await page.waitForFunction(
+    (wanted) => state.query === wanted && rows.isComplete && (wanted === "" ? !rows.found : rows.found),
+    text,
+  );
   await settled(page);
 }
 
 /** The lines of a log without line ends; of a folder, the files of these names in their order. */
 export function linesOf(log, names) {
   const files = statSync(log).isDirectory() ? (names ?? readdirSync(log)).map((name) => join(log, name)) : [log];
-  return files.flatMap((file) => readFileSync(file, "utf8").replace(/\r?\n$/, "").split(/\r?\n/));
+  return files.flatMap((file) =>
+    readFileSync(file, "utf8")
+      .replace(/\r?\n$/, "")
+      .split(/\r?\n/),
+  );
 }

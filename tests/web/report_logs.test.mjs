@@ -41,9 +41,17 @@ test("nothing in a log can run: markup is shown as it is", { skip }, () =>
       await page.waitForSelector(".detail .lines mark");
       await page.hover("#lanes");
       assert.ok((await page.evaluate(() => byId("list").textContent)).includes(Markup));
-      assert.deepEqual(await page.evaluate(() => [typeof hacked, document.querySelectorAll("img, b:not(.chip b), iframe, object, embed").length, document.scripts.length]), ["undefined", 0, 1]);
+      assert.deepEqual(
+        await page.evaluate(() => [
+          typeof hacked,
+          document.querySelectorAll("img, b:not(.chip b), iframe, object, embed").length,
+          document.scripts.length,
+        ]),
+        ["undefined", 0, 1],
+      );
     }),
-  ));
+  ),
+);
 
 test("the page's policy allows its own style and script, and nothing else", { skip }, () => {
   const html = readFileSync(writeReport(folder, demo), "utf8");
@@ -60,7 +68,11 @@ test("no script of the page makes markup of text, or text to run", () => {
   assert.ok(scripts.length > 10);
   for (const name of scripts) {
     const text = readFileSync(join(source, "tool", "report", name), "utf8");
-    assert.doesNotMatch(text, /innerHTML|outerHTML|insertAdjacentHTML|createContextualFragment|document\.write|\beval\b|new Function|DOMParser|srcdoc/, name);
+    assert.doesNotMatch(
+      text,
+      /innerHTML|outerHTML|insertAdjacentHTML|createContextualFragment|document\.write|\beval\b|new Function|DOMParser|srcdoc/,
+      name,
+    );
     if (name.endsWith(".js")) assert.match(text, /^\/\/ .*\n(\/\/ .*\n)*"use strict";\n/, name);
     if (!name.endsWith(".html")) assert.doesNotMatch(text, /<\/script|<\/style|<!--/, name);
   }
@@ -71,7 +83,11 @@ const shownLines = (page) =>
   page.evaluate(() => {
     const ofRow = (kind, row) => {
       const ref = rows.ref[row];
-      return kind === RowRecord ? linesOfRecord(ref) : kind === RowOther ? rangeOf(lines.others.line[ref], lines.others.count[ref]) : [];
+      return kind === RowRecord
+        ? linesOfRecord(ref)
+        : kind === RowOther
+          ? rangeOf(lines.others.line[ref], lines.others.count[ref])
+          : [];
     };
     const all = rows.kind.flatMap(ofRow).sort((a, b) => a - b);
     return all.map((line) => lineAt(line).stamp + lineAt(line).text);
@@ -81,20 +97,28 @@ test("every line of every log of the tests is shown, once", { skip }, () =>
   withBrowser(async (browser) => {
     const alone = logs().filter((log) => log.endsWith(".LGR") && !log.includes("not_utf8"));
     const together = logs().find((log) => log.endsWith("continuation"));
-    for (const [options, folderOf] of [[alone, join(source, "tests", "logs")], [[together], together]])
+    for (const [options, folderOf] of [
+      [alone, join(source, "tests", "logs")],
+      [[together], together],
+    ])
       await withPage(browser, writeReport(folder, ...options), async (page) => {
         await page.check("input[value=calls]");
         await settled(page);
         const names = await page.evaluate(() => model.files.map((file) => file.name));
         assert.deepEqual(await shownLines(page), linesOf(folderOf, names));
       });
-  }));
+  }),
+);
 
 /** A log of the demo's session again and again, each `step` ms after the one before. */
 function longLog(times, step) {
   const session = linesOf(demo);
   const shifted = (line, by) =>
-    line.replace(/^\{(\d\d):(\d\d):(\d\d)\.(\d{3})/, (_, h, m, s, ms) => `{${new Date(((Number(h) * 60 + Number(m)) * 60 + Number(s)) * 1000 + Number(ms) + by).toISOString().slice(11, 23)}`);
+    line.replace(
+      /^\{(\d\d):(\d\d):(\d\d)\.(\d{3})/,
+      (_, h, m, s, ms) =>
+        `{${new Date(((Number(h) * 60 + Number(m)) * 60 + Number(s)) * 1000 + Number(ms) + by).toISOString().slice(11, 23)}`,
+    );
   const name = join(folder, "D-PDU_API_Logger_22-11-2026_00-27-36.LGR");
   const parts = [];
   for (let i = 0; i < times; ++i) parts.push(session.map((line) => shifted(line, i * step)).join("\n"));
@@ -111,7 +135,11 @@ test("a log of 100,000 lines: rows on demand, search, the end of the list", { sk
       assert.equal(await textOf(page, "#count"), `${24 * times} rows of the conversation`);
       assert.ok((await page.evaluate(() => document.querySelectorAll("#list > .row").length)) < 80);
       const links = await page.evaluate(() => [...document.querySelectorAll(".link-fact")].map((link) => link.textContent));
-      assert.deepEqual(links, ["1 ISO_15765_3_on_ISO_15765_2pins 6, 14 · 600 requests", "2 ISO15765_CAN_6_14not connected", "3 ISO_14229_5_on_ISO_13400_2pins 3, 11 · 40 requests"]);
+      assert.deepEqual(links, [
+        "1 ISO_15765_3_on_ISO_15765_2pins 6, 14 · 600 requests",
+        "2 ISO15765_CAN_6_14not connected",
+        "3 ISO_14229_5_on_ISO_13400_2pins 3, 11 · 40 requests",
+      ]);
       await searchFor(page, "requestoutofrange");
       assert.equal(await textOf(page, "#count"), `${times} of ${24 * times} rows of the conversation`);
       await page.check("input[value=calls]");
@@ -123,7 +151,11 @@ test("a log of 100,000 lines: rows on demand, search, the end of the list", { sk
       assert.equal((await rowsOf(page)).at(-1), `39.157|00004251|PDUDestruct - Close this log file|${file.length}`);
       await page.click("#list .row:last-child .head");
       await page.waitForSelector(".detail .log-line");
-      assert.equal((await page.evaluate(() => [...document.querySelectorAll(".log-line")].at(-1).textContent)).trim(), `${file.length}${file.at(-1)}`);
+      assert.equal(
+        (await page.evaluate(() => [...document.querySelectorAll(".log-line")].at(-1).textContent)).trim(),
+        `${file.length}${file.at(-1)}`,
+      );
       assert.ok((await shownLines(page)).every((line, i) => line === file[i]));
     });
-  }));
+  }),
+);

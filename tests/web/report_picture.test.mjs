@@ -27,7 +27,10 @@ function crcOf(bytes) {
 function chunksOf(png) {
   const chunks = [];
   for (let at = EndOfSignature; at < png.length; at += 12 + png.readUInt32BE(at))
-    chunks.push({ kind: png.toString("latin1", at + 4, at + 8), bytes: png.subarray(at + 8, at + 8 + png.readUInt32BE(at)) });
+    chunks.push({
+      kind: png.toString("latin1", at + 4, at + 8),
+      bytes: png.subarray(at + 8, at + 8 + png.readUInt32BE(at)),
+    });
   return chunks;
 }
 
@@ -44,7 +47,9 @@ function withText(png, text) {
 
 /** The text that a picture was given. */
 function textIn(png) {
-  const texts = chunksOf(png).filter((chunk) => chunk.kind === "iTXt" && chunk.bytes.toString("latin1").startsWith(`${Key}\0`));
+  const texts = chunksOf(png).filter(
+    (chunk) => chunk.kind === "iTXt" && chunk.bytes.toString("latin1").startsWith(`${Key}\0`),
+  );
   assert.equal(texts.length, 1);
   return texts[0].bytes.subarray(Key.length + 5).toString();
 }
@@ -59,7 +64,10 @@ test("the picture in README.md shows what the page shows", { skip }, async () =>
         browser,
         report,
         async (page) => {
-          const shown = await page.evaluate((parts) => parts.map((part) => document.querySelector(part).innerText).join("\n"), Parts);
+          const shown = await page.evaluate(
+            (parts) => parts.map((part) => document.querySelector(part).innerText).join("\n"),
+            Parts,
+          );
           assert.match(shown, /requestOutOfRange/);
           if (written) writeFileSync(join(written, "report.png"), withText(await page.screenshot(), shown));
           assert.equal(textIn(readFileSync(join(source, "docs", "pictures", "report.png"))), shown);

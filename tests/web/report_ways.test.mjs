@@ -6,7 +6,18 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import { demo } from "./marvane.mjs";
-import { addressOf, browserPath, rowsOf, searchFor, settled, skip, textOf, withBrowser, withPage, writeReport } from "./report_kit.mjs";
+import {
+  addressOf,
+  browserPath,
+  rowsOf,
+  searchFor,
+  settled,
+  skip,
+  textOf,
+  withBrowser,
+  withPage,
+  writeReport,
+} from "./report_kit.mjs";
 
 let folder = "";
 let path = "";
@@ -17,7 +28,8 @@ before(() => {
 });
 after(() => rmSync(folder, { recursive: true }));
 
-const pageTest = (name, use, options) => test(name, { skip }, () => withBrowser((browser) => withPage(browser, path, use, options)));
+const pageTest = (name, use, options) =>
+  test(name, { skip }, () => withBrowser((browser) => withPage(browser, path, use, options)));
 
 /** What the timeline shows, and the time of the first row in sight, in ms. */
 const times = (page) => page.evaluate(() => ({ from: state.from, to: state.to, row: rowTimes()[rowsInSight()[0]] }));
@@ -91,7 +103,10 @@ pageTest("a bar of the timeline names itself and leads to its row", async (page)
 
 pageTest("calls in the time of a millisecond stand side by side, in the order of the log", async (page) => {
   const begins = await page.evaluate(() => lanes[0].bars.map((i) => model.begins[i]));
-  assert.deepEqual([...begins].sort((a, b) => a - b), begins);
+  assert.deepEqual(
+    [...begins].sort((a, b) => a - b),
+    begins,
+  );
   assert.equal(new Set(begins).size, begins.length);
 });
 
@@ -114,9 +129,13 @@ test("the address holds the view: the same link shows the same", { skip }, () =>
       await page.evaluate(() => setView(100, 157));
       return [(await addressOf(page)).toString(), await shown(page)];
     });
-    assert.match(address, /^view=calls&search=pdu_ioctl_self_test&outcome=failed&from=100\.000&to=157\.000&at=r\d+&open=r\d+$/);
+    assert.match(
+      address,
+      /^view=calls&search=pdu_ioctl_self_test&outcome=failed&from=100\.000&to=157\.000&at=r\d+&open=r\d+$/,
+    );
     await withPage(browser, path, async (page) => assert.deepEqual(await shown(page), first), { address });
-  }));
+  }),
+);
 
 pageTest(
   "an address with a time shows that time, in the list too",
@@ -141,9 +160,23 @@ pageTest(
   "an address that makes no sense does no harm",
   async (page) => {
     assert.equal(await textOf(page, "#count"), "24 rows of the conversation");
-    assert.deepEqual(await page.evaluate(() => [state.view, state.link, state.thread, state.service, state.outcome, state.from, [...state.open]]), ["talk", -1, -1, "", "", 0, ["e99999999"]]);
+    assert.deepEqual(
+      await page.evaluate(() => [
+        state.view,
+        state.link,
+        state.thread,
+        state.service,
+        state.outcome,
+        state.from,
+        [...state.open],
+      ]),
+      ["talk", -1, -1, "", "", 0, ["e99999999"]],
+    );
   },
-  { address: "view=<b>&link=99&thread=-7&service=constructor&outcome=__proto__&from=9e99&to=-1&at=javascript:alert(1)&open=e99999999.x1.<img>" },
+  {
+    address:
+      "view=<b>&link=99&thread=-7&service=constructor&outcome=__proto__&from=9e99&to=-1&at=javascript:alert(1)&open=e99999999.x1.<img>",
+  },
 );
 
 pageTest("everything can be done by the keyboard", async (page) => {
@@ -193,7 +226,12 @@ pageTest("the focus goes through the page in the order of its parts", async (pag
   const places = [];
   for (let i = 0; i < 60; ++i) {
     await page.keyboard.press("Tab");
-    const place = await page.evaluate(() => document.activeElement.closest("#summary, #latency, #errors, .bar, .timeline, #list")?.id || document.activeElement.closest(".bar, .timeline")?.className || document.activeElement.id);
+    const place = await page.evaluate(
+      () =>
+        document.activeElement.closest("#summary, #latency, #errors, .bar, .timeline, #list")?.id ||
+        document.activeElement.closest(".bar, .timeline")?.className ||
+        document.activeElement.id,
+    );
     if (place && places.at(-1) !== place) places.push(place);
     if (place === "list") break;
   }
@@ -203,19 +241,33 @@ pageTest("the focus goes through the page in the order of its parts", async (pag
 test("dark mode has dark ground and its own colors on the timeline", { skip }, () =>
   withBrowser(async (browser) => {
     const look = (colorScheme) =>
-      withPage(browser, path, (page) => page.evaluate(() => [getComputedStyle(document.documentElement).backgroundColor, timeline.colors.good]), { colorScheme });
+      withPage(
+        browser,
+        path,
+        (page) => page.evaluate(() => [getComputedStyle(document.documentElement).backgroundColor, timeline.colors.good]),
+        { colorScheme },
+      );
     const [light, dark] = [await look("light"), await look("dark")];
-    const brightness = ([ground]) => ground.match(/\d+/g).map(Number).reduce((sum, part) => sum + part);
+    const brightness = ([ground]) =>
+      ground
+        .match(/\d+/g)
+        .map(Number)
+        .reduce((sum, part) => sum + part);
     assert.ok(brightness(light) > 600 && brightness(dark) < 150, `${light}, ${dark}`);
     assert.notEqual(light[1], dark[1]);
-  }));
+  }),
+);
 
 pageTest("on paper all rows stand one after the other", async (page) => {
   await page.click('#list .row:has-text("BA 00") .head');
   await page.waitForSelector(".detail .lines");
   await page.emulateMedia({ media: "print" });
   await page.waitForFunction(() => document.querySelectorAll("#list > .row").length === 24);
-  const tops = await page.evaluate(() => [...document.querySelectorAll("#list > .row")].map((row) => row.getBoundingClientRect()).map(({ top, bottom }) => [top, bottom]));
+  const tops = await page.evaluate(() =>
+    [...document.querySelectorAll("#list > .row")]
+      .map((row) => row.getBoundingClientRect())
+      .map(({ top, bottom }) => [top, bottom]),
+  );
   tops.slice(1).forEach(([top], i) => assert.ok(top >= tops[i][1] - 1, `row ${i + 1} lies over the one before`));
   assert.equal(await page.isVisible(".bar"), false);
   assert.ok((await page.pdf({ format: "A4" })).length > 20000);
@@ -244,7 +296,8 @@ for (const width of [400, 1280])
         },
         { viewport: { width, height: 800 } },
       ),
-    ));
+    ),
+  );
 
 test("axe finds nothing to complain about", { skip }, () =>
   withBrowser(async (browser) => {
@@ -253,7 +306,12 @@ test("axe finds nothing to complain about", { skip }, () =>
     const check = async (page, what) => {
       await page.evaluate(axe);
       const { violations } = await page.evaluate(() => window.axe.run(document, { preload: false }));
-      assert.deepEqual(violations.map(({ id, nodes }) => `${what}: ${id}: ${nodes.map((node) => `${node.target} ${node.failureSummary}`).join("; ")}`), []);
+      assert.deepEqual(
+        violations.map(
+          ({ id, nodes }) => `${what}: ${id}: ${nodes.map((node) => `${node.target} ${node.failureSummary}`).join("; ")}`,
+        ),
+        [],
+      );
     };
     for (const colorScheme of ["light", "dark"])
       for (const width of [1280, 400])
@@ -272,7 +330,8 @@ test("axe finds nothing to complain about", { skip }, () =>
           },
           { colorScheme, viewport: { width, height: 800 } },
         );
-  }));
+  }),
+);
 
 test("without DecompressionStream the page says what is missing", { skip }, () =>
   withBrowser(async (browser) => {
@@ -280,6 +339,10 @@ test("without DecompressionStream the page says what is missing", { skip }, () =
     await page.addInitScript(() => delete window.DecompressionStream);
     await page.goto(`file://${path}`);
     await page.waitForFunction(() => document.documentElement.dataset.ready === "failed");
-    assert.equal(await textOf(page, "#notice"), "This browser is too old to unpack the report: it has no DecompressionStream.");
+    assert.equal(
+      await textOf(page, "#notice"),
+      "This browser is too old to unpack the report: it has no DecompressionStream.",
+    );
     await page.close();
-  }));
+  }),
+);

@@ -6,7 +6,6 @@ const Marks = ["", "X", "!", ".", "?"];
 const MarkWords = ["", "went wrong: ", "remarkable: ", "", "not in the log: "];
 
 const Months = ["Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"];
-const two = (number) => String(number).padStart(2, "0");
 
 /** 1,234,567 */
 function grouped(number) {
@@ -57,13 +56,6 @@ function spanText(ms) {
 function sizeText(bytes) {
   if (bytes < 1000) return counted(bytes, "byte");
   return bytes < 1e6 ? `${(bytes / 1000).toFixed(1)} kB` : `${(bytes / 1e6).toFixed(1)} MB`;
-}
-
-/** "22 F1 90", and how many bytes are missing. */
-function bytesText(hex, size) {
-  const shown = hex.replace(/(..)(?=.)/g, "$1 ");
-  const missing = size - hex.length / 2;
-  return missing > 0 ? `${shown}${shown ? " " : ""}+${missing}` : shown;
 }
 
 /** A thread as the log prints it. */

@@ -22,7 +22,8 @@ function streamOf(id) {
 function columnsOf(columns, growing = []) {
   const result = { length: 0 };
   for (const [name, values] of Object.entries(columns)) {
-    const isWide = name === "time" || name === "latency" || name === "after" || name === "line" || name === "dur" || name === "end";
+    const isWide =
+      name === "time" || name === "latency" || name === "after" || name === "line" || name === "dur" || name === "end";
     const column = isWide ? Float64Array.from(values) : Int32Array.from(values);
     if (growing.includes(name)) for (let i = 1; i < column.length; ++i) column[i] += column[i - 1];
     result[name] = column;

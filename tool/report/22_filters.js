@@ -21,11 +21,9 @@ const RecordInFlight = 4;
 const RecordNotLoaded = 8;
 const RecordRedacted = 16;
 const RecordSent = 32;
-const RecordEmpty = 128;
 
 const ExchangeByLog = 1;
 const ExchangeQuiet = 2;
-const ExchangeCut = 4;
 const ExchangeRedacted = 8;
 const ExchangeRequest = 16;
 
@@ -78,9 +76,15 @@ function recordFilter() {
   const outcome = OutcomeKeys.indexOf(state.outcome);
   return (i) => {
     const exchange = exchangeOf[i];
-    if (state.link >= 0 && groupOfLink(records.link[i]) !== state.link && !(exchange >= 0 && groupOfLink(exchanges.link[exchange]) === state.link)) return false;
+    if (
+      state.link >= 0 &&
+      groupOfLink(records.link[i]) !== state.link &&
+      !(exchange >= 0 && groupOfLink(exchanges.link[exchange]) === state.link)
+    )
+      return false;
     if (state.thread >= 0 && groupOfThread(records.thread[i]) !== state.thread) return false;
-    if (service >= 0 && records.name[i] !== service && !(exchange >= 0 && exchanges.service[exchange] === service)) return false;
+    if (service >= 0 && records.name[i] !== service && !(exchange >= 0 && exchanges.service[exchange] === service))
+      return false;
     if (state.outcome === "") return true;
     if (state.outcome === "trouble") return hasRecordTrouble(i) || (exchange >= 0 && isTroubled(exchange));
     if (state.outcome === "failed") return (records.flags[i] & RecordFailed) !== 0;
@@ -92,5 +96,8 @@ function recordFilter() {
 /** A remark, or lines without a record, is wanted only if no filter asks for what it has not. */
 function remarkFilter() {
   return (i) =>
-    (state.link < 0 || groupOfLink(model.remarks.link[i]) === state.link) && state.thread < 0 && state.service === "" && state.outcome === "";
+    (state.link < 0 || groupOfLink(model.remarks.link[i]) === state.link) &&
+    state.thread < 0 &&
+    state.service === "" &&
+    state.outcome === "";
 }

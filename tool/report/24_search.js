@@ -63,7 +63,7 @@ function searchBlock(block, needle, skipped, found) {
   const following = lines.blocks[lines.blocks.indexOf(block) + 1];
   const end = following ? following.first : starts.length;
   let line = block.first;
-  for (let at = indexOfNeedle(block.lower, needle, skipped, 0); at >= 0; ) {
+  for (let at = indexOfNeedle(block.lower, needle, skipped, 0); at >= 0;) {
     line = lineOfOffset(at, line, end);
     const whose = owner[line];
     if (whose >= 0) found.records[whose] = 1;
@@ -112,7 +112,13 @@ function isRecordFound(found, i) {
 
 function hasFoundWords({ strings }, i) {
   const { exchanges, responses, firstResponse } = model;
-  if (strings[exchanges.text[i]] || strings[exchanges.words[i]] || strings[exchanges.detail[i]] || strings[exchanges.service[i]] || strings[exchanges.request[i]])
+  if (
+    strings[exchanges.text[i]] ||
+    strings[exchanges.words[i]] ||
+    strings[exchanges.detail[i]] ||
+    strings[exchanges.service[i]] ||
+    strings[exchanges.request[i]]
+  )
     return true;
   for (let r = firstResponse[i]; r < firstResponse[i + 1]; ++r) if (strings[responses.text[r]]) return true;
   return false;

@@ -35,36 +35,42 @@ function makeRows() {
   rows.total = made.total;
 }
 
+/** Adds a row to rows that are being made. */
+function putRow(made, kind, ref) {
+  made.kind.push(kind);
+  made.ref.push(ref);
+}
+
 function talkRows() {
   const made = { kind: [], ref: [], total: 0 };
   const wants = exchangeFilter();
   const wantsRemark = remarkFilter();
-  const { exchanges, remarks, strings } = model;
+  const { exchanges, remarks } = model;
   const { found } = rows;
   const following = remarksAfter();
   const sessions = sessionHeadings();
-  const put = (kind, ref) => made.kind.push(kind) && made.ref.push(ref);
   const putRemark = (i) => {
     ++made.total;
-    if (wantsRemark(i) && (!found || found.strings[remarks.text[i]])) put(RowRemark, i);
+    if (wantsRemark(i) && (!found || found.strings[remarks.text[i]])) putRow(made, RowRemark, i);
   };
   let remark = 0;
   for (let i = 0; i < exchanges.length; ++i) {
     const line = lineOfExchange(i);
-    for (; remark < following.free.length && remarks.line[following.free[remark]] < line; ++remark) putRemark(following.free[remark]);
+    for (; remark < following.free.length && remarks.line[following.free[remark]] < line; ++remark)
+      putRemark(following.free[remark]);
     const isQuiet = (exchanges.flags[i] & ExchangeQuiet) !== 0;
     if (!isQuiet) {
       ++made.total;
       if (wants(i) && (!found || isExchangeFound(found, i))) {
         const session = sessions(exchanges.record[i]);
-        if (session >= 0) put(RowSession, session);
-        put(RowExchange, i);
+        if (session >= 0) putRow(made, RowSession, session);
+        putRow(made, RowExchange, i);
       }
     }
     following.bound.get(i)?.forEach(putRemark);
   }
   for (; remark < following.free.length; ++remark) putRemark(following.free[remark]);
-  return fold(made, strings);
+  return fold(made);
 }
 
 function lineOfExchange(i) {
@@ -110,26 +116,27 @@ function foldKind(i) {
 function isFoldedWith(first, i) {
   const { exchanges } = model;
   const kind = foldKind(first);
-  const isSame = foldKind(i) === kind && exchanges.link[i] === exchanges.link[first] && exchanges.outcome[i] === exchanges.outcome[first];
+  const isSame =
+    foldKind(i) === kind && exchanges.link[i] === exchanges.link[first] && exchanges.outcome[i] === exchanges.outcome[first];
   return isSame && (kind === 1 || exchanges.text[i] === exchanges.text[first]);
 }
 
 /** Long runs of transfers and tester presents on one link become one row; an unfolded one is followed by its rows. */
 function fold(made) {
   const result = { kind: [], ref: [], total: made.total };
-  const put = (kind, ref) => result.kind.push(kind) && result.ref.push(ref);
-  for (let i = 0; i < made.kind.length; ) {
+  for (let i = 0; i < made.kind.length;) {
     const kind = made.kind[i] === RowExchange ? foldKind(made.ref[i]) : 0;
     let end = i + 1;
-    if (kind > 0) while (end < made.kind.length && made.kind[end] === RowExchange && isFoldedWith(made.ref[i], made.ref[end])) ++end;
+    if (kind > 0)
+      while (end < made.kind.length && made.kind[end] === RowExchange && isFoldedWith(made.ref[i], made.ref[end])) ++end;
     const isFold = end - i >= FoldFrom;
     if (isFold) {
       const members = made.ref.slice(i, end);
       rows.folds.set(made.ref[i], members);
-      put(RowFold, made.ref[i]);
+      putRow(result, RowFold, made.ref[i]);
       if (!state.open.has(`f${made.ref[i]}`)) i = end;
     }
-    for (; i < end; ++i) put(made.kind[i], made.ref[i]);
+    for (; i < end; ++i) putRow(result, made.kind[i], made.ref[i]);
   }
   return result;
 }
@@ -142,17 +149,17 @@ function callRows() {
   const wantsOthers = state.link < 0 && state.thread < 0 && state.service === "" && state.outcome === "";
   const sessions = sessionHeadings();
   const { line: others } = lines.others;
-  const put = (kind, ref) => made.kind.push(kind) && made.ref.push(ref);
   let other = 0;
   const putOthers = (line) => {
-    for (; other < others.length && others[other] < line; ++other) if (wantsOthers && (!found || found.others[other])) put(RowOther, other);
+    for (; other < others.length && others[other] < line; ++other)
+      if (wantsOthers && (!found || found.others[other])) putRow(made, RowOther, other);
   };
   for (let i = 0; i < records.length; ++i) {
     putOthers(records.line[i]);
     if (!wants(i) || (found && !isRecordFound(found, i))) continue;
     const session = sessions(i);
-    if (session >= 0) put(RowSession, session);
-    put(RowRecord, i);
+    if (session >= 0) putRow(made, RowSession, session);
+    putRow(made, RowRecord, i);
   }
   putOthers(Infinity);
   made.total = records.length + others.length;

@@ -30,7 +30,10 @@ function drawNotice() {
     const until = part.until === null || part.until === undefined ? "" : ` until ${absoluteTime(part.until)}`;
     notices.push(`A part of the log:${since}${until}.`);
   }
-  if (redacted) notices.push(`Redacted: ${redacted.kinds.join(", ")}. Secrets were replaced by other bytes of the same length; equal ones stay equal.`);
+  if (redacted)
+    notices.push(
+      `Redacted: ${redacted.kinds.join(", ")}. Secrets were replaced by other bytes of the same length; equal ones stay equal.`,
+    );
   const notice = byId("notice");
   notice.textContent = notices.join(" ");
   notice.hidden = notices.length === 0;
@@ -50,19 +53,42 @@ function drawSummary() {
   for (const target of libraries.slice(0, 3)) {
     const session = summary.sessions.findLast((each) => each.target === target);
     const loaded = session.loaded ? "loaded" : "not loaded";
-    putFact("Library", element("span", "path", target), [session.target_version, loaded, session.marvane ? `Marvane ${session.marvane}` : ""].filter(Boolean).join(" · "));
+    putFact(
+      "Library",
+      element("span", "path", target),
+      [session.target_version, loaded, session.marvane ? `Marvane ${session.marvane}` : ""].filter(Boolean).join(" · "),
+    );
   }
   drawModules(summary.modules);
   const links = groupedLinks();
   const shown = links.slice(0, MostShown).map(summaryOfLink);
-  if (links.length > 0) putFact(links.length > 1 ? "Links" : "Link", ...shown, links.length > MostShown ? `and ${counted(links.length - MostShown, "more link")}` : "");
+  if (links.length > 0)
+    putFact(
+      links.length > 1 ? "Links" : "Link",
+      ...shown,
+      links.length > MostShown ? `and ${counted(links.length - MostShown, "more link")}` : "",
+    );
   const { requests } = summary;
   if (requests.requests > 0) putFact("Requests", outcomeBar(requests), latencyFact(requests));
   const failed = summary.functions.reduce((sum, each) => sum + each.failed, 0);
-  putFact("Calls", `${grouped(summary.calls)} in ${counted(summary.functions.filter((each) => each.call !== "PDUCallbackTrap").length, "function")}, ${counted(summary.events, "callback")}`, [failed > 0 ? `${grouped(failed)} failed` : "none failed", `items: ${grouped(summary.items.given)} given out, ${grouped(summary.items.destroyed)} destroyed`].join(" · "));
+  putFact(
+    "Calls",
+    `${grouped(summary.calls)} in ${counted(summary.functions.filter((each) => each.call !== "PDUCallbackTrap").length, "function")}, ${counted(summary.events, "callback")}`,
+    [
+      failed > 0 ? `${grouped(failed)} failed` : "none failed",
+      `items: ${grouped(summary.items.given)} given out, ${grouped(summary.items.destroyed)} destroyed`,
+    ].join(" · "),
+  );
   const { params } = summary;
-  const changed = [...new Set(params.changed.map((each) => `${each.name} ${each.before ? `${each.before} → ` : "= "}${each.after}`))];
-  if (params.set > 0) putFact("ComParams", `${grouped(params.set)} set, ${grouped(params.changed.length)} changed`, changed.slice(0, 3).join(", ") + (changed.length > 3 ? " …" : ""));
+  const changed = [
+    ...new Set(params.changed.map((each) => `${each.name} ${each.before ? `${each.before} → ` : "= "}${each.after}`)),
+  ];
+  if (params.set > 0)
+    putFact(
+      "ComParams",
+      `${grouped(params.set)} set, ${grouped(params.changed.length)} changed`,
+      changed.slice(0, 3).join(", ") + (changed.length > 3 ? " …" : ""),
+    );
   if (summary.cut_payloads > 0) putFact("Cut", `${counted(summary.cut_payloads, "payload")} cut by LogMaxPduBuff`);
   for (const hint of summary.hints ?? []) putFact("Hint", hint);
 }
@@ -71,7 +97,11 @@ function drawSummary() {
 function drawModules(modules) {
   const different = new Map(modules.map((each) => [[each.hmod, each.name, each.serial, each.software].join("\n"), each]));
   for (const module of [...different.values()].slice(0, 4))
-    putFact(`Module ${module.hmod}`, module.name, [module.serial ? `serial number ${module.serial}` : "", module.software].filter(Boolean).join(" · "));
+    putFact(
+      `Module ${module.hmod}`,
+      module.name,
+      [module.serial ? `serial number ${module.serial}` : "", module.software].filter(Boolean).join(" · "),
+    );
 }
 
 /** The links of the log, those of the same name in several sessions as one, with the number of their requests. */
@@ -86,9 +116,18 @@ function groupedLinks() {
 
 function summaryOfLink(link) {
   const made = element("span", "link-fact");
-  made.append(element("span", `chip-link hue-${link.group % 6}`, String(link.hcll ?? "–")), " ", element("span", "path", link.protocol || link.resource || "unnamed"));
+  made.append(
+    element("span", `chip-link hue-${link.group % 6}`, String(link.hcll ?? "–")),
+    " ",
+    element("span", "path", link.protocol || link.resource || "unnamed"),
+  );
   const pins = link.pins?.length > 0 ? `pins ${link.pins.join(", ")}` : "";
-  const use = link.requests > 0 ? counted(link.requests, "request") : link.connected === null || link.connected === undefined ? "not connected" : "no requests";
+  const use =
+    link.requests > 0
+      ? counted(link.requests, "request")
+      : link.connected === null || link.connected === undefined
+        ? "not connected"
+        : "no requests";
   made.append(element("small", "", [pins, use].filter(Boolean).join(" · ")));
   return made;
 }

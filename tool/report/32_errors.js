@@ -22,7 +22,8 @@ let lastError = -1;
 function groupErrors() {
   const groups = new Map();
   model.errors.forEach((error, i) => {
-    const text = error.what === "damaged" ? "" : error.text.replace(/,? after [\d.,~]+ ms$|,? [\d.,~]+ ms after sending$/, "");
+    const text =
+      error.what === "damaged" ? "" : error.text.replace(/,? after [\d.,~]+ ms$|,? [\d.,~]+ ms after sending$/, "");
     const key = `${error.what}\n${text}`;
     if (!groups.has(key)) groups.set(key, { what: error.what, text, members: [] });
     groups.get(key).members.push(i);
@@ -64,7 +65,12 @@ function drawChip(group) {
   });
   chip.append(element("b", "", ErrorWords[group.what] ?? group.what), " ", element("span", "chip-text", group.text));
   const isOne = group.members.length === 1;
-  chip.append(" ", isOne ? element("span", "chip-place", first.subject) : element("span", "chip-count", `×${grouped(group.members.length)}`));
+  chip.append(
+    " ",
+    isOne
+      ? element("span", "chip-place", first.subject)
+      : element("span", "chip-count", `×${grouped(group.members.length)}`),
+  );
   chip.title = [first.subject, first.text, ...(first.why ?? [])].join("\n");
   return chip;
 }

@@ -15,7 +15,10 @@ function latenciesByService() {
     if (!byService.has(service)) byService.set(service, []);
     byService.get(service).push(exchanges.latency[i]);
   }
-  const result = [...byService].map(([service, values]) => ({ name: strings[service], values: Float64Array.from(values).sort() }));
+  const result = [...byService].map(([service, values]) => ({
+    name: strings[service],
+    values: Float64Array.from(values).sort(),
+  }));
   return result.sort((a, b) => b.values.length - a.values.length);
 }
 
@@ -33,7 +36,22 @@ function drawLatency() {
   const table = element("table", "");
   const axis = element("th", "scale", element("span", "unseen", "distribution"), scaleElement(first, count));
   axis.scope = "col";
-  table.append(element("thead", "", element("tr", "", headCell("service"), headCell("count", "number"), axis, headCell("median", "number"), headCell("95 %", "number wide"), headCell("max", "number"))));
+  table.append(
+    element(
+      "thead",
+      "",
+      element(
+        "tr",
+        "",
+        headCell("service"),
+        headCell("count", "number"),
+        axis,
+        headCell("median", "number"),
+        headCell("95 %", "number wide"),
+        headCell("max", "number"),
+      ),
+    ),
+  );
   const body = element("tbody", "");
   services.forEach((service, i) => {
     const row = latencyRow(service, first, count);
@@ -108,7 +126,8 @@ function histogram(buckets, values) {
     if (many === 0) return;
     const height = Math.max(2, 20 * Math.sqrt(many / most));
     const bar = document.createElementNS(namespace, "rect");
-    for (const [name, value] of Object.entries({ x: i * 10 + 1, y: 20 - height, width: 8, height })) bar.setAttribute(name, String(value));
+    for (const [name, value] of Object.entries({ x: i * 10 + 1, y: 20 - height, width: 8, height }))
+      bar.setAttribute(name, String(value));
     image.append(bar);
   });
   return image;

@@ -199,7 +199,14 @@ function onListKey(event) {
   if (event.ctrlKey || event.metaKey || event.altKey) return;
   const row = rowOf(event.target.parentElement.dataset.key);
   const page = Math.max(1, rowsInSight()[1] - rowsInSight()[0] - 1);
-  const steps = { ArrowDown: row + 1, ArrowUp: row - 1, PageDown: row + page, PageUp: row - page, Home: 0, End: rows.kind.length - 1 };
+  const steps = {
+    ArrowDown: row + 1,
+    ArrowUp: row - 1,
+    PageDown: row + page,
+    PageUp: row - page,
+    Home: 0,
+    End: rows.kind.length - 1,
+  };
   const isUnfolded = state.open.has(keyOf(row));
   if (event.key in steps) goTo(Math.max(0, Math.min(rows.kind.length - 1, steps[event.key])), { hasFocus: true });
   else if ((event.key === "ArrowRight" && !isUnfolded) || (event.key === "ArrowLeft" && isUnfolded)) {

@@ -74,7 +74,9 @@ function drawExchange(head, i) {
   const answers = cell("responses");
   for (let r = firstResponse[i]; r < firstResponse[i + 1]; ++r) {
     const response = cell("response", markCell(responses.mark[r]), marked("bytes", strings[responses.text[r]]));
-    response.append(cell("ms", latencyText(responses.after[r], responses.byLog[r]), cell("unseen", responses.after[r] < 0 ? "" : " ms")));
+    response.append(
+      cell("ms", latencyText(responses.after[r], responses.byLog[r]), cell("unseen", responses.after[r] < 0 ? "" : " ms")),
+    );
     answers.append(response);
   }
   head.append(
@@ -99,7 +101,12 @@ function wordsOf(i) {
 function drawRemark(head, i) {
   const { remarks, strings } = model;
   head.classList.add("remark");
-  head.append(timeCell(remarks.time[i]), linkCell(remarks.link[i]), cell("cop"), cell("remark-text", markCell(remarks.mark[i]), marked("", strings[remarks.text[i]])));
+  head.append(
+    timeCell(remarks.time[i]),
+    linkCell(remarks.link[i]),
+    cell("cop"),
+    cell("remark-text", markCell(remarks.mark[i]), marked("", strings[remarks.text[i]])),
+  );
   head.append(lineCell(remarks.kind[i] === 1 ? -1 : remarks.line[i]));
 }
 
@@ -113,7 +120,13 @@ function foldText(first) {
   const sid = exchanges.sid[first].toString(16).toUpperCase().padStart(2, "0");
   const words = strings[exchanges.words[first]];
   if (foldKind(first) === 2)
-    return { request: `${sid}  ${grouped(members.length)} times`, words, answer: exchanges.outcome[first] === 4 ? "no answer wanted" : strings[model.responses.text[model.firstResponse[first]]], span };
+    return {
+      request: `${sid}  ${grouped(members.length)} times`,
+      words,
+      answer:
+        exchanges.outcome[first] === 4 ? "no answer wanted" : strings[model.responses.text[model.firstResponse[first]]],
+      span,
+    };
   const bytes = members.reduce((sum, i) => sum + Math.max(0, exchanges.size[i] - 2), 0);
   const rate = span > 0 ? `, ${sizeText((bytes * 1000) / span)}/s` : "";
   return { request: `${sid}  ${grouped(members.length)} blocks`, words, answer: `${sizeText(bytes)}${rate}`, span };
@@ -140,14 +153,23 @@ function drawRecord(head, i) {
   const isReport = records.kind[i] === 2;
   head.classList.add("record", ["call", "callback", "report", "mark-line"][records.kind[i]]);
   if (flags & (RecordFailed | RecordCut | RecordInFlight | RecordNotLoaded)) head.classList.add("failed");
-  const name = cell("name", isReport ? cell("way", flags & RecordSent ? "→ " : "← ") : null, marked("function", strings[records.name[i]]), marked("arguments", argumentsOf(i)));
+  const name = cell(
+    "name",
+    isReport ? cell("way", flags & RecordSent ? "→ " : "← ") : null,
+    marked("function", strings[records.name[i]]),
+    marked("arguments", argumentsOf(i)),
+  );
   name.style.paddingInlineStart = `${Math.min(6, records.depth[i]) * 14}px`;
   head.append(
     timeCell(records.time[i]),
     cell("thread", cell("unseen", "thread "), threadText(model.threads[records.thread[i]]?.id ?? 0)),
     name,
     marked("status", statusText(i)),
-    cell("ms", records.dur[i] > 0 ? grouped(records.dur[i]) : records.dur[i] === 0 ? "0" : "", cell("unseen", records.dur[i] >= 0 ? " ms" : "")),
+    cell(
+      "ms",
+      records.dur[i] > 0 ? grouped(records.dur[i]) : records.dur[i] === 0 ? "0" : "",
+      cell("unseen", records.dur[i] >= 0 ? " ms" : ""),
+    ),
     lineCell(records.line[i]),
   );
 }
@@ -157,7 +179,8 @@ function argumentsOf(i) {
   const { records } = model;
   if (!lines.isReady) return "";
   const { text } = lineAt(records.line[i]);
-  if (records.kind[i] === 2) return records.lines[i] > 0 ? "  " + lineAt(records.line[i] + records.lines[i]).text.trim() : "";
+  if (records.kind[i] === 2)
+    return records.lines[i] > 0 ? "  " + lineAt(records.line[i] + records.lines[i]).text.trim() : "";
   const at = text.indexOf("(");
   return records.kind[i] < 2 && at >= 0 ? text.slice(at) : "";
 }

@@ -9,7 +9,10 @@ function drawDetail(kind, ref) {
   if (lines.isReady) draw(detail, ref);
   else {
     detail.append(element("p", "waiting", "Unpacking the lines …"));
-    lines.ready.then(() => detail.replaceChildren() ?? draw(detail, ref));
+    lines.ready.then(() => {
+      detail.replaceChildren();
+      draw(detail, ref);
+    });
   }
   return detail;
 }
@@ -43,7 +46,12 @@ function detailOfExchange(detail, i) {
     factList([
       ["Service", [strings[exchanges.service[i]], strings[exchanges.detail[i]]].filter(Boolean).join(" · ")],
       ["Outcome", Outcomes[exchanges.outcome[i]]],
-      ["Latency", latency < 0 ? "" : `${latencyText(latency, flags & ExchangeByLog)} ms, ${flags & ExchangeByLog ? "log's clock, from call to fetch" : "library's clock"}`],
+      [
+        "Latency",
+        latency < 0
+          ? ""
+          : `${latencyText(latency, flags & ExchangeByLog)} ms, ${flags & ExchangeByLog ? "log's clock, from call to fetch" : "library's clock"}`,
+      ],
       ["Link", linkTitle(exchanges.link[i])],
       ["ComPrimitive", exchanges.cop[i] < 0 ? "" : `${exchanges.cop[i]}`],
       ["Begun", record < 0 ? "" : absoluteTime(records.time[record])],
@@ -66,7 +74,11 @@ function detailOfExchange(detail, i) {
 
 /** Buttons of an unfolded row: copy, and the way to the call among all calls. */
 function actionsOf(text, record) {
-  const made = element("p", "row-actions", button("Copy as text", "", () => copyText(text(), "the call")));
+  const made = element(
+    "p",
+    "row-actions",
+    button("Copy as text", "", () => copyText(text(), "the call")),
+  );
   if (record >= 0 && state.view === "talk") made.append(button("Show among all calls", "", () => showRecord(record)));
   return made;
 }
@@ -88,7 +100,7 @@ function detailOfRecord(detail, i) {
   detail.append(
     factList([
       ["Status", status ? `${status.name} (0x${status.code.toString(16).toUpperCase().padStart(4, "0")})` : ""],
-      ["State", statusText(i) && (flags & (RecordCut | RecordInFlight | RecordNotLoaded)) ? statusText(i) : ""],
+      ["State", statusText(i) && flags & (RecordCut | RecordInFlight | RecordNotLoaded) ? statusText(i) : ""],
       ["Begun", absoluteTime(records.time[i])],
       ["Duration", records.dur[i] < 0 || records.kind[i] > 1 ? "" : `${grouped(records.dur[i])} ms`],
       ["Thread", threadText(model.threads[records.thread[i]]?.id ?? 0)],
@@ -124,7 +136,10 @@ function linesOf(record, title) {
 
 /** Lines of the log under a heading, each with its number. */
 function linesElement(title, all) {
-  const place = all.length > 0 ? `line${all.length > 1 ? "s" : ""} ${lineText(model, all[0])}${all.length > 1 ? `–${lineText(model, all.at(-1))}` : ""}` : "";
+  const place =
+    all.length > 0
+      ? `line${all.length > 1 ? "s" : ""} ${lineText(model, all[0])}${all.length > 1 ? `–${lineText(model, all.at(-1))}` : ""}`
+      : "";
   const heading = element("h3", "");
   appendMarked(heading, title, rows.found?.needles);
   heading.append(element("span", "place", place));

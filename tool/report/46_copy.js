@@ -19,7 +19,7 @@ function rowAsText(row) {
         texts.push(
           columns(
             r === firstResponse[ref] ? left : "",
-            `${(Marks[responses.mark[r]] || " ")} ${strings[responses.text[r]]}`,
+            `${Marks[responses.mark[r]] || " "} ${strings[responses.text[r]]}`,
             latencyText(responses.after[r], responses.byLog[r]),
             r === firstResponse[ref] ? lineText(model, lineOfExchange(ref)) : "",
           ),
@@ -30,7 +30,12 @@ function rowAsText(row) {
       return `${time(remarks.time[ref])}  ${linkText(remarks.link[ref])}         ${Marks[remarks.mark[ref]]} ${strings[remarks.text[ref]]}`;
     case RowFold: {
       const fold = foldText(ref);
-      return columns(`${time(records.time[exchanges.record[ref]])}  ${linkText(exchanges.link[ref])}         ${fold.request.padEnd(18)} ${fold.words}`, `  ${fold.answer}`, `~${grouped(fold.span)}`, lineText(model, lineOfExchange(ref)));
+      return columns(
+        `${time(records.time[exchanges.record[ref]])}  ${linkText(exchanges.link[ref])}         ${fold.request.padEnd(18)} ${fold.words}`,
+        `  ${fold.answer}`,
+        `~${grouped(fold.span)}`,
+        lineText(model, lineOfExchange(ref)),
+      );
     }
     case RowSession:
       return `== ${sessionText(ref)}`;
@@ -90,5 +95,8 @@ function copyRows() {
   const texts = [`${model.files.map((file) => file.name).join(", ")}`];
   for (let row = 0; row < count; ++row) texts.push(rowAsText(row));
   if (count < rows.kind.length) texts.push(`... and ${grouped(rows.kind.length - count)} more rows`);
-  return copyText(texts.join("\n") + "\n", count < rows.kind.length ? `the first ${counted(count, "row")}` : counted(count, "row"));
+  return copyText(
+    texts.join("\n") + "\n",
+    count < rows.kind.length ? `the first ${counted(count, "row")}` : counted(count, "row"),
+  );
 }

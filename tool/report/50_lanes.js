@@ -32,7 +32,8 @@ function threadLanes() {
   for (let i = 0; i < records.length; ++i) {
     if (records.kind[i] === 3) continue;
     const group = threads[records.thread[i]]?.group ?? -1;
-    if (!made.has(group)) made.set(group, { kind: "thread", label: model.threadLabels[group] ?? "thread ?", bars: [], rowOf: [], depth: 1 });
+    if (!made.has(group))
+      made.set(group, { kind: "thread", label: model.threadLabels[group] ?? "thread ?", bars: [], rowOf: [], depth: 1 });
     const lane = made.get(group);
     const depth = Math.min(MostDepth - 1, records.depth[i]);
     lane.bars.push(i);
@@ -52,7 +53,16 @@ function linkLanes() {
     ends[i] = Math.max(begins[i], endOfExchange(i));
     if (exchanges.flags[i] & ExchangeQuiet) continue;
     const group = links[exchanges.link[i]]?.group ?? -1;
-    if (!made.has(group)) made.set(group, { kind: "link", group, label: model.linkLabels[group] ?? "link ?", bars: [], rowOf: [], depth: 1, free: [] });
+    if (!made.has(group))
+      made.set(group, {
+        kind: "link",
+        group,
+        label: model.linkLabels[group] ?? "link ?",
+        bars: [],
+        rowOf: [],
+        depth: 1,
+        free: [],
+      });
     const lane = made.get(group);
     let row = lane.free.findIndex((end) => end <= begins[i]);
     if (row < 0) row = Math.min(MostStack - 1, lane.free.length);

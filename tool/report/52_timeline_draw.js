@@ -6,7 +6,22 @@ const timeline = { colors: null, height: 0, sight: [0, 0], gutter: 0 };
 /** The colors of the style sheet. Read again when light turns dark. */
 function readColors() {
   const style = getComputedStyle(document.documentElement);
-  const names = ["text", "muted", "line", "surface", "accent", "band", "call", "callback", "report", "good", "bad", "warn", "idle", "pending"];
+  const names = [
+    "text",
+    "muted",
+    "line",
+    "surface",
+    "accent",
+    "band",
+    "call",
+    "callback",
+    "report",
+    "good",
+    "bad",
+    "warn",
+    "idle",
+    "pending",
+  ];
   timeline.colors = Object.fromEntries(names.map((name) => [name, style.getPropertyValue(`--${name}`).trim()]));
   timeline.font = style.getPropertyValue("--small-font").trim();
 }
@@ -130,7 +145,8 @@ function drawBars(context, width, lane, wants) {
   context.globalAlpha = 1;
   let drawn = -1;
   for (const [i, row, x, right] of wrong) {
-    if (right - x >= 3) drawBar(context, lane, i, row, Math.max(x, gutter() - 2), Math.min(right, width + 2), timeline.colors.bad);
+    if (right - x >= 3)
+      drawBar(context, lane, i, row, Math.max(x, gutter() - 2), Math.min(right, width + 2), timeline.colors.bad);
     else if (x >= drawn) {
       context.fillStyle = timeline.colors.bad;
       context.fillRect(x, lane.bar + row * BarHeight, 2, BarHeight / 2);
@@ -154,7 +170,12 @@ function drawBar(context, lane, i, row, x, right, color) {
   const top = lane.bar + row * BarHeight;
   const isReport = lane.kind === "thread" && model.records.kind[i] === 2;
   context.fillStyle = color;
-  context.fillRect(x, isReport ? top + BarHeight - 4 : top, Math.max(1.5, right - x - (right - x > 4 ? 1 : 0)), isReport ? 3 : BarHeight - 2);
+  context.fillRect(
+    x,
+    isReport ? top + BarHeight - 4 : top,
+    Math.max(1.5, right - x - (right - x > 4 ? 1 : 0)),
+    isReport ? 3 : BarHeight - 2,
+  );
   const room = right - x;
   if (lane.kind === "link" && room > 7) drawAnswers(context, lane, i, top);
   if (room < 46 || isReport) return;
@@ -164,7 +185,9 @@ function drawBar(context, lane, i, row, x, right, color) {
 
 function textOfBar(lane, i) {
   const { strings, exchanges, records } = model;
-  return lane.kind === "link" ? `${strings[exchanges.text[i]]} ${strings[exchanges.words[i]]}`.trim() : strings[records.name[i]].replace(/^PDU/, "");
+  return lane.kind === "link"
+    ? `${strings[exchanges.text[i]]} ${strings[exchanges.words[i]]}`.trim()
+    : strings[records.name[i]].replace(/^PDU/, "");
 }
 
 /** Answers as ticks, pending ones as dots. */

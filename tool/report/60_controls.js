@@ -22,11 +22,19 @@ const choices = {};
 
 function makeChoices() {
   const numbered = (labels) => labels.map((label, i) => [String(i), label]);
-  choices.link = choice("Link", [["-1", "Any link"], ...numbered(model.linkLabels)], (value) => (state.link = Number(value)));
+  choices.link = choice(
+    "Link",
+    [["-1", "Any link"], ...numbered(model.linkLabels)],
+    (value) => (state.link = Number(value)),
+  );
   const names = [...servicesOf(model)].map(([name, count]) => [name, `${name} (${grouped(count)})`]);
   choices.service = choice("Service or function", [["", "Any service"], ...names], (value) => (state.service = value));
   choices.outcome = choice("Outcome", OutcomeChoices, (value) => (state.outcome = value));
-  choices.thread = choice("Thread", [["-1", "Any thread"], ...numbered(model.threadLabels)], (value) => (state.thread = Number(value)));
+  choices.thread = choice(
+    "Thread",
+    [["-1", "Any thread"], ...numbered(model.threadLabels)],
+    (value) => (state.thread = Number(value)),
+  );
 }
 
 /** Has the controls show the state. */
@@ -53,10 +61,25 @@ function update() {
 }
 
 function showCount() {
-  const shown = rows.kind.reduce((sum, kind, i) => sum + (kind === RowSession ? 0 : kind === RowFold && !state.open.has(`f${rows.ref[i]}`) ? rows.folds.get(rows.ref[i]).length : kind === RowFold ? 0 : 1), 0);
+  const shown = rows.kind.reduce(
+    (sum, kind, i) =>
+      sum +
+      (kind === RowSession
+        ? 0
+        : kind === RowFold && !state.open.has(`f${rows.ref[i]}`)
+          ? rows.folds.get(rows.ref[i]).length
+          : kind === RowFold
+            ? 0
+            : 1),
+    0,
+  );
   const what = state.view === "talk" ? "rows of the conversation" : "calls, callbacks, reports and other lines";
   const text = isFiltered() ? `${grouped(shown)} of ${grouped(rows.total)} ${what}` : `${grouped(rows.total)} ${what}`;
-  byId("count").textContent = !rows.isComplete ? "Unpacking the log for the search …" : shown === 0 ? `Nothing matches: 0 of ${grouped(rows.total)} ${what}` : text;
+  byId("count").textContent = !rows.isComplete
+    ? "Unpacking the log for the search …"
+    : shown === 0
+      ? `Nothing matches: 0 of ${grouped(rows.total)} ${what}`
+      : text;
 }
 
 function drawHeadings() {
@@ -65,7 +88,9 @@ function drawHeadings() {
   const box = byId("headings");
   box.className = `headings ${state.view}`;
   byId("list").className = state.view;
-  box.replaceChildren(...(state.view === "talk" ? talk : calls).map((name) => element("span", `h-${name === "#" ? "cop" : name}`, name)));
+  box.replaceChildren(
+    ...(state.view === "talk" ? talk : calls).map((name) => element("span", `h-${name === "#" ? "cop" : name}`, name)),
+  );
 }
 
 /** Searching waits for a pause in typing if the log is long. */
@@ -95,7 +120,7 @@ function onPageKey(event) {
     t: () => byId("lanes").focus(),
     l: () => goTo(Math.max(0, currentRow() >= 0 ? currentRow() : rowsInSight()[0]), { hasFocus: true }),
     v: () => chooseView(state.view === "talk" ? "calls" : "talk"),
-    x: () => clearFilters() ?? update(),
+    x: showEverything,
     C: copyRows,
     "?": openHelp,
   };
@@ -104,13 +129,23 @@ function onPageKey(event) {
   acts[event.key]();
 }
 
+function showEverything() {
+  clearFilters();
+  update();
+}
+
 /** The other view, at the same place. */
 function chooseView(view) {
   if (view === state.view) return;
   const [first] = rowsInSight();
   const isAtTop = byId("list-box").scrollTop === 0 && currentRow() < 0;
   const ms = rows.kind.length > 0 ? rowTimes()[currentRow() >= 0 ? currentRow() : first] : 0;
-  const exchange = state.at[0] === "e" ? Number(state.at.slice(1)) : state.at[0] === "r" ? (model.exchangeOf[Number(state.at.slice(1))] ?? -1) : -1;
+  const exchange =
+    state.at[0] === "e"
+      ? Number(state.at.slice(1))
+      : state.at[0] === "r"
+        ? (model.exchangeOf[Number(state.at.slice(1))] ?? -1)
+        : -1;
   state.view = view;
   if (exchange >= 0) state.at = view === "talk" ? `e${exchange}` : `r${model.exchanges.record[exchange]}`;
   else state.at = "";
@@ -122,64 +157,13 @@ function chooseView(view) {
   drawList();
 }
 
-function openHelp() {
-  const dialog = byId("keys");
-  if (dialog.childElementCount === 0) fillHelp(dialog);
-  dialog.showModal();
-}
-
-function fillHelp(dialog) {
-  const table = (entries) => {
-    const made = element("dl", "help");
-    for (const [key, text] of entries) made.append(element("div", "", element("dt", "", ...key.split(" ").map((each) => element("kbd", "", each))), element("dd", "", text)));
-    return made;
-  };
-  const marks = element("dl", "help");
-  for (const [className, glyph, text] of [
-    ["mark-bad", "X", "went wrong: refused, or no answer"],
-    ["mark-note", "!", "remarkable: late answer, sent late, an error beside a good answer"],
-    ["mark-way", "·", "by the way: pending, cancelled, no answer wanted"],
-    ["mark-open", "?", "the log does not show how it ended"],
-    ["", "~", "by the log's clock, from call to fetch; without it the library's clock, from sending"],
-    ["", "+4", "so many bytes are not shown here, or are not in the log"],
-  ])
-    marks.append(element("div", "", element("dt", `mark ${className}`, glyph), element("dd", "", text)));
-  const colors = element("dl", "help");
-  for (const [name, text] of [
-    ["good", "answered"],
-    ["bad", "refused, no answer, failed"],
-    ["warn", "cancelled, or open"],
-    ["idle", "no answer wanted"],
-    ["call", "call"],
-    ["callback", "callback"],
-    ["report", "report of the library about its traffic"],
-  ])
-    colors.append(element("div", "", element("dt", "", element("span", `swatch swatch-${name}`)), element("dd", "", text)));
-  const close = button("Close", "", () => dialog.close());
-  const head = element("h2", "", "Keys and marks");
-  head.id = "keys-head";
-  head.tabIndex = -1;
-  head.autofocus = true;
-  const part = (title, content) => element("section", "", element("h3", "", title), content);
-  const parts = element(
-    "div",
-    "help-parts",
-    part("Everywhere", table([["/", "search"], ["e E", "next, previous error"], ["l", "to the list"], ["t", "to the timeline"], ["v", "the other view"], ["x", "clear the filters"], ["C", "copy the rows"], ["?", "this page"]])),
-    part("List", table([["↑ ↓", "row"], ["PgUp PgDn", "page"], ["Home End", "first, last row"], ["→ ←", "unfold, fold"], ["Enter", "unfold or fold"], ["c", "copy the row"]])),
-    part("Timeline", table([["← →", "move"], ["+ −", "zoom"], ["0", "the whole log"], ["↑ ↓", "row"], ["Enter", "unfold the row"], ["Ctrl+wheel", "zoom at the pointer"], ["Shift+wheel", "move"]])),
-    part("Marks", marks),
-    part("Colors of the timeline", colors),
-  );
-  dialog.append(head, parts, close);
-}
-
 function startControls() {
   makeChoices();
-  for (const input of document.querySelectorAll("input[name=view]")) input.addEventListener("change", () => chooseView(input.value));
+  for (const input of document.querySelectorAll("input[name=view]"))
+    input.addEventListener("change", () => chooseView(input.value));
   byId("search").addEventListener("input", onSearch);
   byId("clear").addEventListener("click", () => {
-    clearFilters();
-    update();
+    showEverything();
     byId("search").focus();
   });
   byId("copy").addEventListener("click", copyRows);

@@ -12,7 +12,8 @@ function beginPrint() {
   const count = Math.min(rows.kind.length, MostPrinted);
   putRows(Array.from({ length: count }, (_, i) => i));
   list.countText = byId("count").textContent;
-  if (count < rows.kind.length) byId("count").textContent = `The first ${grouped(count)} of ${grouped(rows.kind.length)} rows. Filter to print others.`;
+  if (count < rows.kind.length)
+    byId("count").textContent = `The first ${grouped(count)} of ${grouped(rows.kind.length)} rows. Filter to print others.`;
 }
 
 function endPrint() {

@@ -4,7 +4,11 @@
 function startRaw() {
   if (!byId("raw")) return;
   const box = element("p", "raw", "The page contains the log to the byte:");
-  for (const file of model.files) box.append(" ", button(`Save ${file.name}`, "", () => saveFile(file)));
+  for (const file of model.files)
+    box.append(
+      " ",
+      button(`Save ${file.name}`, "", () => saveFile(file)),
+    );
   byId("main").append(box);
 }
 

@@ -65,6 +65,9 @@ start().catch((error) => {
   const notice = byId("notice");
   notice.hidden = false;
   notice.classList.add("broken");
-  notice.textContent = typeof DecompressionStream === "undefined" ? "This browser is too old to unpack the report: it has no DecompressionStream." : `This report can't be read: ${error.message}`;
+  notice.textContent =
+    typeof DecompressionStream === "undefined"
+      ? "This browser is too old to unpack the report: it has no DecompressionStream."
+      : `This report can't be read: ${error.message}`;
   document.documentElement.dataset.ready = "failed";
 });

@@ -1,77 +1,5 @@
-// The timeline by mouse, touch and keyboard; it follows the list, and the list follows it.
+// The timeline by mouse, touch and keyboard.
 "use strict";
-
-const ShortestView = 0.02; // ms
-
-const timelineChanged = oncePerFrame(() => drawTimeline());
-
-/** Shows a part of the time. `hasMoved`: the list follows to its beginning; else only if it shows none of it. */
-function setView(from, to, { hasMoved = false, isByList = false } = {}) {
-  const span = Math.max(ShortestView, Math.min(model.end, to - from));
-  state.from = Math.max(0, Math.min(model.end - span, from));
-  state.to = state.from + span;
-  timelineChanged();
-  saveAddress();
-  if (!isByList) followTimeline(hasMoved);
-}
-
-function zoomBy(factor, center = (state.from + state.to) / 2) {
-  setView(center - (center - state.from) * factor, center + (state.to - center) * factor);
-}
-
-function moveBy(share) {
-  const ms = (state.to - state.from) * share;
-  setView(state.from + ms, state.to + ms, { hasMoved: true });
-  say(`${secondsText(state.from)} to ${secondsText(state.to)} seconds`);
-}
-
-/** By row: its time. */
-function rowTimes() {
-  if (timeline.timesOf !== rows.kind) {
-    timeline.timesOf = rows.kind;
-    timeline.times = Float64Array.from(rows.kind, (_, row) => timeOfRow(row));
-    for (let i = timeline.times.length - 1; i >= 0; --i)
-      if (Number.isNaN(timeline.times[i])) timeline.times[i] = timeline.times[i + 1] ?? model.end;
-  }
-  return timeline.times;
-}
-
-/** Scrolls the list to the time that the timeline shows. */
-function followTimeline(hasMoved) {
-  const times = rowTimes();
-  const [first, last] = rowsInSight();
-  const isInView = last > first && times[first] <= state.to && times[last - 1] >= state.from;
-  if (times.length === 0 || isWholeTime() || (isInView && !hasMoved)) return;
-  let low = 0;
-  let high = times.length - 1;
-  while (low < high) {
-    const middle = (low + high) >> 1;
-    if (times[middle] < state.from) low = middle + 1;
-    else high = middle;
-  }
-  const box = byId("list-box");
-  const before = box.scrollTop;
-  box.scrollTop = list.tops[low];
-  if (box.scrollTop !== before) timeline.isLeading = true;
-  drawList();
-}
-
-/** The list was scrolled: the band moves, and the timeline with it. */
-function followList() {
-  const times = rowTimes();
-  const [first, last] = rowsInSight();
-  if (last <= first) timeline.sight = [0, -1];
-  else timeline.sight = [times[first], Math.max(times[first], times[last - 1])];
-  const [from, to] = timeline.sight;
-  const span = state.to - state.from;
-  const isOutside = to < state.from || from > state.to;
-  if (!timeline.isLeading && isOutside && !isWholeTime()) {
-    const middle = (from + Math.min(to, from + span)) / 2;
-    setView(middle - span / 2, middle + span / 2, { isByList: true });
-  }
-  timeline.isLeading = false;
-  timelineChanged();
-}
 
 /** What is under the pointer: a lane and a bar of it, the one that is nearest within a few pixels. */
 function barAt(event) {
@@ -109,7 +37,8 @@ function tipText({ lane, i }) {
   const { exchanges, records, responses, strings, firstResponse } = model;
   if (lane.kind === "link") {
     const answers = [];
-    for (let r = firstResponse[i]; r < firstResponse[i + 1]; ++r) answers.push(`${strings[responses.text[r]]}  ${latencyText(responses.after[r], responses.byLog[r])}`.trim());
+    for (let r = firstResponse[i]; r < firstResponse[i + 1]; ++r)
+      answers.push(`${strings[responses.text[r]]}  ${latencyText(responses.after[r], responses.byLog[r])}`.trim());
     const request = [`${secondsText(lane.begins[i])} s`, strings[exchanges.text[i]], wordsOf(i)].filter(Boolean).join("  ");
     return `${request}\n${answers.filter(Boolean).join("\n") || Outcomes[exchanges.outcome[i]]}`;
   }
@@ -192,25 +121,29 @@ function onWheel(event) {
   if (!isZoom && !isMove) return;
   event.preventDefault();
   const canvas = byId("lanes");
-  if (isZoom) zoomBy(Math.exp(Math.max(-1, Math.min(1, event.deltaY / 200))), timeAt(event.clientX - canvas.getBoundingClientRect().left, canvas.clientWidth));
-  else moveBy((event.deltaX || event.deltaY) / canvas.clientWidth);
+  if (isZoom)
+    zoomBy(
+      Math.exp(Math.max(-1, Math.min(1, event.deltaY / 200))),
+      timeAt(event.clientX - canvas.getBoundingClientRect().left, canvas.clientWidth),
+    );
+  else moveView((event.deltaX || event.deltaY) / canvas.clientWidth);
 }
 
 function onTimelineKey(event) {
   if (event.ctrlKey || event.metaKey || event.altKey) return;
   const acts = {
-    ArrowLeft: () => moveBy(-0.2),
-    ArrowRight: () => moveBy(0.2),
-    PageUp: () => moveBy(-0.9),
-    PageDown: () => moveBy(0.9),
+    ArrowLeft: () => moveView(-0.2),
+    ArrowRight: () => moveView(0.2),
+    PageUp: () => moveView(-0.9),
+    PageDown: () => moveView(0.9),
     Home: () => setView(0, state.to - state.from, { hasMoved: true }),
     End: () => setView(model.end - (state.to - state.from), model.end, { hasMoved: true }),
     "+": () => zoomBy(0.5, zoomCenter()),
     "=": () => zoomBy(0.5, zoomCenter()),
     "-": () => zoomBy(2, zoomCenter()),
     0: () => setView(0, model.end),
-    ArrowDown: () => step(1),
-    ArrowUp: () => step(-1),
+    ArrowDown: () => stepRow(1),
+    ArrowUp: () => stepRow(-1),
     Enter: () => currentRow() >= 0 && toggleRow(currentRow()),
   };
   if (!(event.key in acts)) return;
@@ -226,7 +159,7 @@ function zoomCenter() {
 }
 
 /** From row to row, as the list does it. */
-function step(by) {
+function stepRow(by) {
   const current = currentRow() >= 0 ? currentRow() + by : rowsInSight()[0];
   goTo(Math.max(0, Math.min(rows.kind.length - 1, current)));
   const drawn = list.drawn.get(state.at);

@@ -1,0 +1,286 @@
+#include "tool/setup/install_plan.h"
+
+#include <algorithm>
+
+#include "config/paths.h"
+#include "platform/files.h"
+#include "platform/library.h"
+#include "platform/replace_file.h"
+#include "tool/setup/check.h"
+#include "tool/setup/delivered_library.h"
+#include "tool/setup/file_changes.h"
+#include "tool/setup/file_uri.h"
+#include "tool/setup/library_look.h"
+#include "tool/setup/setup_files.h"
+
+namespace marvane::tool {
+
+namespace {
+
+/// Bytes of the logger library for a machine type.
+std::string LibraryFor(const std::string& from, Machine machine, const std::string& entry)
+{
+    if (auto bytes = DeliveredLibrary(from, machine))
+        return std::move(*bytes);
+    throw InstallRefused("entry " + Quoted(entry) + ": its library is " + MachineText(machine) +
+                         ", and there is no " + MachineText(machine) + " " + platform::OwnLibraryName + " " +
+                         (from.empty() ? "beside this command; name its folder with --from" : "in " + from));
+}
+
+std::string LogFolderByDefault(const std::string& entry)
+{
+    const std::string name = FolderName(entry);
+    return platform::PathSeparator == '/' ? "%HOME%/.local/state/marvane/" + name + "/"
+                                          : "%LOCALAPPDATA%\\Marvane\\logs\\" + name + "\\";
+}
+
+/// True for a folder that is missing, empty, left by a run that was interrupted before its record was there,
+/// or left with a library that was in use when it was uninstalled.
+bool HoldsNothingFinished(const std::string& folder)
+{
+    const std::vector<std::string> names = NamesIn(folder);
+    return std::all_of(names.begin(), names.end(), [](const std::string& name) {
+        return name.ends_with(platform::UnfinishedMark) || name.ends_with(OldMark);
+    });
+}
+
+class Planner
+{
+public:
+    explicit Planner(const InstallOptions& options) : options_(options) {}
+
+    InstallPlan Run()
+    {
+        plan_.Roots = ReadRoots(options_.Roots);
+        Select();
+        CheckAll();
+        return std::move(plan_);
+    }
+
+private:
+    [[noreturn]] static void Refuse(const std::string& text) { throw InstallRefused(text); }
+
+    // What is to be done.
+
+    void Select()
+    {
+        if (plan_.Roots.empty())
+            Refuse("this machine names no root description file; give one with --root FILE");
+        for (std::size_t i = 0; i < plan_.Roots.size(); ++i) {
+            if (!plan_.Roots[i].File)
+                Refuse(plan_.Roots[i].Source.Path + " " + plan_.Roots[i].Fault);
+            const std::vector<RootEntry>& entries = plan_.Roots[i].File->Entries;
+            for (std::size_t k = 0; k < entries.size(); ++k)
+                if (options_.Name.empty() || entries[k].ShortName == options_.Name)
+                    SelectEntry(i, k);
+        }
+        if (plan_.Entries.empty())
+            Refuse(options_.Name.empty()
+                       ? "no entry that Marvane can be put in front of"
+                       : "no entry " + Quoted(options_.Name) + "; 'marvane list' shows them");
+    }
+
+    void SelectEntry(std::size_t root, std::size_t index)
+    {
+        const RootFile& file = *plan_.Roots[root].File;
+        const RootEntry& entry = file.Entries[index];
+        const std::string what =
+            "entry " + Quoted(entry.ShortName) + " in " + plan_.Roots[root].Source.Path + ": ";
+        if (const std::string reason = ReasonNotToChange(file, entry); !reason.empty())
+            Refuse(what + reason);
+        const EntryLibrary library = LibraryOf(entry);
+        if (library.Path.empty())
+            Refuse(what + library.Fault);
+        const LibraryLook look = LookAtLibrary(library.Path);
+        if (!look.Facts)
+            Refuse(what + library.Path + " " + LibrarySummary(look));
+        if (!IsSupported(look.Facts->For))
+            Refuse(what + library.Path + " is " + MachineText(look.Facts->For));
+        if (plan_.Roots[root].Source.Width && *plan_.Roots[root].Source.Width != look.Facts->For)
+            plan_.Notes += "   note          " + library.Path + " is " + MachineText(look.Facts->For) +
+                           ", but the registry names this file to other programs\n";
+        look.Facts->IsMarvane ? PlanUpdate(root, index, library.Path, what) : PlanNew(root, index, look);
+    }
+
+    void PlanNew(std::size_t root, std::size_t index, const LibraryLook& vendor)
+    {
+        const RootEntry& entry = plan_.Roots[root].File->Entries[index];
+        EntryPlan plan{root,        index, entry.ShortName,
+                       vendor.Path, {},    LibraryFor(options_.From, vendor.Facts->For, entry.ShortName),
+                       {},          true,  true,
+                       true,        true,  {}};
+        const std::string base =
+            options_.To.empty()
+                ? DefaultCopyFolder(vendor.Facts->For)
+                : PathText(std::filesystem::absolute(FilePath(options_.To)).lexically_normal());
+        plan.Record.Folder = FreeFolder(base, plan_.Roots[root].Source.Path, entry.ShortName);
+        plan.Copy = plan.Record.Folder + platform::PathSeparator + platform::OwnLibraryName;
+        plan.Record.Root = plan_.Roots[root].Source.Path;
+        plan.Record.Entry = entry.ShortName;
+        plan.Record.OldUri = entry.RawUri;
+        plan.Record.NewUri = EscapeXmlAttribute(UriOfPath(plan.Copy, platform::PathSeparator), entry.Quote);
+        FillRecord(plan);
+        NewConfiguration values = options_.Configuration;
+        values.InstalledPath = FolderOf(vendor.Path, platform::PathSeparator);
+        values.TargetName = FileNameOf(vendor.Path);
+        values.LogFolder = LogFolderFor(entry.ShortName);
+        PlanConfiguration(plan, values);
+        plan.WritesLibrary = ReadFileBytes(plan.Copy) != plan.CopiedBytes;
+        plan_.Entries.push_back(std::move(plan));
+    }
+
+    static void FillRecord(EntryPlan& plan)
+    {
+        plan.Record.Installed = TimeNow();
+        const auto facts = InspectBinary(plan.CopiedBytes);
+        plan.Record.Version = facts && facts->Version ? VersionText(*facts->Version) : "unknown";
+    }
+
+    /// A copy that is there already keeps its configuration; only the library that it leads to is set again.
+    void PlanConfiguration(EntryPlan& plan, const NewConfiguration& values)
+    {
+        const auto existing = ReadFileBytes(ConfigurationBeside(plan.Copy, platform::PathSeparator));
+        try {
+            if (existing)
+                plan.Configuration = WithValue(WithValue(*existing, "InstalledPath", values.InstalledPath),
+                                               "PDUAPILibDll", values.TargetName);
+            else
+                plan.Configuration = ConfigurationText(values, platform::PathSeparator);
+        } catch (const RefusedValue& refused) {
+            Refuse("entry " + Quoted(plan.Name) + ": its configuration can't be changed: " + refused.what());
+        }
+        plan.WritesConfiguration = existing != plan.Configuration;
+    }
+
+    /// The entry leads to a copy of ours: at most the library is newer.
+    void PlanUpdate(std::size_t root, std::size_t index, const std::string& copy, const std::string& what)
+    {
+        std::optional<InstalledCopy> record = ReadRecord(ParentOf(copy));
+        if (!record || record->Entry != plan_.Roots[root].File->Entries[index].ShortName)
+            return options_.Name.empty()
+                       ? void(plan_.Notes += "   note          " + what +
+                                             "leads to a Marvane that was not installed by this command\n")
+                       : Refuse(what + "leads to a Marvane that was not installed by this command, " + copy);
+        const LibraryLook look = LookAtLibrary(copy);
+        EntryPlan plan;
+        plan.Root = root;
+        plan.Entry = index;
+        plan.Name = record->Entry;
+        plan.Copy = copy;
+        plan.CopiedBytes = LibraryFor(options_.From, look.Facts->For, record->Entry);
+        plan.WritesLibrary = ReadFileBytes(copy) != plan.CopiedBytes;
+        plan.WritesRecord = plan.WritesLibrary;
+        plan.WritesConfiguration = false;
+        plan.ChangesUri = false;
+        plan.Record = std::move(*record);
+        FillRecord(plan);
+        plan.Configuration = ReadFileBytes(ConfigurationBeside(copy, platform::PathSeparator)).value_or("");
+        plan_.Entries.push_back(std::move(plan));
+    }
+
+    std::string LogFolderFor(const std::string& entry) const
+    {
+        if (!options_.LogFolder)
+            return LogFolderByDefault(entry);
+        const std::string folder = WholeFolder(*options_.LogFolder);
+        // Each entry needs a log folder of its own.
+        return options_.Name.empty() ? folder + FolderName(entry) + platform::PathSeparator : folder;
+    }
+
+    /// The folder of this entry from an earlier run, else one that nobody has.
+    std::string FreeFolder(const std::string& base, const std::string& root, const std::string& entry) const
+    {
+        for (int number = 1;; ++number) {
+            const std::string folder = base + platform::PathSeparator + FolderName(entry) +
+                                       (number == 1 ? std::string() : "-" + std::to_string(number));
+            const bool isTaken =
+                std::any_of(plan_.Entries.begin(), plan_.Entries.end(),
+                            [&](const EntryPlan& plan) { return plan.Record.Folder == folder; });
+            if (isTaken)
+                continue;
+            const auto record = ReadRecord(folder);
+            if (record ? record->Entry == entry && IsSameFile(record->Root, root)
+                       : HoldsNothingFinished(folder))
+                return folder;
+        }
+    }
+
+    // What has to hold before anything is written.
+
+    void CheckAll()
+    {
+        std::map<std::size_t, std::vector<UriChange>> changes;
+        for (const EntryPlan& plan : plan_.Entries)
+            if (plan.ChangesUri)
+                changes[plan.Root].push_back({plan.Entry, plan.Record.NewUri});
+        for (const auto& [root, uris] : changes)
+            CheckRoot(root, uris);
+        for (const EntryPlan& plan : plan_.Entries)
+            CheckPlan(plan);
+    }
+
+    void CheckRoot(std::size_t root, const std::vector<UriChange>& uris)
+    {
+        const std::string& path = plan_.Roots[root].Source.Path;
+        std::error_code failed;
+        plan_.Changes[root].Target = PathText(std::filesystem::canonical(FilePath(path), failed));
+        if (failed)
+            Refuse(path + ": " + failed.message());
+        const std::string folder = ParentOf(plan_.Changes[root].Target);
+        if (std::filesystem::is_symlink(FilePath(path)) && platform::OthersMayWriteInFolder(folder))
+            Refuse(path + " is a link into a folder that every user may write to: " + folder);
+        if (!platform::CanWriteInFolder(folder))
+            Refuse(NeedsRights(folder));
+        try {
+            plan_.Changes[root].Bytes = WithUris(*plan_.Roots[root].File, uris);
+        } catch (const XmlError& error) {
+            Refuse(path + " " + error.what());
+        }
+    }
+
+    static std::string NeedsRights(const std::string& folder)
+    {
+        return "this needs the right to write to " + folder + ": run it as administrator" +
+               (platform::PathSeparator == '/' ? " (sudo)" : "");
+    }
+
+    void CheckPlan(const EntryPlan& plan)
+    {
+        const std::string folder = ExistingFolder(plan.Record.Folder);
+        if ((plan.WritesLibrary || plan.WritesConfiguration || plan.WritesRecord) &&
+            !platform::CanWriteInFolder(folder))
+            Refuse(NeedsRights(folder));
+        if (platform::OthersMayWriteInFolder(folder) && plan.WritesLibrary)
+            plan_.Notes += "   warning       every user may write to " + folder +
+                           ", and so replace what the application loads\n";
+        if (!plan.ChangesUri)
+            return;
+        const std::vector<std::string> missing = MissingFunctions(*LookAtLibrary(plan.Vendor).Facts);
+        for (const std::string& name : missing)
+            plan_.Notes += "   note          " + plan.Vendor + " lacks " + name +
+                           ": a call of it ends the application\n";
+        const CheckReport report = CheckConfiguration(ParseConfiguration(plan.Configuration), plan.Copy,
+                                                      InspectBinary(plan.CopiedBytes)->For);
+        for (const CheckFinding& finding : report.All)
+            if (finding.Level == FindingLevel::Error &&
+                !(finding.Place == "target library" && !missing.empty()))
+                Refuse("entry " + Quoted(plan.Name) + ": " + finding.Text);
+    }
+
+    const InstallOptions& options_;
+    InstallPlan plan_;
+};
+
+} // namespace
+
+std::string Quoted(const std::string& name)
+{
+    return "\"" + name + "\"";
+}
+
+InstallPlan PlanInstall(const InstallOptions& options)
+{
+    return Planner(options).Run();
+}
+
+} // namespace marvane::tool

@@ -228,57 +228,6 @@ std::vector<std::uint8_t> Redactor::Redacted(const Listing& listing, bool& endsS
     return bytes;
 }
 
-/// Redacts a frame of a message that is split over several. False if the listing is none.
-/// What such a message holds besides its first bytes can't be told from a frame, so all of it goes unless it
-/// is a secret of a kind that is not wanted. No piece of it is learned: it may be the beginning of many
-/// things.
-bool Redactor::RedactSegment(const Listing& listing, std::uint8_t* out)
-{
-    const bool isPlain = listing.Label == "pCoPData" || listing.Label == "pDataBytes";
-    const read::Bytes bytes = listing.Bytes;
-    if (listing.IsTail || bytes.empty() || !(isPlain || listing.IsOfReport) ||
-        (isPlain && BeginsMessage(bytes[0])))
-        return false;
-    const std::optional<std::uint32_t> address = listing.IsOfReport ? listing.Address : std::nullopt;
-    // First of all what is expected: the bytes of a consecutive frame may look like another frame.
-    SegmentedMessage* message = segments_.Find(listing.Way, address, bytes, isPlain);
-    TransportFrame frame;
-    if (message)
-        frame.Begin = message->Prefix + 1;
-    else
-        frame = FindFrame(bytes, isPlain);
-    if (frame.Kind == FrameKind::First) {
-        message = &segments_.Begin(SegmentedMessages::KeyOf(listing.Way, address, bytes.first(frame.Prefix)),
-                                   frame);
-        message->SecretBegin = std::min(message->SecretBegin,
-                                        SecretBeginOf(listing.Way, bytes.subspan(frame.Begin), frame.Total));
-    }
-    if (!message)
-        return false;
-    const std::uint64_t count =
-        std::min<std::uint64_t>(bytes.size() - frame.Begin, message->Total - message->Done);
-    const std::uint64_t kept =
-        std::min(count, message->SecretBegin - std::min(message->SecretBegin, message->Done));
-    const auto begin = frame.Begin + static_cast<std::size_t>(kept);
-    Replace(bytes.subspan(begin, static_cast<std::size_t>(count - kept)), out + begin);
-    message->Done += count;
-    return true;
-}
-
-/// Where the secret of a message begins of which the first bytes are known; UINT64_MAX if nothing of it goes.
-std::uint64_t Redactor::SecretBeginOf(Direction way, read::Bytes head, std::uint64_t total) const
-{
-    constexpr std::uint64_t identifier = 3; // with the service before it
-    constexpr std::uint64_t longest = 64;   // no secret begins later
-    std::vector<std::uint8_t> message(head.begin(), head.end());
-    message.resize(static_cast<std::size_t>(std::max<std::uint64_t>(head.size(), std::min(total, longest))));
-    const SecretPart part =
-        way == Direction::ToTarget ? words::SecretOfRequest(Dialect::Uds, message) : SecretOfAnswer(message);
-    if (part.What == Secret::None)
-        return identifier;
-    return Takes(part.What) ? part.Begin : UINT64_MAX;
-}
-
 /// What is secret in the message of a listing. The protocol of its link does not matter: rather too much is
 /// taken out than too little.
 SecretPart Redactor::SecretOf(const Listing& listing, read::Bytes message) const

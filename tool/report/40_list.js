@@ -9,8 +9,8 @@ const list = {
   tops: new Float64Array(1), // by row: its top; then the whole height
   drawn: new Map(), // key: the element of the row
   measured: new Map(), // key of an unfolded row: its height
-  byUser: 0, // until then scrolling comes from the page itself
   isPrinted: false,
+  isNarrow: false, // as isNarrow.matches, which is slow to ask for each row
 };
 
 const isNarrow = matchMedia("(max-width: 719px)");
@@ -19,12 +19,12 @@ const isNarrow = matchMedia("(max-width: 719px)");
 function heightOf(row) {
   const { firstResponse, strings } = model;
   const ref = rows.ref[row];
-  let count = isNarrow.matches ? 2 : 1;
+  let count = list.isNarrow ? 2 : 1;
   if (rows.kind[row] === RowExchange) {
     const first = firstResponse[ref];
     const responses = firstResponse[ref + 1] - first;
     const isEmpty = responses === 1 && strings[model.responses.text[first]] === "";
-    count = isNarrow.matches ? 1 + (isEmpty ? 0 : responses) : Math.max(1, responses);
+    count = list.isNarrow ? 1 + (isEmpty ? 0 : responses) : Math.max(1, responses);
   } else if (rows.kind[row] === RowRemark || rows.kind[row] === RowSession || rows.kind[row] === RowOther) count = 1;
   return count * LineHeight + RowPadding;
 }
@@ -35,6 +35,7 @@ function isOpen(row) {
 
 /** Computes where each row is. */
 function placeRows() {
+  list.isNarrow = isNarrow.matches;
   const count = rows.kind.length;
   const tops = new Float64Array(count + 1);
   const hasOpen = state.open.size > 0;

@@ -50,7 +50,7 @@ async function start() {
     timelineChanged();
   });
   addEventListener("hashchange", takeState); // by the user: the page's own changes do not raise it
-  lines.ready = readLines(model);
+  lines.ready = new Promise((done) => setTimeout(done)).then(() => readLines(model)); // after the page is drawn
   takeState();
   document.documentElement.dataset.ready = "model";
   performance.mark("model ready");

@@ -19,16 +19,16 @@ const lines = {
 async function readLines(model) {
   lines.starts = new Uint32Array(model.lineCount);
   lines.stamps = new Int32Array(model.lineCount).fill(-1);
-  const reader = streamOf("lines").pipeThrough(new TextDecoderStream()).getReader();
+  const reader = streamOf("lines").getReader();
+  const decoder = new TextDecoder();
   let parts = [];
   let size = 0;
   const state = { line: 0, stamp: -1 };
   for (;;) {
     const { value, done } = await reader.read();
-    if (value) {
-      parts.push(value);
-      size += value.length;
-    }
+    const part = decoder.decode(value, { stream: !done });
+    parts.push(part);
+    size += part.length;
     if (size < 4e6 && !done) continue;
     const text = parts.join("");
     const cut = done ? text.length : text.lastIndexOf("\n") + 1;

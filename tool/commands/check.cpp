@@ -186,7 +186,7 @@ std::vector<CheckReport> Reports(const Arguments& arguments)
             FolderOf(*configuration, platform::PathSeparator) + platform::OwnLibraryName;
         return {CheckChain(IsFile(beside) ? beside : OwnLibrary(), configuration)};
     }
-    const std::vector<std::string> roots = arguments.Values("--root");
+    const std::vector<std::string>& roots = arguments.Values("--root");
     const std::string to = arguments.Value("--to").value_or("");
     std::vector<CheckReport> reports = CheckEntries(roots, name, to);
     if (reports.empty() && !name.empty())

@@ -1,7 +1,7 @@
-// The form of the model, "marvane-report/1" (docs/report.md). Tables are objects of columns, arrays of equal length, which
-// compress better and load faster than an object a row. Growing numbers are written as differences (d).
-// Numbers of strings count from 0 in "strings"; lines count from 0 through all lines in the page; times are
-// milliseconds since "begin"; -1 is none.
+// The form of the model, "marvane-report/1" (docs/report.md). Tables are objects of columns, arrays of equal
+// length, which compress better and load faster than an object a row. Growing numbers are written as
+// differences (d). Numbers of strings count from 0 in "strings"; lines count from 0 through all lines in the
+// page; times are milliseconds since "begin"; -1 is none.
 #include "tool/report/model.h"
 
 #include <algorithm>

@@ -59,7 +59,7 @@ show_progress() {
 logged() {
     unit=$1 log=$2
     shift 2
-    return "$({ { "$@" 2>&1; echo $? >&3; } | show_progress "$unit" "$log"; } 3>&1)"
+    return "$({ { "$@" 2>&1 3>&-; echo $? >&3; } | show_progress "$unit" "$log"; } 3>&1)"
 }
 
 # configured_elsewhere PRESET: true if its build folder was configured by another checkout, or in another place.

@@ -1,4 +1,5 @@
 // --format trace: what viewers rely on holds for every log of the tests.
+#include <algorithm>
 #include <filesystem>
 #include <regex>
 
@@ -36,12 +37,21 @@ TEST(Trace, ItsCheckFindsWhatIsWrong)
     EXPECT_EQ(CheckTrace(event("s", 2, "x")).Faults, "flow without two ends: s x on 1/2 at 2\n");
 }
 
+bool IsLog(const std::filesystem::directory_entry& entry)
+{
+    return entry.path().extension() == ".LGR";
+}
+
+bool IsFolderOfLogs(const std::filesystem::directory_entry& entry)
+{
+    return entry.is_directory() && std::ranges::any_of(std::filesystem::directory_iterator(entry), IsLog);
+}
+
 TEST(Trace, NestsRightForEachLogOfTheTests)
 {
     std::size_t logs = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(Logs)) {
-        const bool isFolder = entry.is_directory() && entry.path().filename() != "output";
-        if (!isFolder && entry.path().extension() != ".LGR")
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(Logs)) {
+        if (!IsLog(entry) && !IsFolderOfLogs(entry))
             continue;
         ++logs;
         EXPECT_EQ(CheckTrace(TraceOf(entry.path().string())).Faults, "") << entry.path();

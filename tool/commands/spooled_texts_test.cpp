@@ -14,7 +14,7 @@ std::string TextOf(const SpooledTexts& texts, std::size_t number)
 
 TEST(SpooledTexts, GiveEachTextWholeWhereverItIsKept)
 {
-    for (const std::size_t mostHeld : {0, 1, 7, 1000}) {
+    for (const std::size_t mostHeld : {0u, 1u, 7u, 1000u}) {
         SpooledTexts texts(mostHeld);
         std::string expected[3];
         for (std::size_t i = 0; i < 30; ++i) {

@@ -9,6 +9,8 @@ void FindModule(Session& session)
 {
     PDU_MODULE_ITEM* modules = nullptr;
     session.Expect("PDUGetModuleIds", session.Pdu.PDUGetModuleIds(&modules));
+    if (!modules)
+        throw Failure("PDUGetModuleIds returned no list");
     session.Say("Modules found: %u", static_cast<unsigned>(modules->NumEntries));
     if (modules->NumEntries == 0)
         throw Failure("there is no module to work with");

@@ -12,8 +12,8 @@ protected:
     CheckedOutcome()
     {
         std::filesystem::create_directory(place);
-        for (const std::string& name : {std::string(platform::OwnLibraryName), testing::LibraryName("SimVci"),
-                                        testing::LibraryName("fake_target_no_lock")})
+        for (const std::string& name :
+             {std::string(platform::OwnLibraryName), testing::LibraryName("SimVci")})
             std::filesystem::copy_file(testing::BuildFolder() + name, place / name);
     }
 
@@ -73,6 +73,8 @@ protected:
 
     static constexpr const char* InLogs = "works, log in DIR/place/logs/.";
     const testing::EnvironmentValue none{"PDU_CFG_FILE", std::nullopt};
+    /// Under AddressSanitizer too, a crash is the end by a signal.
+    const testing::EnvironmentValue crashes{"ASAN_OPTIONS", "handle_segv=0"};
     std::filesystem::path place = folder.Path() / "place";
     std::string folderOfLogs = testing::PathText(place / "logs") + platform::PathSeparator;
     std::vector<std::pair<std::string, std::string>> good = {
@@ -114,7 +116,12 @@ TEST_F(CheckedOutcome, OfALogFolderThatIsTooLong)
 
 TEST_F(CheckedOutcome, OfAFunctionThatIsMissingIsTheEndOfTheApplication)
 {
-    EXPECT_EQ(Outcome(WithValue("PDUAPILibDll", testing::LibraryName("fake_target_no_lock"))), "ends");
+    const std::string name = "PDULockResource";
+    std::string vci = testing::FileBytes(place / testing::LibraryName("SimVci"));
+    for (std::size_t at = 0; (at = vci.find(name, at)) != std::string::npos; ++at)
+        vci[at + name.find('o')] = '0'; // Its other functions are found as before.
+    testing::WriteFileBytes(place / testing::LibraryName("NoLock"), vci);
+    EXPECT_EQ(Outcome(WithValue("PDUAPILibDll", testing::LibraryName("NoLock"))), "ends");
 }
 
 TEST_F(CheckedOutcome, OfLogEnabledInOtherSpellings)

@@ -34,6 +34,6 @@ std::tm LocalCalendarTime();
 std::tm LocalCalendarTime(std::int64_t second);
 
 /// Broken-down UTC time of a count of seconds since 1970.
-std::tm UtcCalendarTime(std::time_t seconds);
+std::tm UtcCalendarTime(std::int64_t seconds);
 
 } // namespace marvane::platform

@@ -64,7 +64,7 @@ std::tm LocalCalendarTime(std::int64_t second)
     return LocalCalendar(second);
 }
 
-std::tm UtcCalendarTime(std::time_t seconds)
+std::tm UtcCalendarTime(std::int64_t seconds)
 {
     using namespace std::chrono;
     const sys_seconds moment{std::chrono::seconds(seconds)};

@@ -1,10 +1,12 @@
 // The local time is right when the zone's offset changes.
 #include "platform/clock.h"
 
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <optional>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -94,6 +96,20 @@ TEST(UtcTime, BreaksSecondsDown)
     EXPECT_EQ(time.tm_hour, 1);
     EXPECT_EQ(time.tm_min, 46);
     EXPECT_EQ(time.tm_sec, 40);
+}
+
+TEST(UtcTime, GoesOnAfter2038InProgramsOf32BitsToo)
+{
+    EXPECT_EQ(platform::UtcCalendarTime(5'000'000'000).tm_year + 1900, 2128);
+}
+
+// The compiler's library and the system's must mean the same by a span of time.
+TEST(Pause, LastsAsLongAsItWasAskedFor)
+{
+    using namespace std::chrono;
+    const auto begin = steady_clock::now();
+    std::this_thread::sleep_for(milliseconds(20));
+    EXPECT_GE(duration_cast<milliseconds>(steady_clock::now() - begin).count(), 19); // ticks of the clock
 }
 
 } // namespace

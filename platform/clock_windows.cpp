@@ -63,10 +63,11 @@ std::tm LocalCalendarTime(std::int64_t second)
     return UtcCalendarTime(SecondsSince1970(Ticks(asUtc)));
 }
 
-std::tm UtcCalendarTime(std::time_t seconds)
+std::tm UtcCalendarTime(std::int64_t seconds)
 {
+    const __time64_t wide = seconds; // time_t has 32 bits in programs of 32 bits
     std::tm calendar = {};
-    gmtime_s(&calendar, &seconds);
+    _gmtime64_s(&calendar, &wide);
     return calendar;
 }
 

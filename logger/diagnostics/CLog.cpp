@@ -78,7 +78,7 @@ void InsertTime(std::ostream& record)
 {
     using namespace std::chrono;
     const auto now = duration_cast<microseconds>(system_clock::now().time_since_epoch()).count();
-    const std::tm calendar = platform::UtcCalendarTime(static_cast<std::time_t>(now / 1000000));
+    const std::tm calendar = platform::UtcCalendarTime(now / 1000000);
     record << std::put_time(&calendar, "%H:%M:%S.") << std::setw(6) << std::setfill('0') << now % 1000000;
 }
 

@@ -24,7 +24,7 @@ LogTime TimeOf(const FileTime& time)
     return {days * MillisecondsPerDay + seconds * 1000};
 }
 
-LogTime LocalTime(std::time_t moment)
+LogTime LocalTime(std::int64_t moment)
 {
     const std::tm local = platform::LocalCalendarTime(moment);
     const std::int64_t days = DaysOf({local.tm_year + 1900, static_cast<unsigned>(local.tm_mon + 1),
@@ -37,10 +37,9 @@ LogTime ChangeOf(const fs::path& path)
     std::error_code error;
     const fs::file_time_type changed = fs::last_write_time(path, error);
     if (error)
-        return LocalTime(std::time(nullptr));
+        return LocalTime(platform::Now().Second);
     const auto system = std::chrono::file_clock::to_sys(changed);
-    return LocalTime(std::chrono::system_clock::to_time_t(
-        std::chrono::time_point_cast<std::chrono::system_clock::duration>(system)));
+    return LocalTime(std::chrono::floor<std::chrono::seconds>(system.time_since_epoch()).count());
 }
 
 std::optional<LogFileName> NameOf(std::string_view name)
@@ -75,7 +74,7 @@ LogFile StandardInput()
     file.Path = "-";
     file.IsStandardInput = true;
     file.Begin.Name = '-';
-    file.Begin.NameTime = LocalTime(std::time(nullptr));
+    file.Begin.NameTime = LocalTime(platform::Now().Second);
     return file;
 }
 

@@ -138,7 +138,7 @@ std::string FolderName(const std::string& entry)
 
 std::string TimeNow()
 {
-    const std::tm now = platform::UtcCalendarTime(std::time(nullptr));
+    const std::tm now = platform::UtcCalendarTime(platform::Now().Second);
     char text[40];
     return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &now)};
 }

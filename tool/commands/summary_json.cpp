@@ -91,7 +91,7 @@ std::string TimeJson(const TimeShares& shares)
 {
     return JsonObject()
         .Add("answers_ms", shares.ControlUnitMs())
-        .Add("calls_ms", shares.LibraryMs())
+        .Add("calls_ms", shares.InCallsMs())
         .Add("application_ms", shares.ApplicationMs())
         .Text();
 }

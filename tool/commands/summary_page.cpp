@@ -178,7 +178,7 @@ private:
         const TimeShares& shares = facts_.Shares;
         if (facts_.Requests > 0 && shares.AreKnown())
             Line("time", seconds(shares.ControlUnitMs()) + "waiting for answers, " +
-                             seconds(shares.LibraryMs()) + "in calls, " + seconds(shares.ApplicationMs()) +
+                             seconds(shares.InCallsMs()) + "in calls, " + seconds(shares.ApplicationMs()) +
                              "in the application");
     }
 

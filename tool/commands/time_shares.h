@@ -29,7 +29,7 @@ public:
     void OnEnded(const read::Exchange& exchange) { requests_.erase(RequestOf(exchange)); }
 
     std::int64_t ControlUnitMs() const { return ms_[ControlUnit]; }
-    std::int64_t LibraryMs() const { return ms_[Library]; }
+    std::int64_t InCallsMs() const { return ms_[Library]; }
     std::int64_t ApplicationMs() const { return ms_[Application]; }
     /// False if the settings keep the ends of requests out of the log.
     bool AreKnown() const { return areKnown_; }

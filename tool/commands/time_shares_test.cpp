@@ -62,7 +62,7 @@ protected:
     void ExpectShares(std::int64_t controlUnit, std::int64_t library, std::int64_t application) const
     {
         EXPECT_EQ(shares_.ControlUnitMs(), controlUnit);
-        EXPECT_EQ(shares_.LibraryMs(), library);
+        EXPECT_EQ(shares_.InCallsMs(), library);
         EXPECT_EQ(shares_.ApplicationMs(), application);
     }
 

@@ -1,13 +1,13 @@
 // The report page of the demo: what it shows, by mouse.
 import assert from "node:assert/strict";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
-import { mkdtempSync, readFileSync, rmSync } from "node:fs";
-import { tmpdir } from "node:os";
+import { test } from "node:test";
+import { readFileSync } from "node:fs";
 import { demo, source } from "./marvane.mjs";
 import {
-  browserPath,
+  demoTests,
   linesOf,
+  partsOf,
   rowsOf,
   searchFor,
   settled,
@@ -19,27 +19,13 @@ import {
 } from "./report_kit.mjs";
 
 const folds = join(source, "tests", "logs", "folds.LGR");
-let folder = "";
-let path = "";
-
-before(() => {
-  folder = mkdtempSync(join(tmpdir(), "marvane-web-"));
-  if (browserPath) path = writeReport(folder, demo);
-});
-after(() => rmSync(folder, { recursive: true }));
-
-/** A test with the demo's page. */
-const pageTest = (name, use, options) =>
-  test(name, { skip }, () => withBrowser((browser) => withPage(browser, path, use, options)));
+const tests = demoTests();
+const { pageTest } = tests;
 
 pageTest("the top says what the log is", async (page) => {
   assert.equal(await page.title(), "D-PDU_API_Logger_22-11-2026_00-27-36.LGR");
   assert.equal(await textOf(page, "#facts"), "22 Nov 2026 00:27:36.984 157 ms 2,496 lines 2 threads ended with PDUDestruct");
-  const facts = await page.evaluate(() =>
-    [...document.querySelectorAll("#summary .fact")].map((fact) =>
-      [...fact.children].map((each) => each.textContent).join("|"),
-    ),
-  );
+  const facts = await partsOf(page, "#summary .fact", "|");
   assert.deepEqual(facts, [
     "Library|/opt/simvci/libSimVci.so|R01.004.0002.0007 · loaded · Marvane R01.000.0000.0000",
     "Module 1|Simulated VCI|serial number 42 · SimVci D-PDU API 001.000.000",
@@ -197,11 +183,7 @@ pageTest("an error's chip jumps to its row", async (page) => {
 pageTest("an unfolded row says why the call failed", async (page) => {
   await page.click(".chip >> nth=0");
   await page.waitForSelector(".detail .lines");
-  const facts = await page.evaluate(() =>
-    [...document.querySelectorAll(".facts-of-row > div")].map((fact) =>
-      [...fact.children].map((each) => each.textContent).join(": "),
-    ),
-  );
+  const facts = await partsOf(page, ".facts-of-row > div", ": ");
   assert.deepEqual(facts, [
     "Status: PDU_ERR_RSC_LOCKED_BY_OTHER_CLL (0x00A1)",
     "Begun: 22 Nov 2026 00:27:36.985",
@@ -244,7 +226,7 @@ pageTest("rows, a call and its lines are copied as text", async (page) => {
 
 test("long transfers are one row, which unfolds", { skip }, () =>
   withBrowser((browser) =>
-    withPage(browser, writeReport(folder, folds), async (page) => {
+    withPage(browser, writeReport(tests.folder, folds), async (page) => {
       assert.equal(await textOf(page, "#count"), "21 rows of the conversation");
       assert.match((await rowsOf(page))[1], /^0\.003\|1\|36 {2}8 blocks\|transfer data\|384 bytes, 12\.0 kB\/s\|~3\d\|71$/);
       await page.click('.row[data-key^="f"] .head >> nth=0');
@@ -259,7 +241,7 @@ test("long transfers are one row, which unfolds", { skip }, () =>
 
 test("the raw log can be saved from a page that has it", { skip }, () =>
   withBrowser((browser) =>
-    withPage(browser, writeReport(folder, folds, "--raw"), async (page) => {
+    withPage(browser, writeReport(tests.folder, folds, "--raw"), async (page) => {
       const [download] = await Promise.all([page.waitForEvent("download"), page.click("text=Save folds.LGR")]);
       assert.equal(download.suggestedFilename(), "folds.LGR");
       assert.deepEqual(readFileSync(await download.path()), readFileSync(folds));
@@ -269,7 +251,7 @@ test("the raw log can be saved from a page that has it", { skip }, () =>
 
 test("a redacted page says so", { skip }, () =>
   withBrowser((browser) =>
-    withPage(browser, writeReport(folder, join(source, "tests", "logs", "secrets.LGR"), "--redact"), async (page) => {
+    withPage(browser, writeReport(tests.folder, join(source, "tests", "logs", "secrets.LGR"), "--redact"), async (page) => {
       assert.match(await textOf(page, "#notice"), /^Redacted: .*vin/i);
       assert.doesNotMatch(
         await page.evaluate(() => lines.blocks.map((block) => block.text).join("") + JSON.stringify(model.strings)),

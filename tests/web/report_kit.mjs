@@ -1,10 +1,12 @@
 // The report page in a browser: written by the command under test, opened from its file, watched for faults.
 import assert from "node:assert/strict";
 import { spawnSync } from "node:child_process";
-import { readdirSync, readFileSync, statSync } from "node:fs";
+import { mkdtempSync, readdirSync, readFileSync, rmSync, statSync } from "node:fs";
+import { tmpdir } from "node:os";
 import { join } from "node:path";
+import { after, before, test } from "node:test";
 import { pathToFileURL } from "node:url";
-import { marvane } from "./marvane.mjs";
+import { demo, marvane } from "./marvane.mjs";
 
 export const browserPath = ["/usr/bin/chromium", "/usr/bin/chromium-browser"].find(
   (path) => !spawnSync(path, ["--version"]).error,
@@ -27,6 +29,20 @@ export function writeReport(folder, log, ...options) {
   const path = join(folder, `report-${Math.random().toString(36).slice(2)}.html`);
   marvane("report", log, "-o", path, ...options);
   return path;
+}
+
+/** For a file of tests: a folder, in it the page of the demo's log as `demoPage`, and tests with that page. */
+export function demoTests() {
+  const tests = { folder: "", demoPage: "", pageTest };
+  before(() => {
+    tests.folder = mkdtempSync(join(tmpdir(), "marvane-web-"));
+    if (browserPath) tests.demoPage = writeReport(tests.folder, demo);
+  });
+  after(() => rmSync(tests.folder, { recursive: true }));
+  function pageTest(name, use, options) {
+    test(name, { skip }, () => withBrowser((browser) => withPage(browser, tests.demoPage, use, options)));
+  }
+  return tests;
 }
 
 /** Opens a report, calls `use`, and fails if the page asked for anything, or had anything to complain about. */
@@ -76,6 +92,16 @@ export async function addressOf(page) {
   await page.waitForFunction(() => decodeURIComponent(location.hash.slice(1)) === decodeURIComponent(addressOf()));
   return new URLSearchParams(await page.evaluate(() => location.hash.slice(1)));
 }
+
+/** The texts of the parts of each element, joined. */
+export const partsOf = (page, selector, separator) =>
+  page.evaluate(
+    ([selector, separator]) =>
+      [...document.querySelectorAll(selector)].map((each) =>
+        [...each.children].map((part) => part.textContent).join(separator),
+      ),
+    [selector, separator],
+  );
 
 /** The rows in the document: the texts of their cells, those for screen readers alone left out. */
 export function rowsOf(page) {

@@ -1,14 +1,12 @@
 // The report page: timeline, address, keyboard, dark mode, print, accessibility.
 import assert from "node:assert/strict";
-import { mkdtempSync, readFileSync, rmSync } from "node:fs";
+import { readFileSync } from "node:fs";
 import { createRequire } from "node:module";
-import { tmpdir } from "node:os";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
-import { demo } from "./marvane.mjs";
+import { test } from "node:test";
 import {
   addressOf,
-  browserPath,
+  demoTests,
   rowsOf,
   searchFor,
   settled,
@@ -16,20 +14,10 @@ import {
   textOf,
   withBrowser,
   withPage,
-  writeReport,
 } from "./report_kit.mjs";
 
-let folder = "";
-let path = "";
-
-before(() => {
-  folder = mkdtempSync(join(tmpdir(), "marvane-web-"));
-  if (browserPath) path = writeReport(folder, demo);
-});
-after(() => rmSync(folder, { recursive: true }));
-
-const pageTest = (name, use, options) =>
-  test(name, { skip }, () => withBrowser((browser) => withPage(browser, path, use, options)));
+const tests = demoTests();
+const { pageTest } = tests;
 
 /** What the timeline shows, and the time of the first row in sight, in ms. */
 const times = (page) => page.evaluate(() => ({ from: state.from, to: state.to, row: rowTimes()[rowsInSight()[0]] }));
@@ -120,7 +108,7 @@ test("the address holds the view: the same link shows the same", { skip }, () =>
       times: await times(page),
       lines: await page.evaluate(() => document.querySelector(".detail .lines").innerText),
     });
-    const [address, first] = await withPage(browser, path, async (page) => {
+    const [address, first] = await withPage(browser, tests.demoPage, async (page) => {
       await page.check("input[value=calls]");
       await page.selectOption('select[aria-label="Outcome"]', "failed");
       await searchFor(page, "pdu_ioctl_self_test");
@@ -133,7 +121,7 @@ test("the address holds the view: the same link shows the same", { skip }, () =>
       address,
       /^view=calls&search=pdu_ioctl_self_test&outcome=failed&from=100\.000&to=157\.000&at=r\d+&open=r\d+$/,
     );
-    await withPage(browser, path, async (page) => assert.deepEqual(await shown(page), first), { address });
+    await withPage(browser, tests.demoPage, async (page) => assert.deepEqual(await shown(page), first), { address });
   }),
 );
 
@@ -243,7 +231,7 @@ test("dark mode has dark ground and its own colors on the timeline", { skip }, (
     const look = (colorScheme) =>
       withPage(
         browser,
-        path,
+        tests.demoPage,
         (page) => page.evaluate(() => [getComputedStyle(document.documentElement).backgroundColor, timeline.colors.good]),
         { colorScheme },
       );
@@ -281,7 +269,7 @@ for (const width of [400, 1280])
     withBrowser((browser) =>
       withPage(
         browser,
-        path,
+        tests.demoPage,
         async (page) => {
           const isTooWide = () => page.evaluate(() => document.documentElement.scrollWidth > innerWidth);
           assert.equal(await isTooWide(), false);
@@ -317,7 +305,7 @@ test("axe finds nothing to complain about", { skip }, () =>
       for (const width of [1280, 400])
         await withPage(
           browser,
-          path,
+          tests.demoPage,
           async (page) => {
             await page.click('#list .row:has-text("22 FF FF") .head');
             await page.waitForSelector(".detail .lines");
@@ -337,7 +325,7 @@ test("without DecompressionStream the page says what is missing", { skip }, () =
   withBrowser(async (browser) => {
     const page = await browser.newPage();
     await page.addInitScript(() => delete window.DecompressionStream);
-    await page.goto(`file://${path}`);
+    await page.goto(`file://${tests.demoPage}`);
     await page.waitForFunction(() => document.documentElement.dataset.ready === "failed");
     assert.equal(
       await textOf(page, "#notice"),

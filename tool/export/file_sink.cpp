@@ -127,7 +127,7 @@ public:
 private:
     [[noreturn]] static void Refuse()
     {
-        throw Trouble("standard output was closed before the export was complete");
+        throw Trouble("standard output was closed before everything was written");
     }
 
     Console& console_;

@@ -91,8 +91,9 @@ TEST(CommandLine, HelpFillsTheLinesOfEachParagraph)
 {
     EXPECT_NE(
         tool::CommandHelp(*tool::FindCommand("talk"))
-            .find("\n\nMarks: X refused or silent, ! remarkable, . by the way, ? not in the log. Times are "
-                  "from the sending\nof a request"),
+            .find(
+                "\n\nMarks: X refused, silent or never returned, ! remarkable, . by the way, ? not in the log. "
+                "Times are\nfrom the sending of a request"),
         std::string::npos);
 }
 

@@ -68,6 +68,8 @@ const Row Talks[] = {
     {"lost_data_and_errors_talk", "talk %LOGS%/lost_data_and_errors.LGR", 0},
     {"refused_state_talk", "talk %LOGS%/refused_state.LGR", 0},
     {"param_changes_talk", "talk %LOGS%/param_changes.LGR", 0},
+    {"request_never_returned_talk", "talk %LOGS%/request_never_returned.LGR", 0},
+    {"request_never_returned_by_link", "talk %LOGS%/request_never_returned.LGR --by-link --link 1", 0},
 };
 INSTANTIATE_TEST_SUITE_P(Talks, CommandOutput, ::testing::ValuesIn(Talks), NameOf);
 
@@ -99,6 +101,7 @@ const Row Errors[] = {
     {"no_answer_wanted_errors", "errors %LOGS%/no_answer_wanted.LGR", 0},
     {"two_processes_errors", "errors %LOGS%/two_processes", 0},
     {"continuation_errors", "errors %LOGS%/continuation", 0},
+    {"request_never_returned_errors", "errors %LOGS%/request_never_returned.LGR", 1},
 };
 INSTANTIATE_TEST_SUITE_P(Errors, CommandOutput, ::testing::ValuesIn(Errors), NameOf);
 
@@ -108,10 +111,12 @@ const Row Others[] = {
     {"calls_only_summary", "summary %LOGS%/calls_only", 0},
     {"not_loaded_summary", "summary %LOGS%/not_loaded", 0},
     {"midnight_summary", "summary %LOGS%/midnight", 0},
+    {"request_never_returned_summary", "summary %LOGS%/request_never_returned.LGR", 0},
     {"mark_that_is_an_indent_params", "params %LOGS%/mark_that_is_an_indent.LGR", 0},
     {"param_changes_params", "params %LOGS%/param_changes.LGR", 0},
     {"diff_first_second", "diff %LOGS%/diff_first.LGR %LOGS%/diff_second.LGR", 1},
     {"diff_first_second_json", "diff %LOGS%/diff_first.LGR %LOGS%/diff_second.LGR --json", 1},
+    {"never_returned_diff", "diff %LOGS%/cookbook/crash %LOGS%/demo", 1},
 };
 const Row Followed[] = {
     {"demo_follow_talk", "talk -f %LOGS%/demo --until-match requestOutOfRange", 0},

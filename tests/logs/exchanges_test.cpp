@@ -59,6 +59,11 @@ const Expected Rows[] = {
     {"calls_only", "#? link ? ?: open\n"},
     {"no_decoded_lines.LGR", "#? link 1 ? of 3: open\n"},
     {"in_flight.LGR", ""},
+    {"request_never_returned.LGR", "#7 link 1 22f186: answered 62f18601, 1900 us by library, 1 answer\n"
+                                   "#? link 1 3101ff00: never returned\n"
+                                   "#9 link 1 3e00: answered 7e00, 2500 us by library, 1 answer\n"
+                                   "#? link 1 ?: never returned\n"
+                                   "#? link ? ?: never returned\n"},
 };
 INSTANTIATE_TEST_SUITE_P(Logs, HandMadeExchanges, ::testing::ValuesIn(Rows), NameOf);
 

@@ -114,6 +114,8 @@ void AddAnswers(const Exchange& exchange, words::Dialect dialect, std::vector<Re
 /// What the outcome adds to the answers.
 void AddEnd(const Exchange& exchange, std::vector<ResponseRow>& rows)
 {
+    if (!exchange.HasReturned)
+        return rows.push_back({'X', "call never returned", {}});
     const std::string error = ErrorText(exchange.ErrorName);
     switch (exchange.Result) {
     case Outcome::Silent:
@@ -181,7 +183,8 @@ std::string AnswerText(const read::Answer& answer, words::Dialect dialect)
 bool IsByTheWay(const Exchange& exchange)
 {
     const bool isQuiet = exchange.Type == PDU_COPT_UPDATEPARAM || exchange.Type == PDU_COPT_DELAY;
-    return isQuiet && exchange.ErrorCode == 0 && exchange.Result != Outcome::Cancelled;
+    return isQuiet && exchange.HasReturned && exchange.ErrorCode == 0 &&
+           exchange.Result != Outcome::Cancelled;
 }
 
 std::string ChangeText(const read::ParamChange& change)

@@ -111,7 +111,8 @@ void TalkScreen::Count(const read::Exchange& exchange)
     if (exchange.Type != PDU_COPT_SENDRECV && exchange.Type != 0)
         return;
     ++counts_.Requests;
-    ++counts_.ByOutcome[static_cast<std::size_t>(exchange.Result)];
+    ++(exchange.HasReturned ? counts_.ByOutcome[static_cast<std::size_t>(exchange.Result)]
+                            : counts_.Unreturned);
 }
 
 void TalkScreen::BeginFold(const read::Exchange& exchange)

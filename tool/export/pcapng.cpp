@@ -13,6 +13,7 @@
 #include "tool/export/packet_queue.h"
 #include "tool/export/uds_form.h"
 #include "tool/export/zone_time.h"
+#include "tool/read/call_text.h"
 #include "tool/read/exchanges.h"
 #include "tool/words/describe.h"
 
@@ -64,6 +65,14 @@ std::string CodeText(std::string_view name, std::uint32_t code)
     char number[16];
     std::snprintf(number, sizeof number, "0x%04X", code);
     return (name.empty() ? "" : Printable(name) + " ") + "(" + number + ")";
+}
+
+/// ": 22 F1 90" of a start whose request is in the log.
+std::string RequestBytesText(const read::Call& call)
+{
+    std::vector<std::uint8_t> storage;
+    const read::Payload request = read::RequestOf(call, storage);
+    return request.Shown.empty() ? "" : ": " + BytesText(request.Shown, request.Size, 20, 16);
 }
 
 std::vector<std::uint8_t> BytesOf(std::string_view text)
@@ -339,7 +348,7 @@ void CaptureWriter::OnCall(const read::Call& call)
         text = Printable(call.Name);
     read::LogTime time = call.BeginTime;
     if (call.State == read::CallState::InFlight) {
-        text += ": entered, never returned";
+        text += ": entered, never returned" + RequestBytesText(call);
     } else if (call.State == read::CallState::NotLoaded) {
         text += ": the library is not loaded";
     } else if (call.State == read::CallState::Cut) {

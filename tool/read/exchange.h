@@ -72,9 +72,10 @@ struct Exchange
     std::uint32_t Session = 0;
     std::uint32_t Thread = 0;
     Position At;
-    LogTime Time;                           ///< of the call's entry
-    std::shared_ptr<const Link> On;         ///< never null
-    bool HasHandles = false;                ///< false with LogFnCalls 1: the link is unknown
+    LogTime Time;                   ///< of the call's entry
+    std::shared_ptr<const Link> On; ///< never null
+    bool HasHandles = false;        ///< false with LogFnCalls 1: the link is unknown
+    bool HasReturned = true;        ///< false: its PDUStartComPrimitive was entered and never returned
     std::optional<std::uint32_t> Primitive; ///< hCoP; unknown without decoded results
 
     std::uint32_t Type = 0; ///< PDU_COPT_...; 0 if unknown

@@ -16,6 +16,7 @@ constexpr std::size_t MostSent = 64;
 } // namespace
 
 void ExchangeSink::OnRequest(const Exchange&) {}
+void ExchangeSink::OnUnreturned(const Exchange&) {}
 void ExchangeSink::OnAnswer(const Exchange&, const Answer&) {}
 void ExchangeSink::OnError(const Exchange&, const RequestError&) {}
 void ExchangeSink::OnLateAnswer(const LateAnswer&) {}
@@ -41,6 +42,8 @@ void Exchanges::OnCall(const Call& call)
         const LinkKey link = LinkOf(call);
         if (isGood)
             Start(call);
+        else if (call.State == CallState::InFlight)
+            GiveUp(call);
         if (const auto starting = starting_.find(link); starting != starting_.end()) {
             std::erase(starting->second, call.Begin);
             if (starting->second.empty())
@@ -119,6 +122,14 @@ void Exchanges::Start(const Call& start)
         End(open_.begin());
     openByHandle_[key] = open.What.Seq;
     open_.emplace(open.What.Seq, std::move(open));
+}
+
+void Exchanges::GiveUp(const Call& start)
+{
+    OpenExchange open = Begin(start);
+    open.What.HasReturned = false;
+    FindSending(open.What);
+    sink_.OnUnreturned(open.What);
 }
 
 void Exchanges::OnComms(const Comms& report)

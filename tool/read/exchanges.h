@@ -25,6 +25,9 @@ public:
     virtual ~ExchangeSink() = default;
     /// A request whose start has returned: nothing is known of its answers yet.
     virtual void OnRequest(const Exchange& request);
+    /// A request whose start never returned, when the log shows no more of it: whether it was sent is
+    /// unknown.
+    virtual void OnUnreturned(const Exchange& request);
     /// Each answer before the end, also those that the exchange does not keep; it does not hold this one yet.
     virtual void OnAnswer(const Exchange& request, const Answer& answer);
     virtual void OnError(const Exchange& request, const RequestError& error);
@@ -118,6 +121,7 @@ private:
     static RequestError ErrorOf(Arrival&& arrival, LogTime begin, std::optional<std::uint32_t> executingAt);
     OpenExchange Begin(const Call& start);
     void Start(const Call& start);
+    void GiveUp(const Call& start);
     void Take(Arrival&& arrival);
     void Apply(Slot slot, Arrival&& arrival);
     void AddAnswer(OpenExchange& open, Arrival&& arrival);

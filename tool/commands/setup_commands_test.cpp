@@ -82,47 +82,6 @@ TEST_F(SetupCommands, ACopyOutOfUseIsFoundWhereTheCopiesAre)
               "LogFnDecodeRsps: 1 -> 0   takes effect at the next PDUConstruct\n");
 }
 
-TEST_F(SetupCommands, AsJsonAreOneDocumentEach)
-{
-    const auto shown = [&](const std::string& command) {
-        std::string json = platform::RunChild({testing::BuildFolder() + "marvane" + Extension(), command,
-                                               "--json", "--root", root, "--to", folder / "copies"})
-                               .Output;
-        // A backslash of a Windows path is two of JSON.
-        for (std::size_t at = json.find("\\\\"); at != std::string::npos; at = json.find("\\\\", at + 1))
-            json.erase(at, 1);
-        return Named(json);
-    };
-    const testing::EnvironmentValue none("PDU_CFG_FILE", std::nullopt);
-    EXPECT_EQ(shown("status"), "{\"schema\":\"marvane.status/1\",\"installed\":[]}\n");
-    Install();
-    const std::string status = shown("status");
-    EXPECT_EQ(
-        status,
-        "{\"schema\":\"marvane.status/1\",\"installed\":[{\"entry\":\"SimVci\",\"root_file\":\"DIR/"
-        "root.xml\",\"marvane\":\"DIR/copies/SimVci/LIBRARY\",\"version\":\"1.0.0.0\",\"in_effect\":true,"
-        "\"target\":\"DIR/VENDOR\",\"logging\":\"on, decoded\",\"log_folder\":\"DIR/logs/\","
-        "\"log_files\":0,\"log_bytes\":0,\"newest\":[]}]}\n");
-    // Named turns the escape of a line feed or a quote into "/n" and "/\"" on Windows.
-    std::string checked = WithoutSpace(shown("check"));
-    if (platform::PathSeparator == '\\')
-        checked = std::regex_replace(std::regex_replace(checked, std::regex("/n"), "\\n"), std::regex("/\""),
-                                     "\\\"");
-    EXPECT_EQ(checked,
-              "{\"schema\":\"marvane.check/1\",\"checked\":[{\"title\":\"SimVci\",\"findings\":["
-              "{\"level\":\"ok\",\"place\":\"Marvane\",\"text\":\"DIR/copies/SimVci/LIBRARY\\n1.0.0.0, " +
-                  bits +
-                  ", 29 of 29 functions\"},"
-                  "{\"level\":\"ok\",\"place\":\"root file\",\"text\":\"DIR/root.xml (--root)\\nentry "
-                  "\\\"SimVci\\\" leads to Marvane\"},"
-                  "{\"level\":\"ok\",\"place\":\"configuration\",\"text\":\"DIR/copies/SimVci/"
-                  "D_PDU_API_CFG.xml\\nbeside Marvane; PDU_CFG_FILE is not set\"},"
-                  "{\"level\":\"ok\",\"place\":\"LogFileDir\",\"text\":\"DIR/logs/\\ndoes not exist yet and "
-                  "can be made, SPACE free\"},"
-                  "{\"level\":\"ok\",\"place\":\"target library\",\"text\":\"DIR/VENDOR\\n1.4.2.7, " +
-                  bits + ", 29 of 29 functions\"}],\"outcome\":\"Outcome: works, log in DIR/logs/.\"}]}\n");
-}
-
 TEST_F(SetupCommands, SetAndLevelChangeWhatGetShows)
 {
     Install();

@@ -10,6 +10,7 @@
 #include "tool/commands/finding_screen.h"
 #include "tool/commands/json_text.h"
 #include "tool/commands/setup_options.h"
+#include "tool/commands/unreadable_roots.h"
 #include "tool/setup/installed_state.h"
 #include "tool/setup/root_sources.h"
 #include "tool/setup/setup_files.h"
@@ -169,7 +170,7 @@ std::optional<std::string> FullPath(const std::optional<std::string>& path)
 {
     if (!path)
         return std::nullopt;
-    return PathText(std::filesystem::absolute(FilePath(*path)).lexically_normal());
+    return WholePath(*path);
 }
 
 std::vector<CheckReport> Reports(const Arguments& arguments)
@@ -208,6 +209,12 @@ void Show(Console& console, const CheckReport& report)
         console.Write(OutcomeText(report) + "\n");
 }
 
+/// Whether what is checked is looked up in root description files.
+bool UsesRoots(const Arguments& arguments)
+{
+    return !arguments.Has("--config") && !arguments.Has("--library");
+}
+
 int RunCheck(const Arguments& arguments, Console& console)
 {
     const std::vector<CheckReport> reports = Reports(arguments);
@@ -226,6 +233,10 @@ int RunCheck(const Arguments& arguments, Console& console)
     if (arguments.Has("--json"))
         console.Write(JsonObject().Add("schema", "marvane.check/1").AddRaw("checked", json.Text()).Text() +
                       "\n");
+    // One that the machine names is a finding alone.
+    if (const std::vector<std::string>& given = arguments.Values("--root");
+        !given.empty() && UsesRoots(arguments))
+        ComplainOfUnreadable(ReadRoots(given), console);
     return status;
 }
 

@@ -6,6 +6,7 @@
 #include "tool/commands/arguments.h"
 #include "tool/commands/console.h"
 #include "tool/commands/setup_options.h"
+#include "tool/setup/root_sources.h"
 
 namespace marvane::tool {
 
@@ -78,6 +79,7 @@ int RunUninstall(const Arguments& arguments, Console& console)
     options.To = arguments.Value("--to").value_or("");
     options.Logs = arguments.Has("--logs");
     options.DryRun = arguments.Has("--dry-run");
+    RequireReadable(options.Roots);
     try {
         console.Write(Uninstall(options));
     } catch (const InstallRefused& refused) {

@@ -3,6 +3,7 @@
 #include "tool/commands/console.h"
 #include "tool/commands/json_text.h"
 #include "tool/commands/setup_options.h"
+#include "tool/commands/unreadable_roots.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/root_sources.h"
 
@@ -127,9 +128,7 @@ int RunList(const Arguments& arguments, Console& console)
         for (const ReadRoot& root : roots)
             console.Write((&root == &roots.front() ? "" : "\n") + RootText(root));
     }
-    for (const ReadRoot& root : roots)
-        if (!root.File)
-            console.Complain(root.Source.Path + " " + root.Fault);
+    ComplainOfUnreadable(roots, console);
     return 0;
 }
 

@@ -11,6 +11,7 @@
 #include "tool/commands/json_text.h"
 #include "tool/commands/setup_options.h"
 #include "tool/commands/status_logs.h"
+#include "tool/commands/unreadable_roots.h"
 #include "tool/setup/configuration.h"
 #include "tool/setup/configuration_text.h"
 #include "tool/setup/delivered_library.h"
@@ -33,14 +34,14 @@ struct Installation
     std::string Installed; ///< version by the record; empty for one that install did not make
 };
 
-std::vector<Installation> Installations(const Arguments& arguments)
+std::vector<Installation> Installations(const Arguments& arguments, const std::vector<ReadRoot>& roots)
 {
     std::vector<Installation> found;
-    const std::vector<std::string>& roots = arguments.Values("--root");
-    for (const InstalledCopy& copy : InstalledInto(roots, arguments.Value("--to").value_or("")))
+    for (const InstalledCopy& copy :
+         InstalledInto(arguments.Values("--root"), arguments.Value("--to").value_or("")))
         found.push_back({copy.Entry, copy.Root, LibraryOfCopy(copy), TroubleOf(copy), copy.Version});
     // Those that were put there by hand, or into another folder.
-    for (const ReadRoot& root : ReadRoots(roots))
+    for (const ReadRoot& root : roots)
         for (const RootEntry& entry : root.File ? root.File->Entries : std::vector<RootEntry>()) {
             const LibraryLook look = LookAtLibrary(LibraryOf(entry).Path);
             const bool isKnown = std::any_of(found.begin(), found.end(), [&](const Installation& other) {
@@ -167,23 +168,35 @@ std::string InstallationJson(const Installation& installation)
     return object.AddRaw("newest", sessions.Text()).Text();
 }
 
+std::string Json(const std::vector<Installation>& installations)
+{
+    JsonArray json;
+    for (const Installation& installation : installations)
+        json.AddRaw(InstallationJson(installation));
+    return JsonObject().Add("schema", "marvane.status/1").AddRaw("installed", json.Text()).Text() + "\n";
+}
+
+std::string Text(const std::vector<Installation>& installations)
+{
+    std::string text;
+    for (const Installation& installation : installations)
+        text += (text.empty() ? "" : "\n") + InstallationText(installation);
+    return text;
+}
+
 int RunStatus(const Arguments& arguments, Console& console)
 {
-    const std::vector<Installation> installations = Installations(arguments);
-    const bool trouble = std::any_of(installations.begin(), installations.end(),
-                                     [](const Installation& one) { return !one.Trouble.empty(); });
-    if (arguments.Has("--json")) {
-        JsonArray json;
-        for (const Installation& installation : installations)
-            json.AddRaw(InstallationJson(installation));
-        console.Write(JsonObject().Add("schema", "marvane.status/1").AddRaw("installed", json.Text()).Text() +
-                      "\n");
-        return trouble ? 1 : 0;
-    }
-    for (const Installation& installation : installations)
-        console.Write((&installation == &installations.front() ? "" : "\n") + InstallationText(installation));
-    if (installations.empty())
+    const std::vector<ReadRoot> roots = ReadRoots(arguments.Values("--root"));
+    const std::vector<Installation> installations = Installations(arguments, roots);
+    if (arguments.Has("--json"))
+        console.Write(Json(installations));
+    else if (!installations.empty())
+        console.Write(Text(installations));
+    else if (std::ranges::all_of(roots, [](const ReadRoot& root) { return root.File.has_value(); }))
         console.Write("Marvane is not installed; 'marvane list' shows the libraries of this machine\n");
+    ComplainOfUnreadable(roots, console);
+    const bool trouble =
+        std::ranges::any_of(installations, [](const Installation& one) { return !one.Trouble.empty(); });
     return trouble ? 1 : 0;
 }
 

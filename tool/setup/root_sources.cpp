@@ -38,8 +38,7 @@ std::vector<RootSource> RootSources(const std::vector<std::string>& given)
     std::vector<RootSource> sources;
     sources.reserve(given.size());
     for (const std::string& path : given)
-        sources.push_back(
-            {PathText(std::filesystem::absolute(FilePath(path)).lexically_normal()), "--root", {}});
+        sources.push_back({WholePath(path), "--root", {}});
     if (!sources.empty())
         return sources;
     sources = RegisteredSources();
@@ -68,9 +67,19 @@ std::vector<ReadRoot> ReadRoots(const std::vector<std::string>& given)
     return roots;
 }
 
+void RequireReadable(const std::vector<std::string>& given)
+{
+    if (given.empty())
+        return;
+    for (const ReadRoot& root : ReadRoots(given))
+        if (!root.File)
+            throw Trouble(root.Source.Path + " " + root.Fault);
+}
+
 bool FindEntry(const std::vector<std::string>& given, const std::string& name,
                const std::function<bool(const RootSource&, const RootEntry&)>& isTaken)
 {
+    RequireReadable(given);
     for (const ReadRoot& root : ReadRoots(given)) {
         if (!root.File)
             throw Trouble(root.Source.Path + " " + root.Fault);

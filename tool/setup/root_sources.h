@@ -31,8 +31,11 @@ struct ReadRoot
 };
 std::vector<ReadRoot> ReadRoots(const std::vector<std::string>& given);
 
-/// Passes on the entries of a name, in order, until one is taken. False if none was. Throws Trouble if it
-/// comes to a file that can't be read.
+/// Throws Trouble if one of the given files can't be read. Does nothing if none is given.
+void RequireReadable(const std::vector<std::string>& given);
+
+/// Passes on the entries of a name, in order, until one is taken. False if none was. Throws Trouble if a
+/// given file can't be read, or if it comes to one of the machine's that can't.
 bool FindEntry(const std::vector<std::string>& given, const std::string& name,
                const std::function<bool(const RootSource&, const RootEntry&)>& isTaken);
 /// What the user is told if there is no entry of a name.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <filesystem>
 
 #include <sys/vfs.h>
 
@@ -29,6 +30,13 @@ bool IsOnNetwork(const std::string& folder)
     struct statfs system = {};
     return statfs(folder.c_str(), &system) == 0 &&
            std::ranges::count(NetworkFileSystems, static_cast<std::uint32_t>(system.f_type)) != 0;
+}
+
+std::optional<std::uintmax_t> FreeBytes(const std::string& folder)
+{
+    std::error_code failed;
+    const std::filesystem::space_info space = std::filesystem::space(folder, failed);
+    return failed ? std::nullopt : std::optional(space.available);
 }
 
 } // namespace marvane::platform

@@ -12,4 +12,12 @@ bool IsOnNetwork(const std::string& folder)
            GetDriveTypeW(root.c_str()) == DRIVE_REMOTE;
 }
 
+std::optional<std::uintmax_t> FreeBytes(const std::string& folder)
+{
+    ULARGE_INTEGER available = {};
+    if (!GetDiskFreeSpaceExW(WideFromUtf8(folder).c_str(), &available, nullptr, nullptr))
+        return std::nullopt;
+    return available.QuadPart;
+}
+
 } // namespace marvane::platform

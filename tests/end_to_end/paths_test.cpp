@@ -5,6 +5,7 @@
 #include "logger/target/target_library.h"
 #include "platform/files.h"
 #include "platform/library.h"
+#include "tests/support/network_folder.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {
@@ -250,6 +251,33 @@ TEST(PathsOnANetwork, BeginAtTheirShare)
         PDU_STATUS_NOERROR);
     EXPECT_NE(Bench::LogIn(bench / "one\\two").find("LogFileDir=" + logs + "\n"), std::string::npos);
 }
+
+/// What the environment says about a network that tests may write to.
+class PathsOnANetworkOf : public ::testing::TestWithParam<const char*>
+{
+};
+
+TEST_P(PathsOnANetworkOf, ReceiveLogs)
+{
+    const NetworkFolder network(GetParam());
+    if (!network.Exists())
+        GTEST_SKIP() << GetParam() << " names no place on a network";
+    Bench bench(Chinese);
+    const std::string logs = network.Path() + Umlauts + "\\logs";
+    EXPECT_EQ(
+        bench.Start(
+            {{"InstalledPath", "."}, {"PDUAPILibDll", LibraryName("fake_target")}, {"LogFileDir", logs}}),
+        PDU_STATUS_NOERROR);
+    EXPECT_NE(Bench::LogIn(logs).find("LogFileDir=" + logs + "\n"), std::string::npos) << Bench::LogIn(logs);
+}
+
+std::string NameOfPlace(const ::testing::TestParamInfo<const char*>& test)
+{
+    return test.index == 0 ? "Share" : "MappedDrive";
+}
+
+INSTANTIATE_TEST_SUITE_P(A, PathsOnANetworkOf,
+                         ::testing::Values("MARVANE_TEST_SHARE", "MARVANE_TEST_NETWORK_DRIVE"), NameOfPlace);
 
 } // namespace
 } // namespace marvane::testing

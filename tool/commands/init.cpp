@@ -41,7 +41,7 @@ int RunInit(const Arguments& arguments, Console& console)
             throw UsageError("give --library or --entry, not both");
         library = LibraryOfEntry(arguments.Values("--root"), *entry);
     } else if (!library.empty())
-        library = PathText(std::filesystem::absolute(FilePath(library)).lexically_normal());
+        library = WholePath(library);
     configuration.InstalledPath = library.empty() ? "." : ParentOf(library) + platform::PathSeparator;
     configuration.TargetName =
         library.empty() ? (isWindows ? "VendorPDU.dll" : "libVendorPDU.so") : FileNameOf(library);

@@ -8,6 +8,7 @@
 
 #include "platform/clock.h"
 #include "platform/utf8_path.h"
+#include "platform/whole_path.h"
 
 namespace marvane::read {
 
@@ -144,9 +145,7 @@ void Finder::Add(const std::string& text)
 
 void Finder::AddFile(const fs::path& path)
 {
-    std::error_code error;
-    const fs::path whole = fs::weakly_canonical(path, error);
-    if (known_.insert(error ? path : whole).second)
+    if (known_.insert(platform::ResolvedPath(path)).second)
         found_.Files.push_back(FileAt(path));
 }
 
@@ -171,8 +170,7 @@ template <class IsWanted> bool Finder::AddFrom(const fs::path& folder, IsWanted 
 void Finder::AddFolder(const fs::path& folder)
 {
     const bool hasAny = AddFrom(folder, [](const std::string& name) { return NameOf(name).has_value(); });
-    std::error_code error;
-    const fs::path whole = fs::weakly_canonical(folder, error);
+    const fs::path whole = platform::ResolvedPath(folder);
     const std::string prefix =
         platform::PathText(whole.has_filename() ? whole.filename() : whole.parent_path().filename());
     const fs::path parent = whole.has_filename() ? whole.parent_path() : whole.parent_path().parent_path();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include "tests/support/network_folder.h"
 #include "tests/support/temporary_folder.h"
 #include "tool/read/log_files.h"
 #include "tool/read/reader_test_kit.h"
@@ -97,6 +98,21 @@ TEST_F(LogFilesTest, FindsCommsLogsBesideTheFolder)
                             "logsD-PDU_API_Comms_01-02-2026_00-00-00.LGR"};
     EXPECT_EQ(Find({(Folder() / "logs").string()}), expected);
     EXPECT_EQ(Find({(Folder() / "logs/").string()}), expected);
+}
+
+TEST_F(LogFilesTest, FindsThemOnAShare)
+{
+    const marvane::testing::NetworkFolder network("MARVANE_TEST_SHARE");
+    if (!network.Exists())
+        GTEST_SKIP() << "the environment names no share";
+    const fs::path share = marvane::testing::FilePath(network.Path());
+    fs::create_directory(share / "logs");
+    std::ofstream(share / "logs" / "D-PDU_API_Logger_16-11-2026_14-03-07.LGR") << Start;
+    std::ofstream(share / "logsD-PDU_API_Comms_16-11-2026_14-03-08.LGR") << Start;
+    const std::vector<std::string> names = {"D-PDU_API_Logger_16-11-2026_14-03-07.LGR",
+                                            "logsD-PDU_API_Comms_16-11-2026_14-03-08.LGR"};
+    EXPECT_EQ(Find({network.Path() + "logs"}), names);
+    EXPECT_EQ(Find({network.Path() + "logs", network.Path() + "logs\\..\\logs"}), names);
 }
 
 TEST_F(LogFilesTest, FindsFilesByPatternAndEachOnce)

@@ -23,10 +23,7 @@ std::string SpaceText(std::uintmax_t bytes)
 
 FolderFacts FactsOfFolder(const std::string& folder)
 {
-    std::error_code failed;
-    const std::filesystem::space_info space = std::filesystem::space(FilePath(folder), failed);
-    return {.FreeBytes = failed ? std::nullopt : std::optional(space.available),
-            .IsOnNetwork = platform::IsOnNetwork(folder)};
+    return {.FreeBytes = platform::FreeBytes(folder), .IsOnNetwork = platform::IsOnNetwork(folder)};
 }
 
 FolderCheck CheckLogFolder(const std::string& folder, std::size_t line,
@@ -43,11 +40,12 @@ FolderCheck CheckLogFolder(const std::string& folder, std::size_t line,
         return add(FindingLevel::Error,
                    "can't be used: its first 255 bytes would be made, and the log opened in its first 256.",
                    line);
-    const std::string existing = ExistingFolder(std::filesystem::path(FilePath(path)).is_relative()
-                                                    ? PathText(std::filesystem::absolute(FilePath(path)))
-                                                    : path);
+    const std::string existing = ExistingFolder(WholePath(path));
     if (existing.empty())
-        return add(FindingLevel::Error, "can't be made: there is no such drive.", line);
+        return add(FindingLevel::Error,
+                   std::string("can't be made: there is no such ") +
+                       (path.starts_with("\\\\") ? "share." : "drive."),
+                   line);
     // A file where a folder is to be stops the making of those below it.
     for (const std::string& part : FoldersToMake(path, platform::PathSeparator))
         if (IsFile(part))

@@ -181,7 +181,7 @@ std::vector<std::string> CopyFolders(const std::string& to)
 {
     if (to.empty())
         return DefaultCopyFolders();
-    return {PathText(std::filesystem::absolute(FilePath(to)).lexically_normal())};
+    return {WholePath(to)};
 }
 
 } // namespace marvane::tool

@@ -6,6 +6,7 @@
 #include "platform/files.h"
 #include "platform/library.h"
 #include "platform/replace_file.h"
+#include "platform/whole_path.h"
 #include "tool/setup/check.h"
 #include "tool/setup/delivered_library.h"
 #include "tool/setup/file_changes.h"
@@ -110,9 +111,7 @@ private:
                        {},          true,  true,
                        true,        true,  {}};
         const std::string base =
-            options_.To.empty()
-                ? DefaultCopyFolder(vendor.Facts->For)
-                : PathText(std::filesystem::absolute(FilePath(options_.To)).lexically_normal());
+            options_.To.empty() ? DefaultCopyFolder(vendor.Facts->For) : WholePath(options_.To);
         plan.Record.Folder = FreeFolder(base, plan_.Roots[root].Source.Path, entry.ShortName);
         plan.Copy = plan.Record.Folder + platform::PathSeparator + platform::OwnLibraryName;
         plan.Record.Root = plan_.Roots[root].Source.Path;
@@ -222,10 +221,7 @@ private:
     void CheckRoot(std::size_t root, const std::vector<UriChange>& uris)
     {
         const std::string& path = plan_.Roots[root].Source.Path;
-        std::error_code failed;
-        plan_.Changes[root].Target = PathText(std::filesystem::canonical(FilePath(path), failed));
-        if (failed)
-            Refuse(path + ": " + failed.message());
+        plan_.Changes[root].Target = PathText(platform::ResolvedPath(FilePath(path)));
         const std::string folder = ParentOf(plan_.Changes[root].Target);
         if (std::filesystem::is_symlink(FilePath(path)) && platform::OthersMayWriteInFolder(folder))
             Refuse(path + " is a link into a folder that every user may write to: " + folder);

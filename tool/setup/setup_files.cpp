@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "platform/files.h"
+#include "platform/whole_path.h"
 
 namespace marvane::tool {
 
@@ -46,9 +47,22 @@ std::string FileNameOf(const std::string& path)
     return PathText(FilePath(path).filename());
 }
 
+namespace {
+
+/// Whether a path is above the root of a share: "\\\\server" is no folder.
+bool IsAboveShare(const std::string& path)
+{
+    return platform::PathSeparator == '\\' && path.starts_with("\\\\") &&
+           path.find('\\', 2) == std::string::npos;
+}
+
+} // namespace
+
 std::string ExistingFolder(const std::string& path)
 {
     for (fs::path folder = FilePath(path); !folder.empty(); folder = folder.parent_path()) {
+        if (IsAboveShare(PathText(folder)))
+            break;
         if (IsFolder(PathText(folder)))
             return PathText(folder);
         if (folder == folder.parent_path())
@@ -63,14 +77,15 @@ bool IsSameFile(const std::string& one, const std::string& other)
     return one == other || fs::equivalent(FilePath(one), FilePath(other), failed);
 }
 
+std::string WholePath(const std::string& named)
+{
+    return PathText(platform::WholePath(FilePath(named)));
+}
+
 std::string WholeFolder(const std::string& named)
 {
-    std::error_code failed;
     std::string folder =
-        named.starts_with('%')
-            ? named
-            : PathText(
-                  std::filesystem::absolute(FilePath(named), failed).lexically_normal().make_preferred());
+        named.starts_with('%') ? named : PathText(platform::WholePath(FilePath(named)).make_preferred());
     if (!folder.ends_with(platform::PathSeparator))
         folder += platform::PathSeparator;
     return folder;

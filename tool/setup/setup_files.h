@@ -29,6 +29,8 @@ std::string ExistingFolder(const std::string& path);
 /// Whether two paths lead to the same file.
 bool IsSameFile(const std::string& one, const std::string& other);
 
+/// A path that a user has named, from its root on and in its normal form.
+std::string WholePath(const std::string& named);
 /// A folder that a user has named, as it belongs into a configuration: a whole path with its final separator.
 /// One that begins with a reference to a variable stays as it is.
 std::string WholeFolder(const std::string& named);

@@ -6,6 +6,7 @@
 #include "platform/library.h"
 #include "platform/narrow_text.h"
 #include "platform/replace_file.h"
+#include "platform/whole_path.h"
 #include "tool/setup/configuration.h"
 #include "tool/setup/file_changes.h"
 #include "tool/setup/install.h"
@@ -80,7 +81,7 @@ private:
         const auto bytes = ReadFileBytes(copy.Root, RootFileLimit);
         if (!bytes)
             throw InstallRefused(copy.Root + " can't be read");
-        const std::string target = PathText(std::filesystem::canonical(FilePath(copy.Root)));
+        const std::string target = PathText(platform::ResolvedPath(FilePath(copy.Root)));
         std::string restored;
         try {
             const RootFile file = ParseRootFile(*bytes);

@@ -28,6 +28,8 @@ bool Redactor::RedactSegment(const Listing& listing, std::uint8_t* out)
         frame.Begin = message->Prefix + 1;
     else
         frame = FindFrame(bytes, isPlain);
+    if (!isPlain)
+        orphans_.LearnReport(listing.Title, bytes, message ? FrameKind::Consecutive : frame.Kind);
     if (frame.Kind == FrameKind::First) {
         message = &segments_.Begin(SegmentedMessages::KeyOf(listing.Way, address, bytes.first(frame.Prefix)),
                                    frame);
@@ -35,7 +37,7 @@ bool Redactor::RedactSegment(const Listing& listing, std::uint8_t* out)
                                         SecretBeginOf(listing.Way, bytes.subspan(frame.Begin), frame.Total));
     }
     if (!message)
-        return false;
+        return frame.Kind == FrameKind::None && RedactOrphan(listing, isPlain, out);
     const std::uint64_t count =
         std::min<std::uint64_t>(bytes.size() - frame.Begin, message->Total - message->Done);
     const std::uint64_t kept =
@@ -43,6 +45,29 @@ bool Redactor::RedactSegment(const Listing& listing, std::uint8_t* out)
     const auto begin = frame.Begin + static_cast<std::size_t>(kept);
     Replace(bytes.subspan(begin, static_cast<std::size_t>(count - kept)), out + begin);
     message->Done += count;
+    return true;
+}
+
+/// Whether bytes are a request that the application sent, perhaps after a CAN identifier.
+bool Redactor::IsRequest(read::Bytes bytes) const
+{
+    constexpr std::size_t identifier = 4;
+    return orphans_.IsRequest(values_.Hash(bytes)) ||
+           (bytes.size() > identifier && orphans_.IsRequest(values_.Hash(bytes.subspan(identifier))));
+}
+
+/// Redacts what may be a frame of a message whose first one is not in the log: nobody can tell that it is
+/// harmless. False if it is none.
+bool Redactor::RedactOrphan(const Listing& listing, bool isPlain, std::uint8_t* out)
+{
+    const read::Bytes bytes = listing.Bytes;
+    if (!isPlain && listing.Way == Direction::ToTarget && IsRequest(bytes))
+        return false;
+    const TransportFrame frame =
+        isPlain ? OrphanFrames::FindInPayload(bytes) : orphans_.FindInReport(listing.Title, bytes);
+    if (frame.Kind == FrameKind::None)
+        return false;
+    Replace(bytes.subspan(frame.Begin), out + frame.Begin);
     return true;
 }
 

@@ -41,6 +41,11 @@ read::Bytes MessageIn(read::Bytes bytes)
     return bytes.size() <= canId || BeginsMessage(bytes[0]) ? bytes : bytes.subspan(canId);
 }
 
+std::string TitleText(const read::ReportTitle& title)
+{
+    return std::string(title.Protocol) + " " + std::string(title.Title);
+}
+
 /// The number in "Address             \t= 0x000007E0", a decoded line of a report without its arrow.
 std::optional<std::uint32_t> AddressIn(std::string_view text)
 {
@@ -125,7 +130,8 @@ void Redactor::ReadLine(std::uint32_t number, File& file, std::size_t begin, std
         if (const auto address = AddressIn(text.substr(ArrowLength)))
             file.Reports[stamp->Thread].Address = address;
     } else {
-        file.Reports[stamp->Thread] = {read::KindOf(text).Kind == read::LineKind::Comms, std::nullopt};
+        const auto title = read::ParseReportTitle(text);
+        file.Reports[stamp->Thread] = {title.has_value(), title ? TitleText(*title) : "", std::nullopt};
     }
     Close(number, file);
     RedactText(number, file.Lines, file, arrow, end);
@@ -152,6 +158,7 @@ bool Redactor::AddRow(std::uint32_t number, File& file, std::size_t line, std::s
         open.TextBegin = line;
         open.Way = ParseArrow(text)->ShownDirection();
         open.IsOfReport = file.Reports[thread].IsOpen;
+        open.Title = file.Reports[thread].Title;
         open.Address = file.Reports[thread].Address;
         open.IsTail = row->Offset != 0;
         open.IsSecretTail = isSecretTail;
@@ -220,6 +227,8 @@ std::vector<std::uint8_t> Redactor::Redacted(const Listing& listing, bool& endsS
     if (endsSecret)
         RedactPart(part.What, message.subspan(part.Begin),
                    bytes.data() + (message.data() - all.data()) + part.Begin);
+    if (listing.Label == "pCoPData" && !listing.IsTail)
+        orphans_.LearnRequest(values_.Hash(all));
     const bool isRead = listing.Label == "pCoPData" && bytes.size() > 3 && bytes[0] == ReadIdentifier;
     if (isRead && reads_.size() == MostReads)
         reads_.pop_front();

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "line/arrows.h"
+#include "tool/export/orphan_frames.h"
 #include "tool/export/secret_values.h"
 #include "tool/export/transport_frames.h"
 #include "tool/read/byte_filter.h"
@@ -74,6 +75,7 @@ private:
         std::size_t TextBegin = 0; ///< of the first row's line
         Direction Way = Direction::ToTarget;
         bool IsOfReport = false;
+        std::string Title;                    ///< of that report, with its protocol
         std::optional<std::uint32_t> Address; ///< of that report
         bool IsTail = false;                  ///< its beginning was not seen
         bool IsSecretTail = false;
@@ -81,6 +83,7 @@ private:
     struct Report
     {
         bool IsOpen = false;
+        std::string Title; ///< with its protocol
         std::optional<std::uint32_t> Address;
     };
     struct File
@@ -99,6 +102,8 @@ private:
     void Write(std::uint32_t number, File& file, const Listing& listing, std::span<const std::uint8_t> bytes);
     std::vector<std::uint8_t> Redacted(const Listing& listing, bool& endsSecret);
     bool RedactSegment(const Listing& listing, std::uint8_t* out);
+    bool IsRequest(read::Bytes bytes) const;
+    bool RedactOrphan(const Listing& listing, bool isPlain, std::uint8_t* out);
     std::uint64_t SecretBeginOf(Direction way, read::Bytes head, std::uint64_t total) const;
     words::SecretPart SecretOf(const Listing& listing, read::Bytes message) const;
     words::SecretPart SecretOfAnswer(read::Bytes answer) const;
@@ -119,6 +124,7 @@ private:
     std::deque<std::uint64_t> payloadOrder_;
     std::deque<std::vector<std::uint8_t>> reads_; ///< requests for several identifiers, the newest last
     SegmentedMessages segments_;
+    OrphanFrames orphans_;
     std::uint64_t changedLines_ = 0;
 };
 

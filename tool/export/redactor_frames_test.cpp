@@ -102,7 +102,7 @@ TEST(RedactedFrames, AreKnownAfterACanIdentifierAndAnAddressExtension)
 
 TEST(RedactedFrames, OfSeveralSendersAreToldApart)
 {
-    const std::string harmless = "22 F1 86";
+    const std::string harmless = "03 22 F1 86";
     const std::string redacted = Shown(Redact(
         Frame(First, 0x7E8) + Frame(First, 0x7E9) + Frame(Second, 0x7E8) + Frame(harmless, 0x7E0, true) +
         Frame(Second, 0x7E9) + Frame(Third, 0x7E8) + Frame(Third, 0x7E9)));
@@ -136,9 +136,60 @@ TEST(RedactedFrames, ThatLookLikeOthersAreThoseThatAreExpected)
 
 TEST(RedactedFrames, AfterTheLastOneAreMessagesAgain)
 {
-    const std::string request = Frame("22 F1 86", 0x7E8);
+    const std::string request = Frame("03 22 F1 86", 0x7E8);
     const std::string log = Frame(First) + Frame(Second) + Frame(Third) + request;
     EXPECT_TRUE(Redact(log).ends_with(request));
+}
+
+TEST(RedactedFrames, WithoutAFirstFrameHoldNothing)
+{
+    const std::string second = "21 " + Other("4D 56 43 31 45 32 46") + "\n";
+    EXPECT_EQ(Shown(Redact(Frame(Second) + Frame("22 33 30") + Frame("03 7F 22 31"))),
+              second + "22 30 30\n03 7F 22 31\n");
+    // As far as anybody knows it is a piece of what is to be redacted.
+    EXPECT_EQ(Shown(Redact(Frame(Second), {words::Secret::Key})), second);
+    EXPECT_EQ(Shown(Redact(Frame("00 00 07 E8 " + Second, 0))), "00 00 07 E8 " + second);
+    EXPECT_EQ(Shown(Redact(Frame("18 DA F1 10 " + Second, 0))), "18 DA F1 10 " + second);
+    EXPECT_EQ(Shown(Redact(Frame("F1 21 49 4D 56 43 31 45"))), "F1 21 " + Other("49 4D 56 43 31 45") + "\n");
+    EXPECT_EQ(Shown(Redact(Frame("62 21 49 4D 56 43 31 45"))), "62 21 " + Other("49 4D 56 43 31 45") + "\n");
+}
+
+TEST(RedactedFrames, WithoutAFirstFrameAreThoseAfterTheEndOfAnotherMessage)
+{
+    const std::string whole = Frame(First) + Frame(Second) + Frame(Third);
+    EXPECT_EQ(Shown(Redact(whole + Frame(Second))),
+              Shown(Redact(whole)) + "21 " + Other("4D 56 43 31 45 32 46") + "\n");
+}
+
+TEST(RedactedFrames, AreNotWhatAReportOfMessagesShows)
+{
+    const std::string request = Row("   -->  ", "pCoPData       ", "22 F1 86");
+    const std::string report = Frame("22 F1 86", 0x7E0, true);
+    EXPECT_EQ(Redact(request + report), request + report); // the application asked for it
+    const std::string withIdentifier = Frame("00 00 07 E0 22 F1 86", 0, true);
+    EXPECT_EQ(Redact(request + withIdentifier), request + withIdentifier);
+    const std::string answerWithIdentifier = Frame("00 00 07 E8 62 F1 86 01", 0);
+    EXPECT_EQ(Redact(answerWithIdentifier + withIdentifier), answerWithIdentifier + withIdentifier);
+    const std::string answers = Frame("62 F1 86 01") + Frame("7F 22 31") + Frame("62 2E 01 05 21 21 21 21");
+    EXPECT_EQ(Redact(answers + report), answers + report);
+    const std::string longer = Frame("22 F1 86 F1 87 F1 88 F1 89", 0x7E0, true); // than a frame
+    EXPECT_EQ(Redact(longer), longer);
+    const std::string others = Frame("30 21 00") + Frame("02 21 80");
+    EXPECT_EQ(Redact(others), others);
+    EXPECT_EQ(Shown(Redact(report)), "22 00 00\n"); // it may be the third of a message
+}
+
+TEST(RedactedFrames, OfOneTitleAreNoMessages)
+{
+    const std::string title = Stamp + "[DoIP] <-  Answer\n";
+    const auto answer = [&](const std::string& hex) {
+        return title + Row("   <--  ", "Message        ", hex);
+    };
+    EXPECT_EQ(Shown(Redact(answer("62 F1 86 01") + answer("22 33 30") + Frame("22 33 30"))),
+              "62 F1 86 01\n22 33 30\n22 30 30\n");
+    // A frame tells more than an answer.
+    EXPECT_EQ(Shown(Redact(Frame("62 F1 86 01") + Frame("03 7F 22 31") + Frame("22 33 30"))),
+              "62 F1 86 01\n03 7F 22 31\n22 30 30\n");
 }
 
 TEST(RedactedFrames, OfOneFrameAreReadAsTheirMessage)
@@ -165,6 +216,8 @@ TEST(RedactedFrames, OfARawLinkAreThoseOfItsResults)
     const auto result = [](const std::string& hex) { return Row("    <<< ", "pDataBytes     ", hex); };
     EXPECT_EQ(Shown(Redact(result("00 00 07 E8 " + First) + result("00 00 07 E8 " + Second))),
               "00 00 07 E8 10 14 62 F1 90 30 30 30\n00 00 07 E8 21 " + Other("4D 56 43 31 45 32 46") + "\n");
+    EXPECT_EQ(Shown(Redact(result("00 00 07 E8 " + Second))),
+              "00 00 07 E8 21 " + Other("4D 56 43 31 45 32 46") + "\n");
     // Without an identifier it is the message of a link.
     const std::string message = result("21 80");
     EXPECT_TRUE(Redact(Frame(First, 0) + message).ends_with(message));

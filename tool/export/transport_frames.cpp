@@ -19,19 +19,11 @@ constexpr std::uint8_t ConsecutiveFrame = 2; // high half of its first byte
 constexpr std::size_t Prefixes[] = {4, 5, 0, 1};
 constexpr std::size_t IdentifierLength = 4;
 
-constexpr std::size_t ClassicLength = 8;
 constexpr std::size_t LongLengths[] = {12, 16, 20, 24, 32, 48, 64}; // of CAN FD
-
-bool IsWholeFrame(std::size_t length, std::size_t prefix)
-{
-    // An address extension is a byte of the frame.
-    const std::size_t whole = length + prefix % IdentifierLength;
-    return whole == ClassicLength || std::ranges::find(LongLengths, whole) != std::end(LongLengths);
-}
 
 TransportFrame SingleFrame(read::Bytes frame, std::size_t prefix)
 {
-    const bool isLong = frame[0] == 0 && frame.size() > ClassicLength; // the length in a byte of its own
+    const bool isLong = frame[0] == 0 && frame.size() > ClassicFrameLength; // the length in a byte of its own
     const std::size_t head = isLong ? 2 : 1;
     const std::size_t length = isLong ? frame[1] : frame[0];
     const bool fits = length > 0 && length + head <= frame.size() &&
@@ -71,6 +63,13 @@ TransportFrame FrameAt(read::Bytes bytes, std::size_t prefix)
 }
 
 } // namespace
+
+bool IsWholeFrame(std::size_t length, std::size_t prefix)
+{
+    // An address extension is a byte of the frame.
+    const std::size_t whole = length + prefix % IdentifierLength;
+    return whole == ClassicFrameLength || std::ranges::find(LongLengths, whole) != std::end(LongLengths);
+}
 
 bool BeginsMessage(std::uint8_t first)
 {

@@ -33,6 +33,11 @@ struct TransportFrame
 /// not without one.
 TransportFrame FindFrame(read::Bytes bytes, bool needsIdentifier);
 
+constexpr std::size_t ClassicFrameLength = 8;
+
+/// Whether a frame of `length` bytes after `prefix` others has one of the lengths that frames have.
+bool IsWholeFrame(std::size_t length, std::size_t prefix);
+
 /// Whether a byte can begin a diagnostic message.
 bool BeginsMessage(std::uint8_t first);
 

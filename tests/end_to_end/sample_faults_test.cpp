@@ -219,6 +219,43 @@ TEST_F(SampleFaults, AnApplicationThatDestroysNoAnswersLeaksThem)
                            "                not destroyed: 17 results of PDUGetEventItem, lines N"));
 }
 
+TEST_F(SampleFaults, AnApplicationThatPausesTakesItsTime)
+{
+    EXPECT_EQ(Run(" --pause 20").Status, 0);
+    const std::string summary = RunProgram("marvane", "summary " + Quoted(LogFolder())).Output;
+    std::smatch time;
+    ASSERT_TRUE(
+        std::regex_search(summary, time, std::regex("\\ntime .* (\\d+)\\.(\\d+) s in the application\n")))
+        << summary;
+    EXPECT_GE(std::stol(time[1]) * 1000 + std::stol(time[2]), 15 * 20) << "15 requests, 20 ms before each";
+}
+
+TEST_F(SampleFaults, AnApplicationThatGivesUpEndsInTheCallThatHangs)
+{
+    const ProgramResult result =
+        Run(" --give-up 1 --options " + Quoted("Fault='hang:12@PDUStartComPrimitive'"));
+    EXPECT_EQ(result.Status, 3);
+    EXPECT_EQ(result.Errors, "diag_session: no end after 1 s: given up\n");
+    EXPECT_THAT(RunProgram("marvane", "talk " + Quoted(LogFolder())).Output,
+                HasSubstr("X call never returned"));
+}
+
+TEST_F(SampleFaults, AnApplicationThatIsDoneInTimeDoesNotGiveUp)
+{
+    const ProgramResult result = Run(" --give-up 1000");
+    EXPECT_EQ(result.Output + result.Errors, "");
+    EXPECT_EQ(result.Status, 0);
+}
+
+TEST_F(SampleFaults, ANumberIsNeededWhereOneIsMeant)
+{
+    EXPECT_THAT(Run(" --pause 20ms").Errors,
+                StartsWith("diag_session: --pause needs a number, and 20ms is none\n"));
+    EXPECT_EQ(Run(" --pause 20ms").Status, 2);
+    EXPECT_THAT(Run(" --give-up").Errors, StartsWith("diag_session: --give-up needs a number\n"));
+    EXPECT_EQ(Run(" --give-up").Status, 2);
+}
+
 TEST_F(SampleFaults, AnUnknownFaultIsRefusedWithAListOfAll)
 {
     const ProgramResult result = RunWith("sloow");

@@ -30,6 +30,14 @@ mkdir -p \"\$folder/Testing/Temporary\"
 printf 'CMAKE_HOME_DIRECTORY:INTERNAL=%s\nCMAKE_CACHEFILE_DIR:INTERNAL=%s\n' \"\$PWD\" \"\$folder\" >\"\$folder/CMakeCache.txt\""
 }
 
+# built_programs: the demo builds nothing, but gets the programs of the build that runs the tests.
+built_programs() {
+    [ -e "${MARVANE_PROGRAMS-}/diag_session" ] || { echo "Skipped: MARVANE_PROGRAMS names no build."; exit 77; }
+    fake_cmake "cd \"\$2\" && cp -p $(for name in marvane diag_session libMarvane.so libSimVci.so; do
+        printf "'%s' " "$MARVANE_PROGRAMS/$name"
+    done) ."
+}
+
 # A log of ctest: a test that passed, programs of GoogleTest and Node with a skipped test, a script that skipped its own.
 fake_test_log='1/4 Testing: Passing
 Output:

@@ -8,7 +8,7 @@ namespace {
 
 bool IsSeparator(fs::path::value_type character)
 {
-    return character == fs::path::preferred_separator || character == '/';
+    return character == '\\' || character == '/';
 }
 
 /// Whether a path is one of a share although the standard library sees none.

@@ -55,20 +55,22 @@ private:
     void ReadLine(std::string_view whole, std::size_t length, bool hasEnd);
     bool ReadStamp(std::string_view whole);
     void ReadStamped(std::string_view whole);
-    void ReadUnstamped(std::string_view whole);
     void Dispatch(const KnownLine& line, bool isCut);
     void ReadDecoded(std::string_view text, bool isCut);
     void ReadOther(std::string_view text);
     void ReadReportTitle(std::string_view text, bool isCut);
-    bool Continue(std::string_view text);
     void ReadMark(std::string_view text);
-    void MarkFull();
-    void SettleMark();
     void CloseReport(bool isCut);
     void Damaged(std::string_view line);
     void Tell(ProblemKind what, Position at, const Call* call, std::string_view text);
     void TellLine(LineKind kind, std::string_view text, std::string_view whole, bool hasStamp);
     bool Wanted(Wants one) const { return Has(wants_, one); }
+
+    // engine_unstamped.cpp: lines without a stamp
+    void ReadUnstamped(std::string_view whole);
+    bool Continue(std::string_view text);
+    void MarkFull();
+    void SettleMark();
 
     /// The settings that decide how calls are told apart, if the header has them.
     struct CallSettings
@@ -101,9 +103,11 @@ private:
     bool IsDoubtful(const Frame& frame, bool nextIsEvent);
     bool BeginsResultsOf(const Frame& frame, std::string_view line);
     Frame* FindFrame(std::string_view name);
+    void TakeLost(bool nextIsEvent);
+
+    // engine_frames.cpp: open calls
     Frame& Open(std::string_view entry);
     Frame& OpenOrphan();
-    void TakeLost(bool nextIsEvent);
     void LeaveAbove(const Frame& frame);
     void Close(ThreadState& thread, CallState state);
     void Deliver(Frame& frame);

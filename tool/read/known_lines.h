@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "line/marks.h"
 #include "tool/read/records.h"
 
 namespace marvane::read {
@@ -26,5 +27,17 @@ bool IsHeaderLine(std::string_view line);
 
 /// True for the header line whose next lines, without stamp, say why the target library could not be loaded.
 bool IsLoadFailure(std::string_view line);
+
+/// The mark of a full buffer, without its line end.
+inline constexpr std::string_view FullMark = marks::BufferFull.substr(0, marks::BufferFull.size() - 1);
+
+/// Takes the mark of a full buffer from the end of a text that holds more. Inline: every line is asked.
+inline bool TakeMark(std::string_view& text)
+{
+    if (text.size() <= FullMark.size() || text.back() != '.' || !text.ends_with(FullMark))
+        return false;
+    text.remove_suffix(FullMark.size());
+    return true;
+}
 
 } // namespace marvane::read

@@ -2,15 +2,9 @@
 #include "tool/export/log_records.h"
 
 #include <algorithm>
-#include <deque>
-#include <utility>
 
-#include "tool/commands/help.h"
-#include "tool/commands/link_words.h"
 #include "tool/commands/log_source.h"
-#include "tool/commands/talk_rows.h"
-#include "tool/words/describe.h"
-#include "tool/words/negative_codes.h"
+#include "tool/export/record_fields.h"
 
 namespace marvane::tool {
 
@@ -18,108 +12,6 @@ namespace {
 
 // Calls that were redacted are remembered for what is found later about them.
 constexpr std::size_t MostChanged = 20'000;
-
-constexpr std::string_view Schema = "marvane.log/1";
-
-constexpr std::int64_t Signed(std::uint64_t number)
-{
-    return static_cast<std::int64_t>(number);
-}
-
-std::string_view StateName(read::CallState state)
-{
-    constexpr std::string_view names[] = {"returned", "in_flight", "not_loaded", "cut"};
-    return names[static_cast<std::size_t>(state)];
-}
-
-std::string_view ItemName(read::ItemKind kind)
-{
-    constexpr std::string_view names[] = {"result", "status", "error", "info", "unknown"};
-    return names[static_cast<std::size_t>(kind)];
-}
-
-void AddNumber(RecordWriter& line, std::string_view key, std::optional<std::uint32_t> number)
-{
-    if (number)
-        line.Number(key, *number);
-}
-
-void AddHandles(RecordWriter& line, const read::Call& call)
-{
-    AddNumber(line, "hmod", call.Module);
-    AddNumber(line, "hcll", call.Link);
-}
-
-/// A payload that the log cut has its real size beside it.
-void AddPayload(RecordWriter& line, const read::Payload& data)
-{
-    if (!data.IsPresent)
-        return;
-    line.Hex("data", data.Shown);
-    line.Number("size", Signed(data.Size));
-    if (data.IsCut)
-        line.Flag("cut", true);
-}
-
-void AddStatus(RecordWriter& line, const read::Call& call)
-{
-    line.Text("state", StateName(call.State));
-    if (call.Status) {
-        line.Text("status", call.StatusName);
-        line.Number("status_code", *call.Status);
-    }
-    line.Text("level", call.HasFailed() ? "error" : "info");
-}
-
-void AddResult(RecordWriter& line, const read::Item& item)
-{
-    AddNumber(line, "uri", item.UniqueResponseId);
-    AddNumber(line, "acceptance_id", item.AcceptanceId);
-    if (item.IsTxDoneValid)
-        AddNumber(line, "tx_done", item.TxDone);
-    if (item.IsStartValid)
-        AddNumber(line, "start", item.Start);
-}
-
-void AddRequest(RecordWriter& line, const read::Exchange& exchange)
-{
-    if (exchange.IsRequestKnown) {
-        line.Hex("request", exchange.Request);
-        line.Number("request_size", Signed(exchange.RequestSize));
-    }
-    const read::Answer* const answer = exchange.Deciding();
-    if (exchange.IsRequestCut || (answer && answer->IsCut))
-        line.Flag("cut", true);
-    const words::Dialect dialect = DialectOf(*exchange.On);
-    const words::RequestWords asked = words::DescribeRequest(dialect, exchange.Request);
-    if (dialect != words::Dialect::Unknown && !exchange.Request.empty())
-        line.Number("sid", exchange.Request[0]);
-    if (asked.SubFunction)
-        line.Number("subfunction", *asked.SubFunction);
-    if (asked.Identifier)
-        line.Number("did", *asked.Identifier);
-    line.TextIfAny("service", asked.What ? asked.What->Name : std::string_view());
-    line.TextIfAny("summary", RequestTextOf(exchange).Words);
-}
-
-void AddAnswer(RecordWriter& line, const read::Exchange& exchange)
-{
-    line.Text("outcome", read::OutcomeName(exchange.Result));
-    if (const read::Answer* const answer = exchange.Deciding()) {
-        line.Hex("answer", answer->Data);
-        line.Number("answer_size", Signed(answer->Size));
-        if (answer->Nrc && answer->Kind == read::AnswerKind::Refusal) {
-            line.Number("nrc", *answer->Nrc);
-            line.TextIfAny("nrc_name", words::NegativeCodeName(DialectOf(*exchange.On), *answer->Nrc));
-        }
-    }
-    line.Number("pending", Signed(exchange.PendingCount));
-    line.Number("answers", Signed(exchange.AnswerCount));
-    if (const std::optional<read::Latency> latency = exchange.FirstAnswer()) {
-        line.Number("latency_us", Signed(latency->Us));
-        line.Text("latency_by", latency->IsByLog ? "log" : "library");
-    }
-}
 
 std::vector<std::string_view> TextsOf(std::span<const read::CallLine> lines)
 {
@@ -135,32 +27,6 @@ LogRecords::LogRecords(const Inputs& inputs, RecordWriter& writer, Sink& sink)
     : inputs_(inputs), line_(writer), sink_(sink), times_(inputs.Zone)
 {
     UseNames(inputs.Names);
-}
-
-/// The first line of each file.
-void LogRecords::WriteHead()
-{
-    if (!line_.Takes("log"))
-        return;
-    const read::LogFile& first = inputs_.Files.front();
-    line_.Begin("log");
-    Put("ts", first.Begin.NameTime);
-    line_.Text("file", first.Begin.Name);
-    line_.Number("line", 1);
-    line_.Number("session", 1);
-    line_.Text("schema", Schema);
-    line_.Text("program", VersionLine());
-    std::vector<std::string_view> names;
-    for (const read::LogFile& file : inputs_.Files)
-        names.push_back(file.Begin.Name);
-    line_.Texts("files", names);
-    line_.Text("host", inputs_.Host);
-    std::vector<NamedValue> tags;
-    for (const auto& [key, value] : inputs_.Tags)
-        tags.push_back({key, value});
-    if (!tags.empty())
-        line_.Values("tags", tags);
-    End(false);
 }
 
 std::string_view LogRecords::FileName(std::uint32_t file) const
@@ -203,38 +69,6 @@ bool LogRecords::Begin(std::string_view kind, read::LogTime time, const read::Po
     line_.Number("line", Signed(std::max<std::uint64_t>(at.Line, 1)));
     line_.Number("session", session);
     return true;
-}
-
-void LogRecords::OnSession(const read::Session& session)
-{
-    WriteSession();
-    Findings::OnSession(session);
-    session_ = &session;
-}
-
-/// The record of a session waits for the first call, which shows whether the target library was loaded.
-void LogRecords::WriteSession()
-{
-    if (!session_)
-        return;
-    const read::Session& session = *std::exchange(session_, nullptr);
-    if (!Begin("session", session.BeginTime, session.Begin, session.Number))
-        return;
-    line_.TextIfAny("marvane", session.Marvane);
-    line_.TextIfAny("target", session.Target);
-    line_.TextIfAny("target_version", session.TargetVersion);
-    if (session.IsLoaded || session.HasNotLoaded || !session.LoadFailure.empty())
-        line_.Flag("loaded", session.IsLoaded);
-    std::vector<NamedValue> settings;
-    std::deque<std::string> numbers;
-    for (const read::Setting& setting : session.Settings) {
-        if (setting.Number)
-            numbers.push_back(std::to_string(*setting.Number));
-        settings.push_back(
-            {setting.Key, setting.Number ? numbers.back() : setting.Text, setting.Number.has_value()});
-    }
-    line_.Values("settings", settings);
-    End(IsChanged(session.Begin, session.LastAt));
 }
 
 void LogRecords::AddEnd(const read::Call& call)

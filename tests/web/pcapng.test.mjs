@@ -1,7 +1,7 @@
 // --format pcapng, read by tshark.
 import assert from "node:assert/strict";
 import { execFileSync, spawnSync } from "node:child_process";
-import { readFileSync } from "node:fs";
+import { readFileSync, readdirSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 import { demo, goldenLogs, logs, marvane, objects, source, withFolder } from "./marvane.mjs";
@@ -96,6 +96,24 @@ test("the demo's conversation", { skip }, () =>
     ]);
     const description = fields(file, ["frame.interface_description"], "frame.interface_name == \"hMod 1 hCLL 3\"");
     assert.equal(description[0], "ISO_14229_5_on_ISO_13400_2, IEEE_802_3, pins 3/11");
+  }));
+
+/** A row of a listing of at most 16 bytes, from the end of its label on. */
+function row(hex) {
+  const bytes = hex.split(" ").map((byte) => parseInt(byte, 16));
+  const text = bytes.map((byte) => (byte >= 0x20 && byte < 0x7f ? String.fromCharCode(byte) : ".")).join("");
+  return `|00000000 ${`<${hex}>`.padEnd(51)}${text.padEnd(16)}|`;
+}
+
+test("both addresses of whole DoIP messages in reports", { skip }, () =>
+  withFolder((folder) => {
+    const log = join(folder, "doip.LGR");
+    const report = /(\[DoIP\] ->  Diagnostic message\n.*\n.* Message        )\|.*/;
+    const message = row("02 FD 80 01 00 00 00 07 0E 80 10 10 22 F1 90");
+    const text = readFileSync(join(demo, readdirSync(demo)[0]), "latin1");
+    writeFileSync(log, text.replace(report, (_, before) => before + message), "latin1");
+    const names = ["frame.interface_name", "frame.p2p_dir", "doip.source_address", "doip.target_address", "uds.sid"];
+    assert.deepEqual(fields(capture(folder, log), names, "doip"), ["reports|0|0x0e80|0x1010|0x22"]);
   }));
 
 test("a payload that the log cut has its real size", { skip }, () =>

@@ -115,7 +115,6 @@ private:
     };
 
     void OnExchange(const read::Exchange& exchange) override;
-    void OnUnreturned(const read::Exchange& request) override { OnEnded(request); } // found as a call
     void OnLateAnswer(const read::LateAnswer& answer) override;
     void Put(FindingKind kind, const read::Call& call, std::string text, std::vector<std::string> why = {});
     void PutErrorItem(const read::Item& item);

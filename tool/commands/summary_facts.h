@@ -107,6 +107,7 @@ public:
     void OnProblem(const read::Problem& problem) override;
     void OnFinding(const Finding& finding) override;
     void OnEnded(const read::Exchange& exchange) override;
+    void OnUnreturned(const read::Exchange& request) override { OnEnded(request); }
 
 private:
     void Measure(const read::Call& call, std::string_view name);

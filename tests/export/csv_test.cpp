@@ -1,4 +1,6 @@
 // Cells of tables for spreadsheets.
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/child_program.h"
@@ -50,6 +52,13 @@ TEST(Csv, WhatIsNoUtf8IsReplacedAndSaid)
     EXPECT_EQ(Cell("\xC3\xA4 \xE4"), "\xC3\xA4 \xEF\xBF\xBD");
     const std::string rows = Table("calls", "{14:03:01.000 - 00001A2C} + PDUGetVersion(\xE4)\n");
     EXPECT_TRUE(rows.ends_with("," + Name + ",1,,1\n")) << rows;
+}
+
+TEST(Csv, ARequestWhoseCallNeverReturnedIsACallAndNoExchange)
+{
+    const std::string log = "{14:03:01.000 - 00001A2C} + PDUStartComPrimitive\n";
+    EXPECT_EQ(std::ranges::count(Table("exchanges", log), '\n'), 1) << "not only the names of the columns";
+    EXPECT_NE(Table("calls", log).find(",PDUStartComPrimitive,6700,in_flight,"), std::string::npos);
 }
 
 TEST(Csv, ATableThatIsUnknownIsWrongUsage)

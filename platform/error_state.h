@@ -26,6 +26,7 @@ public:
 private:
 #ifdef _WIN32
     unsigned long lastError_;
+    int* errnoPlace_; ///< the thread's; finding it is a call
 #endif
     int errno_;
 };

@@ -4,11 +4,11 @@
 
 namespace marvane::platform {
 
-ErrorStateKept::ErrorStateKept() : lastError_(GetLastError()), errno_(errno) {}
+ErrorStateKept::ErrorStateKept() : lastError_(GetLastError()), errnoPlace_(&errno), errno_(*errnoPlace_) {}
 
 ErrorStateKept::~ErrorStateKept()
 {
-    errno = errno_;
+    *errnoPlace_ = errno_;
     SetLastError(lastError_);
 }
 

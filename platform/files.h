@@ -42,21 +42,19 @@ inline constexpr File NoFile = -1;
 /// inherit it. NoFile on failure, and for what FindFiles would leave out. Never blocks.
 File OpenLogFile(const std::string& path);
 
-/// Writes `first`, then `second`, to the end of the file, in one system call where possible; where it takes
-/// several, other processes' text comes in between at the ends of lines only. Returns how many of their
-/// characters were written: fewer than all on an error, such as a full disk. No cancellation point; raises no
-/// signal, unless the process lowered its limit for the size of files a few milliseconds ago.
-std::size_t WriteToFile(File file, std::string_view first, std::string_view second);
-
-/// Bytes that `text` takes in a file, with the system's line ends.
-#ifdef _WIN32
-std::size_t SizeInFile(std::string_view text);
-#else
-inline std::size_t SizeInFile(std::string_view text)
+/// What was written of a text: characters of it, and the bytes that they take with the system's line ends.
+struct Written
 {
-    return text.size();
-}
-#endif
+    std::size_t Characters;
+    std::size_t Bytes;
+    bool operator==(const Written&) const = default;
+};
+
+/// Writes `first`, then `second`, to the end of the file, in one system call where possible; where it takes
+/// several, other processes' text comes in between at the ends of lines only. Fewer than all of their
+/// characters are written on an error, such as a full disk. No cancellation point; raises no signal, unless
+/// the process lowered its limit for the size of files a few milliseconds ago.
+Written WriteToFile(File file, std::string_view first, std::string_view second);
 
 /// Size of a file in bytes, whoever wrote them.
 std::uint64_t FileSize(File file);

@@ -132,10 +132,10 @@ long WriteOnce(File file, std::string_view first, std::string_view second)
     }
 }
 
-/// Writes what follows the first `written` characters, as far as that is possible, and returns how many are
+/// Writes what follows the first `written` characters, as far as that is possible, and returns what is
 /// written then. Kept out of line: the usual way does not need it.
-[[gnu::noinline]] std::size_t WriteRest(File file, std::string_view first, std::string_view second,
-                                        std::size_t written)
+[[gnu::noinline]] Written WriteRest(File file, std::string_view first, std::string_view second,
+                                    std::size_t written)
 {
     std::optional<WriteSignalsHeld> held;
     if (!FileSizeSignalIsHandled())
@@ -149,26 +149,26 @@ long WriteOnce(File file, std::string_view first, std::string_view second)
             break;
         done += static_cast<std::size_t>(more);
     }
-    return done;
+    return {done, done};
 }
 
 } // namespace
 
-std::size_t WriteToFile(File file, std::string_view first, std::string_view second)
+Written WriteToFile(File file, std::string_view first, std::string_view second)
 {
     const std::size_t all = first.size() + second.size();
     if (all == 0)
-        return 0;
+        return {};
     const OwnWrite own;
     if (!FileSizeSignalIsHandled())
         return WriteRest(file, first, second, 0);
     const long written = WriteOnce(file, first, second);
     if (written == static_cast<long>(all))
-        return all;
+        return {all, all};
     // A short write may be the first sign of the limit: the next one raises the signal, which the application
     // may have taken over since the file was opened.
     ReadFileSizeSignal();
-    return written > 0 ? WriteRest(file, first, second, static_cast<std::size_t>(written)) : 0;
+    return written > 0 ? WriteRest(file, first, second, static_cast<std::size_t>(written)) : Written();
 }
 
 std::uint64_t FileSize(File file)

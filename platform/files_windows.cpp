@@ -1,9 +1,9 @@
 #include "platform/files.h"
 
 #include <algorithm>
-#include <cstring>
 #include <share.h>
 
+#include "platform/crlf_block.h"
 #include "platform/quiet_windows.h"
 #include "platform/wide_text_windows.h"
 
@@ -58,46 +58,6 @@ HANDLE HandleOf(File file)
     return reinterpret_cast<HANDLE>(file);
 }
 
-/// Text with the system's line ends, as much as is written at once: 15,000 characters of a call and their
-/// line ends, or a page of buffered lines and a common call.
-class Block
-{
-public:
-    /// Takes as many whole lines from the beginning of `text` as have room, or else what has.
-    void TakeLines(std::string_view& text)
-    {
-        while (!text.empty()) {
-            const std::size_t end = text.find('\n');
-            const std::string_view line = text.substr(0, end);
-            const std::size_t lineEnd = end == std::string_view::npos ? 0 : 2;
-            if (line.size() + lineEnd > Room() && size_ != 0)
-                return;
-            const std::size_t taken = std::min(line.size(), Room() - lineEnd);
-            Append(line.substr(0, taken));
-            text.remove_prefix(taken);
-            if (taken != line.size())
-                return;
-            if (lineEnd != 0) {
-                Append("\r\n");
-                text.remove_prefix(1);
-            }
-        }
-    }
-
-    std::string_view Bytes() const { return {bytes_, size_}; }
-
-private:
-    std::size_t Room() const { return sizeof bytes_ - size_; }
-    void Append(std::string_view text)
-    {
-        std::memcpy(bytes_ + size_, text.data(), text.size());
-        size_ += text.size();
-    }
-
-    std::size_t size_ = 0;
-    char bytes_[20000];
-};
-
 /// How many characters of `text` are in its first `bytes` bytes in a file. Takes their bytes off.
 std::size_t CharactersIn(std::string_view text, std::size_t& bytes)
 {
@@ -131,32 +91,30 @@ File OpenLogFile(const std::string& path)
                                               FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-std::size_t WriteToFile(File file, std::string_view first, std::string_view second)
+Written WriteToFile(File file, std::string_view first, std::string_view second)
 {
-    const std::size_t all = first.size() + second.size();
+    Written all = {};
     while (!first.empty() || !second.empty()) {
-        Block block;
+        CrLfBlock block;
         std::string_view firstRest = first;
         std::string_view secondRest = second;
         block.TakeLines(firstRest);
         if (firstRest.empty())
             block.TakeLines(secondRest);
-        std::size_t written = WriteBytes(file, block.Bytes());
-        if (written != block.Bytes().size()) {
-            first.remove_prefix(CharactersIn(first, written));
-            if (first.empty())
-                second.remove_prefix(CharactersIn(second, written));
+        std::size_t bytes = WriteBytes(file, block.Bytes());
+        all.Bytes += bytes;
+        if (bytes != block.Bytes().size()) {
+            const std::size_t ofFirst = CharactersIn(first, bytes);
+            all.Characters += ofFirst;
+            if (ofFirst == first.size())
+                all.Characters += CharactersIn(second, bytes);
             break;
         }
+        all.Characters += first.size() - firstRest.size() + second.size() - secondRest.size();
         first = firstRest;
         second = secondRest;
     }
-    return all - first.size() - second.size();
-}
-
-std::size_t SizeInFile(std::string_view text)
-{
-    return text.size() + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    return all;
 }
 
 std::uint64_t FileSize(File file)

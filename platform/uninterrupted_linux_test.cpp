@@ -60,7 +60,7 @@ std::size_t WriteBeyondLimit(const TemporaryFolder& folder, void (*handler)(int)
     std::signal(SIGXFSZ, handler);
     const platform::File file = platform::OpenLogFile(folder / "log");
     LimitFileSizes(4);
-    const std::size_t written = platform::WriteToFile(file, "long ", "text");
+    const std::size_t written = platform::WriteToFile(file, "long ", "text").Characters;
     platform::CloseFile(file);
     return written;
 }

@@ -21,9 +21,8 @@ T_PDU_ERROR AnswerNotLoaded(std::string_view name)
     return PDU_ERR_PDUAPI_NOT_CONSTRUCTED;
 }
 
-void LogEntryLine(const CallForm& call, PhaseText& text)
+void LogEntryLine(const CallForm& call, PhaseText& text, UNUM32 calls)
 {
-    const UNUM32 calls = Setting(NumericKey::LogFnCalls);
     if (!IsLoaded() || !LoggingActive() || calls == 0)
         return;
     LogEntry(text, call.name);
@@ -36,35 +35,49 @@ void LogEntryLine(const CallForm& call, PhaseText& text)
     text.Add("\n"_fmt);
 }
 
-void LogExitLine(const CallForm& call, PhaseText& text, T_PDU_ERROR status)
+void LogExitLine(const CallForm& call, PhaseText& text, UNUM32 calls, T_PDU_ERROR status)
 {
-    if (!LoggingActive() || Setting(NumericKey::LogFnCalls) == 0)
+    if (!LoggingActive() || calls == 0)
         return;
     LogExit(text, call.name, status);
     WritePhase(text, ApiLogFile);
 }
 
-void LogBeforeForward(const CallForm& call, PhaseText& text)
+/// False if a call writes nothing, a change of file apart. It does not read the clock then, which would be
+/// the most expensive part of it: 50 of 57 ns, and 300 of 376 ns in a 32-bit process on 64-bit Windows.
+bool MayWrite(const CallForm& call, UNUM32 calls)
+{
+    return calls != 0 || call.before || call.after || call.finish || Setting(NumericKey::LogCallOuts) == 1;
+}
+
+/// Returns whether the phase was begun.
+bool LogBeforeForward(const CallForm& call, PhaseText& text)
 {
     const platform::ErrorStateKept kept;
-    text.Begin();
-    LogEntryLine(call, text);
+    const UNUM32 calls = Setting(NumericKey::LogFnCalls);
+    const bool begun = MayWrite(call, calls);
+    if (begun)
+        text.Begin();
+    LogEntryLine(call, text, calls);
     if (call.before)
         call.before(text);
     CommitEntry(text);
+    return begun;
 }
 
-void LogAfterForward(const CallForm& call, PhaseText& text, T_PDU_ERROR status)
+void LogAfterForward(const CallForm& call, PhaseText& text, bool begun, T_PDU_ERROR status)
 {
     const platform::ErrorStateKept kept;
     if (!IsLoaded())
         return;
-    CloseCallOut(text, call.name);
+    const UNUM32 calls = Setting(NumericKey::LogFnCalls);
+    if (begun || MayWrite(call, calls))
+        CloseCallOut(text, call.name);
     if (call.after)
         call.after(text, status);
     if (!IsLoaded())
         return;
-    LogExitLine(call, text, status);
+    LogExitLine(call, text, calls, status);
 
     if (call.finish)
         call.finish(text);
@@ -80,9 +93,9 @@ T_PDU_ERROR LogWholeCall(const CallForm& call)
         const platform::InFlight inside;
         if (const CPduDll* const target = TargetLibrary()) {
             PhaseText text;
-            LogBeforeForward(call, text);
+            const bool begun = LogBeforeForward(call, text);
             const T_PDU_ERROR status = call.forward(*target);
-            LogAfterForward(call, text, status);
+            LogAfterForward(call, text, begun, status);
             return status;
         }
     }

@@ -1,6 +1,5 @@
 #include "logger/log/log_file.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -80,25 +79,23 @@ void LogFile::WriteOut(std::string_view text, std::size_t rest)
         written = {};
     }
     const std::size_t room = std::exchange(pageRoom_, WriteUnderWay);
-    const std::size_t count = platform::WriteToFile(file_, kept, written);
-    if (count != kept.size() + written.size()) {
-        CountWritten(kept.substr(0, count), written.substr(0, count - std::min(count, kept.size())), room);
+    const platform::Written count = platform::WriteToFile(file_, kept, written);
+    CountWritten(count, room);
+    if (count.Characters > kept.size())
+        last_ = written[count.Characters - kept.size() - 1];
+    else if (count.Characters != 0)
+        last_ = kept[count.Characters - 1];
+    if (count.Characters != kept.size() + written.size())
         return BeginAfterCut();
-    }
-    CountWritten(kept, written, room);
     CopyText(buffer_.data(), text.data() + text.size() - rest, rest);
     length_ = rest;
 }
 
-void LogFile::CountWritten(std::string_view first, std::string_view second, std::size_t room)
+void LogFile::CountWritten(platform::Written written, std::size_t room)
 {
-    const std::size_t grown = platform::SizeInFile(first) + platform::SizeInFile(second);
-    size_ += grown;
-    sizeAge_ += grown;
-    const std::size_t characters = first.size() + second.size();
-    if (characters != 0)
-        last_ = second.empty() ? first.back() : second.back();
-    pageRoom_ = shared_ ? PageSize : PageSize - (PageSize - room + characters) % PageSize;
+    size_ += written.Bytes;
+    sizeAge_ += written.Bytes;
+    pageRoom_ = shared_ ? PageSize : PageSize - (PageSize - room + written.Characters) % PageSize;
 }
 
 void LogFile::BeginAfterUnknown()

@@ -66,8 +66,8 @@ private:
     void WriteOut(std::string_view text, std::size_t rest);
     /// Queries the size of the file. If it is not what was counted, another process writes to it too.
     void LookForOthers();
-    /// Counts characters that were written after all others, when the last page had this much room.
-    void CountWritten(std::string_view first, std::string_view second, std::size_t room);
+    /// Counts what was written after all else, when the last page had this much room.
+    void CountWritten(platform::Written written, std::size_t room);
     /// Begins the buffer after a text that was cut: with a line end, unless the file ends with one.
     void BeginAfterCut();
     /// Begins the buffer after a text that was perhaps cut, elsewhere or by the end of its thread.

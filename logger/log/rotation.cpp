@@ -13,6 +13,9 @@ namespace {
 
 void BeginFileLine(PhaseText& text, std::string_view name)
 {
+    // A call that writes nothing has read no time.
+    if (!text.Time().IsSet())
+        text.Begin();
     text.Clear();
     text.AddStamp();
     text.Add("%s%s"_fmt, marks::FileChange, name);

@@ -81,6 +81,17 @@ TEST(Rotation, TheHeaderOfAContinuationFileIsComplete)
     EXPECT_TRUE(text.ends_with(end)) << text;
 }
 
+TEST(Rotation, AfterACallThatWritesNothingItsLinesHaveTheTimeOfTheChange)
+{
+    Session session({{"LogFnCalls", "0"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "3"}});
+    session.Construct();
+    session.Api().PDUConnect(1, 2);
+    session.Api().PDUDestruct();
+    const std::string log = session.Log();
+    EXPECT_EQ(log.find("{00:00:00.000 - "), std::string::npos) << log;
+    EXPECT_NE(log.find("# PDUConnect - Changing log file\n"), std::string::npos) << log;
+}
+
 TEST(Rotation, WithLoggingOffBothLimitsHaveNoEffect)
 {
     Session session({{"LogEnabled", "0"}, {"LogFileMaxSize", "1"}, {"LogFileMaxNum", "3"}});

@@ -186,7 +186,7 @@ ProgramResult RunOnAFullDisk(const std::string& arguments)
     const std::string device = platform::PathSeparator == '\\' ? "Z:\\dev\\full" : "/dev/full";
     const TemporaryFolder folder;
     const std::string errors = folder / "errors";
-    const int status = RunByShell("marvane", arguments + " > " + device + " 2> " + Quoted(errors));
+    const int status = RunWithStreams("marvane", arguments, {"", device, errors});
     return {status, "", FileText(errors)};
 }
 

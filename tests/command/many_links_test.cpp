@@ -75,7 +75,7 @@ TEST(TalkByLink, OfVeryManyLinksReadsTheLogOnce)
     EXPECT_EQ(file.Output, Expected());
     EXPECT_EQ(file.Status, 0);
     // Standard input can be read once.
-    EXPECT_EQ(RunProgram("marvane", "talk --by-link - < " + Quoted(folder / LogName)).Output, file.Output);
+    EXPECT_EQ(RunProgram("marvane", "talk --by-link -", folder / LogName).Output, file.Output);
 }
 
 } // namespace

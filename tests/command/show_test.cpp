@@ -119,22 +119,22 @@ TEST_F(Show, HasColoursIfTheyAreAskedFor)
 
 TEST_F(Show, ReadsStandardInput)
 {
-    const ProgramResult result = RunProgram("marvane", "show --errors - < " + Quoted(folder_ / LogName));
+    const ProgramResult result = RunProgram("marvane", "show --errors -", folder_ / LogName);
     EXPECT_EQ(result.Output, Lock);
     EXPECT_EQ(result.Errors, "");
 }
 
 TEST_F(Show, CutAndAroundReadStandardInput)
 {
-    const std::string input = " - < " + Quoted(folder_ / LogName);
+    const std::string input = folder_ / LogName;
     for (const std::string arguments : {"cut --since 14:03:02 --until 14:03:03", "around --line 9"}) {
-        const ProgramResult result = RunProgram("marvane", arguments + input);
+        const ProgramResult result = RunProgram("marvane", arguments + " -", input);
         EXPECT_EQ(result.Output, Run(arguments).Output) << arguments;
         EXPECT_EQ(result.Errors, "") << arguments;
         EXPECT_EQ(result.Status, 0) << arguments;
     }
     WriteFileBytes(folder_ / LogName, "no log\n");
-    const ProgramResult result = RunProgram("marvane", "around --line 1" + input);
+    const ProgramResult result = RunProgram("marvane", "around --line 1 -", input);
     EXPECT_EQ(result.Errors, "marvane: -: is no log\nmarvane: the log has no line 1\n");
     EXPECT_EQ(result.Status, 2);
 }
@@ -191,14 +191,14 @@ TEST_F(Show, FollowingEndsWithTheTextOrTheTimeOut)
 
 TEST_F(Show, FollowingReadsStandardInputToItsEnd)
 {
-    const std::string input = " -f - < " + Quoted(folder_ / LogName);
-    EXPECT_EQ(RunProgram("marvane", "show" + input).Output, SampleLog());
-    EXPECT_EQ(RunProgram("marvane", "show" + input).Status, 0);
-    EXPECT_EQ(RunProgram("marvane", "show --until-match nowhere" + input).Status, 1);
-    const ProgramResult found = RunProgram("marvane", "errors --until-match LOCKED" + input);
+    const std::string input = folder_ / LogName;
+    EXPECT_EQ(RunProgram("marvane", "show -f -", input).Output, SampleLog());
+    EXPECT_EQ(RunProgram("marvane", "show -f -", input).Status, 0);
+    EXPECT_EQ(RunProgram("marvane", "show --until-match nowhere -f -", input).Status, 1);
+    const ProgramResult found = RunProgram("marvane", "errors --until-match LOCKED -f -", input);
     EXPECT_NE(found.Output.find("RSC_LOCKED_BY_OTHER_CLL (0x00A1)"), std::string::npos);
     EXPECT_EQ(found.Status, 0);
-    EXPECT_EQ(RunProgram("marvane", "talk" + input).Status, 0);
+    EXPECT_EQ(RunProgram("marvane", "talk -f -", input).Status, 0);
 }
 
 TEST_F(Show, FollowingWaitsForALogUpToTheTimeOut)

@@ -40,8 +40,7 @@ protected:
     /// Runs a command with a file as its standard input; what it writes goes to the files output and errors.
     int Run(const std::string& arguments, const std::string& input) const
     {
-        return RunByShell("marvane", arguments + " < " + Quoted(input) + " > " + Quoted(folder_ / "output") +
-                                         " 2> " + Quoted(folder_ / "errors"));
+        return RunWithStreams("marvane", arguments, {input, folder_ / "output", folder_ / "errors"});
     }
 
     /// What a command writes, byte by byte.

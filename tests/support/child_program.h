@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "tests/support/start_process.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::testing {
@@ -16,14 +17,12 @@ struct ProgramResult
 };
 
 /// Runs a program of the build folder and waits for its end. `arguments` is a part of a command line, in
-/// which the caller quotes paths. The program inherits the environment of the test.
-ProgramResult RunProgram(const std::string& name, const std::string& arguments);
+/// which the caller quotes paths. `input` is a file that it gets as its standard input, in place of the
+/// test's. The program inherits the environment of the test.
+ProgramResult RunProgram(const std::string& name, const std::string& arguments,
+                         const std::string& input = "");
 
-/// Runs a program of the build folder by the system's shell and waits for its end. `arguments` is the rest of
-/// the shell's line: quoted where needed, with its redirections. Returns the exit status.
-int RunByShell(const std::string& name, const std::string& arguments);
-
-/// A path, quoted as an argument.
-std::string Quoted(const std::string& path);
+/// The same with all three streams; returns the exit status.
+int RunWithStreams(const std::string& name, const std::string& arguments, const Streams& streams);
 
 } // namespace marvane::testing

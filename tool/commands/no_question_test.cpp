@@ -10,14 +10,19 @@ namespace {
 class NoQuestion : public SetupCommands
 {
 protected:
-    /// Exit status, output and messages of a command with the standard input of this process. Where nothing
-    /// is said about standard input by the shell, the command has that of the test.
-    std::string Typed(const std::string& arguments, const std::string& shell = "") const
+    /// Where the commands' standard input comes from: nothing said, that of the test.
+    struct Input
+    {
+        std::string OfShell; ///< a redirection of a POSIX shell
+        std::string File;
+    };
+
+    /// Exit status, output and messages of a command.
+    std::string Typed(const std::string& arguments, const Input& input = {}) const
     {
         const std::string errors = folder / "errors", output = folder / "output";
         const int status =
-            testing::RunByShell("marvane", arguments + shell + " > " + testing::Quoted(output) + " 2> " +
-                                               testing::Quoted(errors));
+            testing::RunWithStreams("marvane", arguments + input.OfShell, {input.File, output, errors});
         return std::to_string(status) + " " + Named(testing::FileText(output) + testing::FileText(errors));
     }
     std::string Roots() const
@@ -29,19 +34,19 @@ protected:
         return "install SimVci" + Roots() + " --from " + testing::Quoted(testing::BuildFolder() + ".") +
                " --log-dir " + testing::Quoted(folder / "logs");
     }
-    std::string TypedAll(const std::vector<std::string>& commands, const std::string& shell) const
+    std::string TypedAll(const std::vector<std::string>& commands, const Input& input) const
     {
         std::string shown;
         for (const std::string& command : commands)
-            shown += Typed(command, shell);
+            shown += Typed(command, input);
         // The time of the backup and the system's words.
         shown = std::regex_replace(shown, std::regex("[0-9]{8}-[0-9]{6}"), "TIME");
         return std::regex_replace(shown, std::regex("(D_PDU_API_CFG.xml: )[^\n]*"), "$1EXISTS");
     }
     /// Each command over what is there already, logs too: its exit status and what it prints.
-    std::string Session(const std::string& shell) const
+    std::string Session(const Input& input) const
     {
-        std::string shown = TypedAll({InstallWords() + " --dry-run", InstallWords(), InstallWords()}, shell);
+        std::string shown = TypedAll({InstallWords() + " --dry-run", InstallWords(), InstallWords()}, input);
         std::filesystem::create_directory(folder.Path() / "logs");
         testing::WriteFileBytes(folder.Path() / "logs" / "D-PDU_API_Logger_01-11-2026_14-03-07.LGR", "");
         const std::string uninstall = "uninstall SimVci --logs" + Roots();
@@ -50,7 +55,7 @@ protected:
                                  "get SimVci LogFlush" + Roots(),
                                  "init " + testing::Quoted(PathOf({"copies", "SimVci", "D_PDU_API_CFG.xml"})),
                                  "diag-levels DATA=DEBUG", uninstall + " --dry-run", uninstall, uninstall},
-                                shell);
+                                input);
     }
     std::string PathOf(const std::vector<const char*>& names) const
     {
@@ -117,13 +122,13 @@ TEST_F(NoQuestion, WouldBeNoticed)
 TEST_F(NoQuestion, IsAskedOfAPipeThatHoldsAnswers)
 {
     testing::UnreadInput input;
-    EXPECT_EQ(Session(""), Expected());
+    EXPECT_EQ(Session({}), Expected());
     EXPECT_EQ(input.Left(), testing::UnreadInput::Answers());
 }
 
 TEST_F(NoQuestion, IsAskedWhereStandardInputIsClosed)
 {
-    const std::string closed = platform::PathSeparator == '/' ? " <&-" : " < NUL";
+    const Input closed = platform::PathSeparator == '/' ? Input{" <&-", ""} : Input{"", "NUL"};
     EXPECT_EQ(Session(closed), Expected());
 }
 

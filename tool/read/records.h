@@ -1,88 +1,24 @@
-// What a log says, as records: sessions, calls, events, items, comms reports, ComParams, marks and problems.
+// What a log says, as records: calls, events, items, comms reports, ComParams, marks and problems; with what
+// it includes, lines and sessions too.
 //
 // Every std::string_view and std::span in a record points into the reader's buffers. It is valid only during
 // the sink's function that received the record; copy what outlives it.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "line/arrows.h"
-#include "line/dump_columns.h"
+#include "tool/read/line_records.h"
 #include "tool/read/log_time.h"
+#include "tool/read/session_record.h"
 
 namespace marvane::read {
 
-using Bytes = std::span<const std::uint8_t>;
-
 constexpr std::uint32_t UndefinedHandle = 0xFFFFFFFF;
 constexpr std::uint32_t UndefinedId = 0xFFFFFFFE;
-
-/// Where a line is. `File` counts the files of the reader from 0; `Line` counts from 1 within the file.
-struct Position
-{
-    std::uint32_t File = 0;
-    std::uint64_t Line = 0;
-    std::uint64_t Offset = 0; ///< of the line's first byte, in the uncompressed file
-    friend auto operator<=>(const Position&, const Position&) = default;
-};
-
-/// What kind of line it is, by its own text.
-enum class LineKind : std::uint8_t
-{
-    Entry,        ///< "+ NAME..."
-    CallOut,      ///< "    <NAME": the called side has returned
-    Exit,         ///< "- NAME..."
-    NotLoaded,    ///< "NAME - Called but library not loaded!"
-    Decoded,      ///< an arrow and a text
-    Comms,        ///< "LABEL -> TITLE" or "LABEL <- TITLE"
-    Mark,         ///< "# NAME - ..."
-    Initialise,   ///< "########## INITIALISE ##########"
-    Version,      ///< "########## D-PDU API LOGGER VERSION: ... ##########"
-    Header,       ///< "LogHeader{Loaded=N}"
-    Setting,      ///< "Config setting: ..."
-    Full,         ///< the mark of a full buffer, on a line of its own or after a stamp or an arrow
-    Continuation, ///< no stamp: the rest of the line before it
-    Other,        ///< a stamp, and a text that is none of the above
-    Foreign,      ///< no stamp, and belongs to nothing
-};
-
-/// One line of a file.
-struct Line
-{
-    Position At;
-    LogTime Time;             ///< of the line's stamp; of the line before it if it has none
-    std::uint32_t Thread = 0; ///< likewise
-    LineKind Kind = LineKind::Foreign;
-    bool HasStamp = false;
-    bool HasLineEnd = true; ///< false only for the last line of a file
-    std::string_view Text;  ///< after the stamp, without line end
-    std::string_view Whole; ///< with the stamp, without line end
-};
-
-/// A decoded line, taken apart: arrow, label, value. Any text is accepted.
-struct DecodedText
-{
-    Direction Way = Direction::ToTarget; ///< as the arrow shows it
-    std::uint8_t Depth = 0;              ///< 0 to 3; 4 and more for lines without an arrow of their own
-    std::string_view Text;               ///< after the arrow
-    std::string_view Label;              ///< before the first '=' (of a dump: before '|' or ':'), trimmed
-    std::string_view Value;              ///< after it, trimmed; empty if there is no '='
-    std::optional<DumpRow> Dump;         ///< if the line is one of a dump listing
-};
-
-/// A decoded line of a call or of a comms report.
-struct CallLine
-{
-    std::uint64_t Number = 0; ///< line number in the file of its half (Call::Begin.File, Call::End.File)
-    std::string_view Text;    ///< after the stamp: arrow and text; line breaks inside the text included
-    DecodedText Decode() const;
-};
 
 /// All 29 functions in the order of the function table, and what else has the form of a call.
 enum class Function : std::uint8_t
@@ -271,44 +207,6 @@ struct Mark
     Position At;
     LogTime Time;
     std::string_view Text; ///< without "# "
-};
-
-struct Setting
-{
-    std::string Key;
-    std::string Text;                    ///< as printed; a string without its quotes
-    std::optional<std::uint32_t> Number; ///< of a numeric key
-};
-
-/// One run of the logger library from PDUConstruct to PDUDestruct, as far as the log shows.
-/// Owned by the reader; the last thousand stay where they are while the reader lives. It grows while its
-/// lines are read.
-struct Session
-{
-    std::uint32_t Number = 0;  ///< from 1
-    std::uint32_t Process = 0; ///< from 1; sessions of the same process have the same number
-    Position Begin;
-    LogTime BeginTime;
-    bool HasBeginning = false; ///< false: begins with a continuation file, or without any header
-    bool IsDateCertain = true; ///< false: several days may have passed since the date in the file's name
-    std::string Marvane;       ///< version; empty if unknown
-    std::string Target;        ///< path
-    std::string TargetVersion; ///< empty if it could not be read
-    std::string LoadFailure;   ///< why it could not be loaded; empty if the log does not tell
-    bool IsLoaded = false;     ///< a call reached the target library
-    bool HasNotLoaded = false; ///< a call found no target library
-    bool IsEnded = false;      ///< by PDUDestruct, or ...
-    bool IsReplaced = false;   ///< ... by a second PDUConstruct of the same process, or ...
-    bool HasDied = false;      ///< ... by the death of the process: another has its thread
-    bool IsHeaderComplete = false;
-    std::uint64_t Calls = 0;
-    std::uint64_t Events = 0;
-    LogTime LastTime; ///< of its last line so far
-    Position LastAt;
-    std::vector<Setting> Settings;
-
-    /// The value of a numeric setting; nothing if the header does not have it.
-    std::optional<std::uint32_t> NumberOf(std::string_view key) const;
 };
 
 enum class ProblemKind : std::uint8_t

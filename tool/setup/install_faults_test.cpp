@@ -1,7 +1,7 @@
 // What is left of an install that something interrupts.
 #include <fstream>
 
-#include "tool/setup/install_test_kit.h"
+#include "tests/support/install_machine.h"
 
 namespace marvane::tool {
 namespace {

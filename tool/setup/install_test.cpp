@@ -3,8 +3,8 @@
 #include <regex>
 
 #include "config/paths.h"
+#include "tests/support/install_machine.h"
 #include "tool/setup/check.h"
-#include "tool/setup/install_test_kit.h"
 #include "tool/setup/root_file.h"
 
 namespace marvane::tool {

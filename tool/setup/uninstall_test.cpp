@@ -1,6 +1,6 @@
 #include "tool/setup/install.h"
 
-#include "tool/setup/install_test_kit.h"
+#include "tests/support/install_machine.h"
 
 namespace marvane::tool {
 namespace {

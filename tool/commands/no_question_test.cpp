@@ -139,7 +139,8 @@ TEST_F(NoQuestion, IsAskedByCommandsThatOnlyLook)
     for (const char* const command :
          {"list --root ", "status --root ", "status --json --root ", "check SimVci --root "})
         EXPECT_EQ(Typed(command + testing::Quoted(root)).substr(0, 2), "0 ") << command;
-    EXPECT_EQ(Typed("selftest").substr(0, 2), "0 ");
+    // Of this build alone: the other width beside it may be half built.
+    EXPECT_EQ(Typed("selftest --from " + testing::Quoted(testing::BuildFolder() + ".")).substr(0, 2), "0 ");
     EXPECT_EQ(input.Left(), testing::UnreadInput::Answers());
 }
 

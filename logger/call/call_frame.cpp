@@ -102,6 +102,12 @@ T_PDU_ERROR LogWholeCall(const CallForm& call)
     return AnswerNotLoaded(call.name);
 }
 
+void LogExitOnly(std::string_view name, T_PDU_ERROR status)
+{
+    PhaseText text;
+    LogAfterForward({.name = name}, text, false, status);
+}
+
 void LogEntry(PhaseText& text, std::string_view name)
 {
     text.AddStamped(marks::Entry, name);

@@ -64,15 +64,29 @@ struct CallForm
 /// that it leaves (errno, GetLastError); the target library finds the one that the application left.
 T_PDU_ERROR LogWholeCall(const CallForm& call);
 
-/// The same, inlined for the short way: with logging off, a call without hooks is its forward and nothing
-/// else.
+/// True if the frame of a call without hooks may have something to do now: to log, or to change the file.
+inline bool FrameHasWork()
+{
+    return LoggingActive() || Setting(NumericKey::LogFileMaxSize) != 0;
+}
+
+/// Does what follows the forward of a call without hooks before whose forward there was no work.
+void LogExitOnly(std::string_view name, T_PDU_ERROR status);
+
+/// The same as LogWholeCall, inlined for the short way: with logging off, a call without hooks is its forward
+/// and nothing else.
 inline T_PDU_ERROR LogCall(const CallForm& call)
 {
     const bool hasHooks = call.before || call.after || call.finish;
-    if (!hasHooks && !LoggingActive() && Setting(NumericKey::LogFileMaxSize) == 0) {
+    if (!hasHooks && !FrameHasWork()) {
         const platform::InFlight inside;
-        if (const CPduDll* const target = TargetLibrary())
-            return call.forward(*target);
+        if (const CPduDll* const target = TargetLibrary()) {
+            const T_PDU_ERROR status = call.forward(*target);
+            // A PDUConstruct meanwhile, inside this call or on another thread, may have turned logging on.
+            if (FrameHasWork())
+                LogExitOnly(call.name, status);
+            return status;
+        }
     }
     // A copy: so the short way need not store the form itself.
     return LogWholeCall(CallForm(call));

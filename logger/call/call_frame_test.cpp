@@ -198,6 +198,20 @@ TEST_F(Frame, TheSettingsAreReadAfreshInEachPhase)
     EXPECT_EQ(Text(), "{stamp} + Call()\n");
 }
 
+TEST_F(Frame, LimitsThatAreSetDuringTheForwardChangeTheFileWithLoggingOffToo)
+{
+    LogDirectory = folder.Path().string();
+    ApiLogFile.load()->Write("more than a byte", true);
+    SetSetting(NumericKey::LogEnabled, 0);
+    LogCall({.name = "Call", .forward = [](const CPduDll&) {
+                 SetSetting(NumericKey::LogFileMaxSize, 1);
+                 SetSetting(NumericKey::LogFileMaxNum, 1);
+                 return PDU_STATUS_NOERROR;
+             }});
+    EXPECT_EQ(Log(), "more than a byte");
+    EXPECT_EQ(ApiLogFile.load()->FlushedSize(), 0u);
+}
+
 TEST_F(Frame, WithoutAnOpenFileACallIsForwardedAndAnswered)
 {
     CloseLogFiles();

@@ -160,6 +160,27 @@ TEST(CallFrame, ACallMadeInsideAnotherCallIsLoggedInside)
               "{stamp} - PDUConnect<PDU_STATUS_NOERROR (0x0000)>\n");
 }
 
+TEST(CallFrame, ACallInWhichLoggingIsTurnedOnHasAnExitLine)
+{
+    Session session;
+    session.Construct();
+    session.Configure({{"LogEnabled", "0"}});
+    session.Construct();
+    session.Configure({});
+    session.Fake().Answer = [&](const FakeCall& call) {
+        if (std::string(call.Function) == "PDUConnect")
+            session.Construct();
+        return PDU_ERR_CLL_NOT_CONNECTED;
+    };
+    const std::string text =
+        session.Logged([&] { EXPECT_EQ(session.Api().PDUConnect(1, 2), PDU_ERR_CLL_NOT_CONNECTED); });
+    EXPECT_EQ(text.substr(text.find("{stamp} + ")),
+              "{stamp} + PDUConstruct(OptionStr= \"<NULL STRING>\", pAPITag= " + PointerText(nullptr) +
+                  ")\n"
+                  "{stamp} - PDUConstruct<PDU_ERR_CLL_NOT_CONNECTED (0x0040)>\n"
+                  "{stamp} - PDUConnect<PDU_ERR_CLL_NOT_CONNECTED (0x0040)>\n");
+}
+
 TEST(CallFrame, AThreadBlockedInTheTargetDoesNotBlockAnother)
 {
     Session session;

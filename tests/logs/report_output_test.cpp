@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/logs/command_output.h"
-#include "tests/logs/log_digest.h"
+#include "tests/logs/dated_logs.h"
 #include "tests/support/child_program.h"
 #include "tests/support/page_block.h"
 
@@ -34,8 +34,9 @@ std::string Readable(std::string model)
 TEST_P(ReportOutput, IsAsExpected)
 {
     const Row& row = GetParam();
+    const DatedLogs logs;
     const ProgramResult result =
-        RunProgram("marvane", "report -o - " + std::string(row.Options) + " " + Quoted(HandMadeLog(row.Log)));
+        RunProgram("marvane", "report -o - " + std::string(row.Options) + " " + Quoted(logs.Path(row.Log)));
     EXPECT_EQ(result.Status, 0);
     EXPECT_EQ(result.Errors, "");
     CompareText(row.Name, Readable(PageBlock(result.Output, "model")));

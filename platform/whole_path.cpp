@@ -46,4 +46,10 @@ fs::path ResolvedPath(const fs::path& path)
     return failed ? WholePath(path) : resolved;
 }
 
+fs::path FollowedPath(const fs::path& path, std::error_code& failed)
+{
+    failed.clear();
+    return IsUnknownShare(path) ? WholeShare(path) : fs::canonical(path, failed);
+}
+
 } // namespace marvane::platform

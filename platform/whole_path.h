@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <system_error>
 
 namespace marvane::platform {
 
@@ -12,5 +13,9 @@ std::filesystem::path WholePath(const std::filesystem::path& path);
 /// The same, links followed where the system's library does so. Where the path can't be followed, its normal
 /// form.
 std::filesystem::path ResolvedPath(const std::filesystem::path& path);
+
+/// The existing file that a path leads to, links followed, for writing to it. `failed` says if there is none.
+/// On a share the path's normal form.
+std::filesystem::path FollowedPath(const std::filesystem::path& path, std::error_code& failed);
 
 } // namespace marvane::platform

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/utf8_path.h"
+#include "tests/support/temporary_folder.h"
 
 namespace marvane::platform {
 namespace {
@@ -22,6 +23,31 @@ TEST(WholePaths, BeginAtTheCurrentFolder)
 {
     EXPECT_EQ(WholePath("a/../b"), std::filesystem::current_path() / "b");
     EXPECT_EQ(ResolvedPath("no/../such"), std::filesystem::current_path() / "such");
+}
+
+TEST(WholePaths, AreFollowedOnlyToWhatExists)
+{
+    std::error_code failed;
+    EXPECT_EQ(FollowedPath("..", failed), std::filesystem::current_path().parent_path());
+    EXPECT_FALSE(failed);
+    FollowedPath("no/such", failed);
+    EXPECT_TRUE(failed);
+}
+
+TEST(WholePaths, ThatLeadToALinkAreFollowedToItsTarget)
+{
+    if (OnWindows)
+        GTEST_SKIP() << "links need a right here";
+    const testing::TemporaryFolder folder;
+    testing::WriteFileBytes(folder / "file", "");
+    std::filesystem::create_symlink("file", folder.Path() / "link");
+    std::filesystem::create_symlink("nothing", folder.Path() / "dangling");
+    std::error_code failed;
+    EXPECT_EQ(FollowedPath(folder.Path() / "link", failed),
+              std::filesystem::canonical(folder.Path()) / "file");
+    EXPECT_FALSE(failed);
+    FollowedPath(folder.Path() / "dangling", failed);
+    EXPECT_TRUE(failed);
 }
 
 TEST(WholePaths, OfASharesFoldersStayThere)

@@ -63,6 +63,12 @@ struct CallForm
 /// that it leaves (errno, GetLastError); the target library finds the one that the application left.
 T_PDU_ERROR LogWholeCall(const CallForm& call);
 
+/// True if the frame of a call without hooks may have something to do now: to log, or to change the file.
+inline bool FrameHasWork()
+{
+    return LoggingActive() || Setting(NumericKey::LogFileMaxSize) != 0;
+}
+
 /// Does what follows the forward of a call without hooks before whose forward there was no work.
 void LogExitOnly(std::string_view name, T_PDU_ERROR status);
 

@@ -4,7 +4,6 @@ namespace marvane {
 
 std::atomic<std::uint64_t> DefaultEventCallback = 0;
 std::array<std::atomic<std::uint32_t>, 24> NumericSettings = {};
-std::atomic<std::uint32_t> WorkOfFrames = 0;
 std::atomic<std::uint8_t> Loaded = 0;
 
 namespace {
@@ -12,27 +11,6 @@ namespace {
 int HalfShift(NumericKey key)
 {
     return key == NumericKey::DoIPTlsRecordSizeLimit ? 0 : 32;
-}
-
-bool GivesWork(NumericKey key, std::uint32_t value)
-{
-    return (key == NumericKey::LogFileMaxSize && value != 0) ||
-           (key == NumericKey::LogEnabled && LoggingActive(value, 0)) ||
-           (key == NumericKey::LogNewFileCfg && LoggingActive(0, value));
-}
-
-/// Again while another thread sets other values, so that the last one counts.
-void NoteWork(NumericKey key, const std::atomic<std::uint32_t>& setting)
-{
-    const std::uint32_t bit = std::uint32_t{1} << static_cast<unsigned>(key);
-    std::uint32_t noted;
-    do {
-        noted = setting;
-        if (GivesWork(key, noted))
-            WorkOfFrames |= bit;
-        else
-            WorkOfFrames &= ~bit;
-    } while (setting != noted);
 }
 
 } // namespace
@@ -46,8 +24,8 @@ void SetSetting(NumericKey key, std::uint32_t value)
 {
     const auto index = static_cast<std::size_t>(key);
     if (index < NumericSettings.size()) {
-        NumericSettings[index] = value;
-        return NoteWork(key, NumericSettings[index]);
+        NumericSettings[index].store(value, std::memory_order_relaxed);
+        return;
     }
     const std::uint64_t half = std::uint64_t{0xFFFFFFFF} << HalfShift(key);
     const std::uint64_t bits = std::uint64_t{value} << HalfShift(key);

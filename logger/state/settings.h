@@ -45,17 +45,6 @@ inline bool LoggingActive()
            LoggingActive(0, Setting(NumericKey::LogNewFileCfg));
 }
 
-/// A bit for each setting that now gives the frame of every call something to do: LogEnabled and
-/// LogNewFileCfg at 1, LogFileMaxSize at another number than 0.
-extern std::atomic<std::uint32_t> WorkOfFrames;
-
-/// True if the frame of a call without decoding may have something to do: to log, or to change the file. One
-/// word in place of three settings, since a call with logging off asks before and after its forward.
-inline bool FrameHasWork()
-{
-    return WorkOfFrames.load(std::memory_order_relaxed) != 0;
-}
-
 /// 1 from a good start of the logger to the end of PDUDestruct.
 extern std::atomic<std::uint8_t> Loaded;
 inline bool IsLoaded()

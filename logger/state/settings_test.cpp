@@ -1,7 +1,6 @@
 #include "logger/state/settings.h"
 
 #include <string>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -27,39 +26,6 @@ private:
             text.clear();
     }
 };
-
-TEST_F(SettingsTest, AFrameHasWorkWhileLoggingIsActiveOrAFileMayChange)
-{
-    EXPECT_FALSE(FrameHasWork());
-    for (const std::uint32_t enabled : {1u, 0u, 2u})
-        for (const std::uint32_t newFile : {0u, 1u, 2u})
-            for (const std::uint32_t size : {0u, 1u, 0xFFFFFFFFu}) {
-                SetSetting(NumericKey::LogEnabled, enabled);
-                SetSetting(NumericKey::LogNewFileCfg, newFile);
-                SetSetting(NumericKey::LogFileMaxSize, size);
-                EXPECT_EQ(FrameHasWork(), LoggingActive() || size != 0)
-                    << enabled << " " << newFile << " " << size;
-            }
-}
-
-TEST_F(SettingsTest, NoOtherSettingGivesAFrameWork)
-{
-    for (const NumericKeyName& key : NumericKeyNames)
-        if (key.Key != NumericKey::LogEnabled && key.Key != NumericKey::LogNewFileCfg &&
-            key.Key != NumericKey::LogFileMaxSize)
-            SetSetting(key.Key, 1);
-    EXPECT_FALSE(FrameHasWork());
-}
-
-TEST_F(SettingsTest, OfValuesThatThreadsSetAtOnceTheLastOneCounts)
-{
-    for (int round = 0; round < 2000; ++round) {
-        std::thread other([] { SetSetting(NumericKey::LogEnabled, 0); });
-        SetSetting(NumericKey::LogEnabled, 1);
-        other.join();
-        ASSERT_EQ(FrameHasWork(), LoggingActive());
-    }
-}
 
 TEST(SettingKeys, NumbersHaveTheirNamesAndDefaultsInAscendingOrder)
 {

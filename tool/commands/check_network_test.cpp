@@ -32,38 +32,43 @@ protected:
     testing::EnvironmentValue none{"PDU_CFG_FILE", std::nullopt};
 };
 
-TEST_F(CheckNetwork, WarnsOfAShareByItsSpelling)
+/// A folder on the network, and what `check` says of it as a log folder.
+struct Place
 {
-    const testing::NetworkFolder network("MARVANE_TEST_SHARE");
+    const char* Name;
+    const char* Variable; ///< of the environment, which names the place
+    const char* Below;    ///< of the folder there
+    const char* Lines;
+};
+
+class CheckNetworkFolder : public CheckNetwork, public ::testing::WithParamInterface<Place>
+{
+};
+
+TEST_P(CheckNetworkFolder, IsWarnedOf)
+{
+    const testing::NetworkFolder network(GetParam().Variable);
     if (!network.Exists())
-        GTEST_SKIP() << "the environment names no share";
-    EXPECT_EQ(
-        CheckedWith(network.Path()),
-        Screen(
-            "   !  line 10         LogFileDir = \"LOGS/\" A folder on the network: each line of the log waits for it.\n  ok  LogFileDir      LOGS/ can be written, SPACE free\n"));
+        GTEST_SKIP() << "the environment does not set " << GetParam().Variable;
+    EXPECT_EQ(CheckedWith(network.Path() + GetParam().Below), Screen(GetParam().Lines));
 }
 
-TEST_F(CheckNetwork, WarnsOfADriveThatTheSystemCallsRemote)
+const Place Places[] = {
+    {"AShareByItsSpelling", "MARVANE_TEST_SHARE", "",
+     "   !  line 10         LogFileDir = \"LOGS/\" A folder on the network: each line of the log waits for it.\n"
+     "  ok  LogFileDir      LOGS/ can be written, SPACE free\n"},
+    {"ADriveThatTheSystemCallsRemote", "MARVANE_TEST_NETWORK_DRIVE", "",
+     "  ok  LogFileDir      LOGS/ can be written, SPACE free\n"
+     "   !  line 10         LOGS/ A folder on the network: each line of the log waits for it.\n"},
+    {"AFolderOnSuchADriveThatIsYetToBeMade", "MARVANE_TEST_NETWORK_DRIVE", "new\\logs\\",
+     "  ok  LogFileDir      LOGS/ does not exist yet and can be made, SPACE free\n"
+     "   !  line 10         LOGS/ A folder on the network: each line of the log waits for it.\n"},
+};
+std::string NameOf(const ::testing::TestParamInfo<Place>& info)
 {
-    const testing::NetworkFolder network("MARVANE_TEST_NETWORK_DRIVE");
-    if (!network.Exists())
-        GTEST_SKIP() << "the environment names no drive on the network";
-    EXPECT_EQ(
-        CheckedWith(network.Path()),
-        Screen(
-            "  ok  LogFileDir      LOGS/ can be written, SPACE free\n   !  line 10         LOGS/ A folder on the network: each line of the log waits for it.\n"));
+    return info.param.Name;
 }
-
-TEST_F(CheckNetwork, WarnsOfAFolderOnSuchADriveThatIsYetToBeMade)
-{
-    const testing::NetworkFolder network("MARVANE_TEST_NETWORK_DRIVE");
-    if (!network.Exists())
-        GTEST_SKIP() << "the environment names no drive on the network";
-    EXPECT_EQ(
-        CheckedWith(network.Path() + "new\\logs\\"),
-        Screen(
-            "  ok  LogFileDir      LOGS/ does not exist yet and can be made, SPACE free\n   !  line 10         LOGS/ A folder on the network: each line of the log waits for it.\n"));
-}
+INSTANTIATE_TEST_SUITE_P(Places, CheckNetworkFolder, ::testing::ValuesIn(Places), NameOf);
 
 TEST_F(CheckNetwork, OfAShareThatIsNotThereIsAnError)
 {

@@ -79,7 +79,8 @@ int RunUninstall(const Arguments& arguments, Console& console)
     options.To = arguments.Value("--to").value_or("");
     options.Logs = arguments.Has("--logs");
     options.DryRun = arguments.Has("--dry-run");
-    RequireReadable(options.Roots);
+    if (!options.Roots.empty())
+        RequireReadable(ReadRoots(options.Roots));
     try {
         console.Write(Uninstall(options));
     } catch (const InstallRefused& refused) {

@@ -151,9 +151,9 @@ constinit const Command TalkCommand = {
     .Description =
         "LOG is a file (.gz too), a folder, a pattern or - for standard input. Without it, the newest session in "
         "the log folder of the configuration that applies here.\n\n"
-        "Marks: X refused, silent or never returned, ! remarkable, . by the way, ? not in the log. Times are from the sending of a "
-        "request to its answer by the library's own clock where the result has both stamps; those with ~ are from "
-        "call to fetch by the log's clock.",
+        "Marks: X refused, silent or never returned, ! remarkable, . by the way, ? not in the log. Times are from "
+        "the sending of a request to its answer by the library's own clock where the result has both stamps; those "
+        "with ~ are from call to fetch by the log's clock.",
     .Examples = TalkExamples,
     .Groups = TalkGroups,
     .ExitStatus =

@@ -7,12 +7,10 @@ namespace marvane::tool {
 namespace {
 
 constexpr std::uint8_t FirstAnswer = 0x40; // answers begin with this byte or a higher one
-constexpr std::size_t IdentifierLength = 4;
 constexpr std::uint32_t HighestIdentifier = 0x1FFFFFFF;
 
 // High halves of a frame's first byte.
 constexpr std::uint8_t SingleFrame = 0;
-constexpr std::uint8_t ConsecutiveFrame = 2;
 constexpr std::uint8_t FlowControl = 3;
 
 /// A consecutive frame at a place where one can be by its first byte and its length.
@@ -20,14 +18,14 @@ bool IsFrameAt(read::Bytes bytes, std::size_t prefix)
 {
     constexpr std::size_t shortest = 2;
     return bytes.size() >= prefix + shortest && bytes[prefix] >> 4 == ConsecutiveFrame &&
-           (bytes.size() - prefix + prefix % IdentifierLength <= ClassicFrameLength ||
+           (bytes.size() - prefix + prefix % CanIdentifierLength <= ClassicFrameLength ||
             IsWholeFrame(bytes.size() - prefix, prefix));
 }
 
 bool BeginsWithIdentifier(read::Bytes bytes)
 {
     std::uint32_t identifier = 0;
-    for (const std::uint8_t byte : bytes.first(IdentifierLength))
+    for (const std::uint8_t byte : bytes.first(CanIdentifierLength))
         identifier = identifier << 8 | byte;
     return identifier <= HighestIdentifier;
 }
@@ -72,7 +70,7 @@ void OrphanFrames::LearnReport(const std::string& title, read::Bytes bytes, Fram
         forms_.clear();
     Form& form = forms_[title];
     const bool isAnswer =
-        IsAnswerAt(bytes, 0) || (IsAnswerAt(bytes, IdentifierLength) && BeginsWithIdentifier(bytes));
+        IsAnswerAt(bytes, 0) || (IsAnswerAt(bytes, CanIdentifierLength) && BeginsWithIdentifier(bytes));
     if (kind != FrameKind::None)
         form = Form::Frames;
     else if (form == Form::Unknown && isAnswer)
@@ -98,7 +96,7 @@ TransportFrame OrphanFrames::FindInReport(const std::string& title, read::Bytes 
 
 TransportFrame OrphanFrames::FindInPayload(read::Bytes bytes)
 {
-    for (const std::size_t prefix : {IdentifierLength, IdentifierLength + 1})
+    for (const std::size_t prefix : {CanIdentifierLength, CanIdentifierLength + 1})
         if (IsFrameAt(bytes, prefix) && BeginsWithIdentifier(bytes))
             return Consecutive(prefix);
     return {};

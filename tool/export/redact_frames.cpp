@@ -51,9 +51,9 @@ bool Redactor::RedactSegment(const Listing& listing, std::uint8_t* out)
 /// Whether bytes are a request that the application sent, perhaps after a CAN identifier.
 bool Redactor::IsRequest(read::Bytes bytes) const
 {
-    constexpr std::size_t identifier = 4;
     return orphans_.IsRequest(values_.Hash(bytes)) ||
-           (bytes.size() > identifier && orphans_.IsRequest(values_.Hash(bytes.subspan(identifier))));
+           (bytes.size() > CanIdentifierLength &&
+            orphans_.IsRequest(values_.Hash(bytes.subspan(CanIdentifierLength))));
 }
 
 /// Redacts what may be a frame of a message whose first one is not in the log: nobody can tell that it is

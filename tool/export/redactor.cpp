@@ -33,12 +33,13 @@ read::Bytes BytesOf(std::string_view text)
 read::Bytes MessageIn(read::Bytes bytes)
 {
     constexpr std::size_t doipHeader = 12; // with both addresses
-    constexpr std::size_t canId = 4;
     if (bytes.size() > doipHeader && (bytes[0] ^ bytes[1]) == 0xFF)
         return bytes.subspan(doipHeader);
     if (const TransportFrame frame = FindFrame(bytes, false); frame.Kind == FrameKind::Single)
         return bytes.subspan(frame.Begin, static_cast<std::size_t>(frame.Total));
-    return bytes.size() <= canId || BeginsMessage(bytes[0]) ? bytes : bytes.subspan(canId);
+    return bytes.size() <= CanIdentifierLength || BeginsMessage(bytes[0])
+               ? bytes
+               : bytes.subspan(CanIdentifierLength);
 }
 
 std::string TitleText(const read::ReportTitle& title)

@@ -12,12 +12,10 @@ using words::Dialect;
 
 constexpr std::uint8_t NegativeResponse = 0x7F;
 constexpr std::uint8_t AnswerBit = 0x40;
-constexpr std::uint8_t ConsecutiveFrame = 2; // high half of its first byte
 
 /// Where a frame may begin: after a CAN identifier, after that and an address extension, at once, after an
 /// address extension.
 constexpr std::size_t Prefixes[] = {4, 5, 0, 1};
-constexpr std::size_t IdentifierLength = 4;
 
 constexpr std::size_t LongLengths[] = {12, 16, 20, 24, 32, 48, 64}; // of CAN FD
 
@@ -67,7 +65,7 @@ TransportFrame FrameAt(read::Bytes bytes, std::size_t prefix)
 bool IsWholeFrame(std::size_t length, std::size_t prefix)
 {
     // An address extension is a byte of the frame.
-    const std::size_t whole = length + prefix % IdentifierLength;
+    const std::size_t whole = length + prefix % CanIdentifierLength;
     return whole == ClassicFrameLength || std::ranges::find(LongLengths, whole) != std::end(LongLengths);
 }
 
@@ -83,7 +81,7 @@ bool BeginsMessage(std::uint8_t first)
 TransportFrame FindFrame(read::Bytes bytes, bool needsIdentifier)
 {
     for (const std::size_t prefix : Prefixes) {
-        const bool isMeant = !needsIdentifier || prefix >= IdentifierLength;
+        const bool isMeant = !needsIdentifier || prefix >= CanIdentifierLength;
         const TransportFrame frame = isMeant ? FrameAt(bytes, prefix) : TransportFrame();
         if (frame.Kind != FrameKind::None)
             return frame;
@@ -117,7 +115,7 @@ SegmentedMessage* SegmentedMessages::Find(Direction way, std::optional<std::uint
                                           read::Bytes bytes, bool needsIdentifier)
 {
     for (const std::size_t prefix : Prefixes) {
-        if (needsIdentifier && prefix < IdentifierLength)
+        if (needsIdentifier && prefix < CanIdentifierLength)
             continue;
         if (bytes.size() <= prefix + 1 || bytes[prefix] >> 4 != ConsecutiveFrame)
             continue;

@@ -34,6 +34,8 @@ struct TransportFrame
 TransportFrame FindFrame(read::Bytes bytes, bool needsIdentifier);
 
 constexpr std::size_t ClassicFrameLength = 8;
+constexpr std::size_t CanIdentifierLength = 4; ///< of the identifier that the log shows before a frame
+constexpr std::uint8_t ConsecutiveFrame = 2;   ///< high half of its first byte
 
 /// Whether a frame of `length` bytes after `prefix` others has one of the lengths that frames have.
 bool IsWholeFrame(std::size_t length, std::size_t prefix);

@@ -221,7 +221,10 @@ private:
     void CheckRoot(std::size_t root, const std::vector<UriChange>& uris)
     {
         const std::string& path = plan_.Roots[root].Source.Path;
-        plan_.Changes[root].Target = PathText(platform::ResolvedPath(FilePath(path)));
+        std::error_code failed;
+        plan_.Changes[root].Target = PathText(platform::FollowedPath(FilePath(path), failed));
+        if (failed)
+            Refuse(path + ": " + failed.message());
         const std::string folder = ParentOf(plan_.Changes[root].Target);
         if (std::filesystem::is_symlink(FilePath(path)) && platform::OthersMayWriteInFolder(folder))
             Refuse(path + " is a link into a folder that every user may write to: " + folder);

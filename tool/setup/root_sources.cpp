@@ -67,22 +67,30 @@ std::vector<ReadRoot> ReadRoots(const std::vector<std::string>& given)
     return roots;
 }
 
-void RequireReadable(const std::vector<std::string>& given)
+namespace {
+
+void RequireReadable(const ReadRoot& root)
 {
-    if (given.empty())
-        return;
-    for (const ReadRoot& root : ReadRoots(given))
-        if (!root.File)
-            throw Trouble(root.Source.Path + " " + root.Fault);
+    if (!root.File)
+        throw Trouble(root.Source.Path + " " + root.Fault);
+}
+
+} // namespace
+
+void RequireReadable(const std::vector<ReadRoot>& roots)
+{
+    for (const ReadRoot& root : roots)
+        RequireReadable(root);
 }
 
 bool FindEntry(const std::vector<std::string>& given, const std::string& name,
                const std::function<bool(const RootSource&, const RootEntry&)>& isTaken)
 {
-    RequireReadable(given);
-    for (const ReadRoot& root : ReadRoots(given)) {
-        if (!root.File)
-            throw Trouble(root.Source.Path + " " + root.Fault);
+    const std::vector<ReadRoot> roots = ReadRoots(given);
+    if (!given.empty())
+        RequireReadable(roots);
+    for (const ReadRoot& root : roots) {
+        RequireReadable(root);
         for (const RootEntry& entry : root.File->Entries)
             if (entry.ShortName == name && isTaken(root.Source, entry))
                 return true;

@@ -31,8 +31,8 @@ struct ReadRoot
 };
 std::vector<ReadRoot> ReadRoots(const std::vector<std::string>& given);
 
-/// Throws Trouble if one of the given files can't be read. Does nothing if none is given.
-void RequireReadable(const std::vector<std::string>& given);
+/// Throws Trouble if one of the files can't be read.
+void RequireReadable(const std::vector<ReadRoot>& roots);
 
 /// Passes on the entries of a name, in order, until one is taken. False if none was. Throws Trouble if a
 /// given file can't be read, or if it comes to one of the machine's that can't.

@@ -81,7 +81,10 @@ private:
         const auto bytes = ReadFileBytes(copy.Root, RootFileLimit);
         if (!bytes)
             throw InstallRefused(copy.Root + " can't be read");
-        const std::string target = PathText(platform::ResolvedPath(FilePath(copy.Root)));
+        std::error_code failed;
+        const std::string target = PathText(platform::FollowedPath(FilePath(copy.Root), failed));
+        if (failed)
+            throw InstallRefused(copy.Root + ": " + failed.message());
         std::string restored;
         try {
             const RootFile file = ParseRootFile(*bytes);

@@ -68,23 +68,18 @@ Phases LoggedPhases(const Operation& operation)
     return text.empty() ? Phases{} : Phases{text};
 }
 
-void AddOperation(std::vector<Row>& rows, const Operation& operation)
+void AddRow(std::vector<Row>& rows, const Operation& operation, const char* way, std::function<void()> begin,
+            std::function<void(std::size_t)> run, std::function<void()> end)
 {
-    const bool flush = Has(operation, "LogFlush") || Has(operation, "LogFileMaxSize");
-    const auto add = [&](const char* way, std::function<void()> begin, std::function<void(std::size_t)> run,
-                         std::function<void()> end) {
-        rows.push_back(
-            {operation.Family, way, std::move(begin), std::move(run), std::move(end), operation.Threads});
-    };
-    add(
-        "marvane", [=] { Running = NewSession(operation); },
-        [=](std::size_t times) { operation.Run(Running->Api(), times); }, [] { Running.reset(); });
-    add(
-        "bare", [] { BareApi(); }, [=](std::size_t times) { operation.Run(BareApi(), times); }, [] {});
-    if (operation.Silent)
-        return;
-    add(
-        "floor", [=] { Floor = std::make_unique<FloorWriter>(LoggedPhases(operation), flush); },
+    rows.push_back(
+        {operation.Family, way, std::move(begin), std::move(run), std::move(end), operation.Threads});
+}
+
+void AddFloor(std::vector<Row>& rows, const Operation& operation, bool flush)
+{
+    AddRow(
+        rows, operation, "floor",
+        [=] { Floor = std::make_unique<FloorWriter>(LoggedPhases(operation), flush); },
         [=](std::size_t times) {
             for (std::size_t i = 0; i < times; ++i) {
                 Floor->Write(0);
@@ -94,9 +89,14 @@ void AddOperation(std::vector<Row>& rows, const Operation& operation)
             }
         },
         [] { Floor.reset(); });
+}
+
 #ifdef MARVANE_BENCH_SPDLOG
-    add(
-        "spdlog", [=] { Spdlog = std::make_unique<SpdlogWriter>(LoggedPhases(operation), flush); },
+void AddSpdlog(std::vector<Row>& rows, const Operation& operation, bool flush)
+{
+    AddRow(
+        rows, operation, "spdlog",
+        [=] { Spdlog = std::make_unique<SpdlogWriter>(LoggedPhases(operation), flush); },
         [=](std::size_t times) {
             for (std::size_t i = 0; i < times; ++i) {
                 operation.Formatted ? Spdlog->WriteLockEntry(1, 2, 1) : Spdlog->Write(0);
@@ -108,6 +108,23 @@ void AddOperation(std::vector<Row>& rows, const Operation& operation)
             }
         },
         [] { Spdlog.reset(); });
+}
+#endif
+
+void AddOperation(std::vector<Row>& rows, const Operation& operation)
+{
+    AddRow(
+        rows, operation, "marvane", [=] { Running = NewSession(operation); },
+        [=](std::size_t times) { operation.Run(Running->Api(), times); }, [] { Running.reset(); });
+    AddRow(
+        rows, operation, "bare", [] { BareApi(); },
+        [=](std::size_t times) { operation.Run(BareApi(), times); }, [] {});
+    if (operation.Silent)
+        return;
+    const bool flush = Has(operation, "LogFlush") || Has(operation, "LogFileMaxSize");
+    AddFloor(rows, operation, flush);
+#ifdef MARVANE_BENCH_SPDLOG
+    AddSpdlog(rows, operation, flush);
 #endif
 }
 

@@ -1,4 +1,7 @@
 // PDUIoCtl: commands to the module and its links.
+#include <algorithm>
+#include <iterator>
+
 #include "examples/sim_vci/faults.h"
 #include "examples/sim_vci/objects.h"
 #include "examples/sim_vci/vci.h"
@@ -64,6 +67,61 @@ T_PDU_ERROR SetSwitch(const PDU_DATA_ITEM* input)
     return Accepted(state != nullptr);
 }
 
+T_PDU_ERROR TakeVehicleIdRequest(const PDU_DATA_ITEM* input)
+{
+    return Accepted(Input<void>(input, PDU_IT_IO_VEHICLE_ID_REQUEST) != nullptr ||
+                    Input<void>(input, PDU_IT_IO_VEHICLE_ID_REQUEST_EX) != nullptr);
+}
+
+T_PDU_ERROR OutputEntityAddress(PDU_DATA_ITEM** place)
+{
+    return Output(place, PDU_IT_IO_ENTITY_ADDRESS,
+                  PDU_IO_ENTITY_ADDRESS_DATA{.LogicalAddress = 0x1010, .CtrlTimeout = 2000});
+}
+
+T_PDU_ERROR OutputEntityStatus(PDU_DATA_ITEM** place)
+{
+    return Output(
+        place, PDU_IT_IO_ENTITY_STATUS,
+        PDU_IO_ENTITY_STATUS_DATA{.EntityType = 0, .TcpClientsMax = 8, .TcpClients = 1, .MaxDataSize = 4095});
+}
+
+/// Takes an input item of that type and ignores what it says.
+template <class Record, T_PDU_IT Type> T_PDU_ERROR Take(const PDU_DATA_ITEM* input)
+{
+    return Accepted(Input<Record>(input, Type) != nullptr);
+}
+
+/// What a command does: it takes an item, or gives one out, or neither.
+struct Command
+{
+    UNUM32 Id;
+    T_PDU_ERROR (*Take)(const PDU_DATA_ITEM* input) = nullptr;
+    T_PDU_ERROR (*Give)(PDU_DATA_ITEM** place) = nullptr;
+};
+
+constexpr Command Commands[] = {
+    {.Id = id::ReadBattery, .Give = [](PDU_DATA_ITEM** place) { return OutputNumber(place, 12640); }},
+    {.Id = id::ReadIgnition, .Give = [](PDU_DATA_ITEM** place) { return OutputNumber(place, 1); }},
+    {.Id = id::SetProgVoltage, .Take = SetProgVoltage},
+    {.Id = id::ReadProgVoltage,
+     .Give = [](PDU_DATA_ITEM** place) { return OutputNumber(place, Interface.ProgVoltage); }},
+    {.Id = id::CableId, .Give = OutputCableId},
+    {.Id = id::StartFilter, .Take = Take<PDU_IO_FILTER_LIST, PDU_IT_IO_FILTER>},
+    {.Id = id::StopFilter, .Take = Take<UNUM32, PDU_IT_IO_UNUM32>},
+    {.Id = id::ClearFilter},
+    {.Id = id::Reset},
+    {.Id = id::SetQueueProperty,
+     .Take = Take<PDU_IO_EVENT_QUEUE_PROPERTY_DATA, PDU_IT_IO_EVENT_QUEUE_PROPERTY>},
+    {.Id = id::VehicleId, .Take = TakeVehicleIdRequest},
+    {.Id = id::EthernetSwitch, .Take = SetSwitch},
+    {.Id = id::EntityAddress, .Give = OutputEntityAddress},
+    {.Id = id::EntityStatus, .Give = OutputEntityStatus},
+    {.Id = id::OpenItems,
+     .Give =
+         [](PDU_DATA_ITEM** place) { return OutputNumber(place, static_cast<UNUM32>(OpenItems.Open())); }},
+};
+
 } // namespace
 
 T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_ITEM* pInputData,
@@ -75,42 +133,10 @@ T_PDU_ERROR PDUIoCtl(UNUM32 hMod, UNUM32 hCLL, UNUM32 IoCtlCommandId, PDU_DATA_I
         return PDU_ERR_INVALID_HANDLE;
     if (!Interface.ModuleConnected)
         return PDU_ERR_MODULE_NOT_CONNECTED;
-    switch (IoCtlCommandId) {
-    case id::ReadBattery:
-        return OutputNumber(ppOutputData, 12640);
-    case id::ReadIgnition:
-        return OutputNumber(ppOutputData, 1);
-    case id::SetProgVoltage:
-        return SetProgVoltage(pInputData);
-    case id::ReadProgVoltage:
-        return OutputNumber(ppOutputData, Interface.ProgVoltage);
-    case id::CableId:
-        return OutputCableId(ppOutputData);
-    case id::StartFilter:
-        return Accepted(Input<PDU_IO_FILTER_LIST>(pInputData, PDU_IT_IO_FILTER) != nullptr);
-    case id::StopFilter:
-        return Accepted(Input<UNUM32>(pInputData, PDU_IT_IO_UNUM32) != nullptr);
-    case id::ClearFilter:
-    case id::Reset:
-        return PDU_STATUS_NOERROR;
-    case id::SetQueueProperty:
-        return Accepted(Input<PDU_IO_EVENT_QUEUE_PROPERTY_DATA>(pInputData, PDU_IT_IO_EVENT_QUEUE_PROPERTY) !=
-                        nullptr);
-    case id::VehicleId:
-        return Accepted(Input<void>(pInputData, PDU_IT_IO_VEHICLE_ID_REQUEST) != nullptr ||
-                        Input<void>(pInputData, PDU_IT_IO_VEHICLE_ID_REQUEST_EX) != nullptr);
-    case id::EthernetSwitch:
-        return SetSwitch(pInputData);
-    case id::EntityAddress:
-        return Output(ppOutputData, PDU_IT_IO_ENTITY_ADDRESS,
-                      PDU_IO_ENTITY_ADDRESS_DATA{.LogicalAddress = 0x1010, .CtrlTimeout = 2000});
-    case id::EntityStatus:
-        return Output(ppOutputData, PDU_IT_IO_ENTITY_STATUS,
-                      PDU_IO_ENTITY_STATUS_DATA{
-                          .EntityType = 0, .TcpClientsMax = 8, .TcpClients = 1, .MaxDataSize = 4095});
-    case id::OpenItems:
-        return OutputNumber(ppOutputData, static_cast<UNUM32>(OpenItems.Open()));
-    default:
+    const auto command = std::ranges::find(Commands, IoCtlCommandId, &Command::Id);
+    if (command == std::end(Commands))
         return PDU_ERR_ID_NOT_SUPPORTED;
-    }
+    if (command->Take)
+        return command->Take(pInputData);
+    return command->Give ? command->Give(ppOutputData) : PDU_STATUS_NOERROR;
 }

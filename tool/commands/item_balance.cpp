@@ -37,6 +37,43 @@ bool IsNull(std::string_view address)
            address.find_first_not_of("0x ") == std::string_view::npos;
 }
 
+/// Whether a call that went well handed out an item.
+bool HandsOutItem(const read::Call& call)
+{
+    switch (call.Which) {
+    case Function::GetEventItem:
+        return read::ValueOf(call.LinesOut, "*ppEventItem") != "<NULL>";
+    case Function::GetModuleIds:
+        return read::ValueOf(call.LinesOut, "*pModuleItem") != "<NULL>";
+    case Function::GetResourceIds:
+    case Function::GetUniqueRespIdTable:
+    case Function::GetConflictingResources:
+    case Function::GetComParam:
+        return true;
+    case Function::IoCtl: {
+        const auto address = read::ValueOf(call.LinesOut, "pOutputData");
+        return address && !IsNull(*address);
+    }
+    default:
+        return false;
+    }
+}
+
+/// The address of that item, of the calls that show it; those of event items come with the items.
+std::optional<std::string_view> AddressOf(const read::Call& call)
+{
+    switch (call.Which) {
+    case Function::GetConflictingResources:
+        return read::ValueOf(call.LinesOut, "pConflictList");
+    case Function::GetComParam:
+        return call.LinesOut.empty() ? std::nullopt : InParentheses(call.LinesOut.front().Text, "ComParam (");
+    case Function::IoCtl:
+        return read::ValueOf(call.LinesOut, "pOutputData");
+    default:
+        return std::nullopt;
+    }
+}
+
 /// Items of one kind that are out.
 struct LeakedKind
 {
@@ -77,45 +114,21 @@ void ItemBalance::OnCall(const read::Call& call)
 {
     if (call.State != read::CallState::Returned || call.Status != 0u)
         return;
-    switch (call.Which) {
-    case Function::GetEventItem: {
-        const auto item = read::ValueOf(call.LinesOut, "*ppEventItem");
-        given_ += item != "<NULL>";
-        break;
-    }
-    case Function::GetModuleIds:
-        given_ += read::ValueOf(call.LinesOut, "*pModuleItem") != "<NULL>";
-        break;
-    case Function::GetResourceIds:
-    case Function::GetUniqueRespIdTable:
-        ++given_;
-        break;
-    case Function::GetConflictingResources:
-        ++given_;
-        if (const auto address = read::ValueOf(call.LinesOut, "pConflictList"))
-            Give(*address, call.Begin, call.Name);
-        break;
-    case Function::GetComParam:
-        ++given_;
-        if (!call.LinesOut.empty())
-            if (const auto address = InParentheses(call.LinesOut.front().Text, "ComParam ("))
-                Give(*address, call.Begin, call.Name);
-        break;
-    case Function::IoCtl:
-        if (const auto address = read::ValueOf(call.LinesOut, "pOutputData"); address && !IsNull(*address)) {
-            ++given_;
-            Give(*address, call.Begin, call.Name);
-        }
-        break;
-    case Function::DestroyItem:
-        ++destroyed_;
-        if (const auto address = read::Argument(call.Arguments, "pItem"))
-            if (const auto found = out_.find(Trimmed(*address)); found != out_.end())
-                out_.erase(found);
-        break;
-    default:
-        break;
-    }
+    if (call.Which == Function::DestroyItem)
+        return TakeBack(call);
+    if (!HandsOutItem(call))
+        return;
+    ++given_;
+    if (const auto address = AddressOf(call))
+        Give(*address, call.Begin, call.Name);
+}
+
+void ItemBalance::TakeBack(const read::Call& destroy)
+{
+    ++destroyed_;
+    if (const auto address = read::Argument(destroy.Arguments, "pItem"))
+        if (const auto found = out_.find(Trimmed(*address)); found != out_.end())
+            out_.erase(found);
 }
 
 std::vector<ItemBalance::OutItem> ItemBalance::ByLine() const

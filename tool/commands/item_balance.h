@@ -37,6 +37,7 @@ private:
 
     void Give(std::string_view address, const read::Position& at, std::string_view by,
               std::string_view what = "item");
+    void TakeBack(const read::Call& destroy);
 
     std::vector<OutItem> ByLine() const;
 

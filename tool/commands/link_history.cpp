@@ -53,7 +53,6 @@ void LinkHistory::OnCall(const read::Call& call)
     if (call.State != read::CallState::Returned || call.Status != 0u)
         return;
     const Key key = KeyOf(call);
-    const auto isOfLink = [&](const Lock& lock) { return lock.Of == key; };
     switch (call.Which) {
     case Function::CreateComLogicalLink:
         if (const auto value = read::ValueOf(call.LinesOut, "phCLL"))
@@ -62,38 +61,41 @@ void LinkHistory::OnCall(const read::Call& call)
         break;
     case Function::DestroyComLogicalLink:
         Of(key) = {{}, call.Begin, {}, {}};
-        std::erase_if(locks_, isOfLink);
+        std::erase_if(locks_, [&](const Lock& lock) { return lock.Of == key; });
         break;
     case Function::Connect:
-    case Function::ModuleConnect: {
-        Events& events = Of(key);
-        events.Connected = call.Begin;
-        events.Disconnected.reset();
+    case Function::ModuleConnect:
+        Of(key).SetConnected(call.Begin);
         break;
-    }
     case Function::Disconnect:
-    case Function::ModuleDisconnect: {
-        Events& events = Of(key);
-        events.Disconnected = call.Begin;
-        events.Connected.reset();
+    case Function::ModuleDisconnect:
+        Of(key).SetDisconnected(call.Begin);
         break;
-    }
     case Function::LockResource:
         if (locks_.size() < MostLocks)
             locks_.push_back({key, LockMaskOf(call), call.Begin});
         break;
     case Function::UnlockResource:
-        std::erase_if(locks_, [&](const Lock& lock) {
-            return isOfLink(lock) && (lock.Mask & LockMaskOf(call)) == lock.Mask;
-        });
+        Unlock(key, LockMaskOf(call));
         break;
     case Function::Destruct:
-        std::erase_if(events_, [&](const auto& entry) { return entry.first.Session == call.Session; });
-        std::erase_if(locks_, [&](const Lock& lock) { return lock.Of.Session == call.Session; });
+        Forget(call.Session);
         break;
     default:
         break;
     }
+}
+
+void LinkHistory::Unlock(const Key& key, std::uint32_t mask)
+{
+    std::erase_if(locks_,
+                  [&](const Lock& lock) { return lock.Of == key && (lock.Mask & mask) == lock.Mask; });
+}
+
+void LinkHistory::Forget(std::uint32_t session)
+{
+    std::erase_if(events_, [&](const auto& entry) { return entry.first.Session == session; });
+    std::erase_if(locks_, [&](const Lock& lock) { return lock.Of.Session == session; });
 }
 
 std::optional<std::string> LinkHistory::WhyLocked(const read::Call& call) const

@@ -35,6 +35,17 @@ private:
         std::optional<read::Position> Destroyed;
         std::optional<read::Position> Connected;
         std::optional<read::Position> Disconnected;
+
+        void SetConnected(const read::Position& at)
+        {
+            Connected = at;
+            Disconnected.reset();
+        }
+        void SetDisconnected(const read::Position& at)
+        {
+            Disconnected = at;
+            Connected.reset();
+        }
     };
     struct Lock
     {
@@ -45,6 +56,8 @@ private:
     static Key KeyOf(const read::Call& call);
     Events& Of(const Key& key);
     const Events* Find(const Key& key) const;
+    void Unlock(const Key& key, std::uint32_t mask);
+    void Forget(std::uint32_t session);
     std::optional<std::string> WhyLocked(const read::Call& call) const;
     std::optional<std::string> WhyNotConnected(const Key& key, std::string_view what) const;
     std::optional<std::string> WhyInvalid(const read::Call& call) const;

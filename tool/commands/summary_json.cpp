@@ -96,18 +96,46 @@ std::string TimeJson(const TimeShares& shares)
         .Text();
 }
 
+std::string RequestsJson(const SummaryFacts& facts)
+{
+    JsonObject requests;
+    AddOutcomes(requests, facts.Requests, facts.ByOutcome);
+    return requests.Add("p50_us", facts.LatencyUs.Percentile(50))
+        .Add("p95_us", facts.LatencyUs.Percentile(95))
+        .Add("max_us", facts.LatencyUs.Max())
+        .Text();
+}
+
+std::string SlowJson(const SlowFacts& slow)
+{
+    return JsonObject().Add("dur_ms", slow.Ms).Add("what", slow.What).Add("line", slow.At.Line).Text();
+}
+
+std::string ItemsJson(const SummaryFacts& facts)
+{
+    return JsonObject().Add("given", facts.ItemsGiven()).Add("destroyed", facts.ItemsDestroyed()).Text();
+}
+
+std::string ParamsJson(const SummaryFacts& facts)
+{
+    return JsonObject()
+        .Add("set", facts.ParamsSet)
+        .AddRaw("changed", ListJson(facts.Changes, ChangeJson))
+        .Text();
+}
+
+std::string FoundJson(const SummaryFacts& facts)
+{
+    JsonObject found;
+    for (std::size_t i = 0; i < std::size(facts.ByKind); ++i)
+        found.Add(FindingName(static_cast<FindingKind>(i)), facts.ByKind[i]);
+    return found.Text();
+}
+
 } // namespace
 
 std::string SummaryJson(const SummaryFacts& facts, const std::vector<read::LogFile>& files)
 {
-    JsonObject requests;
-    AddOutcomes(requests, facts.Requests, facts.ByOutcome);
-    requests.Add("p50_us", facts.LatencyUs.Percentile(50))
-        .Add("p95_us", facts.LatencyUs.Percentile(95))
-        .Add("max_us", facts.LatencyUs.Max());
-    JsonObject found;
-    for (std::size_t i = 0; i < std::size(facts.ByKind); ++i)
-        found.Add(FindingName(static_cast<FindingKind>(i)), facts.ByKind[i]);
     const auto text = [](const auto& each) { return JsonString(each); };
     JsonObject summary;
     summary.Add("schema", "marvane.summary/1")
@@ -115,28 +143,17 @@ std::string SummaryJson(const SummaryFacts& facts, const std::vector<read::LogFi
         .AddRaw("sessions", ListJson(facts.Sessions, SessionJson))
         .AddRaw("modules", ListJson(facts.Modules, ModuleJson))
         .AddRaw("links", ListJson(facts.Links, LinkJson))
-        .AddRaw("requests", requests.Text())
+        .AddRaw("requests", RequestsJson(facts))
         .Add("calls", facts.Calls)
         .Add("events", facts.Events)
         .Add("threads", facts.Threads.size())
         .AddRaw("functions",
                 ListJson(facts.Functions, [](const auto& each) { return FunctionJson(each.second); }))
-        .AddRaw("slowest", ListJson(facts.Slow,
-                                    [](const SlowFacts& slow) {
-                                        return JsonObject()
-                                            .Add("dur_ms", slow.Ms)
-                                            .Add("what", slow.What)
-                                            .Add("line", slow.At.Line)
-                                            .Text();
-                                    }))
-        .AddRaw("items",
-                JsonObject().Add("given", facts.ItemsGiven()).Add("destroyed", facts.ItemsDestroyed()).Text())
-        .AddRaw("params", JsonObject()
-                              .Add("set", facts.ParamsSet)
-                              .AddRaw("changed", ListJson(facts.Changes, ChangeJson))
-                              .Text())
+        .AddRaw("slowest", ListJson(facts.Slow, SlowJson))
+        .AddRaw("items", ItemsJson(facts))
+        .AddRaw("params", ParamsJson(facts))
         .Add("cut_payloads", facts.CutPayloads())
-        .AddRaw("found", found.Text())
+        .AddRaw("found", FoundJson(facts))
         .AddRaw("hints", ListJson(facts.Hints().ForAll(), text));
     if (facts.Shares.AreKnown())
         summary.AddRaw("time", TimeJson(facts.Shares));

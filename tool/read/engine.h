@@ -69,6 +69,7 @@ private:
     // engine_unstamped.cpp: lines without a stamp
     void ReadUnstamped(std::string_view whole);
     bool Continue(std::string_view text);
+    bool ContinueSetting(std::string_view text);
     void MarkFull();
     void SettleMark();
 

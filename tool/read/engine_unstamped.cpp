@@ -56,14 +56,7 @@ bool LogReader::Engine::Continue(std::string_view text)
         report_.ContinueLine(text);
         return true;
     case Tail::Setting:
-        if (!openSetting_ || openSetting_->size() > LongestSetting)
-            return false;
-        openSetting_->append("\n").append(text);
-        if (openSetting_->ends_with('\'')) {
-            openSetting_->pop_back();
-            tail_ = Tail::Nothing;
-        }
-        return true;
+        return ContinueSetting(text);
     case Tail::LoadFailure:
         TakeLoadFailure(*session_, text);
         return true;
@@ -77,6 +70,18 @@ bool LogReader::Engine::Continue(std::string_view text)
         return false;
     }
     return false;
+}
+
+bool LogReader::Engine::ContinueSetting(std::string_view text)
+{
+    if (!openSetting_ || openSetting_->size() > LongestSetting)
+        return false;
+    openSetting_->append("\n").append(text);
+    if (openSetting_->ends_with('\'')) {
+        openSetting_->pop_back();
+        tail_ = Tail::Nothing;
+    }
+    return true;
 }
 
 /// The mark of a full buffer has ended the text of the thread's phase.

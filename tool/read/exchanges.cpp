@@ -38,20 +38,13 @@ void Exchanges::OnCall(const Call& call)
 {
     const bool isGood = call.State == CallState::Returned && call.Status == 0u;
     switch (call.Which) {
-    case Function::StartComPrimitive: {
-        const LinkKey link = LinkOf(call);
+    case Function::StartComPrimitive:
         if (isGood)
             Start(call);
         else if (call.State == CallState::InFlight)
             GiveUp(call);
-        if (const auto starting = starting_.find(link); starting != starting_.end()) {
-            std::erase(starting->second, call.Begin);
-            if (starting->second.empty())
-                starting_.erase(starting);
-        }
-        TakeHeld(link);
+        EndStarting(call);
         break;
-    }
     case Function::CancelComPrimitive:
         if (isGood && call.Primitive)
             if (const auto found = openByHandle_.find({LinkOf(call), *call.Primitive});
@@ -75,6 +68,18 @@ void Exchanges::OnCall(const Call& call)
         break;
     }
     links_.OnCall(call);
+}
+
+/// A start is over: the items that waited for it can be given to their requests.
+void Exchanges::EndStarting(const Call& start)
+{
+    const LinkKey link = LinkOf(start);
+    if (const auto starting = starting_.find(link); starting != starting_.end()) {
+        std::erase(starting->second, start.Begin);
+        if (starting->second.empty())
+            starting_.erase(starting);
+    }
+    TakeHeld(link);
 }
 
 Exchanges::OpenExchange Exchanges::Begin(const Call& start)

@@ -122,6 +122,7 @@ private:
     OpenExchange Begin(const Call& start);
     void Start(const Call& start);
     void GiveUp(const Call& start);
+    void EndStarting(const Call& start);
     void Take(Arrival&& arrival);
     void Apply(Slot slot, Arrival&& arrival);
     void AddAnswer(OpenExchange& open, Arrival&& arrival);

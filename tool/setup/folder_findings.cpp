@@ -19,6 +19,26 @@ std::string SpaceText(std::uintmax_t bytes)
     return megabytes >= 10240 ? std::to_string(megabytes >> 10) + " GB" : std::to_string(megabytes) + " MB";
 }
 
+/// What makes a log folder useless; empty if nothing does. `path` is the part of it that would be made, and
+/// `existing` the nearest folder above it that exists, or itself.
+std::string WhyNoLogFolder(const std::string& folder, const std::string& path, const std::string& existing)
+{
+    // The folder is made of fewer bytes than files are opened in.
+    if (folder.size() > MadeFolderLimit && folder.back() != platform::PathSeparator && !IsFolder(folder))
+        return "can't be used: its first 255 bytes would be made, and the log opened in its first 256.";
+    if (existing.empty())
+        return std::string("can't be made: there is no such ") +
+               (path.starts_with("\\\\") ? "share." : "drive.");
+    // A file where a folder is to be stops the making of those below it.
+    for (const std::string& part : FoldersToMake(path, platform::PathSeparator))
+        if (IsFile(part))
+            return "can't be made: " + part + " is a file.";
+    if (!platform::CanWriteInFolder(existing))
+        return IsFolder(path) ? "can't be written by this user."
+                              : "can't be made by this user: " + existing + " can't be written.";
+    return {};
+}
+
 } // namespace
 
 FolderFacts FactsOfFolder(const std::string& folder)
@@ -32,29 +52,13 @@ FolderCheck CheckLogFolder(const std::string& folder, std::size_t line,
     FolderCheck check;
     const auto add = [&](FindingLevel level, const std::string& text, std::size_t at = 0) {
         check.All.push_back({level, LogFileDirKey.Name, folder + "\n" + text, at});
-        return check;
     };
     const std::string path = folder.substr(0, MadeFolderLimit);
-    // The folder is made of fewer bytes than files are opened in.
-    if (folder.size() > MadeFolderLimit && folder.back() != platform::PathSeparator && !IsFolder(folder))
-        return add(FindingLevel::Error,
-                   "can't be used: its first 255 bytes would be made, and the log opened in its first 256.",
-                   line);
     const std::string existing = ExistingFolder(WholePath(path));
-    if (existing.empty())
-        return add(FindingLevel::Error,
-                   std::string("can't be made: there is no such ") +
-                       (path.starts_with("\\\\") ? "share." : "drive."),
-                   line);
-    // A file where a folder is to be stops the making of those below it.
-    for (const std::string& part : FoldersToMake(path, platform::PathSeparator))
-        if (IsFile(part))
-            return add(FindingLevel::Error, "can't be made: " + part + " is a file.", line);
-    if (!platform::CanWriteInFolder(existing))
-        return add(FindingLevel::Error,
-                   IsFolder(path) ? "can't be written by this user."
-                                  : "can't be made by this user: " + existing + " can't be written.",
-                   line);
+    if (const std::string why = WhyNoLogFolder(folder, path, existing); !why.empty()) {
+        add(FindingLevel::Error, why, line);
+        return check;
+    }
     check.IsUsable = true;
     const FolderFacts facts = factsOf(existing);
     const std::optional<std::uintmax_t> space = facts.FreeBytes;

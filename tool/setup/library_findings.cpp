@@ -84,56 +84,67 @@ LibraryCheck CheckBareName(const std::string& name, Machine wanted)
     return check;
 }
 
+/// What makes a library useless as target, without loading it; empty if nothing does.
+std::string WhyNoTarget(const std::string& path, const LibraryLook& look, Machine wanted)
+{
+    if (!look.Exists)
+        return WhatIsThere(path);
+    if (!look.Facts)
+        return "is no library.";
+    if (look.Facts->IsMarvane)
+        return "is Marvane itself. Write the vendor's library.";
+    if (IsOfOtherSystem(*look.Facts))
+        return "is a library of another system.";
+    if (look.Facts->For != wanted)
+        return std::string("is ") + MachineText(look.Facts->For) + "; Marvane and the application must be " +
+               MachineText(look.Facts->For) + " too, and this Marvane is " + MachineText(wanted) + ".";
+    if (MissingFunctions(*look.Facts).size() == 29)
+        return "exports none of the 29 functions of the D-PDU API: another library is meant.";
+    return {};
+}
+
+/// The system's reason why a library can't be loaded, with the libraries that it needs and that are missing.
+std::string LoadFailureText(const std::string& reason, const LibraryLook& look)
+{
+    const std::vector<std::string> needed = MissingDependencies(look);
+    return needed.empty() ? reason : reason + "\nNot found, but needed: " + Joined(needed);
+}
+
+/// What to know about a library that can be used. `isLoaded`: it was loaded to try it.
+void AddRemarks(const std::string& path, const LibraryLook& look, Machine wanted, bool isLoaded,
+                CheckFindings& all)
+{
+    if (!look.Facts->Version)
+        all.push_back({FindingLevel::Note, Place,
+                       "no version information: \"Failed to load\" in a log's header is harmless then", 0});
+    if (!isLoaded)
+        all.push_back(
+            {FindingLevel::Note, Place,
+             std::string("not loaded: there is no ") + MachineText(wanted) + " marvane here to try it", 0});
+    if (platform::OthersMayWriteInFolder(ParentOf(path)))
+        all.push_back(
+            {FindingLevel::Warning, Place, "Every user may write to its folder: " + ParentOf(path), 0});
+}
+
 } // namespace
 
 LibraryCheck CheckTarget(const std::string& path, Machine wanted)
 {
-    LibraryCheck check;
     if (path.find_first_of(platform::PathSeparator == '/' ? "/" : "/\\:") == std::string::npos)
         return CheckBareName(path, wanted);
     const LibraryLook look = LookAtLibrary(path);
-    const auto fail = [&](const std::string& text) {
-        check.All.push_back(About(FindingLevel::Error, path, text));
-        return check;
-    };
-    if (!look.Exists)
-        return fail(WhatIsThere(path));
-    if (!look.Facts)
-        return fail("is no library.");
-    if (look.Facts->IsMarvane)
-        return fail("is Marvane itself. Write the vendor's library.");
-    if (IsOfOtherSystem(*look.Facts))
-        return fail("is a library of another system.");
-    if (look.Facts->For != wanted)
-        return fail(std::string("is ") + MachineText(look.Facts->For) +
-                    "; Marvane and the application must be " + MachineText(look.Facts->For) +
-                    " too, and this Marvane is " + MachineText(wanted) + ".");
-    const std::vector<std::string> missing = MissingFunctions(*look.Facts);
-    if (missing.size() == 29)
-        return fail("exports none of the 29 functions of the D-PDU API: another library is meant.");
+    if (const std::string why = WhyNoTarget(path, look, wanted); !why.empty())
+        return {.All = {About(FindingLevel::Error, path, why)}};
     const std::optional<std::string> failure = TryLoading(path, wanted);
-    if (failure && !failure->empty()) {
-        const std::vector<std::string> needed = MissingDependencies(look);
-        return fail(*failure +
-                    (needed.empty() ? std::string() : "\nNot found, but needed: " + Joined(needed)));
-    }
+    if (failure && !failure->empty())
+        return {.All = {About(FindingLevel::Error, path, LoadFailureText(*failure, look))}};
+    const std::vector<std::string> missing = MissingFunctions(*look.Facts);
+    LibraryCheck check;
     check.IsUsable = true;
     check.LacksFunctions = !missing.empty();
-    if (check.LacksFunctions)
-        check.All.push_back(LacksFinding(path, missing));
-    else
-        check.All.push_back(About(FindingLevel::Ok, path, LibrarySummary(look)));
-    if (!look.Facts->Version)
-        check.All.push_back({FindingLevel::Note, Place,
-                             "no version information: \"Failed to load\" in a log's header is harmless then",
-                             0});
-    if (!failure)
-        check.All.push_back(
-            {FindingLevel::Note, Place,
-             std::string("not loaded: there is no ") + MachineText(wanted) + " marvane here to try it", 0});
-    if (platform::OthersMayWriteInFolder(ParentOf(path)))
-        check.All.push_back(
-            {FindingLevel::Warning, Place, "Every user may write to its folder: " + ParentOf(path), 0});
+    check.All.push_back(check.LacksFunctions ? LacksFinding(path, missing)
+                                             : About(FindingLevel::Ok, path, LibrarySummary(look)));
+    AddRemarks(path, look, wanted, failure.has_value(), check.All);
     return check;
 }
 

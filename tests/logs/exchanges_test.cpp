@@ -48,7 +48,8 @@ const Expected Rows[] = {
      "#19 link 1 36015555555555555555555555555555 of 128: answered 76011111111111111111111111111111 of 40, "
      "3900 us by library, 1 answer\n"
      "#20 link 1 ? of 128: silent\n"},
-    {"open_and_failed.LGR", "#21 link 1 22f190: open\n"},
+    {"open_and_failed.LGR", "#? link 1 22f190: not_started PDU_ERR_TX_QUEUE_FULL\n"
+                            "#21 link 1 22f190: open\n"},
     {"answer_on_other_thread.LGR", "#22 link 1 22f190: answered 62f190aa, 2000 us by library, 1 answer\n"},
     {"crlf.LGR", "#23 link 1 22f190: answered 62f190aa, 1900 us by library, 1 answer\n"},
     {"lost_data_and_errors.LGR", "#24 link 1 22f190: silent, PDU_ERR_EVT_TX_ERROR\n"},
@@ -60,10 +61,15 @@ const Expected Rows[] = {
     {"no_decoded_lines.LGR", "#? link 1 ? of 3: open\n"},
     {"in_flight.LGR", ""},
     {"request_never_returned.LGR", "#7 link 1 22f186: answered 62f18601, 1900 us by library, 1 answer\n"
-                                   "#? link 1 3101ff00: never returned\n"
+                                   "#? link 1 3101ff00: never_returned\n"
                                    "#9 link 1 3e00: answered 7e00, 2500 us by library, 1 answer\n"
-                                   "#? link 1 ?: never returned\n"
-                                   "#? link ? ?: never returned\n"},
+                                   "#? link 1 ?: never_returned\n"
+                                   "#? link ? ?: never_returned\n"},
+    {"refused_start.LGR", "#? link 1 22f190: not_started PDU_ERR_CLL_NOT_CONNECTED\n"
+                          "#? link 9 3e00: not_started PDU_ERR_INVALID_HANDLE\n"
+                          "#? link 1 3101ff00: not_started <UNKNOWN ERROR>\n"
+                          "#? link 1 ? of 3: not_started PDU_ERR_TX_QUEUE_FULL\n"
+                          "#20 link 1 22f186: open\n"},
 };
 INSTANTIATE_TEST_SUITE_P(Logs, HandMadeExchanges, ::testing::ValuesIn(Rows), NameOf);
 

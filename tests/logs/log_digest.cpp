@@ -184,11 +184,11 @@ private:
     void OnExchange(const Exchange& exchange) override
     {
         const bool hasLink = exchange.On->Handle != UndefinedHandle;
-        std::string text =
-            "#" + (exchange.Primitive ? std::to_string(*exchange.Primitive) : "?") + " link " +
-            (hasLink ? std::to_string(exchange.On->Handle) : "?") + " " +
-            DataText(exchange.Request, exchange.RequestSize) + ": " +
-            std::string(exchange.HasReturned ? OutcomeName(exchange.Result) : "never returned");
+        std::string text = "#" + (exchange.Primitive ? std::to_string(*exchange.Primitive) : "?") + " link " +
+                           (hasLink ? std::to_string(exchange.On->Handle) : "?") + " " +
+                           DataText(exchange.Request, exchange.RequestSize) + ": " +
+                           std::string(OutcomeName(exchange.Result)) +
+                           (exchange.StartError == 0 ? "" : " " + exchange.StartErrorName);
         if (const Answer* answer = exchange.Deciding())
             text += " " + DataText(answer->Data, answer->Size);
         text += LatencyText(exchange.FirstAnswer());
@@ -205,7 +205,7 @@ private:
         lines_.emplace(exchange.At, text + "\n");
     }
 
-    void OnUnreturned(const Exchange& request) override { OnExchange(request); }
+    void OnUnstarted(const Exchange& request) override { OnExchange(request); }
 
     void OnLateAnswer(const LateAnswer& late) override
     {

@@ -57,6 +57,7 @@ const Row Rows[] = {
     {"mark_in_entry_half_report", "mark_in_entry_half.LGR", ""},
     {"not_loaded_report", "not_loaded.LGR", ""},
     {"late_sending_report", "late_sending.LGR", ""},
+    {"refused_start_report", "refused_start.LGR", ""},
     {"request_never_returned_report", "request_never_returned.LGR", ""},
 };
 INSTANTIATE_TEST_SUITE_P(Logs, ReportOutput, ::testing::ValuesIn(Rows), NameOf);

@@ -55,7 +55,7 @@ protected:
 
 private:
     void OnExchange(const read::Exchange& exchange) override;
-    void OnUnreturned(const read::Exchange& request) override { OnExchange(request); }
+    void OnUnstarted(const read::Exchange& request) override { OnExchange(request); }
     void OnLateAnswer(const read::LateAnswer& answer) override;
     void Put(read::Position at, Utterance&& utterance, std::size_t bytes);
     void GiveOut(bool isForced);

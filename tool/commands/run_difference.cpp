@@ -52,7 +52,7 @@ bool IsSlower(const RunRequest& first, const RunRequest& second)
 
 std::optional<DifferenceKind> KindOf(const RunRequest& first, const RunRequest& second)
 {
-    if (first.Result != second.Result || first.HasReturned != second.HasReturned)
+    if (first.Result != second.Result || first.StartError != second.StartError)
         return DifferenceKind::OtherOutcome;
     if (first.Bytes != second.Bytes)
         return DifferenceKind::OtherRequest;
@@ -169,7 +169,7 @@ void Run::OnEnded(const read::Exchange& exchange)
                            BytesText(exchange.Request, exchange.RequestSize, SIZE_MAX, 0) + "/" +
                                std::to_string(exchange.RequestSize),
                            SimilarText(exchange), text.Bytes, text.Words, exchange.Result,
-                           exchange.HasReturned, AnswersText(exchange), OutcomeText(exchange),
+                           exchange.StartError, AnswersText(exchange), OutcomeText(exchange),
                            exchange.FirstAnswer() ? exchange.FirstAnswer() : exchange.ErrorAfter,
                            exchange.At});
 }

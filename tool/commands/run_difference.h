@@ -21,9 +21,9 @@ struct RunRequest
     std::string Text;    ///< as a row shows it
     std::string Words;
     read::Outcome Result = read::Outcome::Open;
-    bool HasReturned = true; ///< its PDUStartComPrimitive
-    std::string Answers;     ///< all answers that are kept, pending ones apart
-    std::string AnswerText;  ///< as a row shows the outcome
+    std::uint32_t StartError = 0; ///< of its PDUStartComPrimitive
+    std::string Answers;          ///< all answers that are kept, pending ones apart
+    std::string AnswerText;       ///< as a row shows the outcome
     std::optional<read::Latency> After;
     read::Position At;
 };

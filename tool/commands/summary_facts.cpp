@@ -220,7 +220,10 @@ void SummaryFacts::OnEnded(const read::Exchange& exchange)
     const auto latency = exchange.FirstAnswer();
     if (latency)
         LatencyUs.Add(latency->Us);
-    if (LinkFacts* facts = exchange.HasHandles ? FactsOf(*exchange.On) : nullptr) {
+    // A start that failed may name a link that does not exist.
+    const bool isLink =
+        exchange.HasHandles && (exchange.On->IsCreated || exchange.Result != read::Outcome::NotStarted);
+    if (LinkFacts* facts = isLink ? FactsOf(*exchange.On) : nullptr) {
         ++facts->Requests;
         ++facts->ByOutcome[outcome];
     }

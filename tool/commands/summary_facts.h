@@ -25,7 +25,7 @@ struct LinkFacts
     std::optional<read::LogTime> Connected;
     std::optional<read::LogTime> Disconnected;
     std::uint64_t Requests = 0;
-    std::uint64_t ByOutcome[6] = {};
+    std::uint64_t ByOutcome[read::OutcomeCount] = {};
 };
 
 struct ModuleFacts
@@ -89,7 +89,7 @@ public:
     std::uint64_t Events = 0;
     std::uint64_t ParamsSet = 0;
     std::uint64_t Requests = 0;
-    std::uint64_t ByOutcome[6] = {};
+    std::uint64_t ByOutcome[read::OutcomeCount] = {};
     std::uint64_t ByKind[12] = {}; ///< of findings
     Durations LatencyUs;
     TimeShares Shares;
@@ -107,7 +107,7 @@ public:
     void OnProblem(const read::Problem& problem) override;
     void OnFinding(const Finding& finding) override;
     void OnEnded(const read::Exchange& exchange) override;
-    void OnUnreturned(const read::Exchange& request) override { OnEnded(request); }
+    void OnUnstarted(const read::Exchange& request) override { OnEnded(request); }
 
 private:
     void Measure(const read::Call& call, std::string_view name);

@@ -36,7 +36,8 @@ std::string ModuleJson(const ModuleFacts& module)
     return object.Text();
 }
 
-void AddOutcomes(JsonObject& object, std::uint64_t requests, const std::uint64_t (&counts)[6])
+void AddOutcomes(JsonObject& object, std::uint64_t requests,
+                 const std::uint64_t (&counts)[read::OutcomeCount])
 {
     object.Add("requests", requests);
     for (std::size_t i = 0; i < std::size(counts); ++i)

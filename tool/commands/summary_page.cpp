@@ -118,11 +118,12 @@ private:
             text.append(text.empty() ? "" : ", ").append(Grouped(count)).append(" ").append(word);
     }
 
-    static std::string OutcomesText(const std::uint64_t (&counts)[6])
+    static std::string OutcomesText(const std::uint64_t (&counts)[read::OutcomeCount])
     {
         std::string text;
         constexpr std::string_view words[] = {
-            "ok", "refused", "silent", "cancelled", "not answered on purpose", "open"};
+            "ok",   "refused",     "silent",        "cancelled", "not answered on purpose",
+            "open", "not started", "never returned"};
         for (std::size_t i = 0; i < std::size(words); ++i)
             AddCount(text, counts[i], words[i]);
         return text;

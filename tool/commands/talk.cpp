@@ -38,7 +38,8 @@ std::string CountsText(const TalkCounts& counts)
     AddCount(text, of(read::Outcome::Cancelled), "cancelled");
     AddCount(text, of(read::Outcome::Sent), "without answer wanted");
     AddCount(text, of(read::Outcome::Open), "open (?)");
-    AddCount(text, counts.Unreturned, "never returned", " (X)");
+    AddCount(text, of(read::Outcome::NotStarted), "not started", " (X)");
+    AddCount(text, of(read::Outcome::NeverReturned), "never returned", " (X)");
     AddCount(text, counts.Late, counts.Late == 1 ? "late answer (!)" : "late answers (!)");
     return text.ends_with(": ") ? text.substr(0, text.size() - 2) : text;
 }
@@ -151,7 +152,7 @@ constinit const Command TalkCommand = {
     .Description =
         "LOG is a file (.gz too), a folder, a pattern or - for standard input. Without it, the newest session in "
         "the log folder of the configuration that applies here.\n\n"
-        "Marks: X refused, silent or never returned, ! remarkable, . by the way, ? not in the log. Times are from "
+        "Marks: X refused, silent, not started or never returned, ! remarkable, . by the way, ? not in the log. Times are from "
         "the sending of a request to its answer by the library's own clock where the result has both stamps; those "
         "with ~ are from call to fetch by the log's clock.",
     .Examples = TalkExamples,

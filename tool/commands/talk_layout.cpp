@@ -85,7 +85,9 @@ std::string TalkLayout::Remark(std::string_view time, std::string_view text, std
 std::string TalkLines(const TalkLayout& layout, const Exchange& exchange, read::LogTime begin)
 {
     const std::vector<ResponseRow> rows = ResponseRows(exchange);
-    const std::string number = exchange.Primitive ? std::to_string(*exchange.Primitive) : "?";
+    const std::string number = exchange.Primitive ? std::to_string(*exchange.Primitive)
+                               : exchange.Result == read::Outcome::NotStarted ? "-"
+                                                                              : "?";
     std::string lines = layout.Row(SecondsText(begin, exchange.Time), number, RequestTextOf(exchange),
                                    rows.front(), PositionText(exchange.At));
     for (std::size_t i = 1; i < rows.size(); ++i)

@@ -1,6 +1,7 @@
 #include "tool/commands/talk_rows.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <string_view>
 
 #include "pdu/pdu_api.h"
@@ -48,6 +49,18 @@ std::string ErrorText(std::string_view name)
 {
     constexpr std::string_view prefix = "PDU_ERR_EVT_";
     return std::string(name.starts_with(prefix) ? name.substr(prefix.size()) : name);
+}
+
+/// "TX_QUEUE_FULL", or the number of what the log calls unknown.
+std::string StartErrorText(const Exchange& exchange)
+{
+    constexpr std::string_view prefix = "PDU_ERR_";
+    const std::string_view name = exchange.StartErrorName;
+    if (!name.empty() && !name.starts_with('<'))
+        return std::string(name.starts_with(prefix) ? name.substr(prefix.size()) : name);
+    char number[16];
+    std::snprintf(number, sizeof number, "0x%04X", exchange.StartError);
+    return number;
 }
 
 bool AreAllEqual(const std::vector<const read::Answer*>& answers)
@@ -114,8 +127,6 @@ void AddAnswers(const Exchange& exchange, words::Dialect dialect, std::vector<Re
 /// What the outcome adds to the answers.
 void AddEnd(const Exchange& exchange, std::vector<ResponseRow>& rows)
 {
-    if (!exchange.HasReturned)
-        return rows.push_back({'X', "call never returned", {}});
     const std::string error = ErrorText(exchange.ErrorName);
     switch (exchange.Result) {
     case Outcome::Silent:
@@ -137,6 +148,12 @@ void AddEnd(const Exchange& exchange, std::vector<ResponseRow>& rows)
         rows.push_back({'?', exchange.Primitive ? missing : "answers are not in the log", {}});
         return;
     }
+    case Outcome::NotStarted:
+        rows.push_back({'X', "not started: " + StartErrorText(exchange), {}});
+        return;
+    case Outcome::NeverReturned:
+        rows.push_back({'X', "call never returned", {}});
+        return;
     default:
         break;
     }
@@ -183,8 +200,9 @@ std::string AnswerText(const read::Answer& answer, words::Dialect dialect)
 bool IsByTheWay(const Exchange& exchange)
 {
     const bool isQuiet = exchange.Type == PDU_COPT_UPDATEPARAM || exchange.Type == PDU_COPT_DELAY;
-    return isQuiet && exchange.HasReturned && exchange.ErrorCode == 0 &&
-           exchange.Result != Outcome::Cancelled;
+    const bool isGood = exchange.Result != Outcome::Cancelled && exchange.Result != Outcome::NotStarted &&
+                        exchange.Result != Outcome::NeverReturned;
+    return isQuiet && isGood && exchange.ErrorCode == 0;
 }
 
 std::string ChangeText(const read::ParamChange& change)

@@ -111,8 +111,7 @@ void TalkScreen::Count(const read::Exchange& exchange)
     if (exchange.Type != PDU_COPT_SENDRECV && exchange.Type != 0)
         return;
     ++counts_.Requests;
-    ++(exchange.HasReturned ? counts_.ByOutcome[static_cast<std::size_t>(exchange.Result)]
-                            : counts_.Unreturned);
+    ++counts_.ByOutcome[static_cast<std::size_t>(exchange.Result)];
 }
 
 void TalkScreen::BeginFold(const read::Exchange& exchange)

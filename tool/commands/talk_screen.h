@@ -24,8 +24,7 @@ namespace marvane::tool {
 struct TalkCounts
 {
     std::uint64_t Requests = 0;
-    std::uint64_t ByOutcome[6] = {};
-    std::uint64_t Unreturned = 0; ///< apart from ByOutcome
+    std::uint64_t ByOutcome[read::OutcomeCount] = {};
     std::uint64_t Late = 0;
     std::uint64_t Cut = 0; ///< requests or answers of which the log shows a part
     bool HasLogTimes = false;

@@ -354,7 +354,7 @@ void CaptureWriter::OnCall(const read::Call& call)
     } else if (call.State == read::CallState::Cut) {
         text += ": the log lost its status";
     } else {
-        text += ": " + CodeText(call.StatusName, call.Status.value_or(0));
+        text += ": " + CodeText(call.StatusName, call.Status.value_or(0)) + RequestBytesText(call);
         time = call.EndTime;
     }
     AddText(call.Session, call.Module, call.Link, time, SeverityError, text, call.Begin);

@@ -1,12 +1,15 @@
 #include "tool/read/exchange.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace marvane::read {
 
 std::string_view OutcomeName(Outcome outcome)
 {
-    constexpr std::string_view names[] = {"answered", "refused", "silent", "cancelled", "sent", "open"};
+    constexpr std::string_view names[] = {"answered", "refused", "silent",      "cancelled",
+                                          "sent",     "open",    "not_started", "never_returned"};
+    static_assert(std::size(names) == OutcomeCount);
     return names[static_cast<std::size_t>(outcome)];
 }
 

@@ -19,10 +19,14 @@ enum class Outcome : std::uint8_t
     Silent,    ///< an answer was wanted, and none came before its end
     Cancelled, ///< by PDUCancelComPrimitive, with answers or without
     Sent,      ///< no answer was wanted
-    Open       ///< the log does not show its end
+    Open,      ///< the log does not show its end
+    // Of requests whose PDUStartComPrimitive did not succeed: nothing comes of them.
+    NotStarted,   ///< it returned an error
+    NeverReturned ///< it was entered and never returned: whether the request was sent is unknown
 };
+constexpr std::size_t OutcomeCount = 8;
 
-/// "answered", ...
+/// "answered", "never_returned", ...
 std::string_view OutcomeName(Outcome outcome);
 
 /// How long something took.
@@ -72,10 +76,9 @@ struct Exchange
     std::uint32_t Session = 0;
     std::uint32_t Thread = 0;
     Position At;
-    LogTime Time;                   ///< of the call's entry
-    std::shared_ptr<const Link> On; ///< never null
-    bool HasHandles = false;        ///< false with LogFnCalls 1: the link is unknown
-    bool HasReturned = true;        ///< false: its PDUStartComPrimitive was entered and never returned
+    LogTime Time;                           ///< of the call's entry
+    std::shared_ptr<const Link> On;         ///< never null
+    bool HasHandles = false;                ///< false with LogFnCalls 1: the link is unknown
     std::optional<std::uint32_t> Primitive; ///< hCoP; unknown without decoded results
 
     std::uint32_t Type = 0; ///< PDU_COPT_...; 0 if unknown
@@ -89,6 +92,8 @@ struct Exchange
     bool IsSuppressed = false;                 ///< the request itself forbids a positive answer
 
     Outcome Result = Outcome::Open;
+    std::uint32_t StartError = 0; ///< of NotStarted: the status of its PDUStartComPrimitive
+    std::string StartErrorName;   ///< as the log spells it
     /// The first answers in their order: the first pending one, then others as they came. At most
     /// MostAnswers, the deciding one among them.
     std::vector<Answer> Answers;

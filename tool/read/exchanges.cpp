@@ -16,7 +16,7 @@ constexpr std::size_t MostSent = 64;
 } // namespace
 
 void ExchangeSink::OnRequest(const Exchange&) {}
-void ExchangeSink::OnUnreturned(const Exchange&) {}
+void ExchangeSink::OnUnstarted(const Exchange&) {}
 void ExchangeSink::OnAnswer(const Exchange&, const Answer&) {}
 void ExchangeSink::OnError(const Exchange&, const RequestError&) {}
 void ExchangeSink::OnLateAnswer(const LateAnswer&) {}
@@ -42,7 +42,9 @@ void Exchanges::OnCall(const Call& call)
         if (isGood)
             Start(call);
         else if (call.State == CallState::InFlight)
-            GiveUp(call);
+            TellUnreturned(call);
+        else if (call.State == CallState::Returned && call.Status)
+            TellRefused(call);
         EndStarting(call);
         break;
     case Function::CancelComPrimitive:
@@ -129,12 +131,25 @@ void Exchanges::Start(const Call& start)
     open_.emplace(open.What.Seq, std::move(open));
 }
 
-void Exchanges::GiveUp(const Call& start)
+/// Only if it carried a request: of other ComPrimitives there is nothing to see.
+void Exchanges::TellRefused(const Call& start)
 {
-    OpenExchange open = Begin(start);
-    open.What.HasReturned = false;
-    FindSending(open.What);
-    sink_.OnUnreturned(open.What);
+    Exchange request = Begin(start).What;
+    if (request.RequestSize == 0)
+        return;
+    request.Primitive.reset(); // what was written there is no handle
+    request.Result = Outcome::NotStarted;
+    request.StartError = *start.Status;
+    request.StartErrorName = start.StatusName;
+    sink_.OnUnstarted(request);
+}
+
+void Exchanges::TellUnreturned(const Call& start)
+{
+    Exchange request = Begin(start).What;
+    request.Result = Outcome::NeverReturned;
+    FindSending(request);
+    sink_.OnUnstarted(request);
 }
 
 void Exchanges::OnComms(const Comms& report)

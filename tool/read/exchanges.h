@@ -25,9 +25,9 @@ public:
     virtual ~ExchangeSink() = default;
     /// A request whose start has returned: nothing is known of its answers yet.
     virtual void OnRequest(const Exchange& request);
-    /// A request whose start never returned, when the log shows no more of it: whether it was sent is
-    /// unknown.
-    virtual void OnUnreturned(const Exchange& request);
+    /// A request that the library refused with an error (NotStarted), or whose start never returned, when the
+    /// log shows no more of it (NeverReturned). Nothing else is told of it.
+    virtual void OnUnstarted(const Exchange& request);
     /// Each answer before the end, also those that the exchange does not keep; it does not hold this one yet.
     virtual void OnAnswer(const Exchange& request, const Answer& answer);
     virtual void OnError(const Exchange& request, const RequestError& error);
@@ -121,7 +121,8 @@ private:
     static RequestError ErrorOf(Arrival&& arrival, LogTime begin, std::optional<std::uint32_t> executingAt);
     OpenExchange Begin(const Call& start);
     void Start(const Call& start);
-    void GiveUp(const Call& start);
+    void TellRefused(const Call& start);
+    void TellUnreturned(const Call& start);
     void EndStarting(const Call& start);
     void Take(Arrival&& arrival);
     void Apply(Slot slot, Arrival&& arrival);

@@ -1,7 +1,7 @@
 // Numbers, times and bytes as text.
 "use strict";
 
-const Outcomes = ["answered", "refused", "silent", "cancelled", "no answer wanted", "open"];
+const Outcomes = ["answered", "refused", "silent", "cancelled", "no answer wanted", "open", "not started", "never returned"];
 const Marks = ["", "X", "!", ".", "?"];
 const MarkWords = ["", "went wrong: ", "remarkable: ", "", "not in the log: "];
 

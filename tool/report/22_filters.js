@@ -10,10 +10,13 @@ const OutcomeChoices = [
   ["cancelled", "Cancelled"],
   ["sent", "No answer wanted"],
   ["open", "Open"],
+  ["not_started", "Not started"],
+  ["never_returned", "Never returned"],
   ["failed", "Failed calls"],
   ["flight", "In flight or cut"],
 ];
-const OutcomeKeys = ["answered", "refused", "silent", "cancelled", "sent", "open"];
+const OutcomeKeys = ["answered", "refused", "silent", "cancelled", "sent", "open", "not_started", "never_returned"];
+const TroubledOutcomes = ["refused", "silent", "not_started", "never_returned"];
 
 const RecordFailed = 1;
 const RecordCut = 2;
@@ -40,8 +43,7 @@ function servicesOf(model) {
 }
 
 function isTroubled(exchange) {
-  const outcome = model.exchanges.outcome[exchange];
-  return outcome === 1 || outcome === 2;
+  return TroubledOutcomes.includes(OutcomeKeys[model.exchanges.outcome[exchange]]);
 }
 
 const groupOfLink = (link) => model.links[link]?.group ?? -1;

@@ -83,7 +83,8 @@ function endOfExchange(i) {
   const answered = last >= firstAnswer[i] ? model.spread(answers.time[last], answers.line[last]) : -1;
   if (exchanges.end[i] >= 0) return Math.max(answered, records.time[record] + exchanges.end[i]);
   if (answered >= 0) return answered;
-  return exchanges.outcome[i] === 5 ? model.end : model.ends[record];
+  const isOpen = ["open", "never_returned"].includes(OutcomeKeys[exchanges.outcome[i]]);
+  return isOpen ? model.end : model.ends[record];
 }
 
 function finished(lane, begins, ends) {

@@ -163,7 +163,8 @@ function colorOfBar(lane, i, isWrong) {
   const { colors } = timeline;
   if (isWrong) return colors.bad;
   if (lane.kind === "thread") return [colors.call, colors.callback, colors.report][model.records.kind[i]];
-  return [colors.good, colors.idle, colors.idle, colors.warn, colors.idle, colors.warn][model.exchanges.outcome[i]];
+  const colorOf = { answered: colors.good, cancelled: colors.warn, open: colors.warn };
+  return colorOf[OutcomeKeys[model.exchanges.outcome[i]]] ?? colors.idle;
 }
 
 function drawBar(context, lane, i, row, x, right, color) {

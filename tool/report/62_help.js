@@ -23,7 +23,7 @@ function fillHelp(dialog) {
   };
   const marks = element("dl", "help");
   for (const [className, glyph, text] of [
-    ["mark-bad", "X", "went wrong: refused, or no answer"],
+    ["mark-bad", "X", "went wrong: refused, no answer, not started or never returned"],
     ["mark-note", "!", "remarkable: late answer, sent late, an error beside a good answer"],
     ["mark-way", "·", "by the way: pending, cancelled, no answer wanted"],
     ["mark-open", "?", "the log does not show how it ended"],
@@ -34,7 +34,7 @@ function fillHelp(dialog) {
   const colors = element("dl", "help");
   for (const [name, text] of [
     ["good", "answered"],
-    ["bad", "refused, no answer, failed"],
+    ["bad", "refused, no answer, not started, failed"],
     ["warn", "cancelled, or open"],
     ["idle", "no answer wanted"],
     ["call", "call"],

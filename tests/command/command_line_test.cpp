@@ -91,9 +91,8 @@ TEST(CommandLine, HelpFillsTheLinesOfEachParagraph)
 {
     EXPECT_NE(
         tool::CommandHelp(*tool::FindCommand("talk"))
-            .find(
-                "\n\nMarks: X refused, silent or never returned, ! remarkable, . by the way, ? not in the log. "
-                "Times are\nfrom the sending of a request"),
+            .find("\n\nMarks: X refused, silent, not started or never returned, ! remarkable, . by the way, "
+                  "? not in the\nlog. Times are from the sending of a request"),
         std::string::npos);
 }
 

@@ -159,3 +159,20 @@ test("a log of 100,000 lines: rows on demand, search, the end of the list", { sk
     });
   }),
 );
+
+test("requests that the library refused are found by their outcome and end with their call", { skip }, () =>
+  withBrowser((browser) =>
+    withPage(browser, writeReport(folder, join(source, "tests", "logs", "refused_start.LGR")), async (page) => {
+      const words = await page.evaluate(() => byId("summary").querySelector(".outcome-words").innerText);
+      assert.equal(words.replace(/\s+/g, " ").trim(), "1 open 4 not started");
+      await page.click("text=4 not started");
+      await settled(page);
+      assert.equal(await textOf(page, "#count"), "4 of 5 rows of the conversation");
+      assert.equal((await rowsOf(page))[0].includes("not started: CLL_NOT_CONNECTED"), true);
+      assert.deepEqual(
+        await page.evaluate(() => [0, 4].map((i) => endOfExchange(i) === model.end)),
+        [false, true],
+      );
+    }),
+  ),
+);

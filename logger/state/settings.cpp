@@ -1,5 +1,7 @@
 #include "logger/state/settings.h"
 
+#include <algorithm>
+
 namespace marvane {
 
 std::atomic<std::uint64_t> DefaultEventCallback = 0;
@@ -7,6 +9,12 @@ std::array<std::atomic<std::uint32_t>, 24> NumericSettings = {};
 std::atomic<std::uint8_t> Loaded = 0;
 
 namespace {
+
+// A further key without a place of its own would overwrite the callback.
+static_assert(std::ranges::all_of(NumericKeyNames, [](const NumericKeyName& key) {
+    return static_cast<std::size_t>(key.Key) < NumericSettings.size() ||
+           key.Key == NumericKey::DoIPTlsRecordSizeLimit || key.Key == NumericKey::LogTlsSessionKey;
+}));
 
 int HalfShift(NumericKey key)
 {

@@ -56,6 +56,18 @@ TEST_F(Terminal, HasColoursUnlessTheyAreUnwanted)
     EXPECT_TRUE(Contains(Shown("NO_COLOR=1", "summary --color always"), coloured));
 }
 
+TEST_F(Terminal, IsNotControlledByALog)
+{
+    const std::string title = "\x1b]0;changed\a";
+    WriteFileBytes(folder_ / LogName,
+                   SampleLog() + "{10:00:09.000 - 00000001} + PDUGetVersion(" + title + ")\n");
+    const std::string shown = Shown("PAGER=cat", "show --grep changed");
+    EXPECT_TRUE(Contains(shown, "(?]0;changed?)")) << shown;
+    EXPECT_FALSE(Contains(shown, title));
+    EXPECT_TRUE(Contains(RunProgram("marvane", "show " + Quoted(folder_ / LogName)).Output, title))
+        << "elsewhere the bytes of the log";
+}
+
 TEST_F(Terminal, ShowsLongOutputInThePager)
 {
     const std::string pager = "PAGER='sed s/^/paged:/'";

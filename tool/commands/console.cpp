@@ -14,12 +14,6 @@ using platform::Stream;
 constexpr std::size_t BufferSize = 64 * 1024;
 constexpr std::size_t UsualColumns = 100;
 
-std::string_view CodeOf(Colour colour)
-{
-    constexpr std::string_view codes[] = {"", "\x1b[31m", "\x1b[33m", "\x1b[32m", "\x1b[2m", "\x1b[1m"};
-    return codes[static_cast<std::size_t>(colour)];
-}
-
 /// A text without the escape sequences of colours.
 std::string WithoutColour(std::string_view text)
 {
@@ -82,7 +76,11 @@ std::string_view Console::Watch(std::string_view text)
 
 void Console::Write(std::string_view text)
 {
-    buffer_ += watched_.empty() ? text : Watch(text);
+    const std::string_view wanted = watched_.empty() ? text : Watch(text);
+    if (terminal_)
+        buffer_ += TerminalText(wanted);
+    else
+        buffer_ += wanted;
     if (buffer_.size() >= BufferSize)
         Flush();
 }
@@ -103,13 +101,15 @@ std::string Console::Coloured(Colour colour, std::string_view text) const
 {
     if (!colour_ || colour == Colour::Plain || text.empty())
         return std::string(text);
-    return std::string(CodeOf(colour)).append(text).append("\x1b[0m");
+    return std::string(CodeOf(colour)).append(text).append(EndOfColour);
 }
 
 void Console::Note(std::string_view line)
 {
     bool closed = false;
-    platform::WriteStream(Stream::Error, "marvane: " + std::string(line) + "\n", closed);
+    const std::string note = "marvane: " + std::string(line) + "\n";
+    platform::WriteStream(Stream::Error, platform::IsTerminal(Stream::Error) ? TerminalText(note) : note,
+                          closed);
 }
 
 void Console::Complain(std::string_view line)

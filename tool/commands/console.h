@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "tool/commands/terminal_text.h"
+
 namespace marvane::tool {
 
 /// Thrown by Console::Write when the reader of the output is gone; main ends the program quietly.
@@ -18,17 +20,6 @@ enum class ColourChoice
     Never
 };
 
-/// The colours in use: plain ASCII marks carry the meaning, colour only underlines it.
-enum class Colour
-{
-    Plain,
-    Red,
-    Yellow,
-    Green,
-    Dim,
-    Bold
-};
-
 class Console
 {
 public:
@@ -37,7 +28,9 @@ public:
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    /// Adds to standard output, which is buffered: following commands call Flush when they begin to wait.
+    /// Adds to standard output, which is buffered: following commands call Flush when they begin to wait. On
+    /// a terminal, and in the pager, the text cannot control it (TerminalText); elsewhere its bytes stay as
+    /// they are.
     void Write(std::string_view text);
     void Flush();
 

@@ -36,6 +36,14 @@ std::size_t Utf8Length(std::string_view text)
     return isLong || isBeyond ? 0 : length;
 }
 
+bool IsControl(std::string_view text)
+{
+    const auto first = static_cast<unsigned char>(text.front());
+    // U+0080 to U+009F, which terminals take for escape sequences too.
+    const bool isHigh = first == 0xC2 && text.size() > 1 && static_cast<unsigned char>(text[1]) < 0xA0;
+    return first < 0x20 || first == 0x7F || isHigh;
+}
+
 std::string ByteText(std::uint8_t byte)
 {
     constexpr char digits[] = "0123456789ABCDEF";
@@ -116,8 +124,7 @@ std::string Printable(std::string_view text)
     std::string safe;
     while (!text.empty()) {
         const std::size_t length = Utf8Length(text);
-        const bool isControl = static_cast<unsigned char>(text.front()) < 0x20 || text.front() == 0x7F;
-        if (length == 0 || isControl)
+        if (length == 0 || IsControl(text))
             safe += '?';
         else
             safe.append(text.substr(0, length));

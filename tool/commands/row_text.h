@@ -43,6 +43,9 @@ std::string Grouped(std::uint64_t number);
 /// "1 answer", "2 answers".
 std::string Counted(std::uint64_t number, std::string_view one, std::string_view many = {});
 
+/// Whether a text, which is not empty, begins with a control character, of one byte or of two in UTF-8.
+bool IsControl(std::string_view text);
+
 /// A text of the log, safe to print: control characters and what is no UTF-8 become '?'.
 std::string Printable(std::string_view text);
 

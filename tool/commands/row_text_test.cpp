@@ -35,6 +35,7 @@ TEST(RowText, SecondsMayBeBeforeTheBeginning)
 TEST(RowText, ControlCharactersAndBrokenUtf8AreMadeVisible)
 {
     EXPECT_EQ(Printable("a\tb\x7F"), "a?b?");
+    EXPECT_EQ(Printable("\xC2\x9B[31m \xC2\xA0"), "?[31m \xC2\xA0") << "an escape sequence in two bytes";
     EXPECT_EQ(Printable("Ger\xC3\xA4t"), "Ger\xC3\xA4t");
     EXPECT_EQ(Printable("Ger\xE4t"), "Ger?t");
     EXPECT_EQ(Printable("\xED\xA0\x80"), "???") << "a surrogate";

@@ -1,12 +1,11 @@
 #include "logger/log/log_files.h"
 
-#include <regex>
-
 #include <gtest/gtest.h>
 
 #include "logger/state/process_texts.h"
 #include "platform/files.h"
 #include "tests/support/logger_state.h"
+#include "tests/support/pattern.h"
 
 namespace marvane {
 namespace {
@@ -27,7 +26,7 @@ protected:
 
     static bool IsStamped(const std::string& path, const std::string& front)
     {
-        return path.starts_with(front) && std::regex_match(path.substr(front.size()), std::regex(Stamp));
+        return path.starts_with(front) && testing::HasForm(path.substr(front.size()), Stamp);
     }
 };
 

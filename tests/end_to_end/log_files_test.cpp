@@ -1,9 +1,9 @@
 // The log files: their folders, names, trimming and headers.
-#include <regex>
 
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
+#include "tests/support/pattern.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {
@@ -34,9 +34,10 @@ TEST(LogFiles, ANameHoldsTheSecondInWhichTheFileBegan)
     Session session;
     session.Construct();
     ASSERT_EQ(session.LogNames().size(), 1u);
-    const std::regex form(
-        "D-PDU_API_Logger_[0-3][0-9]-[01][0-9]-20[0-9][0-9]_[0-2][0-9]-[0-5][0-9]-[0-5][0-9]\\.LGR");
-    EXPECT_TRUE(std::regex_match(session.LogNames()[0], form)) << session.LogNames()[0];
+    EXPECT_TRUE(
+        HasForm(session.LogNames()[0],
+                "D-PDU_API_Logger_[0-3][0-9]-[01][0-9]-20[0-9][0-9]_[0-2][0-9]-[0-5][0-9]-[0-5][0-9]\\.LGR"))
+        << session.LogNames()[0];
 }
 
 TEST(LogFiles, AFolderWithASeparatorAtItsEndHasTheCommsFileInside)

@@ -1,5 +1,4 @@
 // What marvane says of logs of sessions in which something goes wrong.
-#include <regex>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,6 +6,7 @@
 #include "tests/support/child_process.h"
 #include "tests/support/child_program.h"
 #include "tests/support/log_summary.h"
+#include "tests/support/pattern.h"
 #include "tests/support/sample_configuration.h"
 #include "tests/support/session.h"
 
@@ -20,12 +20,11 @@ using ::testing::StartsWith;
 /// line.
 std::string WithoutFigures(const std::string& text)
 {
-    const std::string joined = std::regex_replace(text, std::regex("\n {49}(?! )"), " ");
-    const std::string rows = std::regex_replace(joined, std::regex("(^|\n) *\\d+ +\\+\\d+\\.\\d+"), "$1N");
+    const std::string joined = ReplaceMatches(text, "\n {49}(?! )", " ");
+    const std::string rows = ReplaceMatches(joined, "(^|\n) *\\d+ +\\+\\d+\\.\\d+", "$1N");
     const std::string number = "[\\d,]*\\d(\\.\\d)?";
-    return std::regex_replace(
-        rows, std::regex("(lines? |after |came )" + number + "|\\b" + number + "(?= ms| empty queues)"),
-        "$1N");
+    return ReplaceMatches(rows, "(lines? |after |came )" + number + "|\\b" + number + "(?= ms| empty queues)",
+                          "$1N");
 }
 
 std::string Said(const std::string& command, const std::string& log)
@@ -41,8 +40,7 @@ protected:
     {
         std::string text = FileBytes(SampleConfigurationPath());
         const auto change = [&](const std::string& key, const std::string& value) {
-            text =
-                std::regex_replace(text, std::regex("(Name=\"" + key + "\" .*Value=\")[^\"]*"), "$1" + value);
+            text = ReplaceMatches(text, "(Name=\"" + key + "\" .*Value=\")[^\"]*", "$1" + value);
         };
         change("PDUAPILibDll", LibraryName("SimVci"));
         change("LogFileDir", folder_ / "logs");
@@ -205,8 +203,8 @@ TEST_F(SampleFaults, ASlowCallIsSeenAsSuch)
 {
     EXPECT_EQ(RunWith("slow-call:60@PDUGetVersion").Status, 0);
     const std::string summary = RunProgram("marvane", "summary --all " + Quoted(LogFolder())).Output;
-    std::smatch row;
-    ASSERT_TRUE(std::regex_search(summary, row, std::regex("\n +1 +(\\d+) .* PDUGetVersion\n"))) << summary;
+    const PatternMatch row = FirstMatch(summary, "\n +1 +(\\d+) .* PDUGetVersion\n");
+    ASSERT_FALSE(row.empty()) << summary;
     EXPECT_GE(std::stol(row[1]), 60);
 }
 
@@ -223,10 +221,8 @@ TEST_F(SampleFaults, AnApplicationThatPausesTakesItsTime)
 {
     EXPECT_EQ(Run(" --pause 20").Status, 0);
     const std::string summary = RunProgram("marvane", "summary " + Quoted(LogFolder())).Output;
-    std::smatch time;
-    ASSERT_TRUE(
-        std::regex_search(summary, time, std::regex("\\ntime .* (\\d+)\\.(\\d+) s in the application\n")))
-        << summary;
+    const PatternMatch time = FirstMatch(summary, "\\ntime .* (\\d+)\\.(\\d+) s in the application\n");
+    ASSERT_FALSE(time.empty()) << summary;
     EXPECT_GE(std::stol(time[1]) * 1000 + std::stol(time[2]), 15 * 20) << "15 requests, 20 ms before each";
 }
 

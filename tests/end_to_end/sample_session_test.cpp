@@ -1,5 +1,4 @@
 // The sample application with the simulated interface, directly and through the logger library.
-#include <regex>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,6 +6,7 @@
 #include "pdu/functions.h"
 #include "platform/files.h"
 #include "tests/support/child_program.h"
+#include "tests/support/pattern.h"
 #include "tests/support/sample_configuration.h"
 #include "tests/support/session.h"
 
@@ -97,9 +97,9 @@ protected:
     /// The sample configuration with another target library, and nothing else changed.
     void Configure(const std::string& target)
     {
-        const std::regex name("(Name=\"PDUAPILibDll\" .*Value=\")[^\"]*");
         WriteFileBytes(folder_ / "D_PDU_API_CFG.xml",
-                       std::regex_replace(FileBytes(SampleConfigurationPath()), name, "$1" + target));
+                       ReplaceMatches(FileBytes(SampleConfigurationPath()),
+                                      "(Name=\"PDUAPILibDll\" .*Value=\")[^\"]*", "$1" + target));
     }
 
     /// The contents of the only API log file.
@@ -162,12 +162,11 @@ TEST_F(SampleSession, ShowsThatTheControlUnitTakesAtLeastTwoMillisecondsToAnswer
 {
     Configure(LibraryName("SimVci"));
     Run(Library("Marvane"), " --quiet");
-    const std::regex stamps("<<< TxMsgDoneTimestamp  \t= (\\d+)\n[^\n]*<<< StartMsgTimestamp   \t= (\\d+)\n");
-    const std::string log = Log();
-    std::size_t answers = 0;
-    for (std::sregex_iterator answer(log.begin(), log.end(), stamps), end; answer != end; ++answer, ++answers)
-        EXPECT_GE(std::stol((*answer)[2]) - std::stol((*answer)[1]), 2000) << (*answer)[0];
-    EXPECT_GT(answers, 10u);
+    const std::vector<PatternMatch> answers =
+        Matches(Log(), "<<< TxMsgDoneTimestamp  \t= (\\d+)\n[^\n]*<<< StartMsgTimestamp   \t= (\\d+)\n");
+    for (const PatternMatch& answer : answers)
+        EXPECT_GE(std::stol(answer[2]) - std::stol(answer[1]), 2000) << answer[0];
+    EXPECT_GT(answers.size(), 10u);
 }
 
 TEST_F(SampleSession, PrintsNothingWhenQuiet)

@@ -1,10 +1,10 @@
 // Finding and loading the target library.
-#include <regex>
 
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
 #include "platform/library.h"
+#include "tests/support/pattern.h"
 #include "tests/support/session.h"
 
 namespace marvane::testing {
@@ -121,18 +121,17 @@ TEST(TargetLibrary, WithAnUnsupportedLogEnabledLoadingAndUnloadingAreLogged)
     const std::string start = session.Logged([&] { EXPECT_EQ(session.Construct(), PDU_STATUS_NOERROR); });
     const std::size_t at = start.find("{stamp}    -->  Unsupported LogEnabled=2 setting\n");
     ASSERT_NE(at, std::string::npos) << start;
-    EXPECT_EQ(
-        std::regex_replace(start.substr(at), std::regex("Loaded @ +[0-9A-Fa-fx]+\n"), "Loaded @ pointer\n"),
-        "{stamp}    -->  Unsupported LogEnabled=2 setting\n"
-        "{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
-            BuildFolder() + LibraryName("fake_target") +
-            "'\n"
-            "{stamp}    <--  DLL Loaded @ pointer\n"
-            "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"
-            "{stamp} + PDUConstruct(OptionStr= \"<NULL STRING>\", pAPITag= " +
-            PointerText(nullptr) +
-            ")\n"
-            "{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n");
+    EXPECT_EQ(ReplaceMatches(start.substr(at), "Loaded @ +[0-9A-Fa-fx]+\n", "Loaded @ pointer\n"),
+              "{stamp}    -->  Unsupported LogEnabled=2 setting\n"
+              "{stamp}    <--  LOADED:  Version 'R04.003.0002.0001' of '" +
+                  BuildFolder() + LibraryName("fake_target") +
+                  "'\n"
+                  "{stamp}    <--  DLL Loaded @ pointer\n"
+                  "{stamp} - LOGGER_Initialise<PDU_STATUS_NOERROR (0x0000)>\n"
+                  "{stamp} + PDUConstruct(OptionStr= \"<NULL STRING>\", pAPITag= " +
+                  PointerText(nullptr) +
+                  ")\n"
+                  "{stamp} - PDUConstruct<PDU_STATUS_NOERROR (0x0000)>\n");
     EXPECT_EQ(session.Logged([&] { session.Api().PDUDestruct(); }),
               "{stamp} + PDUDestruct()\n"
               "{stamp} - PDUDestruct<PDU_STATUS_NOERROR (0x0000)>\n"

@@ -1,11 +1,11 @@
 // --format trace: what viewers rely on holds for every log of the tests.
 #include <algorithm>
 #include <filesystem>
-#include <regex>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/child_program.h"
+#include "tests/support/pattern.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/trace_checker.h"
 
@@ -61,12 +61,11 @@ TEST(Trace, NestsRightForEachLogOfTheTests)
 
 TEST(Trace, NestsRightForTheGoldenLogs)
 {
-    static const std::regex stamp("\\{time - T(\\d)\\}");
     for (const char* const name : {"diagnostic_session", "error_session", "traffic_session"}) {
         const TemporaryFolder folder;
         const std::string log = folder / "D-PDU_API_Logger_21-11-2026_10-00-00.LGR";
         const std::string golden = FileText(MARVANE_SOURCE_DIR "/tests/golden/" + std::string(name) + ".log");
-        WriteFileBytes(log, std::regex_replace(golden, stamp, "{10:00:00.000 - 0000000$1}"));
+        WriteFileBytes(log, ReplaceMatches(golden, "\\{time - T(\\d)\\}", "{10:00:00.000 - 0000000$1}"));
         const TraceCheck check = CheckTrace(TraceOf(log));
         EXPECT_EQ(check.Faults, "") << name;
         EXPECT_GT(check.Slices, 10u) << name;

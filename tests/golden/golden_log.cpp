@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <regex>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -12,6 +11,7 @@
 #include "platform/environment.h"
 #include "platform/files.h"
 #include "tests/support/log_summary.h"
+#include "tests/support/pattern.h"
 
 namespace marvane::testing {
 
@@ -111,9 +111,8 @@ std::string GoldenLog::WithoutNames(std::string text) const
 
 std::string GoldenLog::Normalised() const
 {
-    static const std::regex version(R"(LOGGER VERSION: R\d\d\.\d{3}\.\d{4}\.\d{4} )");
-    return std::regex_replace(WithoutNames(WithPlainStamps(LogInOrder(session_.LogFolder()))), version,
-                              "LOGGER VERSION: <version> ");
+    return ReplaceMatches(WithoutNames(WithPlainStamps(LogInOrder(session_.LogFolder()))),
+                          R"(LOGGER VERSION: R\d\d\.\d{3}\.\d{4}\.\d{4} )", "LOGGER VERSION: <version> ");
 }
 
 void GoldenLog::ExpectEqual(const std::string& name) const

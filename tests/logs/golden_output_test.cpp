@@ -1,6 +1,5 @@
 // What the commands print about the golden logs of the logger library, whose stamps get a time.
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -8,6 +7,7 @@
 #include "tests/logs/command_output.h"
 #include "tests/logs/log_digest.h"
 #include "tests/support/child_program.h"
+#include "tests/support/pattern.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::testing {
@@ -25,18 +25,16 @@ struct Row
 /// before it.
 std::string Stamped(const std::string& name)
 {
-    static const std::regex stamp("^\\{time - T(\\d)\\} (\\+)?");
     std::istringstream lines(FileText(HandMadeLog("../golden/" + name + ".log")));
     std::string log;
     int entries = 0;
     for (std::string line; std::getline(lines, line);) {
-        std::smatch found;
-        if (std::regex_search(line, found, stamp)) {
-            entries += found[2].matched ? 1 : 0;
+        for (const PatternMatch& found : Matches(line, "^\\{time - T(\\d)\\} (\\+)?")) {
+            entries += found[2].empty() ? 0 : 1;
             char time[16];
             std::snprintf(time, sizeof time, "10:00:00.%03d", entries);
             line.replace(0, found[0].length() - found[2].length(),
-                         std::string("{") + time + " - 0000000" + found[1].str() + "} ");
+                         std::string("{") + time + " - 0000000" + found[1] + "} ");
         }
         log += line + '\n';
     }

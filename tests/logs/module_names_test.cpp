@@ -1,11 +1,11 @@
 // Names and defaults of a module description file, for numbers that a log shows without a name.
-#include <regex>
 
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
 #include "tests/logs/log_digest.h"
 #include "tests/support/child_program.h"
+#include "tests/support/pattern.h"
 #include "tests/support/session.h"
 #include "tool/setup/file_uri.h"
 
@@ -46,7 +46,7 @@ protected:
     {
         std::string text = Replaced(FileText(HandMadeLog(name)), "/opt/vendor/libpdu2.so", Library());
         text = Replaced(text, "/opt/vendor/libpdu.so", Library());
-        return std::regex_replace(text, std::regex("ProtocolId = [^ ]+ "), "ProtocolId = <UNKNOWN> ");
+        return ReplaceMatches(text, "ProtocolId = [^ ]+ ", "ProtocolId = <UNKNOWN> ");
     }
 
     void WriteRoot(const std::string& library) const
@@ -208,7 +208,7 @@ TEST_F(ModuleNames, AreUsedForBothRunsThatAreCompared)
         RunProgram("marvane", "diff " + Quoted(first) + " " + Quoted(second) + " --root " + Quoted(Root()));
     std::string expected = FileText(HandMadeLog("output/diff_first_second.txt"));
     expected = Replaced(expected, "same: ", "same: library, ");
-    expected = std::regex_replace(expected, std::regex("      X library.*\n"), "");
+    expected = ReplaceMatches(expected, "      X library.*\n", "");
     expected = Replaced(expected, "diff_first.LGR            diff_second.LGR",
                         "D-PDU_API_Logger_21-11-.. second.LGR");
     EXPECT_EQ(result.Output, expected);

@@ -1,5 +1,4 @@
 // What marvane report puts into its page about the logs of this folder.
-#include <regex>
 
 #include <gtest/gtest.h>
 
@@ -7,6 +6,7 @@
 #include "tests/logs/dated_logs.h"
 #include "tests/support/child_program.h"
 #include "tests/support/page_block.h"
+#include "tests/support/pattern.h"
 
 namespace marvane::testing {
 namespace {
@@ -25,10 +25,8 @@ class ReportOutput : public ::testing::TestWithParam<Row>
 /// The model with a line a column, without what is different at each run.
 std::string Readable(std::string model)
 {
-    static const std::regex run("\"program\":\"[^\"]*\",\"made\":\"[^\"]*\",");
-    static const std::regex column("(\\]|\\}),(\"|\\{)");
-    model = std::regex_replace(model, run, "");
-    return std::regex_replace(model, column, "$1,\n$2") + "\n";
+    model = ReplaceMatches(model, "\"program\":\"[^\"]*\",\"made\":\"[^\"]*\",", "");
+    return ReplaceMatches(model, "(\\]|\\}),(\"|\\{)", "$1,\n$2") + "\n";
 }
 
 TEST_P(ReportOutput, IsAsExpected)

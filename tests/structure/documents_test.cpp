@@ -2,13 +2,15 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/pattern.h"
+
+namespace marvane::testing {
 namespace {
 
 namespace fs = std::filesystem;
@@ -34,11 +36,6 @@ std::vector<fs::path> Documents()
     return documents;
 }
 
-std::vector<std::smatch> Matches(const std::string& text, const std::regex& pattern)
-{
-    return {std::sregex_iterator(text.begin(), text.end(), pattern), std::sregex_iterator()};
-}
-
 /// The last part of a qualified name.
 std::string Unqualified(const std::string& name)
 {
@@ -48,13 +45,13 @@ std::string Unqualified(const std::string& name)
 
 TEST(Documents, LinkToFilesThatExist)
 {
-    const std::regex link(R"(\]\(([^)#:]+)(#[^)]*)?\))");
+    const std::string link = R"(\]\(([^)#:]+)(#[^)]*)?\))";
     std::size_t links = 0;
     for (const fs::path& document : Documents()) {
         const std::string text = TextOf(document);
-        for (const std::smatch& match : Matches(text, link)) {
+        for (const PatternMatch& match : Matches(text, link)) {
             ++links;
-            EXPECT_TRUE(fs::exists(document.parent_path() / match[1].str())) << document << ": " << match[0];
+            EXPECT_TRUE(fs::exists(document.parent_path() / match[1])) << document << ": " << match[0];
         }
     }
     EXPECT_GT(links, 20u) << "the documents were not found";
@@ -63,13 +60,13 @@ TEST(Documents, LinkToFilesThatExist)
 TEST(Documents, NameSourcesThatExist)
 {
     const std::string folders = "pdu|platform|config|text|line|logger|tool|examples|tests|bench|cmake|docs";
-    const std::regex source("`((?:" + folders + R"()/[A-Za-z0-9_/.-]+\.[a-z]+)`)");
+    const std::string source = "`((?:" + folders + R"()/[A-Za-z0-9_/.-]+\.[a-z]+)`)";
     std::size_t sources = 0;
     for (const fs::path& document : Documents()) {
         const std::string text = TextOf(document);
-        for (const std::smatch& match : Matches(text, source)) {
+        for (const PatternMatch& match : Matches(text, source)) {
             ++sources;
-            EXPECT_TRUE(fs::exists(Root / match[1].str())) << document << ": " << match[0];
+            EXPECT_TRUE(fs::exists(Root / match[1])) << document << ": " << match[0];
         }
     }
     EXPECT_GT(sources, 50u) << "the documents were not found";
@@ -77,12 +74,12 @@ TEST(Documents, NameSourcesThatExist)
 
 TEST(Documents, TheMapNamesFunctionsWhereTheyAre)
 {
-    const std::regex place(R"(`([A-Za-z_:]+)`,\s+`([a-z][A-Za-z0-9_/]+\.(?:cpp|h))`)");
+    const std::string place = R"(`([A-Za-z_:]+)`,\s+`([a-z][A-Za-z0-9_/]+\.(?:cpp|h))`)";
     const std::string map = TextOf(Root / "docs" / "architecture.md");
-    const std::vector<std::smatch> places = Matches(map, place);
+    const std::vector<PatternMatch> places = Matches(map, place);
     EXPECT_GT(places.size(), 8u);
-    for (const std::smatch& match : places)
-        EXPECT_NE(TextOf(Root / match[2].str()).find(Unqualified(match[1])), std::string::npos) << match[0];
+    for (const PatternMatch& match : places)
+        EXPECT_NE(TextOf(Root / match[2]).find(Unqualified(match[1])), std::string::npos) << match[0];
 }
 
 /// The lines of a text.
@@ -123,14 +120,13 @@ std::vector<std::string> PiecesNotIn(const std::vector<std::string>& source, con
 
 TEST(Documents, QuoteFilesAsTheyAre)
 {
-    const std::regex quote("<!-- from ([^ ]+) -->\n```[a-z]*\n([^`]+)```\n");
+    const std::string quote = "<!-- from ([^ ]+) -->\n```[a-z]*\n([^`]+)```\n";
     std::size_t quotes = 0;
     for (const fs::path& document : Documents()) {
         const std::string text = TextOf(document);
-        for (const std::smatch& match : Matches(text, quote)) {
+        for (const PatternMatch& match : Matches(text, quote)) {
             ++quotes;
-            const std::vector<std::string> missing =
-                PiecesNotIn(Lines(TextOf(Root / match[1].str())), match[2]);
+            const std::vector<std::string> missing = PiecesNotIn(Lines(TextOf(Root / match[1])), match[2]);
             EXPECT_TRUE(missing.empty())
                 << document << " quotes something that is not in " << match[1] << ", from this line on:\n"
                 << missing.front();
@@ -140,3 +136,4 @@ TEST(Documents, QuoteFilesAsTheyAre)
 }
 
 } // namespace
+} // namespace marvane::testing

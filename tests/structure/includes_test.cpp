@@ -2,13 +2,15 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <set>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/pattern.h"
+
+namespace marvane::testing {
 namespace {
 
 namespace fs = std::filesystem;
@@ -38,13 +40,12 @@ struct Include
 
 std::vector<Include> IncludesOf(const fs::path& root, const fs::path& file)
 {
-    static const std::regex quoted("^\\s*#\\s*include\\s*\"([^\"]+)\".*");
+    const std::string quoted = "^\\s*#\\s*include\\s*\"([^\"]+)\"";
     std::vector<Include> includes;
     std::ifstream stream(file);
-    std::smatch match;
     for (std::string line; std::getline(stream, line);)
-        if (std::regex_match(line, match, quoted))
-            includes.push_back({fs::relative(file, root), match[1].str()});
+        for (const PatternMatch& match : Matches(line, quoted))
+            includes.push_back({fs::relative(file, root), match[1]});
     return includes;
 }
 
@@ -121,3 +122,4 @@ TEST(Includes, NameWholePathsFromTheRoot)
 }
 
 } // namespace
+} // namespace marvane::testing

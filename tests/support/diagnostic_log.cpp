@@ -2,7 +2,8 @@
 
 #include <cstdio>
 #include <cstring>
-#include <regex>
+
+#include "tests/support/pattern.h"
 
 namespace marvane::testing {
 
@@ -39,9 +40,10 @@ std::filesystem::path DiagnosticLog::LevelFile() const
 
 std::string DiagnosticLog::Stripped(const std::string& records)
 {
-    static const std::regex form(
-        R"([0-2]\d:[0-5]\d:[0-5]\d\.\d{6} ([A-Z0-9]+) +[0-9a-f]+:((?:class )?[\w/]+):\d+:((?:\w|::)+):)");
-    return std::regex_replace(records, form, "$1|$2|$3|");
+    return ReplaceMatches(
+        records,
+        R"([0-2]\d:[0-5]\d:[0-5]\d\.\d{6} ([A-Z0-9]+) +[0-9a-f]+:((?:class )?[\w/]+):\d+:((?:\w|::)+):)",
+        "$1|$2|$3|");
 }
 
 std::string LevelBytes(const std::array<std::int32_t, SubsystemCount>& levels)

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <regex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,6 +13,7 @@
 #include "platform/child_process.h"
 #include "platform/files.h"
 #include "platform/library.h"
+#include "tests/support/pattern.h"
 #include "tests/support/session.h"
 #include "tool/setup/file_uri.h"
 
@@ -79,7 +79,7 @@ protected:
     }
     static std::string WithoutSpace(const std::string& text)
     {
-        return std::regex_replace(text, std::regex("[0-9]+ (GB|MB) free"), "SPACE free");
+        return testing::ReplaceMatches(text, "[0-9]+ (GB|MB) free", "SPACE free");
     }
     std::string Check(std::vector<std::string> words) const
     {

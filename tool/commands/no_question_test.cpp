@@ -1,6 +1,7 @@
 // No command of the set-up asks: with a pipe as its standard input it ends with its documented outcome, over
 // things that are there already too, and leaves every byte of the pipe unread.
 #include "tests/support/child_program.h"
+#include "tests/support/pattern.h"
 #include "tests/support/setup_commands.h"
 #include "tests/support/unread_input.h"
 
@@ -40,8 +41,8 @@ protected:
         for (const std::string& command : commands)
             shown += Typed(command, input);
         // The time of the backup and the system's words.
-        shown = std::regex_replace(shown, std::regex("[0-9]{8}-[0-9]{6}"), "TIME");
-        return std::regex_replace(shown, std::regex("(D_PDU_API_CFG.xml: )[^\n]*"), "$1EXISTS");
+        shown = testing::ReplaceMatches(shown, "[0-9]{8}-[0-9]{6}", "TIME");
+        return testing::ReplaceMatches(shown, "(D_PDU_API_CFG.xml: )[^\n]*", "$1EXISTS");
     }
     /// Each command over what is there already, logs too: its exit status and what it prints.
     std::string Session(const Input& input) const

@@ -1,4 +1,5 @@
 // The commands of the set-up as they are typed: what they print, their exit status, and that the chain works.
+#include "tests/support/pattern.h"
 #include "tests/support/setup_commands.h"
 #include "tool/setup/configuration_findings.h"
 #include "tool/setup/root_file.h"
@@ -41,11 +42,11 @@ TEST_F(SetupCommands, TheInstalledChainLogsASession)
     EXPECT_EQ(session.Status, 0) << session.Output;
     // Times as a zero, so that the screen can be compared whole.
     const std::string status =
-        std::regex_replace(Run({"status", "--root", root, "--to", folder / "copies"}),
-                           std::regex("today|[0-9]+[.][0-9] s|[0-9]+:[0-9]+(:[0-9]+)?|[ 0-9][0-9] "
-                                      "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec)|"
-                                      "[0-9-]+_[0-9-]+|[0-9]+ calls|0[.][0-9] MB"),
-                           "0");
+        testing::ReplaceMatches(Run({"status", "--root", root, "--to", folder / "copies"}),
+                                "today|[0-9]+[.][0-9] s|[0-9]+:[0-9]+(:[0-9]+)?|[ 0-9][0-9] "
+                                "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec)|"
+                                "[0-9-]+_[0-9-]+|[0-9]+ calls|0[.][0-9] MB",
+                                "0");
     EXPECT_EQ(status, "SimVci   DIR/root.xml\n"
                       "   application -> Marvane 1.0.0.0 -> VENDOR 1.4.2.7   logging: on, decoded\n"
                       "   logs in     DIR/logs/\n"

@@ -1,4 +1,5 @@
 // The commands of the set-up with --json: the whole documents.
+#include "tests/support/pattern.h"
 #include "tests/support/setup_commands.h"
 
 namespace marvane::tool {
@@ -121,9 +122,8 @@ TEST_F(SetupJson, StatusOfAChainWithASession)
 {
     Install();
     RunSession();
-    std::string status =
-        std::regex_replace(Shown("status"), std::regex("(bytes|_ms|calls)\":[0-9]+"), "$1\":0");
-    status = std::regex_replace(status, std::regex("Logger_[0-9_-]+[.]"), "Logger_TIME.");
+    std::string status = testing::ReplaceMatches(Shown("status"), "(bytes|_ms|calls)\":[0-9]+", "$1\":0");
+    status = testing::ReplaceMatches(status, "Logger_[0-9_-]+[.]", "Logger_TIME.");
     EXPECT_EQ(
         status,
         StatusOf(
@@ -146,8 +146,7 @@ TEST_F(SetupJson, CheckOfAHealthyChain)
     // Named turns the escape of a line feed or a quote into "/n" and "/\"" on Windows.
     std::string checked = Shown("check");
     if (platform::PathSeparator == '\\')
-        checked = std::regex_replace(std::regex_replace(checked, std::regex("/n"), "\\n"), std::regex("/\""),
-                                     "\\\"");
+        checked = testing::ReplaceMatches(testing::ReplaceMatches(checked, "/n", "\\n"), "/\"", "\\\"");
     EXPECT_EQ(checked,
               "{\"schema\":\"marvane.check/1\",\"checked\":[{\"title\":\"SimVci\",\"findings\":["
               "{\"level\":\"ok\",\"place\":\"Marvane\",\"text\":\"DIR/copies/SimVci/LIBRARY\\n1.0.0.0, " +

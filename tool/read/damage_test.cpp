@@ -4,11 +4,11 @@
 #include <iterator>
 #include <map>
 #include <random>
-#include <regex>
 #include <set>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/pattern.h"
 #include "tool/read/reader_test_kit.h"
 
 namespace marvane::read::testing {
@@ -77,11 +77,11 @@ std::string Joined(const std::vector<std::string>& lines)
 
 std::vector<std::string> LinesOf(const std::string& path)
 {
-    static const std::regex stamp("^\\{time - T([0-9])\\} ");
+    const std::string stamp = "^\\{time - T([0-9])\\} ";
     std::ifstream file(path);
     std::vector<std::string> lines;
     for (std::string line; std::getline(file, line);)
-        lines.push_back(std::regex_replace(line, stamp, "{10:00:00.000 - 0000000$1} "));
+        lines.push_back(marvane::testing::ReplaceMatches(line, stamp, "{10:00:00.000 - 0000000$1} "));
     return lines;
 }
 

@@ -2,10 +2,10 @@
 // left over. Their stamps are normalised and get a time here.
 #include <algorithm>
 #include <fstream>
-#include <regex>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/pattern.h"
 #include "tool/read/reader_test_kit.h"
 
 namespace marvane::read::testing {
@@ -20,11 +20,11 @@ struct GoldenCase
 
 std::string WithStamps(const std::string& name)
 {
-    static const std::regex stamp("^\\{time - T([0-9])\\} ");
+    const std::string stamp = "^\\{time - T([0-9])\\} ";
     std::ifstream file(std::string(MARVANE_SOURCE_DIR "/tests/golden/") + name + ".log");
     std::string log;
     for (std::string line; std::getline(file, line);)
-        log += std::regex_replace(line, stamp, "{10:00:00.000 - 0000000$1} ") + '\n';
+        log += marvane::testing::ReplaceMatches(line, stamp, "{10:00:00.000 - 0000000$1} ") + '\n';
     return log;
 }
 

@@ -1,9 +1,8 @@
 #include "tool/setup/install.h"
 
-#include <regex>
-
 #include "config/paths.h"
 #include "tests/support/install_machine.h"
+#include "tests/support/pattern.h"
 #include "tool/setup/check.h"
 #include "tool/setup/root_file.h"
 
@@ -143,7 +142,7 @@ TEST_F(Installing, RecordsWhatItChanged)
     WriteRoot(Entry("One", "file:/" + UriOfVendor().substr(8)));
     Install(Options());
     std::string record = testing::FileBytes(folder.Path() / "copies" / "One" / "marvane-install.txt");
-    record = std::regex_replace(record, std::regex("installed=[0-9-]+T[0-9:]+Z\n"), "installed=TIME\n");
+    record = testing::ReplaceMatches(record, "installed=[0-9-]+T[0-9:]+Z\n", "installed=TIME\n");
     EXPECT_EQ(record, "root=" + root + "\nentry=One\nold_uri=file:/" + UriOfVendor().substr(8) +
                           "\nnew_uri=" +
                           UriOfPath((folder.Path() / "copies" / "One" / platform::OwnLibraryName).string(),

@@ -1,7 +1,6 @@
 // The selftest as it is run: on the package of this build, and on packages with a fault.
 #include <algorithm>
 #include <filesystem>
-#include <regex>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -10,6 +9,7 @@
 #include "platform/files.h"
 #include "platform/library.h"
 #include "platform/system_version.h"
+#include "tests/support/pattern.h"
 #include "tests/support/session.h"
 
 namespace marvane::tool {
@@ -64,7 +64,7 @@ protected:
               std::pair("diag_session" + ProgramEnd(), std::string("APPLICATION"))})
             for (std::size_t at = text.find(path); at != std::string::npos; at = text.find(path))
                 text.replace(at, path.size(), name);
-        return std::regex_replace(text, std::regex("[0-9]+ ns"), "N ns") + "exit status " +
+        return testing::ReplaceMatches(text, "[0-9]+ ns", "N ns") + "exit status " +
                std::to_string(result.Status) + "\n";
     }
 
@@ -180,7 +180,7 @@ TEST_F(Selftest, OfAnIncompletePackageSaysWhatIsMissing)
 
 TEST_F(Selftest, AsJsonIsOneDocument)
 {
-    const std::string json = std::regex_replace(Run("--json"), std::regex("(_ns\":)[0-9.]+"), "$1N");
+    const std::string json = testing::ReplaceMatches(Run("--json"), "(_ns\":)[0-9.]+", "$1N");
     EXPECT_EQ(json.substr(0, json.find(",\"findings\"")),
               "{\"schema\":\"marvane.selftest/1\",\"system\":\"SYSTEM\",\"widths\":[{\"machine\":\"" + bits +
                   "\",\"tested\":true,\"passed\":true,\"version\":\"1.0.0.0\",\"calls\":311,\"functions\":29,"

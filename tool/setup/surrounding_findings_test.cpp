@@ -1,7 +1,6 @@
 #include "tool/setup/surrounding_findings.h"
 
 #include <chrono>
-#include <regex>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -9,6 +8,7 @@
 #include "platform/files.h"
 #include "platform/library.h"
 #include "tests/support/child_process.h"
+#include "tests/support/pattern.h"
 #include "tests/support/session.h"
 #include "tool/setup/file_uri.h"
 #include "tool/setup/setup_files.h"
@@ -65,8 +65,8 @@ TEST(OldProcesses, HoldTheTargetWithoutMarvane)
     while (!std::filesystem::exists(folder.Path() / "ready"))
         std::this_thread::yield();
     const std::string program = platform::PathSeparator == '\\' ? "tool_tests.exe" : "tool_tests";
-    EXPECT_EQ(std::regex_replace(Texts(OldProcessFindings(folder / "marvane", library)),
-                                 std::regex("\\([0-9]+\\)"), "(ID)"),
+    EXPECT_EQ(testing::ReplaceMatches(Texts(OldProcessFindings(folder / "marvane", library)), "\\([0-9]+\\)",
+                                      "(ID)"),
               "old process: " + program +
                   " (ID) has loaded the target library without Marvane: start it again.\n");
     // A process that holds Marvane too goes through it.

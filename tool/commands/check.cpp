@@ -115,6 +115,18 @@ std::optional<CheckReport> CheckAny(const ReadRoot& root, const RootEntry& entry
     return CheckForeignEntry(root, entry, library.Path);
 }
 
+/// The copy beside the command, where no entry leads to any.
+CheckReport CheckOwnCopy()
+{
+    CheckReport report = CheckChain(OwnLibrary(), std::nullopt);
+    report.All.insert(report.All.begin(),
+                      {FindingLevel::Note, "root file",
+                       "no entry leads to Marvane: applications that look there load the vendor's library "
+                       "(\"marvane install\" changes that). Checked is the copy beside this command.",
+                       0});
+    return report;
+}
+
 /// The entries of that name, or without one those that lead to Marvane or led to it.
 std::vector<CheckReport> CheckEntries(const std::vector<std::string>& rootFiles, const std::string& name,
                                       const std::string& to)
@@ -191,9 +203,9 @@ std::vector<CheckReport> Reports(const Arguments& arguments)
     const std::string to = arguments.Value("--to").value_or("");
     std::vector<CheckReport> reports = CheckEntries(roots, name, to);
     if (reports.empty() && !name.empty())
-        throw Trouble(NoEntryText(name));
+        throw Trouble(NoEntryText(ReadRoots(roots), name));
     if (reports.empty())
-        reports.push_back(CheckChain(OwnLibrary(), std::nullopt));
+        reports.push_back(CheckOwnCopy());
     AddSharedFolders(reports, name.empty() ? std::vector(reports) : CheckEntries(roots, "", to));
     return reports;
 }

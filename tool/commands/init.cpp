@@ -26,7 +26,7 @@ std::string LibraryOfEntry(const std::vector<std::string>& roots, const std::str
         return true;
     };
     if (!FindEntry(roots, name, take))
-        throw Trouble(NoEntryText(name));
+        throw Trouble(NoEntryText(ReadRoots(roots), name));
     return library;
 }
 

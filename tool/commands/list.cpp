@@ -124,7 +124,7 @@ int RunList(const Arguments& arguments, Console& console)
         console.Write(Json(roots));
     else {
         if (roots.empty())
-            throw Trouble("this machine names no root description file; give one with --root FILE");
+            throw Trouble(NoRootText());
         for (const ReadRoot& root : roots)
             console.Write((&root == &roots.front() ? "" : "\n") + RootText(root));
     }

@@ -138,7 +138,7 @@ std::string LogRows(const FolderOfLogs& logs, std::uint64_t most, read::LogTime 
     for (const SessionFacts& session : logs.Newest)
         rows += "               " + DayText(session.Begin) + " " + TimeText(session.Begin, false) + "  " +
                 Padded(DurationText(session.Ms), 6) + "  " +
-                Padded(std::to_string(session.Calls) + " calls", 10) + "  " +
+                Padded(std::to_string(session.Calls) + (session.Calls == 1 ? " call" : " calls"), 10) + "  " +
                 Padded(OutcomeOf(session), width) + "  " + session.File + "\n";
     return rows;
 }

@@ -42,7 +42,7 @@ std::string ConfigurationOfEntry(const std::vector<std::string>& roots, const st
         return installed;
     if (isEntry)
         throw Trouble("entry '" + name + "' does not lead to Marvane; 'marvane install' puts it there");
-    throw Trouble(NoEntryText(name));
+    throw Trouble(NoEntryText(ReadRoots(roots), name));
 }
 
 } // namespace marvane::tool

@@ -13,6 +13,7 @@
 #include "tool/setup/file_uri.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/setup_files.h"
+#include "tool/setup/short_list.h"
 
 namespace marvane::tool {
 
@@ -66,7 +67,7 @@ private:
     void Select()
     {
         if (plan_.Roots.empty())
-            Refuse("this machine names no root description file; give one with --root FILE");
+            Refuse(NoRootText());
         for (std::size_t i = 0; i < plan_.Roots.size(); ++i) {
             if (!plan_.Roots[i].File)
                 Refuse(plan_.Roots[i].Source.Path + " " + plan_.Roots[i].Fault);
@@ -76,9 +77,8 @@ private:
                     SelectEntry(i, k);
         }
         if (plan_.Entries.empty())
-            Refuse(options_.Name.empty()
-                       ? "no entry that Marvane can be put in front of"
-                       : "no entry " + Quoted(options_.Name) + "; 'marvane list' shows them");
+            Refuse(options_.Name.empty() ? "no entry that Marvane can be put in front of"
+                                         : NoEntryText(plan_.Roots, options_.Name));
     }
 
     void SelectEntry(std::size_t root, std::size_t index)
@@ -255,9 +255,10 @@ private:
         if (!plan.ChangesUri)
             return;
         const std::vector<std::string> missing = MissingFunctions(*LookAtLibrary(plan.Vendor).Facts);
-        for (const std::string& name : missing)
-            plan_.Notes += "   note          " + plan.Vendor + " lacks " + name +
-                           ": a call of it ends the application\n";
+        if (!missing.empty())
+            plan_.Notes += "   note          " + plan.Vendor + " lacks " + ShortList(missing) +
+                           ": a call of " + (missing.size() == 1 ? "it" : "one of them") +
+                           " ends the application\n";
         const CheckReport report = CheckConfiguration(ParseConfiguration(plan.Configuration), plan.Copy,
                                                       InspectBinary(plan.CopiedBytes)->For);
         for (const CheckFinding& finding : report.All)

@@ -7,6 +7,7 @@
 #include "platform/library.h"
 #include "tool/setup/install.h"
 #include "tool/setup/root_file.h"
+#include "tool/setup/root_sources.h"
 #include "tool/setup/setup_files.h"
 
 namespace marvane::tool {
@@ -22,6 +23,18 @@ std::vector<InstalledCopy> InstalledInto(const std::vector<std::string>& roots, 
     return copies;
 }
 
+namespace {
+
+/// What somebody else's path in the root description file leads to.
+std::string OtherPathText(const RootEntry& entry)
+{
+    const std::string library = LibraryOf(entry).Path;
+    return "somebody put another path into the root description file: " + entry.Uri.value_or(entry.RawUri) +
+           (library.empty() || IsFile(library) ? "" : ", where no file is");
+}
+
+} // namespace
+
 std::string TroubleOf(const InstalledCopy& copy)
 {
     const auto bytes = ReadFileBytes(copy.Root, RootFileLimit);
@@ -30,10 +43,7 @@ std::string TroubleOf(const InstalledCopy& copy)
     try {
         for (const RootEntry& entry : ParseRootFile(*bytes).Entries)
             if (entry.ShortName == copy.Entry)
-                return entry.RawUri == copy.NewUri
-                           ? std::string()
-                           : "somebody put another path into the root description file: " +
-                                 entry.Uri.value_or(entry.RawUri);
+                return entry.RawUri == copy.NewUri ? std::string() : OtherPathText(entry);
     } catch (const XmlError& error) {
         return copy.Root + " " + error.what();
     }

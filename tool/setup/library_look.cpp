@@ -6,6 +6,7 @@
 #include "platform/narrow_text.h"
 #include "tool/setup/configuration.h"
 #include "tool/setup/setup_files.h"
+#include "tool/setup/short_list.h"
 
 namespace marvane::tool {
 
@@ -30,9 +31,7 @@ std::string LibrarySummary(const LibraryLook& look)
     const std::vector<std::string> missing = MissingFunctions(*look.Facts);
     const std::size_t all = FunctionNames.size();
     summary += ", " + std::to_string(all - missing.size()) + " of " + std::to_string(all) + " functions";
-    for (const std::string& name : missing)
-        summary += (&name == &missing.front() ? ", lacks " : ", ") + name;
-    return summary;
+    return summary + (missing.empty() ? "" : ", lacks " + ShortList(missing));
 }
 
 Chain ChainOf(const std::string& marvane)

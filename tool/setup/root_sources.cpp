@@ -5,6 +5,7 @@
 #include "tool/commands/arguments.h"
 #include "tool/setup/file_uri.h"
 #include "tool/setup/setup_files.h"
+#include "tool/setup/short_list.h"
 
 namespace marvane::tool {
 
@@ -98,9 +99,27 @@ bool FindEntry(const std::vector<std::string>& given, const std::string& name,
     return false;
 }
 
-std::string NoEntryText(const std::string& name)
+std::string NoEntryText(const std::vector<ReadRoot>& roots, const std::string& name)
 {
-    return "no entry '" + name + "' in a root description file; 'marvane list' shows them";
+    std::vector<std::string> names;
+    for (const ReadRoot& root : roots)
+        if (root.File)
+            for (const RootEntry& entry : root.File->Entries)
+                names.push_back("\"" + entry.ShortName + "\"");
+    return "no entry \"" + name + "\"" +
+           (roots.empty() ? ": " + NoRootText()
+            : names.empty()
+                ? ", nor any other, in " + roots.front().Source.Path
+                : "; there " + std::string(names.size() == 1 ? "is " : "are ") + ShortList(names));
+}
+
+std::string NoRootText()
+{
+    return std::string("this machine names no root description file (") +
+           (platform::PathSeparator == '/'
+                ? std::string(LinuxRootFile) + " does not exist"
+                : std::string("no value \"") + RegistryValue + "\" in HKLM\\" + RegistryKey) +
+           "); give one with --root FILE";
 }
 
 EntryLibrary LibraryOf(const RootEntry& entry)

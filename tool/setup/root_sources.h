@@ -38,8 +38,11 @@ void RequireReadable(const std::vector<ReadRoot>& roots);
 /// given file can't be read, or if it comes to one of the machine's that can't.
 bool FindEntry(const std::vector<std::string>& given, const std::string& name,
                const std::function<bool(const RootSource&, const RootEntry&)>& isTaken);
-/// What the user is told if there is no entry of a name.
-std::string NoEntryText(const std::string& name);
+/// What the user is told if there is no entry of a name: which there are.
+std::string NoEntryText(const std::vector<ReadRoot>& roots, const std::string& name);
+
+/// What the user is told if this machine names no root description file: where it was looked for.
+std::string NoRootText();
 
 /// What an entry leads to.
 struct EntryLibrary

@@ -38,6 +38,8 @@ std::string RecordMessage(const std::string& record)
 CheckFindings OldProcessFindings(const std::string& marvane, const std::string& target)
 {
     CheckFindings findings;
+    if (target.empty()) // of a configuration that names none
+        return findings;
     const std::vector<platform::LibraryUser> ours = platform::LibraryUsers(marvane);
     for (const platform::LibraryUser& user : platform::LibraryUsers(target)) {
         const bool goesThroughUs = std::any_of(

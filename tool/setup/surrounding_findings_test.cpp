@@ -69,6 +69,8 @@ TEST(OldProcesses, HoldTheTargetWithoutMarvane)
                                       "(ID)"),
               "old process: " + program +
                   " (ID) has loaded the target library without Marvane: start it again.\n");
+    // Without a target there is nothing to hold.
+    EXPECT_EQ(Texts(OldProcessFindings(folder / "marvane", "")), "");
     // A process that holds Marvane too goes through it.
     EXPECT_EQ(Texts(OldProcessFindings(library, library)), "");
 }

@@ -68,8 +68,7 @@ private:
     {
         report_ += copy.Entry + "\n";
         Restore(copy);
-        if (options_.Logs)
-            RemoveLogs(copy);
+        HandleLogs(copy);
         RemoveFiles(copy);
     }
 
@@ -128,24 +127,28 @@ private:
         }
     }
 
-    void RemoveLogs(const InstalledCopy& copy)
+    /// Deletes the logs if that is wanted, else says where they stay.
+    void HandleLogs(const InstalledCopy& copy)
     {
         const Configuration configuration =
             ReadConfiguration(copy.Folder + platform::PathSeparator + ConfigurationFileName);
         const std::string folder = LogFolder(configuration.Text("LogFileDir").Value, platform::ExpandUtf8);
-        std::size_t count = 0;
-        for (const std::string& name : NamesIn(folder)) {
-            if (!ParseLogFileName(name))
-                continue;
-            ++count;
-            if (!options_.DryRun)
-                platform::RemoveFile(folder + platform::PathSeparator + name);
+        std::vector<std::string> names = NamesIn(folder);
+        std::erase_if(names, [](const std::string& name) { return !ParseLogFileName(name); });
+        const std::string what =
+            std::to_string(names.size()) + (names.size() == 1 ? " log file in " : " log files in ") + folder;
+        if (!options_.Logs) {
+            if (!names.empty())
+                Add(options_.DryRun ? "would keep" : "kept", what + " (--logs deletes them)");
+            return;
         }
+        Add(options_.DryRun ? "would delete" : "deleted", what);
+        if (options_.DryRun)
+            return;
+        for (const std::string& name : names)
+            platform::RemoveFile(folder + platform::PathSeparator + name);
         std::error_code notEmpty;
-        if (!options_.DryRun)
-            std::filesystem::remove(FilePath(folder), notEmpty);
-        Add(options_.DryRun ? "would delete" : "deleted",
-            std::to_string(count) + (count == 1 ? " log file in " : " log files in ") + folder);
+        std::filesystem::remove(FilePath(folder), notEmpty);
     }
 
     void RemoveFiles(const InstalledCopy& copy)

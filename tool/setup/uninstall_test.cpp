@@ -17,6 +17,19 @@ TEST_F(Uninstalling, SaysWhatItDidAndLeavesNoTrace)
     EXPECT_EQ(Traces(), "copies\nroot.xml\n");
 }
 
+TEST_F(Uninstalling, SaysWhereLogsStay)
+{
+    WriteRoot(Entry("One"));
+    Install(Options());
+    std::filesystem::create_directory(folder.Path() / "logs");
+    testing::WriteFileBytes(folder.Path() / "logs" / "D-PDU_API_Logger_25-11-2026_14-03-07.LGR", "log");
+    EXPECT_EQ(Uninstalled(), "One\n"
+                             "   restored      LIBRARY_FILE of \"One\" in DIR/root.xml\n"
+                             "   kept          1 log file in DIR/logs/ (--logs deletes them)\n"
+                             "   removed       DIR/copies/One\n");
+    EXPECT_EQ(Traces(), "copies\nlogs\nlogs/D-PDU_API_Logger_25-11-2026_14-03-07.LGR\nroot.xml\n");
+}
+
 TEST_F(Uninstalling, KeepsWhatOthersHaveChangedMeanwhile)
 {
     WriteRoot(Entry("One"));

@@ -13,29 +13,37 @@
 #include "tool/setup/library_look.h"
 #include "tool/setup/root_sources.h"
 #include "tool/setup/setup_files.h"
+#include "tool/setup/short_list.h"
 
 namespace marvane::tool {
 
 namespace {
 
-/// The file to work on, and the operands that are left.
+/// The files to work on, more than one only if entries of both widths have the name, and the operands that
+/// are left.
 struct Chosen
 {
-    std::string Path;
+    std::vector<std::string> Paths;
     std::vector<std::string> Words;
 };
 
 Chosen Choose(const Arguments& arguments)
 {
-    Chosen chosen{arguments.Value("--config").value_or(""), arguments.Operands()};
-    if (!chosen.Path.empty())
-        return chosen;
+    if (const auto path = arguments.Value("--config"))
+        return {{*path}, arguments.Operands()};
+    Chosen chosen{{}, arguments.Operands()};
     if (chosen.Words.empty())
         throw UsageError("give the NAME of an entry, or --config FILE");
-    chosen.Path = ConfigurationOfEntry(arguments.Values("--root"), chosen.Words.front(),
-                                       arguments.Value("--to").value_or(""));
+    chosen.Paths = ConfigurationsOfEntry(arguments.Values("--root"), chosen.Words.front(),
+                                         arguments.Value("--to").value_or(""));
     chosen.Words.erase(chosen.Words.begin());
     return chosen;
+}
+
+/// A heading for one of several files.
+std::string Heading(const Chosen& chosen, const std::string& path)
+{
+    return chosen.Paths.size() == 1 ? std::string() : path + "\n";
 }
 
 std::string BytesOf(const std::string& path)
@@ -101,60 +109,94 @@ std::string Shown(const KeyRow& row)
     return line + row.Meaning + "\n";
 }
 
+Configuration Opened(const std::string& path)
+{
+    Configuration configuration = ReadConfiguration(path);
+    if (!configuration.Opened)
+        throw Trouble(path + " can't be read");
+    return configuration;
+}
+
+std::string SettingsJson(const std::string& path, const std::vector<KeyRow>& rows)
+{
+    JsonObject settings;
+    for (const KeyRow& row : rows)
+        settings.AddRaw(row.Key, row.IsNumber ? row.Value : JsonString(row.Value));
+    return JsonObject()
+               .Add("schema", "marvane.get/1")
+               .Add("configuration", path)
+               .AddRaw("settings", settings.Text())
+               .Text() +
+           "\n";
+}
+
 int RunGet(const Arguments& arguments, Console& console)
 {
     const Chosen chosen = Choose(arguments);
-    const Configuration configuration = ReadConfiguration(chosen.Path);
-    if (!configuration.Opened)
-        throw Trouble(chosen.Path + " can't be read");
-    const std::vector<KeyRow> rows = Rows(configuration, chosen.Words);
-    if (arguments.Has("--json")) {
-        JsonObject settings;
-        for (const KeyRow& row : rows)
-            settings.AddRaw(row.Key, row.IsNumber ? row.Value : JsonString(row.Value));
-        console.Write(JsonObject()
-                          .Add("schema", "marvane.get/1")
-                          .Add("configuration", chosen.Path)
-                          .AddRaw("settings", settings.Text())
-                          .Text() +
-                      "\n");
-        return 0;
+    const bool isForPrograms = arguments.Has("--json") || chosen.Words.size() == 1;
+    if (isForPrograms && chosen.Paths.size() > 1)
+        throw Trouble("there are " + std::to_string(chosen.Paths.size()) +
+                      " configurations; choose one with --config FILE: " + ShortList(chosen.Paths));
+    for (const std::string& path : chosen.Paths) {
+        const std::vector<KeyRow> rows = Rows(Opened(path), chosen.Words);
+        if (arguments.Has("--json"))
+            console.Write(SettingsJson(path, rows));
+        else if (chosen.Words.size() == 1)
+            console.Write(rows[0].Value + "\n");
+        else {
+            console.Write(Heading(chosen, path));
+            for (const KeyRow& row : rows)
+                console.Write(Shown(row));
+        }
     }
-    if (chosen.Words.size() == 1) {
-        console.Write(rows[0].Value + "\n");
-        return 0;
-    }
-    for (const KeyRow& row : rows)
-        console.Write(Shown(row));
     return 0;
 }
 
-/// Changes keys one after the other and writes the file once.
-void Change(Console& console, const std::string& path, const std::vector<KeyValue>& changes)
+/// A file with its keys changed, and what the user is told about it.
+struct ChangedFile
 {
-    const std::string before = BytesOf(path);
-    std::string after = before;
-    std::string report;
+    std::string Path;
+    std::string Before;
+    std::string After;
+    std::string Report;
+};
+
+/// Changes keys one after the other; writes nothing.
+ChangedFile WithChanges(const std::string& path, const std::vector<KeyValue>& changes)
+{
+    ChangedFile file{path, BytesOf(path), {}, {}};
+    file.After = file.Before;
     for (const KeyValue& change : changes) {
-        const KeyRow old = RowOf(ParseConfiguration(after), change.Key);
+        const KeyRow old = RowOf(ParseConfiguration(file.After), change.Key);
         try {
-            after = WithValue(after, change.Key, change.Value);
+            file.After = WithValue(file.After, change.Key, change.Value);
         } catch (const RefusedValue& refused) {
             throw Trouble(path + ": " + refused.what() + "; nothing was changed");
         }
         if (old.Value != change.Value || old.Line == 0)
-            report += change.Key + ": " + (old.Value.empty() ? "(empty)" : old.Value) + " -> " +
-                      change.Value + "   " + WhenItCounts(change.Key) + "\n";
+            file.Report += change.Key + ": " + (old.Value.empty() ? "(empty)" : old.Value) + " -> " +
+                           change.Value + "   " + WhenItCounts(change.Key) + "\n";
     }
-    if (after == before) {
-        console.Write("nothing to change in " + path + "\n");
-        return;
+    return file;
+}
+
+/// Changes all files, or none if a value is refused for one of them; each is written once.
+void Change(Console& console, const Chosen& chosen, const std::vector<KeyValue>& changes)
+{
+    std::vector<ChangedFile> files;
+    for (const std::string& path : chosen.Paths)
+        files.push_back(WithChanges(path, changes));
+    for (const ChangedFile& file : files) {
+        if (file.After == file.Before) {
+            console.Write("nothing to change in " + file.Path + "\n");
+            continue;
+        }
+        const std::string failure = platform::ReplaceFileContents(
+            file.Path, file.After, [&] { return ReadFileBytes(file.Path) == file.Before; });
+        if (!failure.empty())
+            throw Trouble(file.Path + ": " + failure);
+        console.Write(Heading(chosen, file.Path) + file.Report);
     }
-    const std::string failure =
-        platform::ReplaceFileContents(path, after, [&] { return ReadFileBytes(path) == before; });
-    if (!failure.empty())
-        throw Trouble(path + ": " + failure);
-    console.Write(report);
 }
 
 int RunSet(const Arguments& arguments, Console& console)
@@ -170,7 +212,7 @@ int RunSet(const Arguments& arguments, Console& console)
     }
     if (changes.empty())
         throw UsageError("give KEY=VALUE");
-    Change(console, chosen.Path, changes);
+    Change(console, chosen, changes);
     return 0;
 }
 
@@ -181,7 +223,7 @@ int RunLevel(const Arguments& arguments, Console& console)
         throw UsageError("give one level: calls, arguments, decoded or full");
     std::vector<KeyValue> changes = LevelKeys(chosen.Words[0]);
     changes.push_back({"LogEnabled", "1"});
-    Change(console, chosen.Path, changes);
+    Change(console, chosen, changes);
     return 0;
 }
 

@@ -11,6 +11,7 @@
 #include "tool/setup/configuration.h"
 #include "tool/setup/configuration_choice.h"
 #include "tool/setup/installed_copy.h"
+#include "tool/setup/installed_state.h"
 
 namespace marvane::tool {
 
@@ -24,15 +25,15 @@ std::string ConfigurationHere()
 }
 
 /// The log folder of an entry that install made, wherever its root description file is, else of one that
-/// leads to Marvane.
+/// leads to Marvane. Of several of that name, of 64 and 32 bits, the one with the newest log.
 std::string LogFolderOfEntry(const std::string& name, const std::vector<std::string>& roots)
 {
-    std::string configuration;
-    for (const InstalledCopy& copy : InstalledCopies(DefaultCopyFolders()))
-        if (roots.empty() && copy.Entry == name)
-            configuration = copy.Folder + platform::PathSeparator + ConfigurationFileName;
-    if (configuration.empty())
-        configuration = ConfigurationOfEntry(roots, name);
+    std::vector<InstalledCopy> copies = InstalledInto(roots, "");
+    std::erase_if(copies, [&](const InstalledCopy& copy) { return copy.Entry != name; });
+    if (const auto newest = NewestLogFolder(copies))
+        return *newest;
+    const std::string configuration =
+        copies.empty() ? ConfigurationsOfEntry(roots, name).front() : ConfigurationOfCopy(copies.back());
     const std::optional<std::string> folder = LogFolderOf(configuration);
     if (!folder || folder->empty())
         throw Trouble(configuration + " names no log folder in LogFileDir");

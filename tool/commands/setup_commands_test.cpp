@@ -83,6 +83,27 @@ TEST_F(SetupCommands, ACopyOutOfUseIsFoundWhereTheCopiesAre)
               "LogFnDecodeRsps: 1 -> 0   takes effect at the next PDUConstruct\n");
 }
 
+TEST_F(SetupCommands, SetAndLevelChangeEveryEntryOfTheName)
+{
+    testing::WriteFileBytes(folder / "other.xml", testing::FileBytes(root));
+    Install();
+    Run({"install", "SimVci", "--root", folder / "other.xml", "--to", folder / "copies", "--from",
+         testing::BuildFolder(), "--log-dir", folder / "other logs"});
+    const std::vector<std::string> both = {"--root", root, "--root", folder / "other.xml"};
+    const auto run = [&](std::vector<std::string> words) {
+        words.insert(words.end(), both.begin(), both.end());
+        return Run(words);
+    };
+    const std::string first = "DIR/copies/SimVci/D_PDU_API_CFG.xml\n",
+                      second = "DIR/copies/SimVci-2/D_PDU_API_CFG.xml\n";
+    const std::string change = "LogFileMaxNum: 18 -> 3   takes effect at the next PDUConstruct\n";
+    EXPECT_EQ(run({"set", "SimVci", "LogFileMaxNum=3"}), first + change + second + change);
+    EXPECT_EQ(run({"set", "SimVci", "LogFileMaxNum=3"}),
+              "nothing to change in " + first + "nothing to change in " + second);
+    EXPECT_EQ(run({"get", "SimVci", "LogFileMaxNum", "PDUAPILibDll"}).find(first), 0u);
+    EXPECT_EQ(run({"get", "SimVci", "LogFileMaxNum"}), "exit status 2\n");
+}
+
 TEST_F(SetupCommands, SetAndLevelChangeWhatGetShows)
 {
     Install();

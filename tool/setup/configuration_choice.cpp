@@ -1,5 +1,7 @@
 #include "tool/setup/configuration_choice.h"
 
+#include <algorithm>
+
 #include "tool/commands/arguments.h"
 #include "tool/setup/installed_state.h"
 #include "tool/setup/library_look.h"
@@ -23,23 +25,26 @@ std::string InstalledConfiguration(const std::vector<std::string>& roots, const 
 
 } // namespace
 
-std::string ConfigurationOfEntry(const std::vector<std::string>& roots, const std::string& name,
-                                 const std::string& to)
+std::vector<std::string> ConfigurationsOfEntry(const std::vector<std::string>& roots, const std::string& name,
+                                               const std::string& to)
 {
     bool isEntry = false;
-    std::string configuration;
-    const auto isInUse = [&](const RootSource&, const RootEntry& entry) {
+    std::vector<std::string> configurations;
+    const auto addIfInUse = [&](const RootSource&, const RootEntry& entry) {
         isEntry = true;
         const LibraryLook look = LookAtLibrary(LibraryOf(entry).Path);
-        const bool isMarvane = look.Facts && look.Facts->IsMarvane;
-        if (isMarvane)
-            configuration = ChainOf(look.Path).Configuration;
-        return isMarvane;
+        if (!look.Facts || !look.Facts->IsMarvane)
+            return false;
+        const std::string configuration = ChainOf(look.Path).Configuration;
+        if (std::find(configurations.begin(), configurations.end(), configuration) == configurations.end())
+            configurations.push_back(configuration);
+        return false; // the next one too
     };
-    if (FindEntry(roots, name, isInUse))
-        return configuration;
+    FindEntry(roots, name, addIfInUse);
+    if (!configurations.empty())
+        return configurations;
     if (std::string installed = InstalledConfiguration(roots, name, to); !installed.empty())
-        return installed;
+        return {installed};
     if (isEntry)
         throw Trouble("entry '" + name + "' does not lead to Marvane; 'marvane install' puts it there");
     throw Trouble(NoEntryText(ReadRoots(roots), name));

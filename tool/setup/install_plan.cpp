@@ -11,6 +11,7 @@
 #include "tool/setup/delivered_library.h"
 #include "tool/setup/file_changes.h"
 #include "tool/setup/file_uri.h"
+#include "tool/setup/installed_state.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/setup_files.h"
 #include "tool/setup/short_list.h"
@@ -29,9 +30,8 @@ std::string LibraryFor(const std::string& from, Machine machine, const std::stri
                          (from.empty() ? "beside this command; name its folder with --from" : "in " + from));
 }
 
-std::string LogFolderByDefault(const std::string& entry)
+std::string LogFolderByDefault(const std::string& name)
 {
-    const std::string name = FolderName(entry);
     return platform::PathSeparator == '/' ? "%HOME%/.local/state/marvane/" + name + "/"
                                           : "%LOCALAPPDATA%\\Marvane\\logs\\" + name + "\\";
 }
@@ -122,7 +122,7 @@ private:
         NewConfiguration values = options_.Configuration;
         values.InstalledPath = FolderOf(vendor.Path, platform::PathSeparator);
         values.TargetName = FileNameOf(vendor.Path);
-        values.LogFolder = LogFolderFor(entry.ShortName);
+        values.LogFolder = LogFolderFor(plan.Record);
         PlanConfiguration(plan, values);
         plan.WritesLibrary = ReadFileBytes(plan.Copy) != plan.CopiedBytes;
         plan_.Entries.push_back(std::move(plan));
@@ -177,13 +177,48 @@ private:
         plan_.Entries.push_back(std::move(plan));
     }
 
-    std::string LogFolderFor(const std::string& entry) const
+    /// Each entry needs a log folder of its own, also if the root description files of both widths have
+    /// entries of one name: in one folder they would delete each other's logs.
+    std::string LogFolderFor(const InstalledCopy& record) const
     {
-        if (!options_.LogFolder)
-            return LogFolderByDefault(entry);
-        const std::string folder = WholeFolder(*options_.LogFolder);
-        // Each entry needs a log folder of its own.
-        return options_.Name.empty() ? folder + FolderName(entry) + platform::PathSeparator : folder;
+        const std::string given = options_.LogFolder ? WholeFolder(*options_.LogFolder) : std::string();
+        if (options_.LogFolder && !options_.Name.empty() && CountOf(options_.Name) == 1)
+            return given;
+        for (int number = 1;; ++number) {
+            const std::string name =
+                FolderName(record.Entry) + (number == 1 ? std::string() : "-" + std::to_string(number));
+            std::string folder =
+                options_.LogFolder ? given + name + platform::PathSeparator : LogFolderByDefault(name);
+            if (!HasOtherLogs(folder, record.Folder))
+                return folder;
+        }
+    }
+
+    /// How many entries have that name.
+    std::size_t CountOf(const std::string& name) const
+    {
+        std::size_t count = 0;
+        for (const ReadRoot& root : plan_.Roots)
+            if (root.File)
+                count += static_cast<std::size_t>(
+                    std::count_if(root.File->Entries.begin(), root.File->Entries.end(),
+                                  [&](const RootEntry& entry) { return entry.ShortName == name; }));
+        return count;
+    }
+
+    /// Whether a copy other than the one in `copy`, planned or installed, has this log folder.
+    bool HasOtherLogs(const std::string& folder, const std::string& copy) const
+    {
+        const auto names = [&](const Configuration& configuration) {
+            return configuration.Text("LogFileDir").Value == folder;
+        };
+        for (const EntryPlan& plan : plan_.Entries)
+            if (plan.Record.Folder != copy && names(ParseConfiguration(plan.Configuration)))
+                return true;
+        for (const InstalledCopy& other : InstalledCopies(CopyFolders(options_.To)))
+            if (other.Folder != copy && names(ReadConfiguration(ConfigurationOfCopy(other))))
+                return true;
+        return false;
     }
 
     /// The folder of this entry from an earlier run, else one that nobody has.

@@ -96,6 +96,33 @@ TEST_F(Installing, AllChangesEveryEntryInOneStep)
     EXPECT_EQ(RootBytes(), before);
 }
 
+TEST_F(Installing, EntriesOfOneNameGetLogFoldersOfTheirOwn)
+{
+    // As the two views of the registry may have it.
+    WriteRoot(Entry("One"));
+    InstallOptions options = Options();
+    options.Roots.push_back(folder / "other.xml");
+    testing::WriteFileBytes(options.Roots[1], RootBytes());
+    Install(options);
+    const auto logs = [&](const std::string& copy) {
+        const std::filesystem::path at = folder.Path() / "copies" / copy / ConfigurationFileName;
+        return Named(ReadConfiguration(at.string()).Text("LogFileDir").Value);
+    };
+    EXPECT_EQ(logs("One"), "DIR/logs/One/");
+    EXPECT_EQ(logs("One-2"), "DIR/logs/One-2/");
+    // Installed again, or one after the other, they keep them.
+    options.LogFolder.reset();
+    Install(options);
+    EXPECT_EQ(logs("One-2"), "DIR/logs/One-2/");
+    Uninstalled();
+    for (const std::string& each : std::vector(options.Roots)) {
+        options.Roots = {each};
+        Install(options);
+    }
+    EXPECT_TRUE(logs("One").ends_with("/One/"));
+    EXPECT_TRUE(logs("One-2").ends_with("/One-2/"));
+}
+
 TEST_F(Installing, RefusesWhatItCanNotUndo)
 {
     const auto refusal = [&](const std::string& entries) {

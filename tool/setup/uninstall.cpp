@@ -168,14 +168,22 @@ private:
         std::filesystem::remove(FilePath(copy.Folder), notEmpty);
         if (!IsFolder(copy.Folder)) {
             Add("removed", copy.Folder);
-            if (options_.To.empty()) // The default folder of all copies, once it is empty.
-                std::filesystem::remove(FilePath(ParentOf(copy.Folder)), notEmpty);
+            if (options_.To.empty())
+                RemoveDefaultFolder(ParentOf(copy.Folder));
         } else if (HoldsOldFiles(copy.Folder))
             Add("kept", copy.Folder +
                             ": an application still uses the library there; the next install or uninstall "
                             "removes it");
         else
             Add("kept", copy.Folder + " holds other files");
+    }
+
+    /// The default folder of all copies, once it is empty; on Windows it is in a folder that is ours too.
+    static void RemoveDefaultFolder(const std::string& folder)
+    {
+        std::error_code notEmpty;
+        if (std::filesystem::remove(FilePath(folder), notEmpty) && FileNameOf(ParentOf(folder)) == "Marvane")
+            std::filesystem::remove(FilePath(ParentOf(folder)), notEmpty);
     }
 
     static bool HoldsOldFiles(const std::string& folder)

@@ -8,6 +8,11 @@ namespace marvane::tool {
 
 namespace {
 
+read::Bytes BytesOf(std::string_view text)
+{
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
 int DigitOf(std::uint8_t letter)
 {
     if (letter >= '0' && letter <= '9')
@@ -61,6 +66,22 @@ std::optional<std::size_t> SerialNumberIn(std::string_view text)
 }
 
 } // namespace
+
+/// A text that is no listing: secrets stand in it as they are, or in hexadecimal.
+void Redactor::RedactText(std::uint32_t number, std::uint64_t line, File& file, std::size_t begin,
+                          std::size_t end)
+{
+    const std::string old = file.Text.substr(begin, end - begin);
+    const read::Bytes bytes = BytesOf(old);
+    auto* const out = reinterpret_cast<std::uint8_t*>(file.Text.data() + begin);
+    RedactKnown(bytes, out);
+    for (std::size_t at = 0; !values_.IsEmpty() && at < bytes.size();)
+        at += std::max<std::size_t>(RedactHex(bytes, at, out), 1);
+    if (Takes(words::Secret::Serial))
+        RedactSerial(bytes, out);
+    if (std::string_view(file.Text).substr(begin, end - begin) != old)
+        marks_.AddLine(number, line);
+}
 
 /// Replaces a known secret that stands at a place in hexadecimal; returns how many characters it takes.
 /// Numbers with 0x before them are handles, addresses and codes.

@@ -2,7 +2,6 @@
 // same length before the reader sees them, so that everything that is made of the log is free of them.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <deque>
 #include <map>
@@ -10,15 +9,14 @@
 #include <set>
 #include <span>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "line/arrows.h"
 #include "tool/export/orphan_frames.h"
+#include "tool/export/redaction_marks.h"
 #include "tool/export/secret_values.h"
 #include "tool/export/transport_frames.h"
 #include "tool/read/byte_filter.h"
-#include "tool/read/exchange.h"
 #include "tool/words/secrets.h"
 
 namespace marvane::tool {
@@ -43,20 +41,11 @@ public:
     void Skip(std::uint32_t file, std::uint64_t lines) override;
     void End(std::uint32_t file, std::string& out) override;
 
-    /// Whether a line was changed.
-    bool IsChanged(std::uint32_t file, std::uint64_t line) const;
-    /// Whether a record was made of a changed line.
-    bool IsChanged(const read::Call& call) const;
-    bool IsChanged(const read::Comms& report) const;
-    /// Whether one of these lines was changed.
-    bool IsChanged(std::uint32_t file, std::uint64_t first, std::uint64_t last) const;
-    /// Whether the bytes of its request or of an answer were.
-    bool IsChanged(const read::Exchange& exchange) const;
-    /// Whether these are the bytes of a listing that was changed.
-    bool IsChanged(read::Bytes payload) const;
+    /// Whether a line, lines, bytes or something made of them was changed; see RedactionMarks.
+    template <class... What> bool IsChanged(const What&... what) const { return marks_.IsChanged(what...); }
 
     /// How many lines were changed.
-    std::uint64_t ChangedLines() const { return changedLines_; }
+    std::uint64_t ChangedLines() const { return marks_.LineCount(); }
 
 private:
     /// The rows of one listing, which follow each other in a file.
@@ -95,37 +84,41 @@ private:
         std::map<std::uint32_t, Report> Reports; ///< by thread
     };
 
+    // redactor.cpp: lines and listings
     void ReadLine(std::uint32_t number, File& file, std::size_t begin, std::size_t end);
     bool AddRow(std::uint32_t number, File& file, std::size_t line, std::size_t arrow, std::size_t end,
                 std::uint32_t thread);
     void Close(std::uint32_t number, File& file);
     void Write(std::uint32_t number, File& file, const Listing& listing, std::span<const std::uint8_t> bytes);
+
+    // redact_listing.cpp: the bytes of a listing
     std::vector<std::uint8_t> Redacted(const Listing& listing, bool& endsSecret);
-    bool RedactSegment(const Listing& listing, std::uint8_t* out);
-    bool IsRequest(read::Bytes bytes) const;
-    bool RedactOrphan(const Listing& listing, bool isPlain, std::uint8_t* out);
-    std::uint64_t SecretBeginOf(Direction way, read::Bytes head, std::uint64_t total) const;
     words::SecretPart SecretOf(const Listing& listing, read::Bytes message) const;
     words::SecretPart SecretOfAnswer(read::Bytes answer) const;
     void RedactPart(words::Secret what, read::Bytes part, std::uint8_t* out);
     void RedactKnown(read::Bytes bytes, std::uint8_t* out);
+    void Replace(read::Bytes secret, std::uint8_t* out);
+
+    // redact_frames.cpp: messages that are split over frames
+    bool RedactSegment(const Listing& listing, std::uint8_t* out);
+    bool IsRequest(read::Bytes bytes) const;
+    bool RedactOrphan(const Listing& listing, bool isPlain, std::uint8_t* out);
+    std::uint64_t SecretBeginOf(Direction way, read::Bytes head, std::uint64_t total) const;
+
+    // redact_text.cpp: texts
     void RedactText(std::uint32_t number, std::uint64_t line, File& file, std::size_t begin, std::size_t end);
     std::size_t RedactHex(read::Bytes bytes, std::size_t at, std::uint8_t* out);
     void RedactSerial(read::Bytes bytes, std::uint8_t* out);
-    void Replace(read::Bytes secret, std::uint8_t* out);
-    void MarkChanged(std::uint32_t number, std::uint64_t line);
+
     bool Takes(words::Secret what) const { return kinds_.contains(what); }
 
     SecretKinds kinds_;
     SecretValues values_;
     std::map<std::uint32_t, File> files_;
-    std::map<std::uint32_t, std::deque<std::uint64_t>> changed_; ///< lines by file, ascending
-    std::unordered_set<std::uint64_t> payloads_;                 ///< hashes of changed listings
-    std::deque<std::uint64_t> payloadOrder_;
+    RedactionMarks marks_;
     std::deque<std::vector<std::uint8_t>> reads_; ///< requests for several identifiers, the newest last
     SegmentedMessages segments_;
     OrphanFrames orphans_;
-    std::uint64_t changedLines_ = 0;
 };
 
 } // namespace marvane::tool

@@ -95,6 +95,16 @@ explain_build() {
     fail "${reason}the build of $1 failed; its complete output is in $(shown "$log")"
 }
 
+# lock_build PRESET, unlock_build: two runs build a preset one after the other. Without flock(1) they are not kept apart.
+lock_build() {
+    command -v flock >/dev/null 2>&1 || return 0
+    exec 8>"$builds/$1.lock"
+    flock -n 8 && return
+    echo "   another run builds there: waiting for it"
+    flock 8
+}
+unlock_build() { exec 8>&-; }
+
 # run_builder PRESET [cmake build argument...]: builds a configured preset. Prints the compiler's output only if it fails.
 run_builder() {
     preset=$1
@@ -106,20 +116,24 @@ run_builder() {
 build() {
     say "Building $1 into $(shown "$builds/$1")"
     need_build_folder
+    lock_build "$1"
     configure "$1"
     run_builder "$@"
+    unlock_build
 }
 
 # build_programs PRESET TARGET...: builds only these. The tests, which need more tools, are configured only if they were.
 build_programs() {
     say "Building $1 into $(shown "$builds/$1")"
     need_build_folder
+    lock_build "$1"
     tests=OFF
     grep -qx 'MARVANE_TESTS:BOOL=ON' "$builds/$1/CMakeCache.txt" 2>/dev/null && tests=ON
     configure "$1" -DMARVANE_TESTS=$tests
     preset=$1
     shift
     run_builder "$preset" --target "$@"
+    unlock_build
 }
 
 # prepare_wine [SUFFIX]: creates the prefix of cmake/run-under-wine[SUFFIX]. Wine does that at the first start of a

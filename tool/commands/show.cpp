@@ -1,158 +1,29 @@
 // `marvane show`: the log itself, by whole calls.
-#include <cstdio>
-
-#include "line/stamp.h"
 #include "tool/commands/call_stream.h"
 #include "tool/commands/follow.h"
 #include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/show_filter.h"
+#include "tool/commands/unit_printer.h"
 #include "tool/read/links.h"
 
 namespace marvane::tool {
 
 namespace {
 
-using read::LineKind;
-
-enum class TimeStyle
+UnitPrinter::Style StyleOf(const Arguments& arguments)
 {
-    Absolute, ///< the stamp as the log has it
-    Relative, ///< since the beginning of the log
-    Delta,    ///< since the line that was shown before
-};
-
-TimeStyle TimeStyleOf(const Arguments& arguments)
-{
-    const std::string style = arguments.Value("--time").value_or("abs");
-    return style == "rel" ? TimeStyle::Relative : style == "delta" ? TimeStyle::Delta : TimeStyle::Absolute;
+    const std::string time = arguments.Value("--time").value_or("abs");
+    const std::optional<std::uint64_t> before = arguments.Number("--before-context");
+    const std::uint64_t context = arguments.Number("--context").value_or(0);
+    return {.Time = time == "rel"     ? TimeStyle::Relative
+                    : time == "delta" ? TimeStyle::Delta
+                                      : TimeStyle::Absolute,
+            .Before = before.value_or(context),
+            .After = arguments.Number("--after-context").value_or(context),
+            .Most = arguments.Number("--limit", 1).value_or(UINT64_MAX)};
 }
-
-/// Writes units, with context and separators between those that are apart.
-class UnitPrinter
-{
-public:
-    UnitPrinter(const Arguments& arguments, Console& console)
-        : console_(console), style_(TimeStyleOf(arguments)),
-          before_(arguments.Number("--before-context").value_or(arguments.Number("--context").value_or(0))),
-          after_(arguments.Number("--after-context").value_or(arguments.Number("--context").value_or(0))),
-          most_(arguments.Number("--limit", 1).value_or(UINT64_MAX))
-    {
-    }
-
-    bool HasContext() const { return before_ + after_ > 0; }
-    bool IsDone() const { return shown_ >= most_ && afterLeft_ == 0; }
-    std::uint64_t Shown() const { return shown_; }
-
-    /// The time that the log begins; only the first one counts.
-    void Begin(read::LogTime time)
-    {
-        if (!zero_)
-            zero_ = last_ = time;
-    }
-
-    void Give(const Unit& unit)
-    {
-        Begin(unit.Time);
-        if (unit.IsSelected && shown_ < most_) {
-            WriteContext();
-            ++shown_;
-            afterLeft_ = after_;
-            Write(unit);
-        } else if (afterLeft_ > 0) {
-            --afterLeft_;
-            Write(unit);
-        } else {
-            Remember(unit);
-        }
-    }
-
-private:
-    void Remember(const Unit& unit)
-    {
-        if (before_ == 0) {
-            hasGap_ = true;
-            return;
-        }
-        if (context_.size() == before_) {
-            context_.pop_front();
-            hasGap_ = true;
-        }
-        context_.push_back(unit);
-    }
-
-    void WriteContext()
-    {
-        if (hasGap_ && shown_ > 0 && HasContext())
-            console_.Write(console_.Coloured(Colour::Dim, "--") + "\n");
-        hasGap_ = false;
-        for (const Unit& unit : context_)
-            Write(unit);
-        context_.clear();
-    }
-
-    void Write(const Unit& unit)
-    {
-        for (const LogLines::Entry& entry : unit.Lines.Entries())
-            WriteLine(unit, entry);
-    }
-
-    void WriteLine(const Unit& unit, const LogLines::Entry& entry)
-    {
-        const std::string_view whole = unit.Lines.Whole(entry);
-        if (style_ == TimeStyle::Absolute && !console_.HasColour()) {
-            console_.Write(whole);
-            console_.Write("\n");
-            return;
-        }
-        std::string_view text = whole;
-        if (entry.HasStamp) {
-            console_.Write(console_.Coloured(Colour::Dim, Stamp(entry, whole)));
-            text.remove_prefix(StampLength);
-        }
-        console_.Write(console_.Coloured(ColourOf(unit, entry.Kind), text) + "\n");
-        last_ = entry.Time;
-    }
-
-    /// The stamp with its clock replaced by a distance, as wide as before.
-    std::string Stamp(const LogLines::Entry& entry, std::string_view whole) const
-    {
-        constexpr std::size_t clockBegin = 1, clockEnd = 13;
-        if (style_ == TimeStyle::Absolute)
-            return std::string(whole.substr(0, StampLength));
-        const std::int64_t distance = entry.Time - (style_ == TimeStyle::Relative ? *zero_ : *last_);
-        char text[32];
-        std::snprintf(text, sizeof text, "%c%lld.%03d", distance < 0 ? '-' : '+',
-                      static_cast<long long>(std::abs(distance) / 1000),
-                      static_cast<int>(std::abs(distance) % 1000));
-        std::string clock = text;
-        if (clock.size() < clockEnd - clockBegin)
-            clock.insert(0, clockEnd - clockBegin - clock.size(), ' ');
-        return "{" + clock + std::string(whole.substr(clockEnd, StampLength - clockEnd));
-    }
-
-    static Colour ColourOf(const Unit& unit, LineKind kind)
-    {
-        if (kind == LineKind::Entry)
-            return Colour::Bold;
-        if (kind == LineKind::Exit || kind == LineKind::NotLoaded)
-            return unit.HasFailed ? Colour::Red : Colour::Plain;
-        return kind == LineKind::Full || kind == LineKind::Foreign ? Colour::Yellow : Colour::Plain;
-    }
-
-    Console& console_;
-    TimeStyle style_;
-    std::uint64_t before_;
-    std::uint64_t after_;
-    std::uint64_t most_;
-    std::uint64_t shown_ = 0;
-    std::uint64_t afterLeft_ = 0;
-    bool hasGap_ = false; ///< since the unit that was shown last, some were left out
-    std::deque<Unit> context_;
-    std::optional<read::LogTime> zero_;
-    std::optional<read::LogTime> last_;
-};
 
 class ShowSink : public CallStream
 {
@@ -203,7 +74,7 @@ int RunShow(const Arguments& arguments, Console& console)
     if (files.empty() && !IsFollowing(arguments))
         return ExitTrouble; // complained about
     const ShowFilter filter(arguments, TimeRangeOf(arguments, files));
-    UnitPrinter printer(arguments, console);
+    UnitPrinter printer(StyleOf(arguments), console);
     ShowSink sink(filter, printer, files, console);
     read::LogReader reader(sink, read::Wants::Lines | read::Wants::Calls);
     if (IsFollowing(arguments)) {

@@ -10,6 +10,7 @@
 #include "tool/commands/summary_json.h"
 #include "tool/commands/watched_bytes.h"
 #include "tool/report/exchange_tables.h"
+#include "tool/report/raw_copy.h"
 #include "tool/report/record_tables.h"
 
 namespace marvane::tool {
@@ -17,6 +18,7 @@ namespace marvane::tool {
 namespace {
 
 using report::Model;
+using report::RawCopy;
 
 /// The facts of the summary, and what went wrong.
 class ReportFacts : public SummaryFacts
@@ -48,51 +50,6 @@ public:
 
 private:
     std::map<std::uint32_t, read::LogTime> begins_; ///< by session
-};
-
-/// Copies the log as it is read.
-class RawCopy : public read::ByteFilter
-{
-public:
-    /// `next` may be null.
-    explicit RawCopy(read::ByteFilter* next) : next_(next) {}
-
-    std::vector<std::uint64_t> Bytes; ///< by file
-    std::string Finish() { return packed_.Finish(); }
-
-    void Begin(std::uint32_t file) override
-    {
-        Bytes.resize(std::max<std::size_t>(Bytes.size(), file + std::size_t(1)));
-        if (next_)
-            next_->Begin(file);
-    }
-    void Take(std::uint32_t file, std::string_view bytes, std::string& out) override
-    {
-        const std::size_t before = out.size();
-        if (next_)
-            next_->Take(file, bytes, out);
-        else
-            out += bytes;
-        Copy(file, std::string_view(out).substr(before));
-    }
-    void Skip(std::uint32_t, std::uint64_t) override {}
-    void End(std::uint32_t file, std::string& out) override
-    {
-        const std::size_t before = out.size();
-        if (next_)
-            next_->End(file, out);
-        Copy(file, std::string_view(out).substr(before));
-    }
-
-private:
-    void Copy(std::uint32_t file, std::string_view bytes)
-    {
-        Bytes[file] += bytes.size();
-        packed_.Write(bytes);
-    }
-
-    read::ByteFilter* next_;
-    PackedText packed_;
 };
 
 /// Distributes what is read to all who gather it.

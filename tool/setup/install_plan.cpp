@@ -7,14 +7,14 @@
 #include "platform/library.h"
 #include "platform/replace_file.h"
 #include "platform/whole_path.h"
-#include "tool/setup/check.h"
+#include "tool/setup/configuration.h"
 #include "tool/setup/delivered_library.h"
 #include "tool/setup/file_changes.h"
 #include "tool/setup/file_uri.h"
+#include "tool/setup/install_plan_checks.h"
 #include "tool/setup/installed_state.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/setup_files.h"
-#include "tool/setup/short_list.h"
 
 namespace marvane::tool {
 
@@ -55,7 +55,7 @@ public:
     {
         plan_.Roots = ReadRoots(options_.Roots);
         Select();
-        CheckAll();
+        CheckPlan(plan_);
         return std::move(plan_);
     }
 
@@ -237,69 +237,6 @@ private:
                        : HoldsNothingFinished(folder))
                 return folder;
         }
-    }
-
-    // What has to hold before anything is written.
-
-    void CheckAll()
-    {
-        std::map<std::size_t, std::vector<UriChange>> changes;
-        for (const EntryPlan& plan : plan_.Entries)
-            if (plan.ChangesUri)
-                changes[plan.Root].push_back({plan.Entry, plan.Record.NewUri});
-        for (const auto& [root, uris] : changes)
-            CheckRoot(root, uris);
-        for (const EntryPlan& plan : plan_.Entries)
-            CheckPlan(plan);
-    }
-
-    void CheckRoot(std::size_t root, const std::vector<UriChange>& uris)
-    {
-        const std::string& path = plan_.Roots[root].Source.Path;
-        std::error_code failed;
-        plan_.Changes[root].Target = PathText(platform::FollowedPath(FilePath(path), failed));
-        if (failed)
-            Refuse(path + ": " + failed.message());
-        const std::string folder = ParentOf(plan_.Changes[root].Target);
-        if (std::filesystem::is_symlink(FilePath(path)) && platform::OthersMayWriteInFolder(folder))
-            Refuse(path + " is a link into a folder that every user may write to: " + folder);
-        if (!platform::CanWriteInFolder(folder))
-            Refuse(NeedsRights(folder));
-        try {
-            plan_.Changes[root].Bytes = WithUris(*plan_.Roots[root].File, uris);
-        } catch (const XmlError& error) {
-            Refuse(path + " " + error.what());
-        }
-    }
-
-    static std::string NeedsRights(const std::string& folder)
-    {
-        return "this needs the right to write to " + folder + ": run it as administrator" +
-               (platform::PathSeparator == '/' ? " (sudo)" : "");
-    }
-
-    void CheckPlan(const EntryPlan& plan)
-    {
-        const std::string folder = ExistingFolder(plan.Record.Folder);
-        if ((plan.WritesLibrary || plan.WritesConfiguration || plan.WritesRecord) &&
-            !platform::CanWriteInFolder(folder))
-            Refuse(NeedsRights(folder));
-        if (platform::OthersMayWriteInFolder(folder) && plan.WritesLibrary)
-            plan_.Notes += "   warning       every user may write to " + folder +
-                           ", and so replace what the application loads\n";
-        if (!plan.ChangesUri)
-            return;
-        const std::vector<std::string> missing = MissingFunctions(*LookAtLibrary(plan.Vendor).Facts);
-        if (!missing.empty())
-            plan_.Notes += "   note          " + plan.Vendor + " lacks " + ShortList(missing) +
-                           ": a call of " + (missing.size() == 1 ? "it" : "one of them") +
-                           " ends the application\n";
-        const CheckReport report = CheckConfiguration(ParseConfiguration(plan.Configuration), plan.Copy,
-                                                      InspectBinary(plan.CopiedBytes)->For);
-        for (const CheckFinding& finding : report.All)
-            if (finding.Level == FindingLevel::Error &&
-                !(finding.Place == "target library" && !missing.empty()))
-                Refuse("entry " + Quoted(plan.Name) + ": " + finding.Text);
     }
 
     const InstallOptions& options_;

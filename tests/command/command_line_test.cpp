@@ -9,8 +9,8 @@
 #include "tests/command/sample_log.h"
 #include "tests/support/child_program.h"
 #include "tests/support/session.h"
-#include "tool/commands/command.h"
-#include "tool/commands/help.h"
+#include "tool/console/command.h"
+#include "tool/console/help.h"
 #include "tool/setup/binary_file.h"
 
 namespace marvane::testing {

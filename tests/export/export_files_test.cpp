@@ -5,7 +5,7 @@
 
 #include "platform/files.h"
 #include "tests/support/child_program.h"
-#include "tool/commands/nearest.h"
+#include "tool/console/nearest.h"
 #include "tool/export/format.h"
 
 namespace marvane::testing {

@@ -5,7 +5,7 @@
 
 #include "tests/support/child_program.h"
 #include "tests/support/page_block.h"
-#include "tool/commands/nearest.h"
+#include "tool/console/nearest.h"
 #include "tool/export/format.h"
 
 namespace marvane::testing {

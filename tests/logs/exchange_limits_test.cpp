@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/logs/log_text.h"
-#include "tool/commands/conversation.h"
+#include "tool/analysis/conversation.h"
 #include "tool/read/exchanges.h"
 #include "tool/read/log_reader.h"
 

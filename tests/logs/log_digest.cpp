@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <map>
 
-#include "tool/commands/link_words.h"
+#include "tool/analysis/link_words.h"
 #include "tool/read/exchanges.h"
 #include "tool/read/log_files.h"
 #include "tool/read/log_reader.h"

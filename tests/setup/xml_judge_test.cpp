@@ -8,7 +8,7 @@
 #include <expat.h>
 #include <gtest/gtest.h>
 
-#include "tool/setup/xml_scanner.h"
+#include "tool/xml/xml_scanner.h"
 
 namespace marvane::tool {
 namespace {

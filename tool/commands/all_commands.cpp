@@ -4,7 +4,7 @@
 //     constinit const Command NameCommand = {.Name = "name", .Purpose = ..., .Run = RunName};
 // then declare it here and add it to the array of its group. Parsing, help, completion and man page are made
 // from the record; nothing else has to know of it.
-#include "tool/commands/command.h"
+#include "tool/console/command.h"
 
 namespace marvane::tool {
 

@@ -4,12 +4,12 @@
 #include <cstdlib>
 
 #include "tool/commands/around_grid.h"
-#include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
-#include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
-#include "tool/commands/spooled_input.h"
-#include "tool/commands/time_range.h"
+#include "tool/console/row_text.h"
+#include "tool/input/log_source.h"
+#include "tool/input/spooled_input.h"
+#include "tool/input/time_range.h"
 
 namespace marvane::tool {
 

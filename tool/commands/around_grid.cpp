@@ -5,7 +5,7 @@
 #include <map>
 
 #include "tool/commands/around_rows.h"
-#include "tool/commands/row_text.h"
+#include "tool/console/row_text.h"
 
 namespace marvane::tool {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tool/commands/around_scene.h"
-#include "tool/commands/console.h"
+#include "tool/console/console.h"
 
 namespace marvane::tool {
 

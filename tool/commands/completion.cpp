@@ -1,8 +1,8 @@
 // `marvane completion`: scripts that complete commands, options and their values, made from the table.
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
-#include "tool/commands/help.h"
-#include "tool/commands/nearest.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
+#include "tool/console/help.h"
+#include "tool/console/nearest.h"
 
 namespace marvane::tool {
 

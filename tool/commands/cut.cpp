@@ -1,12 +1,12 @@
 // `marvane cut`: a part of a log as a log of its own.
 #include <algorithm>
 
-#include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
 #include "tool/commands/redaction.h"
 #include "tool/commands/shared_options.h"
-#include "tool/commands/spooled_input.h"
-#include "tool/commands/time_range.h"
+#include "tool/input/log_source.h"
+#include "tool/input/spooled_input.h"
+#include "tool/input/time_range.h"
 
 namespace marvane::tool {
 

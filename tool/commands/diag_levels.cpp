@@ -5,10 +5,10 @@
 #include "platform/files.h"
 #include "platform/narrow_text.h"
 #include "platform/replace_file.h"
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
-#include "tool/commands/json_text.h"
 #include "tool/commands/setup_options.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
+#include "tool/console/json_text.h"
 #include "tool/setup/setup_files.h"
 
 namespace marvane::tool {

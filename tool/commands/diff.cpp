@@ -1,12 +1,12 @@
 // marvane diff: two runs as conversations.
-#include "tool/commands/arguments.h"
+#include "tool/analysis/mdf_names.h"
 #include "tool/commands/diff_page.h"
-#include "tool/commands/json_text.h"
-#include "tool/commands/log_source.h"
-#include "tool/commands/mdf_names.h"
 #include "tool/commands/program.h"
 #include "tool/commands/run_difference.h"
 #include "tool/commands/shared_options.h"
+#include "tool/console/arguments.h"
+#include "tool/console/json_text.h"
+#include "tool/input/log_source.h"
 
 namespace marvane::tool {
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "tool/commands/console.h"
 #include "tool/commands/run_difference.h"
+#include "tool/console/console.h"
 
 namespace marvane::tool {
 

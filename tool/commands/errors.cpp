@@ -1,14 +1,14 @@
 // marvane errors: what went wrong, each with its why.
-#include "tool/commands/arguments.h"
-#include "tool/commands/finding_json.h"
-#include "tool/commands/follow.h"
-#include "tool/commands/json_text.h"
-#include "tool/commands/log_source.h"
-#include "tool/commands/mdf_names.h"
+#include "tool/analysis/finding_json.h"
+#include "tool/analysis/mdf_names.h"
+#include "tool/analysis/sorted_findings.h"
 #include "tool/commands/program.h"
-#include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
-#include "tool/commands/sorted_findings.h"
+#include "tool/console/arguments.h"
+#include "tool/console/json_text.h"
+#include "tool/console/row_text.h"
+#include "tool/input/follow.h"
+#include "tool/input/log_source.h"
 
 namespace marvane::tool {
 

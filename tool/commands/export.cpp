@@ -2,15 +2,15 @@
 #include <algorithm>
 
 #include "platform/environment.h"
-#include "tool/commands/follow.h"
-#include "tool/commands/log_source.h"
-#include "tool/commands/nearest.h"
 #include "tool/commands/program.h"
 #include "tool/commands/redaction.h"
 #include "tool/commands/shared_options.h"
-#include "tool/commands/watched_bytes.h"
+#include "tool/console/nearest.h"
 #include "tool/export/format.h"
 #include "tool/export/zone_time.h"
+#include "tool/input/follow.h"
+#include "tool/input/log_source.h"
+#include "tool/input/watched_bytes.h"
 
 namespace marvane::tool {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tool/commands/console.h"
+#include "tool/console/console.h"
 #include "tool/setup/finding.h"
 
 namespace marvane::tool {

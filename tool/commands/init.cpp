@@ -1,9 +1,9 @@
 // `marvane init`: a new configuration.
 #include "platform/files.h"
 #include "platform/replace_file.h"
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
 #include "tool/commands/setup_options.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
 #include "tool/setup/configuration_text.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/root_sources.h"

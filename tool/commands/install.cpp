@@ -3,9 +3,9 @@
 
 #include <limits>
 
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
 #include "tool/commands/setup_options.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
 #include "tool/setup/root_sources.h"
 
 namespace marvane::tool {

@@ -1,9 +1,9 @@
 // `marvane list`: the D-PDU API libraries that the root description files name.
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
-#include "tool/commands/json_text.h"
 #include "tool/commands/setup_options.h"
 #include "tool/commands/unreadable_roots.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
+#include "tool/console/json_text.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/root_sources.h"
 

@@ -1,7 +1,7 @@
 // `marvane lnav`: the format file with which the log viewer lnav understands logs.
-#include "tool/commands/arguments.h"
-#include "tool/commands/command.h"
-#include "tool/commands/console.h"
+#include "tool/console/arguments.h"
+#include "tool/console/command.h"
+#include "tool/console/console.h"
 #include "tool/export/lnav_format.h"
 
 namespace marvane::tool {

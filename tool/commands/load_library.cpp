@@ -1,8 +1,8 @@
 // The helper process of `check` and `install`: loads one library as the logger library would. Not in the
 // table of commands, since nobody types it.
 #include "platform/library.h"
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
 #include "tool/setup/library_findings.h"
 
 namespace marvane::tool {

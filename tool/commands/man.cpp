@@ -1,7 +1,7 @@
 // `marvane man`: the man page, made from the texts of the help.
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
-#include "tool/commands/help.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
+#include "tool/console/help.h"
 
 namespace marvane::tool {
 

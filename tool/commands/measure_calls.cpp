@@ -5,8 +5,8 @@
 
 #include "pdu/functions.h"
 #include "platform/library.h"
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
 #include "tool/setup/selftest.h"
 
 namespace marvane::tool {

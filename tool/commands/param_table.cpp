@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "pdu/pdu_api.h"
-#include "tool/commands/log_source.h"
+#include "tool/input/log_source.h"
 #include "tool/read/param_values.h"
 
 namespace marvane::tool {

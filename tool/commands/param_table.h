@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "tool/commands/console.h"
-#include "tool/commands/mdf_names.h"
+#include "tool/analysis/mdf_names.h"
 #include "tool/commands/talk_filter.h"
+#include "tool/console/console.h"
 #include "tool/read/exchanges.h"
 #include "tool/read/log_files.h"
 #include "tool/read/log_reader.h"

@@ -1,13 +1,13 @@
 // marvane params: the ComParams of each link: default, read, set, restored.
 #include "tool/commands/param_table.h"
 
-#include "tool/commands/arguments.h"
-#include "tool/commands/json_text.h"
-#include "tool/commands/link_words.h"
-#include "tool/commands/log_source.h"
+#include "tool/analysis/link_words.h"
 #include "tool/commands/program.h"
-#include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
+#include "tool/console/arguments.h"
+#include "tool/console/json_text.h"
+#include "tool/console/row_text.h"
+#include "tool/input/log_source.h"
 
 namespace marvane::tool {
 

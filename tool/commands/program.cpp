@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
-#include "tool/commands/help.h"
-#include "tool/commands/nearest.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
+#include "tool/console/help.h"
+#include "tool/console/nearest.h"
 
 namespace marvane::tool {
 

@@ -1,7 +1,7 @@
 #include "tool/commands/redaction.h"
 
-#include "tool/commands/nearest.h"
-#include "tool/commands/row_text.h"
+#include "tool/console/nearest.h"
+#include "tool/console/row_text.h"
 
 namespace marvane::tool {
 

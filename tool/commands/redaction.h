@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
 #include "tool/export/redactor.h"
 
 namespace marvane::tool {

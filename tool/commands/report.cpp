@@ -1,10 +1,10 @@
 // marvane report: a log as one page for a browser.
 #include "tool/report/report.h"
-#include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
 #include "tool/commands/redaction.h"
-#include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
+#include "tool/console/row_text.h"
+#include "tool/input/log_source.h"
 
 namespace marvane::tool {
 

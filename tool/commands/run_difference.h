@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tool/commands/summary_facts.h"
+#include "tool/analysis/summary_facts.h"
 
 namespace marvane::tool {
 

@@ -6,12 +6,12 @@
 #include <cmath>
 
 #include "platform/system_version.h"
-#include "tool/commands/arguments.h"
-#include "tool/commands/console.h"
 #include "tool/commands/finding_screen.h"
-#include "tool/commands/help.h"
-#include "tool/commands/json_text.h"
 #include "tool/commands/setup_options.h"
+#include "tool/console/arguments.h"
+#include "tool/console/console.h"
+#include "tool/console/help.h"
+#include "tool/console/json_text.h"
 #include "tool/setup/library_look.h"
 
 namespace marvane::tool {

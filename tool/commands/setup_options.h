@@ -1,7 +1,7 @@
 // Options that the commands for the set-up share.
 #pragma once
 
-#include "tool/commands/command.h"
+#include "tool/console/command.h"
 
 namespace marvane::tool {
 

@@ -1,7 +1,7 @@
 // Options that several commands share: groups for their records.
 #pragma once
 
-#include "tool/commands/command.h"
+#include "tool/console/command.h"
 
 namespace marvane::tool {
 

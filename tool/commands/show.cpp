@@ -1,11 +1,11 @@
 // `marvane show`: the log itself, by whole calls.
 #include "tool/commands/call_stream.h"
-#include "tool/commands/follow.h"
-#include "tool/commands/log_source.h"
 #include "tool/commands/program.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/show_filter.h"
 #include "tool/commands/unit_printer.h"
+#include "tool/input/follow.h"
+#include "tool/input/log_source.h"
 #include "tool/read/links.h"
 
 namespace marvane::tool {

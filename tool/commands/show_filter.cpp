@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "tool/commands/nearest.h"
+#include "tool/console/nearest.h"
 
 namespace marvane::tool {
 

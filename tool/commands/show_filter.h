@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tool/commands/log_lines.h"
-#include "tool/commands/time_range.h"
+#include "tool/input/time_range.h"
 
 namespace marvane::tool {
 

@@ -1,11 +1,11 @@
 // marvane summary: one page on a log.
-#include "tool/commands/arguments.h"
-#include "tool/commands/mdf_names.h"
+#include "tool/analysis/mdf_names.h"
+#include "tool/analysis/summary_facts.h"
+#include "tool/analysis/summary_json.h"
 #include "tool/commands/program.h"
 #include "tool/commands/shared_options.h"
-#include "tool/commands/summary_facts.h"
-#include "tool/commands/summary_json.h"
 #include "tool/commands/summary_page.h"
+#include "tool/console/arguments.h"
 
 namespace marvane::tool {
 

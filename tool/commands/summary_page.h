@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "tool/commands/console.h"
-#include "tool/commands/summary_facts.h"
+#include "tool/analysis/summary_facts.h"
+#include "tool/console/console.h"
 
 namespace marvane::tool {
 

@@ -1,16 +1,16 @@
 // marvane talk: the conversation, a line a request.
 #include <algorithm>
 
-#include "tool/commands/arguments.h"
-#include "tool/commands/follow.h"
-#include "tool/commands/log_source.h"
-#include "tool/commands/mdf_names.h"
+#include "tool/analysis/mdf_names.h"
 #include "tool/commands/program.h"
 #include "tool/commands/redaction.h"
-#include "tool/commands/row_text.h"
 #include "tool/commands/shared_options.h"
 #include "tool/commands/talk_filter.h"
 #include "tool/commands/talk_screen.h"
+#include "tool/console/arguments.h"
+#include "tool/console/row_text.h"
+#include "tool/input/follow.h"
+#include "tool/input/log_source.h"
 
 namespace marvane::tool {
 

@@ -4,7 +4,7 @@
 #include <cctype>
 #include <charconv>
 
-#include "tool/commands/link_words.h"
+#include "tool/analysis/link_words.h"
 #include "tool/words/describe.h"
 
 namespace marvane::tool {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "tool/commands/arguments.h"
+#include "tool/console/arguments.h"
 #include "tool/read/exchange.h"
 
 namespace marvane::tool {

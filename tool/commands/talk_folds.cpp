@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "tool/commands/link_words.h"
-#include "tool/commands/row_text.h"
+#include "tool/analysis/link_words.h"
+#include "tool/console/row_text.h"
 
 namespace marvane::tool {
 

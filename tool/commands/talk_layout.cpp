@@ -1,6 +1,6 @@
 #include "tool/commands/talk_layout.h"
 
-#include "tool/commands/row_text.h"
+#include "tool/console/row_text.h"
 
 namespace marvane::tool {
 

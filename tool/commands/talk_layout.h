@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "tool/commands/console.h"
-#include "tool/commands/talk_rows.h"
+#include "tool/analysis/talk_rows.h"
+#include "tool/console/console.h"
 #include "tool/read/log_time.h"
 
 namespace marvane::tool {

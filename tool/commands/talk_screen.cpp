@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "pdu/pdu_api.h"
-#include "tool/commands/link_words.h"
-#include "tool/commands/row_text.h"
+#include "tool/analysis/link_words.h"
+#include "tool/console/row_text.h"
 
 namespace marvane::tool {
 

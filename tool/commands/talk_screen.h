@@ -7,16 +7,16 @@
 #include <tuple>
 #include <vector>
 
-#include "tool/commands/console.h"
-#include "tool/commands/conversation.h"
-#include "tool/commands/ecu_state.h"
-#include "tool/commands/log_source.h"
-#include "tool/commands/settings_hints.h"
-#include "tool/commands/spooled_texts.h"
+#include "tool/analysis/conversation.h"
+#include "tool/analysis/ecu_state.h"
+#include "tool/analysis/settings_hints.h"
 #include "tool/commands/talk_filter.h"
 #include "tool/commands/talk_folds.h"
 #include "tool/commands/talk_layout.h"
+#include "tool/console/console.h"
 #include "tool/export/redactor.h"
+#include "tool/input/log_source.h"
+#include "tool/input/spooled_texts.h"
 
 namespace marvane::tool {
 

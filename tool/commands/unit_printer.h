@@ -7,7 +7,7 @@
 #include <string>
 
 #include "tool/commands/call_stream.h"
-#include "tool/commands/console.h"
+#include "tool/console/console.h"
 
 namespace marvane::tool {
 

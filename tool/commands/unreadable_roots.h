@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "tool/commands/console.h"
+#include "tool/console/console.h"
 #include "tool/setup/root_sources.h"
 
 namespace marvane::tool {

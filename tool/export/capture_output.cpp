@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tool/commands/row_text.h"
+#include "tool/console/row_text.h"
 
 namespace marvane::tool::pcapng {
 

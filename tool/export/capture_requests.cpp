@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tool/commands/talk_rows.h"
+#include "tool/analysis/talk_rows.h"
 #include "tool/export/capture_packets.h"
 
 namespace marvane::tool::pcapng {

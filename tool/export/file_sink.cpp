@@ -5,7 +5,7 @@
 
 #include "platform/replace_file.h"
 #include "platform/utf8_path.h"
-#include "tool/commands/arguments.h"
+#include "tool/console/arguments.h"
 #include "tool/export/sink.h"
 
 namespace marvane::tool {

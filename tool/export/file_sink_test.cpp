@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/temporary_folder.h"
-#include "tool/commands/arguments.h"
+#include "tool/console/arguments.h"
 
 namespace marvane::tool {
 namespace {

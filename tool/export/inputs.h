@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "tool/commands/mdf_names.h"
-#include "tool/commands/time_range.h"
+#include "tool/analysis/mdf_names.h"
 #include "tool/export/redactor.h"
+#include "tool/input/time_range.h"
 #include "tool/read/log_files.h"
 #include "tool/read/log_reader.h"
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <charconv>
 
-#include "tool/commands/row_text.h"
+#include "tool/console/row_text.h"
 
 namespace marvane::tool {
 

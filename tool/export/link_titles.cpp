@@ -1,6 +1,6 @@
 #include "tool/export/link_titles.h"
 
-#include "tool/commands/row_text.h"
+#include "tool/console/row_text.h"
 
 namespace marvane::tool {
 

@@ -2,7 +2,7 @@
 #include <deque>
 #include <utility>
 
-#include "tool/commands/help.h"
+#include "tool/console/help.h"
 #include "tool/export/log_records.h"
 #include "tool/export/record_fields.h"
 

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "tool/commands/log_source.h"
 #include "tool/export/record_fields.h"
+#include "tool/input/log_source.h"
 
 namespace marvane::tool {
 

@@ -4,7 +4,7 @@
 #include <set>
 #include <string>
 
-#include "tool/commands/findings.h"
+#include "tool/analysis/findings.h"
 #include "tool/export/inputs.h"
 #include "tool/export/record_writer.h"
 #include "tool/export/sink.h"

@@ -1,12 +1,12 @@
 // --format pcapng: requests and answers as packets, everything else worth knowing as texts, for Wireshark.
 #include "pdu/pdu_api.h"
-#include "tool/commands/help.h"
-#include "tool/commands/link_words.h"
-#include "tool/commands/log_source.h"
-#include "tool/commands/row_text.h"
+#include "tool/analysis/link_words.h"
+#include "tool/console/help.h"
+#include "tool/console/row_text.h"
 #include "tool/export/capture_output.h"
 #include "tool/export/capture_requests.h"
 #include "tool/export/inputs.h"
+#include "tool/input/log_source.h"
 #include "tool/read/exchanges.h"
 
 namespace marvane::tool {

@@ -1,8 +1,8 @@
 // Keys and their types never change within a version of the schema.
 #include "tool/export/record_fields.h"
 
-#include "tool/commands/link_words.h"
-#include "tool/commands/talk_rows.h"
+#include "tool/analysis/link_words.h"
+#include "tool/analysis/talk_rows.h"
 #include "tool/words/describe.h"
 #include "tool/words/negative_codes.h"
 

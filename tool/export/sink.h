@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "tool/commands/console.h"
+#include "tool/console/console.h"
 
 namespace marvane::tool {
 

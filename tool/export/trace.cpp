@@ -3,13 +3,13 @@
 #include <deque>
 #include <map>
 
-#include "tool/commands/help.h"
-#include "tool/commands/link_words.h"
-#include "tool/commands/log_source.h"
-#include "tool/commands/row_text.h"
+#include "tool/analysis/link_words.h"
+#include "tool/console/help.h"
+#include "tool/console/row_text.h"
 #include "tool/export/inputs.h"
 #include "tool/export/trace_links.h"
 #include "tool/export/trace_threads.h"
+#include "tool/input/log_source.h"
 #include "tool/read/exchanges.h"
 
 namespace marvane::tool {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "tool/commands/link_words.h"
-#include "tool/commands/row_text.h"
-#include "tool/commands/talk_rows.h"
+#include "tool/analysis/link_words.h"
+#include "tool/analysis/talk_rows.h"
+#include "tool/console/row_text.h"
 #include "tool/export/link_titles.h"
 
 namespace marvane::tool::trace {

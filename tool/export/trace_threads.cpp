@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "tool/commands/row_text.h"
+#include "tool/console/row_text.h"
 
 namespace marvane::tool::trace {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "pdu/pdu_api.h"
-#include "tool/commands/link_words.h"
-#include "tool/commands/row_text.h"
-#include "tool/commands/talk_rows.h"
+#include "tool/analysis/link_words.h"
+#include "tool/analysis/talk_rows.h"
+#include "tool/console/row_text.h"
 #include "tool/words/describe.h"
 
 namespace marvane::tool::report {

@@ -1,7 +1,7 @@
 // Gathers the conversation of a page: requests with their answers, and what is said between them.
 #pragma once
 
-#include "tool/commands/ecu_state.h"
+#include "tool/analysis/ecu_state.h"
 #include "tool/export/redactor.h"
 #include "tool/read/param_values.h"
 #include "tool/report/line_block.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tool/commands/time_range.h"
+#include "tool/input/time_range.h"
 #include "tool/read/records.h"
 #include "tool/report/packed_text.h"
 

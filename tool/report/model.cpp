@@ -7,9 +7,9 @@
 #include <algorithm>
 
 #include "platform/clock.h"
-#include "tool/commands/help.h"
-#include "tool/commands/json_text.h"
-#include "tool/commands/row_text.h"
+#include "tool/console/help.h"
+#include "tool/console/json_text.h"
+#include "tool/console/row_text.h"
 #include "tool/report/json_stream.h"
 
 namespace marvane::tool::report {

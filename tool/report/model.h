@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tool/commands/time_range.h"
+#include "tool/input/time_range.h"
 #include "tool/read/exchange.h"
 #include "tool/read/records.h"
 #include "tool/report/string_table.h"

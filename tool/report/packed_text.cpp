@@ -7,7 +7,7 @@
 #define ZLIB_CONST
 #include <zlib.h>
 
-#include "tool/commands/arguments.h"
+#include "tool/console/arguments.h"
 #include "tool/report/base64.h"
 
 namespace marvane::tool {

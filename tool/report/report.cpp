@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <map>
 
-#include "tool/commands/conversation.h"
-#include "tool/commands/finding_json.h"
-#include "tool/commands/json_text.h"
-#include "tool/commands/summary_facts.h"
-#include "tool/commands/summary_json.h"
-#include "tool/commands/watched_bytes.h"
+#include "tool/analysis/conversation.h"
+#include "tool/analysis/finding_json.h"
+#include "tool/analysis/summary_facts.h"
+#include "tool/analysis/summary_json.h"
+#include "tool/console/json_text.h"
+#include "tool/input/watched_bytes.h"
 #include "tool/report/exchange_tables.h"
 #include "tool/report/raw_copy.h"
 #include "tool/report/record_tables.h"

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
-#include "tool/commands/mdf_names.h"
-#include "tool/commands/time_range.h"
+#include "tool/analysis/mdf_names.h"
 #include "tool/export/redactor.h"
+#include "tool/input/time_range.h"
 #include "tool/read/log_files.h"
 #include "tool/report/page.h"
 

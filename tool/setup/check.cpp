@@ -3,7 +3,7 @@
 #include "config/paths.h"
 #include "platform/files.h"
 #include "platform/narrow_text.h"
-#include "tool/commands/json_text.h"
+#include "tool/console/json_text.h"
 #include "tool/setup/configuration_findings.h"
 #include "tool/setup/folder_findings.h"
 #include "tool/setup/library_findings.h"

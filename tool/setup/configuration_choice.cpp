@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tool/commands/arguments.h"
+#include "tool/console/arguments.h"
 #include "tool/setup/installed_state.h"
 #include "tool/setup/library_look.h"
 #include "tool/setup/root_sources.h"

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "tool/setup/configuration_findings.h"
-#include "tool/setup/xml_encoding.h"
+#include "tool/xml/xml_encoding.h"
 
 namespace marvane::tool {
 

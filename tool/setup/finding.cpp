@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "tool/commands/json_text.h"
+#include "tool/console/json_text.h"
 
 namespace marvane::tool {
 

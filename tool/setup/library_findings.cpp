@@ -5,7 +5,7 @@
 #include "platform/child_process.h"
 #include "platform/files.h"
 #include "platform/replace_file.h"
-#include "tool/commands/nearest.h"
+#include "tool/console/nearest.h"
 #include "tool/setup/dependencies.h"
 #include "tool/setup/setup_files.h"
 

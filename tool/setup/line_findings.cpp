@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <set>
 
-#include "tool/commands/nearest.h"
+#include "tool/console/nearest.h"
 #include "tool/setup/configuration_findings.h"
-#include "tool/setup/xml_encoding.h"
+#include "tool/xml/xml_encoding.h"
 
 namespace marvane::tool {
 

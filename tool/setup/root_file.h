@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tool/setup/xml_scanner.h"
+#include "tool/xml/xml_scanner.h"
 
 namespace marvane::tool {
 

@@ -2,7 +2,7 @@
 
 #include "platform/files.h"
 #include "platform/registry.h"
-#include "tool/commands/arguments.h"
+#include "tool/console/arguments.h"
 #include "tool/setup/file_uri.h"
 #include "tool/setup/setup_files.h"
 #include "tool/setup/short_list.h"

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <vector>
 
-#include "tool/setup/xml_scanner.h"
+#include "tool/xml/xml_scanner.h"
 
 namespace marvane::words {
 

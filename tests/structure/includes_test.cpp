@@ -27,9 +27,13 @@ const std::map<std::string, std::set<std::string>> MayInclude = {
     {"examples", {"pdu"}},
 };
 
-/// The folders of the proxy; each may include those named before it.
-const std::vector<std::string> LoggerFloors = {"base",   "diagnostics", "state", "log",
-                                               "decode", "target",      "call",  "exports"};
+/// The folders inside a program; each may include itself and those named before it.
+const std::map<std::string, std::vector<std::string>> Floors = {
+    {"logger", {"base", "diagnostics", "state", "log", "decode", "target", "call", "exports"}},
+    {"tool",
+     {"xml", "read", "words", "console", "setup", "input", "analysis", "export", "report", "commands",
+      "main.cpp"}},
+};
 
 struct Include
 {
@@ -57,10 +61,11 @@ std::string PartOf(const fs::path& path, std::size_t index)
     return part == path.end() ? std::string() : part->string();
 }
 
-std::size_t FloorOf(const fs::path& path)
+/// The number of a path's folder inside its program; as many as there are if it is none of them.
+std::size_t FloorOf(const fs::path& path, const std::vector<std::string>& floors)
 {
-    const auto found = std::find(LoggerFloors.begin(), LoggerFloors.end(), PartOf(path, 1));
-    return static_cast<std::size_t>(found - LoggerFloors.begin());
+    const auto found = std::find(floors.begin(), floors.end(), PartOf(path, 1));
+    return static_cast<std::size_t>(found - floors.begin());
 }
 
 bool IsAllowed(const Include& include)
@@ -69,9 +74,11 @@ bool IsAllowed(const Include& include)
     const std::string to = PartOf(include.To, 0);
     if (from != to)
         return MayInclude.at(from).contains(to);
-    if (from != "logger")
+    const auto floors = Floors.find(from);
+    if (floors == Floors.end())
         return true;
-    return FloorOf(include.From) < LoggerFloors.size() && FloorOf(include.To) <= FloorOf(include.From);
+    const std::size_t floor = FloorOf(include.From, floors->second);
+    return floor < floors->second.size() && FloorOf(include.To, floors->second) <= floor;
 }
 
 bool IsSource(const fs::path& file)
@@ -109,10 +116,15 @@ TEST(Includes, AnIncludeOfAHigherFolderIsRefused)
     EXPECT_FALSE(IsAllowed({"text/format.h", "logger/log/log_buffer.h"}));
     EXPECT_FALSE(IsAllowed({"logger/log/rotation.h", "logger/call/call_frame.h"}));
     EXPECT_FALSE(IsAllowed({"tool/main.cpp", "logger/state/settings.h"}));
+    EXPECT_FALSE(IsAllowed({"tool/export/format.h", "tool/commands/command.h"}));
+    EXPECT_FALSE(IsAllowed({"tool/setup/check.h", "tool/analysis/findings.h"}));
+    EXPECT_FALSE(IsAllowed({"tool/astray/new.h", "tool/read/records.h"}));
     EXPECT_FALSE(IsAllowed({"pdu/code_names.h", "platform/clock.h"}));
     EXPECT_FALSE(IsAllowed({"logger/astray.h", "logger/base/lasting.h"}));
     EXPECT_TRUE(IsAllowed({"logger/call/call_frame.h", "logger/log/rotation.h"}));
     EXPECT_TRUE(IsAllowed({"logger/log/log_file.h", "logger/log/log_buffer.h"}));
+    EXPECT_TRUE(IsAllowed({"tool/commands/talk.cpp", "tool/analysis/talk_rows.h"}));
+    EXPECT_TRUE(IsAllowed({"tool/main.cpp", "tool/commands/program.h"}));
 }
 
 TEST(Includes, NameWholePathsFromTheRoot)

@@ -1,4 +1,4 @@
-#include "platform/console.h"
+#include "platform/terminal.h"
 #include "tool/commands/program.h"
 
 int main(int count, char** values)

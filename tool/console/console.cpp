@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/console.h"
+#include "platform/terminal.h"
 #include "tool/console/arguments.h"
 
 namespace marvane::tool {

@@ -1,6 +1,6 @@
 #include "tool/console/progress.h"
 
-#include "platform/console.h"
+#include "platform/terminal.h"
 
 namespace marvane::tool {
 

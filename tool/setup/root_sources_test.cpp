@@ -5,6 +5,7 @@
 #include "platform/child_process.h"
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/registry.h"
 #include "tests/support/temporary_folder.h"
 
 namespace marvane::tool {
@@ -19,25 +20,41 @@ std::string Sources()
     return sources;
 }
 
-/// The value of one view of the registry, set for the length of a test.
+/// The value of one view of the registry, set for the length of a test; then the machine has its own again.
 class RegisteredRoot
 {
 public:
-    RegisteredRoot(const char* view, const std::string& path) : view_(view)
+    RegisteredRoot(bool isWide, const std::string& path)
+        : view_(isWide ? "/reg:64" : "/reg:32"),
+          before_(platform::MachineRegistryText(isWide ? platform::RegistryView::Bits64
+                                                       : platform::RegistryView::Bits32,
+                                                "SOFTWARE\\D-PDU API", Value))
     {
-        Registry({"add", Key, "/v", "Root File", "/t", "REG_SZ", "/d", path, "/f", view_});
+        Set(path);
     }
-    ~RegisteredRoot() { Registry({"delete", Key, "/f", view_}); }
+    ~RegisteredRoot()
+    {
+        if (before_)
+            Set(*before_);
+        else
+            Registry({"delete", Key, "/v", Value, "/f", view_});
+    }
 
 private:
     static constexpr const char* Key = "HKLM\\SOFTWARE\\D-PDU API";
+    static constexpr const char* Value = "Root File";
 
+    void Set(const std::string& path) const
+    {
+        Registry({"add", Key, "/v", Value, "/t", "REG_SZ", "/d", path, "/f", view_});
+    }
     static void Registry(std::vector<std::string> words)
     {
         words.insert(words.begin(), platform::ExpandEnvironment("%SystemRoot%\\system32\\reg.exe"));
         EXPECT_EQ(platform::RunChild(words).Status, 0);
     }
     std::string view_;
+    std::optional<std::string> before_;
 };
 
 TEST(RootSourcesGiven, AreTheOnlyOnes)
@@ -54,13 +71,13 @@ TEST(RootSourcesOfTheRegistry, AreThoseOfBothViews)
     if (platform::PathSeparator != '\\')
         GTEST_SKIP() << "there is no registry here";
     const testing::TemporaryFolder folder;
-    const RegisteredRoot wide("/reg:64", folder / "wide.xml");
+    const RegisteredRoot wide(true, folder / "wide.xml");
     {
-        const RegisteredRoot narrow("/reg:32", folder / "narrow.xml");
+        const RegisteredRoot narrow(false, folder / "narrow.xml");
         EXPECT_EQ(Sources(), (folder / "wide.xml") + " (HKLM\\SOFTWARE\\D-PDU API, 64-bit view)\n" +
                                  (folder / "narrow.xml") + " (HKLM\\SOFTWARE\\D-PDU API, 32-bit view)\n");
     }
-    const RegisteredRoot same("/reg:32", folder / "wide.xml");
+    const RegisteredRoot same(false, folder / "wide.xml");
     EXPECT_EQ(Sources(), (folder / "wide.xml") + " (HKLM\\SOFTWARE\\D-PDU API, both views)\n");
 }
 

@@ -40,7 +40,12 @@ std::vector<std::string> ConfigurationsOfEntry(const std::vector<std::string>& r
             configurations.push_back(configuration);
         return false; // the next one too
     };
-    FindEntry(roots, name, addIfInUse);
+    try {
+        FindEntry(roots, name, addIfInUse);
+    } catch (const Trouble&) {
+        if (configurations.empty()) // Else it is the file of the other width, which is not needed.
+            throw;
+    }
     if (!configurations.empty())
         return configurations;
     if (std::string installed = InstalledConfiguration(roots, name, to); !installed.empty())

@@ -135,7 +135,7 @@ TEST_F(Installing, RefusesWhatItCanNotUndo)
         return reason;
     };
     EXPECT_EQ(refusal(Entry("Other")), "no entry \"One\"; there is \"Other\"");
-    EXPECT_EQ(refusal(Entry("A") + Entry("B")), "no entry \"One\"; there are \"A\", \"B\"");
+    EXPECT_EQ(refusal(Entry("A") + Entry("B") + Entry("A")), "no entry \"One\"; there are \"A\", \"B\"");
     const std::string what = "entry \"One\" in DIR/root.xml: ";
     EXPECT_EQ(refusal(Entry("One") + Entry("One")), what + "there are two entries of this name");
     EXPECT_EQ(refusal("<x>" + Entry("One") + "</x>"),

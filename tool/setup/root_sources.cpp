@@ -1,5 +1,7 @@
 #include "tool/setup/root_sources.h"
 
+#include <algorithm>
+
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "tool/console/arguments.h"
@@ -105,7 +107,9 @@ std::string NoEntryText(const std::vector<ReadRoot>& roots, const std::string& n
     for (const ReadRoot& root : roots)
         if (root.File)
             for (const RootEntry& entry : root.File->Entries)
-                names.push_back("\"" + entry.ShortName + "\"");
+                if (const std::string quoted = "\"" + entry.ShortName + "\"";
+                    std::find(names.begin(), names.end(), quoted) == names.end())
+                    names.push_back(quoted);
     return "no entry \"" + name + "\"" +
            (roots.empty() ? ": " + NoRootText()
             : names.empty()

@@ -144,6 +144,16 @@ pageTest("a link within the page changes the view", async (page) => {
   assert.equal(await textOf(page, "#count"), "24 rows of the conversation");
 });
 
+pageTest("a link that is followed while an older state waits to be written is not overwritten", async (page) => {
+  const hash = await page.evaluate(() => {
+    location.hash = "outcome=refused";
+    writeAddress(); // as the timer does, before the event of the change
+    return location.hash;
+  });
+  assert.equal(hash, "#outcome=refused");
+  await page.waitForFunction(() => state.outcome === "refused");
+});
+
 pageTest(
   "an address that makes no sense does no harm",
   async (page) => {

@@ -75,17 +75,25 @@ function takeAddress(address) {
   state.open = new Set((values.get("open") ?? "").split(".").filter(isKey).slice(0, 50));
 }
 
+/** The part of the address after '#' that the state was taken from or written to last. */
+let knownHash = "";
+
+/** Writes the state into the address. */
+function writeAddress() {
+  const address = addressOf();
+  // A link within the page has changed the address, and its event, which takes it over, is still to come.
+  if (location.hash !== knownHash || address === location.hash.slice(1)) return;
+  try {
+    history.replaceState(null, "", address ? `#${address}` : location.pathname + location.search);
+    knownHash = location.hash;
+  } catch {
+    // Browsers refuse many changes within a short time; the next one will do.
+  }
+}
+
 let addressTimer = 0;
 /** Writes the state into the address, a moment after the last change. */
 function saveAddress() {
   clearTimeout(addressTimer);
-  addressTimer = setTimeout(() => {
-    const address = addressOf();
-    if (address === location.hash.slice(1)) return;
-    try {
-      history.replaceState(null, "", address ? `#${address}` : location.pathname + location.search);
-    } catch {
-      // Browsers refuse many changes within a short time; the next one will do.
-    }
-  }, 200);
+  addressTimer = setTimeout(writeAddress, 200);
 }

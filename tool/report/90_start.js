@@ -2,7 +2,8 @@
 "use strict";
 
 function takeState() {
-  takeAddress(location.hash.slice(1));
+  knownHash = location.hash;
+  takeAddress(knownHash.slice(1));
   timeline.isLeading = true; // the address says what it shows, not the list
   if (state.at) unfoldAround(state.at);
   update();

@@ -118,7 +118,7 @@ std::string Findings::ErrorText(std::uint32_t session, std::string_view name, st
     const bool isUnknown = name.empty() || name.starts_with('<');
     const std::optional<std::string> own = isUnknown ? names_.ErrorText(session, code) : std::nullopt;
     const std::string_view known = WithoutPrefix(WithoutPrefix(name, "PDU_ERR_"), "PDU_");
-    return own.value_or(std::string(known)) + " " + Code(code);
+    return own.value_or(Printable(known)) + " " + Code(code);
 }
 
 /// "extra error 4096: ERR_BUS_OFF", or nothing.

@@ -48,7 +48,7 @@ std::string WordsOfType(std::uint32_t type)
 std::string ErrorText(std::string_view name)
 {
     constexpr std::string_view prefix = "PDU_ERR_EVT_";
-    return std::string(name.starts_with(prefix) ? name.substr(prefix.size()) : name);
+    return Printable(name.starts_with(prefix) ? name.substr(prefix.size()) : name);
 }
 
 /// "TX_QUEUE_FULL", or the number of what the log calls unknown.
@@ -57,7 +57,7 @@ std::string StartErrorText(const Exchange& exchange)
     constexpr std::string_view prefix = "PDU_ERR_";
     const std::string_view name = exchange.StartErrorName;
     if (!name.empty() && !name.starts_with('<'))
-        return std::string(name.starts_with(prefix) ? name.substr(prefix.size()) : name);
+        return Printable(name.starts_with(prefix) ? name.substr(prefix.size()) : name);
     char number[16];
     std::snprintf(number, sizeof number, "0x%04X", exchange.StartError);
     return number;
@@ -207,8 +207,8 @@ bool IsByTheWay(const Exchange& exchange)
 
 std::string ChangeText(const read::ParamChange& change)
 {
-    const std::string name = Printable(change.Name);
-    return change.Before ? name + " " + *change.Before + " -> " + change.After : name + " = " + change.After;
+    return Printable(change.Before ? change.Name + " " + *change.Before + " -> " + change.After
+                                   : change.Name + " = " + change.After);
 }
 
 std::string LateText(const read::LateAnswer& late)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "tool/console/row_text.h"
 #include "tool/read/call_text.h"
 
 namespace marvane::tool {
@@ -37,8 +38,8 @@ std::string ShortStatus(std::string_view name)
     for (const std::string_view beginning :
          {"PDU_ERR_EVT_", "PDU_ERR_", "PDU_STATUS_", "PDU_COPST_", "PDU_CLLST_"})
         if (name.starts_with(beginning))
-            return std::string(name.substr(beginning.size()));
-    return std::string(name);
+            return Printable(name.substr(beginning.size()));
+    return Printable(name);
 }
 
 std::string Primitive(std::uint32_t number)

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "pdu/pdu_api.h"
+#include "tool/console/row_text.h"
 #include "tool/input/log_source.h"
 #include "tool/read/param_values.h"
 
@@ -60,7 +61,7 @@ void ParamTable::OnParam(const read::Param& param)
     ParamRow* row = RowOf(link, param);
     if (!row)
         return;
-    const std::string value = read::ParamValueText(param);
+    const std::string value = Printable(read::ParamValueText(param));
     if (!param.IsSet) {
         if (!row->Read) {
             row->Read = value;

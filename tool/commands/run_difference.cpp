@@ -156,7 +156,7 @@ void Run::OnCall(const read::Call& call)
 {
     SummaryFacts::OnCall(call);
     if (call.Status != PDU_ERR_EVENT_QUEUE_EMPTY && call.Which != read::Function::LoggerUninitialise)
-        ++CallCounts[std::string(call.Name)];
+        ++CallCounts[Printable(call.Name)];
 }
 
 void Run::OnEnded(const read::Exchange& exchange)

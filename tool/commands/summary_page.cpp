@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tool/analysis/talk_rows.h"
 #include "tool/console/row_text.h"
 
 namespace marvane::tool {
@@ -199,11 +200,8 @@ private:
         if (facts_.ParamsSet == 0)
             return;
         std::string text = Grouped(facts_.ParamsSet) + " set, " + Grouped(facts_.Changes.size()) + " changed";
-        for (std::size_t i = 0; i < std::min<std::size_t>(facts_.Changes.size(), 3); ++i) {
-            const read::ParamChange& change = facts_.Changes[i];
-            text += (i == 0 ? ": " : ", ") + Printable(change.Name) + " " + *change.Before + " -> " +
-                    change.After;
-        }
+        for (std::size_t i = 0; i < std::min<std::size_t>(facts_.Changes.size(), 3); ++i)
+            text += (i == 0 ? ": " : ", ") + ChangeText(facts_.Changes[i]);
         if (facts_.Changes.size() > 3)
             text += " ... (marvane params)";
         console_.Write(Wrapped("params", TextColumn, text, console_.Columns()));

@@ -110,13 +110,7 @@ std::optional<std::string_view> XmlScanner::TakePseudoAttribute(std::string_view
         return std::nullopt;
     }
     at_ += name.size();
-    SkipBlanks();
-    Expect("=");
-    SkipBlanks();
-    if (!At("\"") && !At("'"))
-        Fail("a quote is missing");
-    const std::string_view quote = text_.substr(at_, 1);
-    ++at_;
+    const std::string_view quote = TakeOpeningQuote();
     const std::string_view value = TakeUntil(quote, "the XML declaration");
     const auto isAllowed = [](char c) {
         return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' ||

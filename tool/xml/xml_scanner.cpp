@@ -67,6 +67,16 @@ std::string_view XmlScanner::TakeName()
     return text_.substr(begin, at_ - begin);
 }
 
+std::string_view XmlScanner::TakeOpeningQuote()
+{
+    SkipBlanks();
+    Expect("=");
+    SkipBlanks();
+    if (!At("\"") && !At("'"))
+        Fail("a quote is missing");
+    return text_.substr(at_++, 1);
+}
+
 std::string_view XmlScanner::TakeUntil(std::string_view end, const char* what)
 {
     const std::size_t begin = at_;
@@ -195,13 +205,7 @@ XmlEvent XmlScanner::TakeStartTag()
         const auto isSame = [&](const XmlAttribute& other) { return other.Name == attribute.Name; };
         if (std::any_of(tag.Attributes.begin(), tag.Attributes.end(), isSame))
             Fail("the attribute " + std::string(attribute.Name) + " twice");
-        SkipBlanks();
-        Expect("=");
-        SkipBlanks();
-        if (!At("\"") && !At("'"))
-            Fail("a quote is missing");
-        const std::string_view quote = text_.substr(at_, 1);
-        ++at_;
+        const std::string_view quote = TakeOpeningQuote();
         attribute.Value.Begin = at_;
         if (TakeUntil(quote, "an attribute").find('<') != std::string_view::npos)
             Fail("\"<\" in the value of an attribute");

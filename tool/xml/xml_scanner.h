@@ -63,6 +63,8 @@ private:
     bool SkipBlanks();
     void Expect(std::string_view expected);
     std::string_view TakeName();
+    /// What is between a name and its value: "=" and a quote, which it returns.
+    std::string_view TakeOpeningQuote();
     std::string_view TakeUntil(std::string_view end, const char* what);
     void CheckCharacters(std::string_view text) const;
     void CheckText(XmlRange range) const;
